@@ -1,0 +1,91 @@
+# How this project declares its libraries, programs and tests: warnings, sanitizers and the include root in one place.
+
+add_library(lumaphone_options INTERFACE)
+target_compile_features(lumaphone_options INTERFACE cxx_std_20)
+target_compile_definitions(lumaphone_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+    QT_NO_FOREACH QT_NO_JAVA_STYLE_ITERATORS)
+target_include_directories(lumaphone_options INTERFACE "${CMAKE_CURRENT_SOURCE_DIR}/src")
+target_link_options(lumaphone_options INTERFACE -Wl,--as-needed)
+
+add_library(lumaphone_warnings INTERFACE)
+target_compile_options(lumaphone_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+    -Woverloaded-virtual -Wnull-dereference -Wcast-align -Wimplicit-fallthrough -Werror=switch -Werror)
+
+if(LUMAPHONE_SANITIZE)
+    target_compile_options(lumaphone_options INTERFACE -fsanitize=${LUMAPHONE_SANITIZE} -fno-omit-frame-pointer
+        -fno-sanitize-recover=all)
+    target_link_options(lumaphone_options INTERFACE -fsanitize=${LUMAPHONE_SANITIZE})
+    # The optimiser's view of null pointers and of lifetimes is distorted by the instrumentation.
+    target_compile_options(lumaphone_warnings INTERFACE -Wno-null-dereference -Wno-maybe-uninitialized -O1)
+endif()
+if(LUMAPHONE_FUZZ)
+    target_compile_options(lumaphone_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+find_program(LUMAPHONE_CCACHE ccache)
+if(LUMAPHONE_CCACHE AND PROJECT_IS_TOP_LEVEL)
+    set(CMAKE_C_COMPILER_LAUNCHER "${LUMAPHONE_CCACHE}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${LUMAPHONE_CCACHE}")
+endif()
+
+# lumaphone_add_library(<folder> SOURCES ... [PUBLIC ...] [PRIVATE ...] [MOC])
+# The static library lumaphone_<folder>, known as Lumaphone::<folder>. MOC: some class has Q_OBJECT or Q_GADGET.
+function(lumaphone_add_library folder)
+    cmake_parse_arguments(ARG "MOC" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    add_library(lumaphone_${folder} STATIC ${ARG_SOURCES})
+    set_target_properties(lumaphone_${folder} PROPERTIES AUTOMOC ${ARG_MOC})
+    add_library(Lumaphone::${folder} ALIAS lumaphone_${folder})
+    target_link_libraries(lumaphone_${folder} PUBLIC lumaphone_options ${ARG_PUBLIC}
+        PRIVATE lumaphone_warnings ${ARG_PRIVATE})
+endfunction()
+
+# lumaphone_add_program(<name> SOURCES ... [LIBS ...])
+function(lumaphone_add_program name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE lumaphone_options lumaphone_warnings ${ARG_LIBS})
+    # All programs lie side by side, as a bundle's resources do.
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+endfunction()
+
+# Tests of one build carry its sanitizer in their names, so that several builds can share one summary.
+if(LUMAPHONE_SANITIZE MATCHES "address")
+    set(LUMAPHONE_TEST_PREFIX "asan.")
+elseif(LUMAPHONE_SANITIZE MATCHES "thread")
+    set(LUMAPHONE_TEST_PREFIX "tsan.")
+else()
+    set(LUMAPHONE_TEST_PREFIX "")
+endif()
+set(LUMAPHONE_SOURCE_ROOT "${CMAKE_CURRENT_SOURCE_DIR}")
+
+# lumaphone_add_test(<Name> SOURCES ... [LIBS ...] [SANITIZED] [EXCLUSIVE] [TIMEOUT seconds])
+# A Qt Test executable. SANITIZED tests are also built and run by the sanitizer builds; EXCLUSIVE ones use
+# real time (a sound server, processes) and never run beside another test.
+function(lumaphone_add_test name)
+    cmake_parse_arguments(ARG "SANITIZED;EXCLUSIVE" "TIMEOUT" "SOURCES;LIBS" ${ARGN})
+    if(LUMAPHONE_SANITIZE AND NOT ARG_SANITIZED)
+        return()
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE lumaphone_options lumaphone_warnings lumaphone_test_support Qt6::Test ${ARG_LIBS})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    add_test(NAME "${LUMAPHONE_TEST_PREFIX}${name}" COMMAND ${name})
+    set_tests_properties("${LUMAPHONE_TEST_PREFIX}${name}" PROPERTIES
+        TIMEOUT ${ARG_TIMEOUT} RUN_SERIAL $<BOOL:${ARG_EXCLUSIVE}>
+        ENVIRONMENT "QT_FATAL_WARNINGS=1;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/tsan.supp:second_deadlock_stack=1:ignore_noninstrumented_modules=1")
+endfunction()
+
+# lumaphone_add_bench(<Name> SOURCES ... [LIBS ...]): a Google Benchmark executable.
+function(lumaphone_add_bench name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+    if(LUMAPHONE_SANITIZE)
+        return()
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE lumaphone_options lumaphone_warnings lumaphone_test_support
+        benchmark::benchmark ${ARG_LIBS})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bench")
+endfunction()

@@ -1,0 +1,145 @@
+#include "base/AtomicFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+namespace lumaphone {
+
+namespace {
+
+/// Owns a file descriptor.
+class Descriptor
+{
+public:
+    explicit Descriptor(int fd)
+        : m_fd(fd)
+    {
+    }
+    ~Descriptor()
+    {
+        if (m_fd >= 0) {
+            ::close(m_fd);
+        }
+    }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+    int get() const { return m_fd; }
+    /// Closes now and reports whether the system had to say something about it.
+    bool close() { return ::close(std::exchange(m_fd, -1)) == 0; }
+
+private:
+    int m_fd;
+};
+
+bool writeAll(int fd, const QByteArray &bytes)
+{
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count
+            = ::write(fd, bytes.constData() + written, static_cast<size_t>(bytes.size() - written));
+        if (count < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return false;
+        }
+        written += count;
+    }
+    return true;
+}
+
+} // namespace
+
+FileError::FileError(const QString &path, int errorNumber)
+    : PlatformError(QStringLiteral("%1: %2").arg(path, QString::fromLocal8Bit(std::strerror(errorNumber))))
+    , m_path(path)
+    , m_errorNumber(errorNumber)
+{
+}
+
+void replaceFile(const QString &path, const QByteArray &bytes, Durability durability)
+{
+    const QByteArray target = QFile::encodeName(path);
+    QByteArray temporary = target + ".XXXXXX";
+    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (file.get() < 0) {
+        throw FileError(path, errno);
+    }
+    const auto fail = [&] {
+        const int error = errno;
+        ::unlink(temporary.constData());
+        throw FileError(path, error);
+    };
+    if (!writeAll(file.get(), bytes)) {
+        fail();
+    }
+    if (durability == Durability::Flushed && ::fsync(file.get()) != 0) {
+        fail();
+    }
+    if (!file.close() || ::rename(temporary.constData(), target.constData()) != 0) {
+        fail();
+    }
+    if (durability == Durability::Flushed) {
+        const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
+        const Descriptor directory(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (directory.get() < 0 || ::fsync(directory.get()) != 0) {
+            throw FileError(path, errno);
+        }
+    }
+}
+
+std::optional<QByteArray> readFile(const QString &path)
+{
+    const Descriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+    if (file.get() < 0) {
+        if (errno == ENOENT) {
+            return std::nullopt;
+        }
+        throw FileError(path, errno);
+    }
+    QByteArray bytes;
+    struct stat status = {};
+    if (::fstat(file.get(), &status) == 0 && status.st_size > 0) {
+        bytes.reserve(static_cast<qsizetype>(status.st_size) + 1);
+    }
+    char block[65536];
+    for (;;) {
+        const ssize_t count = ::read(file.get(), block, sizeof block);
+        if (count == 0) {
+            return bytes;
+        }
+        if (count < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            throw FileError(path, errno);
+        }
+        bytes.append(block, count);
+    }
+}
+
+void createFolder(const QString &path)
+{
+    errno = 0;
+    if (!QDir().mkpath(path)) {
+        throw FileError(path, errno != 0 ? errno : ENOTDIR);
+    }
+}
+
+void removeFile(const QString &path)
+{
+    if (::unlink(QFile::encodeName(path).constData()) != 0 && errno != ENOENT) {
+        throw FileError(path, errno);
+    }
+}
+
+} // namespace lumaphone

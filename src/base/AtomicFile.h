@@ -1,0 +1,43 @@
+#pragma once
+
+#include "base/LocalizedError.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace lumaphone {
+
+/// An error of the file system. The text names the file and says what the system reported.
+class FileError : public PlatformError
+{
+public:
+    FileError(const QString &path, int errorNumber);
+    const QString &path() const { return m_path; }
+    int errorNumber() const { return m_errorNumber; }
+
+private:
+    QString m_path;
+    int m_errorNumber;
+};
+
+enum class Durability {
+    Renamed, ///< survives the death of the process
+    Flushed, ///< survives a power cut as well: file and folder are flushed to the disk
+};
+
+/// Replaces `path` in one step: whoever reads it, now or after a crash, finds the old bytes or the new ones.
+/// The temporary file lies in the same folder, which must exist. Throws FileError and leaves no trace then.
+void replaceFile(const QString &path, const QByteArray &bytes, Durability durability);
+
+/// All bytes of a file, or none if it does not exist. Throws FileError for every other failure.
+std::optional<QByteArray> readFile(const QString &path);
+
+/// Creates a folder and its parents. Throws FileError.
+void createFolder(const QString &path);
+
+/// Removes a file; one that is already gone is fine. Throws FileError.
+void removeFile(const QString &path);
+
+} // namespace lumaphone

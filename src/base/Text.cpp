@@ -1,0 +1,101 @@
+#include "base/Text.h"
+
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+
+namespace lumaphone::text {
+
+namespace {
+
+bool isAscii(QStringView text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+bool hasFoldableMarks(QChar::Script script)
+{
+    return script == QChar::Script_Latin || script == QChar::Script_Greek || script == QChar::Script_Cyrillic;
+}
+
+} // namespace
+
+bool isWhiteSpace(char32_t scalar)
+{
+    return QChar::isSpace(scalar);
+}
+
+QString trimmed(const QString &text)
+{
+    // Every White_Space scalar lies in the basic plane, so single UTF-16 units can be looked at.
+    return text.trimmed();
+}
+
+QList<QString> splitAtWhiteSpace(const QString &text)
+{
+    QList<QString> pieces;
+    qsizetype start = -1;
+    for (qsizetype i = 0; i <= text.size(); ++i) {
+        const bool inside = i < text.size() && !isWhiteSpace(text[i].unicode());
+        if (inside && start < 0) {
+            start = i;
+        } else if (!inside && start >= 0) {
+            pieces.append(text.mid(start, i - start));
+            start = -1;
+        }
+    }
+    return pieces;
+}
+
+QString lowercased(const QString &text)
+{
+    return text.toLower();
+}
+
+QString canonicalForm(const QString &text)
+{
+    return isAscii(text) ? text : text.normalized(QString::NormalizationForm_D);
+}
+
+bool canonicallyEqual(const QString &a, const QString &b)
+{
+    return a == b || canonicalForm(a) == canonicalForm(b);
+}
+
+QList<QString> characters(const QString &text)
+{
+    QList<QString> result;
+    result.reserve(text.size());
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype start = 0;
+    for (qsizetype end = finder.toNextBoundary(); end != -1; end = finder.toNextBoundary()) {
+        result.append(canonicalForm(text.mid(start, end - start)));
+        start = end;
+    }
+    return result;
+}
+
+QString foldedForSearch(const QString &text)
+{
+    const QString folded = text.toCaseFolded();
+    if (isAscii(folded)) {
+        return folded;
+    }
+    const QString decomposed = folded.normalized(QString::NormalizationForm_D);
+    QString result;
+    result.reserve(decomposed.size());
+    bool baseLosesMarks = false;
+    for (const char32_t scalar : decomposed.toUcs4()) {
+        if (QChar::isMark(scalar)) {
+            if (baseLosesMarks) {
+                continue;
+            }
+        } else {
+            baseLosesMarks = hasFoldableMarks(QChar::script(scalar));
+        }
+        result.append(QStringView(QChar::fromUcs4(scalar)));
+    }
+    return result.normalized(QString::NormalizationForm_C);
+}
+
+} // namespace lumaphone::text

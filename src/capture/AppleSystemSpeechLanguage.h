@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace lumaphone {
+
+/// The spoken language of the sound, as the user chooses it and as recognised texts are tagged.
+enum class AppleSystemSpeechLanguage {
+    automatic, ///< detection among the other four; never the language of a recognised text
+    japanese,
+    english,
+    korean,
+    mandarin,
+};
+
+/// All cases, in the order of menus.
+inline constexpr std::array allAppleSystemSpeechLanguages {
+    AppleSystemSpeechLanguage::automatic,
+    AppleSystemSpeechLanguage::japanese,
+    AppleSystemSpeechLanguage::english,
+    AppleSystemSpeechLanguage::korean,
+    AppleSystemSpeechLanguage::mandarin,
+};
+
+/// The stored form and identity, such as "japanese".
+QString rawValue(AppleSystemSpeechLanguage language);
+/// Exact and case-sensitive; none for any other text.
+std::optional<AppleSystemSpeechLanguage> appleSystemSpeechLanguage(const QString &rawValue);
+/// Label for menus and messages.
+QString displayName(AppleSystemSpeechLanguage language);
+/// The label of several languages in one message, joined with the ideographic comma.
+QString displayNames(const std::vector<AppleSystemSpeechLanguage> &languages);
+/// The platform locale, such as "en-US". Code that needs a single locale for `automatic` gets Japanese.
+QString localeIdentifier(AppleSystemSpeechLanguage language);
+/// The languages to recognise for a choice, in the order in which they are tried.
+std::vector<AppleSystemSpeechLanguage> recognitionCandidates(AppleSystemSpeechLanguage language);
+
+} // namespace lumaphone
