@@ -37,6 +37,7 @@ function(lumaphone_add_library folder)
     add_library(Lumaphone::${folder} ALIAS lumaphone_${folder})
     target_link_libraries(lumaphone_${folder} PUBLIC lumaphone_options ${ARG_PUBLIC}
         PRIVATE lumaphone_warnings ${ARG_PRIVATE})
+    set_property(GLOBAL APPEND PROPERTY LUMAPHONE_LIBRARIES lumaphone_${folder})
 endfunction()
 
 # lumaphone_add_program(<name> SOURCES ... [LIBS ...])

@@ -77,7 +77,7 @@ QList<QString> characters(const QString &text)
 
 QString foldedForSearch(const QString &text)
 {
-    const QString folded = text.toCaseFolded();
+    QString folded = text.toCaseFolded();
     if (isAscii(folded)) {
         return folded;
     }
