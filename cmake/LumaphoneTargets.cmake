@@ -2,10 +2,12 @@
 
 add_library(lumaphone_options INTERFACE)
 target_compile_features(lumaphone_options INTERFACE cxx_std_20)
-target_compile_definitions(lumaphone_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
-    QT_NO_FOREACH QT_NO_JAVA_STYLE_ITERATORS)
 target_include_directories(lumaphone_options INTERFACE "${CMAKE_CURRENT_SOURCE_DIR}/src")
 target_link_options(lumaphone_options INTERFACE -Wl,--as-needed)
+
+# Literals of the program are marked as what they are; tests may write plain ones.
+add_library(lumaphone_strict_text INTERFACE)
+target_compile_definitions(lumaphone_strict_text INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
 
 add_library(lumaphone_warnings INTERFACE)
 target_compile_options(lumaphone_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
@@ -36,7 +38,7 @@ function(lumaphone_add_library folder)
     set_target_properties(lumaphone_${folder} PROPERTIES AUTOMOC ${ARG_MOC})
     add_library(Lumaphone::${folder} ALIAS lumaphone_${folder})
     target_link_libraries(lumaphone_${folder} PUBLIC lumaphone_options ${ARG_PUBLIC}
-        PRIVATE lumaphone_warnings ${ARG_PRIVATE})
+        PRIVATE lumaphone_warnings lumaphone_strict_text ${ARG_PRIVATE})
     set_property(GLOBAL APPEND PROPERTY LUMAPHONE_LIBRARIES lumaphone_${folder})
 endfunction()
 
@@ -44,7 +46,7 @@ endfunction()
 function(lumaphone_add_program name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE lumaphone_options lumaphone_warnings ${ARG_LIBS})
+    target_link_libraries(${name} PRIVATE lumaphone_options lumaphone_warnings lumaphone_strict_text ${ARG_LIBS})
     # All programs lie side by side, as a bundle's resources do.
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 endfunction()

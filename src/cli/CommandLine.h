@@ -1,0 +1,63 @@
+#pragma once
+
+#include "base/LocalizedError.h"
+#include "capture/AppleSystemSpeechLanguage.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <variant>
+
+namespace lumaphone::cli {
+
+/// Exit statuses of the program.
+enum ExitStatus {
+    exitSuccess = 0,
+    exitFailure = 1, ///< what was asked for could not be done
+    exitUsage = 2, ///< the command line was wrong
+};
+
+/// The command line asks for nothing that exists. The text says what is wrong.
+class UsageError : public LocalizedError
+{
+public:
+    using LocalizedError::LocalizedError;
+};
+
+struct SystemAudioInput
+{
+    bool operator==(const SystemAudioInput &) const = default;
+};
+struct MicrophoneInputChoice
+{
+    bool operator==(const MicrophoneInputChoice &) const = default;
+};
+struct SoundFileInput
+{
+    QString path;
+    bool isRealtime = false; ///< at the speed of sound instead of as fast as possible
+    bool operator==(const SoundFileInput &) const = default;
+};
+
+enum class OutputFormat { text, jsonLines };
+
+struct CaptionCommandLine
+{
+    std::variant<SystemAudioInput, MicrophoneInputChoice, SoundFileInput> input;
+    AppleSystemSpeechLanguage language = AppleSystemSpeechLanguage::automatic;
+    OutputFormat format = OutputFormat::text;
+    bool operator==(const CaptionCommandLine &) const = default;
+};
+
+struct ShowText
+{
+    QString text; ///< for standard output: a help text or the version
+    bool operator==(const ShowText &) const = default;
+};
+
+using CommandLine = std::variant<ShowText, CaptionCommandLine>;
+
+/// Reads the arguments behind the program's name. Throws UsageError.
+CommandLine parseCommandLine(const QStringList &arguments);
+
+} // namespace lumaphone::cli

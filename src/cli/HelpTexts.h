@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QString>
+
+namespace lumaphone::cli {
+
+QString programHelp();
+QString captionHelp();
+
+} // namespace lumaphone::cli

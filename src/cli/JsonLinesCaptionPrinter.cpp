@@ -1,0 +1,36 @@
+#include "cli/JsonLinesCaptionPrinter.h"
+
+#include "base/Json.h"
+
+namespace lumaphone::cli {
+
+JsonLinesCaptionPrinter::JsonLinesCaptionPrinter(ByteSink sink)
+    : m_sink(std::move(sink))
+{
+}
+
+void JsonLinesCaptionPrinter::lineChanged(const LumaphoneCaptionLine &line, TranslationState /*translation*/)
+{
+    json::OrderedValue event {{"event", "line"}};
+    event.update(encoded(line));
+    m_sink(json::compact(event) + '\n');
+}
+
+void JsonLinesCaptionPrinter::statusChanged(const QString &status)
+{
+    printStatus(status, false);
+}
+
+void JsonLinesCaptionPrinter::failed(const QString &message)
+{
+    printStatus(message, true);
+}
+
+void JsonLinesCaptionPrinter::printStatus(const QString &status, bool isFailure)
+{
+    m_sink(json::compact(json::OrderedValue {
+               {"event", "status"}, {"status", json::fromText(status)}, {"isFailure", isFailure}})
+        + '\n');
+}
+
+} // namespace lumaphone::cli

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "cli/CaptionPrinter.h"
+
+namespace lumaphone::cli {
+
+/// One JSON object per line of output: {"event":"line", …} with the members of the line for each change of a
+/// line, {"event":"status","status":…,"isFailure":…} for each status and failure.
+class JsonLinesCaptionPrinter final : public CaptionPrinter
+{
+public:
+    explicit JsonLinesCaptionPrinter(ByteSink sink);
+
+    void lineChanged(const LumaphoneCaptionLine &line, TranslationState translation) override;
+    void statusChanged(const QString &status) override;
+    void failed(const QString &message) override;
+    void finish() override { }
+
+private:
+    void printStatus(const QString &status, bool isFailure);
+
+    ByteSink m_sink;
+};
+
+} // namespace lumaphone::cli

@@ -1,0 +1,132 @@
+#include "cli/TextCaptionPrinter.h"
+
+#include "cli/TerminalText.h"
+
+#include <QStringList>
+
+#include <algorithm>
+
+namespace lumaphone::cli {
+
+namespace {
+
+constexpr auto dim = "\x1b[2m";
+constexpr auto plain = "\x1b[0m";
+constexpr int mostOpenRows = 6;
+
+} // namespace
+
+TextCaptionPrinter::TextCaptionPrinter(
+    ByteSink out, ByteSink messages, std::function<std::optional<int>()> terminalColumns)
+    : m_out(std::move(out))
+    , m_messages(std::move(messages))
+    , m_terminalColumns(std::move(terminalColumns))
+{
+}
+
+void TextCaptionPrinter::lineChanged(const LumaphoneCaptionLine &line, TranslationState translation)
+{
+    const auto held = std::find_if(m_held.begin(), m_held.end(),
+        [&line](const HeldLine &candidate) { return candidate.line.id == line.id; });
+    if (held != m_held.end()) {
+        *held = {line, translation};
+    } else {
+        m_held.push_back({line, translation});
+    }
+    m_status.clear();
+    printReady();
+}
+
+void TextCaptionPrinter::statusChanged(const QString &status)
+{
+    // A status is news only while there is nothing to read yet.
+    if (m_held.empty() && m_terminalColumns()) {
+        m_status = status;
+        write({});
+    }
+}
+
+void TextCaptionPrinter::failed(const QString &message)
+{
+    m_status.clear();
+    write({});
+    m_messages((message + QLatin1Char('\n')).toUtf8());
+}
+
+void TextCaptionPrinter::finish()
+{
+    QString lines;
+    for (const HeldLine &held : m_held) {
+        lines += finished(held);
+    }
+    m_held.clear();
+    m_status.clear();
+    write(lines);
+}
+
+bool TextCaptionPrinter::isReady(const HeldLine &held)
+{
+    return held.line.isFinal && held.translation != TranslationState::pending;
+}
+
+void TextCaptionPrinter::printReady()
+{
+    QString lines;
+    while (!m_held.empty() && isReady(m_held.front())) {
+        lines += finished(m_held.front());
+        m_held.pop_front();
+    }
+    write(lines);
+}
+
+QString TextCaptionPrinter::finished(const HeldLine &held) const
+{
+    QString lines = singleRow(held.line.sourceText) + QLatin1Char('\n');
+    if (held.translation == TranslationState::arrived && held.line.translatedText != held.line.sourceText) {
+        lines += QStringLiteral("  ") + singleRow(held.line.translatedText) + QLatin1Char('\n');
+    }
+    return lines;
+}
+
+void TextCaptionPrinter::write(const QString &finishedLines)
+{
+    const std::optional<int> columns = m_terminalColumns();
+    QString output = removeOpenRows() + finishedLines;
+    m_openRows = 0;
+    if (columns) {
+        output += openRows(*columns);
+    }
+    if (!output.isEmpty()) {
+        m_out(output.toUtf8());
+    }
+}
+
+QString TextCaptionPrinter::removeOpenRows() const
+{
+    if (m_openRows == 0) {
+        return {};
+    }
+    const QString up = m_openRows > 1 ? QStringLiteral("\x1b[%1A").arg(m_openRows - 1) : QString();
+    return QLatin1Char('\r') + up + QStringLiteral("\x1b[J");
+}
+
+QString TextCaptionPrinter::openRows(int columns)
+{
+    // A row that fills the last column would wrap on some terminals and spoil the count of rows.
+    const int width = std::max(columns - 1, 1);
+    QStringList rows;
+    for (const HeldLine &held : m_held) {
+        rows.append(tailFitting(singleRow(held.line.sourceText), width));
+    }
+    if (rows.isEmpty() && !m_status.isEmpty()) {
+        rows.append(tailFitting(singleRow(m_status), width));
+    }
+    rows = rows.mid(std::max<qsizetype>(0, rows.size() - mostOpenRows));
+    m_openRows = static_cast<int>(rows.size());
+    if (rows.isEmpty()) {
+        return {};
+    }
+    return QLatin1String(dim) + rows.join(QLatin1Char('\n')) + QLatin1String(plain);
+}
+
+} // namespace lumaphone::cli

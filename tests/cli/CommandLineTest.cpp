@@ -1,0 +1,113 @@
+#include "cli/CommandLine.h"
+
+#include "support/Coroutines.h"
+
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::cli;
+
+using Language = AppleSystemSpeechLanguage;
+
+class CommandLineTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aCaptionCommandIsRead_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<CaptionCommandLine>("expected");
+        const auto row
+            = [](const char *name, const QStringList &arguments, const CaptionCommandLine &expected) {
+                  QTest::newRow(name) << arguments << expected;
+              };
+        row("defaults", {"system"}, {SystemAudioInput {}, Language::automatic, OutputFormat::text});
+        row("microphone", {"microphone"},
+            {MicrophoneInputChoice {}, Language::automatic, OutputFormat::text});
+        row("a file", {"talk.wav"},
+            {SoundFileInput {"talk.wav", false}, Language::automatic, OutputFormat::text});
+        row("a file at the speed of sound", {"talk.wav", "--realtime"},
+            {SoundFileInput {"talk.wav", true}, Language::automatic, OutputFormat::text});
+        row("a file named like an input", {"./system"},
+            {SoundFileInput {"./system", false}, Language::automatic, OutputFormat::text});
+        row("options in front", {"--language", "korean", "--format", "jsonl", "system"},
+            {SystemAudioInput {}, Language::korean, OutputFormat::jsonLines});
+        row("options with an equals sign", {"system", "--language=mandarin", "--format=text"},
+            {SystemAudioInput {}, Language::mandarin, OutputFormat::text});
+        row("a file that looks like an option", {"--", "--realtime"},
+            {SoundFileInput {"--realtime", false}, Language::automatic, OutputFormat::text});
+    }
+
+    void aCaptionCommandIsRead()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(CaptionCommandLine, expected);
+        const CommandLine command = parseCommandLine(QStringList {"caption"} + arguments);
+        QVERIFY(std::holds_alternative<CaptionCommandLine>(command));
+        QVERIFY(std::get<CaptionCommandLine>(command) == expected);
+    }
+
+    void wrongUsageIsRefused_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("reason");
+        const auto row = [](const char *name, const QStringList &arguments, const QString &reason) {
+            QTest::newRow(name) << arguments << reason;
+        };
+        row("nothing", {}, QStringLiteral("缺少指令"));
+        row("unknown command", {"record"}, QStringLiteral("不認得的指令：record"));
+        row("no input", {"caption"},
+            QStringLiteral("caption 需要一個 INPUT：system、microphone 或音訊檔的路徑"));
+        row("an empty input", {"caption", ""},
+            QStringLiteral("caption 需要一個 INPUT：system、microphone 或音訊檔的路徑"));
+        row("two inputs", {"caption", "a.wav", "b.wav"},
+            QStringLiteral("caption 需要一個 INPUT：system、microphone 或音訊檔的路徑"));
+        row("unknown option", {"caption", "system", "--loud"}, QStringLiteral("不認得的選項：loud"));
+        row("unknown language", {"caption", "system", "--language", "Japanese"},
+            QStringLiteral("不認得的語言：Japanese（可用 automatic、japanese、english、korean、mandarin）"));
+        row("unknown format", {"caption", "system", "--format", "json"},
+            QStringLiteral("不認得的輸出格式：json（可用 text、jsonl）"));
+        row("the speed of sound for live sound", {"caption", "system", "--realtime"},
+            QStringLiteral("--realtime 只能用於音訊檔"));
+    }
+
+    void wrongUsageIsRefused()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, reason);
+        const auto error = test::thrownBy<UsageError>([&] { parseCommandLine(arguments); });
+        QVERIFY(error);
+        QCOMPARE(error->errorDescription(), reason);
+    }
+
+    void aMissingValueIsRefused()
+    {
+        QVERIFY(test::thrownBy<UsageError>([] { parseCommandLine({"caption", "system", "--language"}); }));
+    }
+
+    void helpAndVersionAreTexts_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("beginning");
+        QTest::newRow("program") << QStringList {"--help"} << QStringLiteral("用法：lumaphone-cli 指令");
+        QTest::newRow("program, short") << QStringList {"-h"} << QStringLiteral("用法：lumaphone-cli 指令");
+        QTest::newRow("caption") << QStringList {"caption", "--help"}
+                                 << QStringLiteral("用法：lumaphone-cli caption");
+        QTest::newRow("caption, beside other options")
+            << QStringList {"caption", "system", "-h"} << QStringLiteral("用法：lumaphone-cli caption");
+        QTest::newRow("version") << QStringList {"--version"} << QStringLiteral("lumaphone-cli ");
+    }
+
+    void helpAndVersionAreTexts()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, beginning);
+        const CommandLine command = parseCommandLine(arguments);
+        QVERIFY(std::holds_alternative<ShowText>(command));
+        QVERIFY(std::get<ShowText>(command).text.startsWith(beginning));
+    }
+};
+
+QTEST_GUILESS_MAIN(CommandLineTest)
+#include "CommandLineTest.moc"
