@@ -15,7 +15,8 @@ namespace lumaphone {
 using FileRevealer = std::function<void(const QString &path)>;
 
 /// Owns the user's glossary and keeps it in "glossary.json". Lives on the main thread; reads and writes
-/// synchronously, so that every change is on the disk when the operation returns.
+/// synchronously, so that every change is on the disk when the operation returns. A file that could not be
+/// loaded is kept beside the new one when the next change is saved.
 class LumaphoneGlossaryStore : public QObject
 {
     Q_OBJECT
@@ -57,16 +58,17 @@ signals:
     void lastErrorMessageChanged();
 
 private:
-    void save();
-    void setAsideWhatCouldNotBeLoaded();
-    void publish(QList<LumaphoneGlossaryTerm> terms, std::optional<QString> errorMessage);
+    /// Makes `terms` the list and writes it; the list changes even if it cannot be written.
+    void keep(const QList<LumaphoneGlossaryTerm> &terms);
+    void save(const QList<LumaphoneGlossaryTerm> &terms);
+    void publish(const QList<LumaphoneGlossaryTerm> &terms, const std::optional<QString> &errorMessage);
 
     QString m_rootPath;
     FileRevealer m_revealFile;
     UuidGenerator m_makeUuid;
     QList<LumaphoneGlossaryTerm> m_terms;
     std::optional<QString> m_lastErrorMessage;
-    bool m_lastLoadFailed = false;
+    bool m_lastLoadFailed = false; ///< then the file may hold what `terms` does not
 };
 
 } // namespace lumaphone
