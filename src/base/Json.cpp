@@ -6,6 +6,31 @@ namespace lumaphone::json {
 
 namespace {
 
+/// Deeper than any file of ours. Without a limit, brackets alone could fill the memory.
+constexpr int maximumDepth = 512;
+constexpr qsizetype maximumReasonLength = 300;
+
+bool nestsTooDeeply(const QByteArray &bytes)
+{
+    int depth = 0;
+    bool inText = false;
+    for (qsizetype i = 0; i < bytes.size(); ++i) {
+        const char byte = bytes[i];
+        if (byte == '"') {
+            inText = !inText;
+        } else if (inText) {
+            i += byte == '\\' ? 1 : 0;
+        } else if (byte == '[' || byte == '{') {
+            if (++depth > maximumDepth) {
+                return true;
+            }
+        } else if (byte == ']' || byte == '}') {
+            --depth;
+        }
+    }
+    return false;
+}
+
 [[noreturn]] void failAt(const char *key, const char *wanted)
 {
     throw DecodingError(
@@ -22,10 +47,15 @@ QByteArray dumped(const auto &value, int indent)
 
 Value parse(const QByteArray &bytes)
 {
+    if (nestsTooDeeply(bytes)) {
+        throw DecodingError(QStringLiteral("JSON 的巢狀層數超過 %1。").arg(maximumDepth));
+    }
     try {
         return Value::parse(bytes.constBegin(), bytes.constEnd());
     } catch (const nlohmann::json::exception &error) {
-        throw DecodingError(QStringLiteral("JSON 格式不正確：%1").arg(QString::fromUtf8(error.what())));
+        // The message quotes what was read last, which may be most of the file.
+        const QString reason = QString::fromUtf8(error.what()).left(maximumReasonLength);
+        throw DecodingError(QStringLiteral("JSON 格式不正確：%1").arg(reason));
     }
 }
 

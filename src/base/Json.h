@@ -24,7 +24,7 @@ public:
     using LocalizedError::LocalizedError;
 };
 
-/// Parses UTF-8. Throws DecodingError.
+/// Parses UTF-8, at most 512 levels deep. Throws DecodingError.
 Value parse(const QByteArray &bytes);
 
 /// Compact UTF-8 without a line break at the end. Unpaired surrogates become U+FFFD.
