@@ -1,16 +1,11 @@
 #pragma once
 
+#include "cli/CommandStreams.h"
 #include "session/LumaphoneCaptionLine.h"
 
-#include <QByteArray>
 #include <QString>
 
-#include <functional>
-
 namespace lumaphone::cli {
-
-/// Where a printer's bytes go, such as standard output. Called once for what belongs together.
-using ByteSink = std::function<void(const QByteArray &)>;
 
 enum class TranslationState {
     unwanted, ///< the session does not translate

@@ -1,29 +1,13 @@
 #include "cli/CommandLine.h"
 
 #include "LumaphoneVersion.h"
+#include "base/Text.h"
+#include "cli/Arguments.h"
 #include "cli/HelpTexts.h"
-
-#include <QCommandLineParser>
 
 namespace lumaphone::cli {
 
 namespace {
-
-const QString helpOption = QStringLiteral("help");
-
-/// Parses one command's arguments; the caller reads the parser only when the result is not a help text.
-void parse(QCommandLineParser &parser, const QStringList &arguments)
-{
-    parser.addOption({{QStringLiteral("h"), helpOption}, {}});
-    // The parser expects the program's name in front.
-    if (!parser.parse(QStringList {QString()} + arguments)) {
-        if (!parser.unknownOptionNames().isEmpty()) {
-            throw UsageError(
-                QStringLiteral("不認得的選項：%1").arg(parser.unknownOptionNames().constFirst()));
-        }
-        throw UsageError(QStringLiteral("選項的值不正確：%1").arg(parser.errorText()));
-    }
-}
 
 OutputFormat outputFormat(const QString &name)
 {
@@ -49,40 +33,141 @@ AppleSystemSpeechLanguage language(const QString &name)
         QStringLiteral("不認得的語言：%1（可用 %2）").arg(name, names.join(QStringLiteral("、"))));
 }
 
-CommandLine parseCaption(const QStringList &arguments)
+CommandLine parseCaption(const QStringList &list)
 {
-    const QCommandLineOption languageOption(
-        QStringLiteral("language"), {}, QStringLiteral("LANGUAGE"), QStringLiteral("automatic"));
-    const QCommandLineOption formatOption(
-        QStringLiteral("format"), {}, QStringLiteral("FORMAT"), QStringLiteral("text"));
-    const QCommandLineOption realtimeOption(QStringLiteral("realtime"));
-    QCommandLineParser parser;
-    parser.addOptions({languageOption, formatOption, realtimeOption});
-    parse(parser, arguments);
-    if (parser.isSet(helpOption)) {
+    const Arguments arguments(list,
+        {{QStringLiteral("language"), QStringLiteral("LANGUAGE"), QStringLiteral("automatic"), {}},
+            {QStringLiteral("format"), QStringLiteral("FORMAT"), QStringLiteral("text"), {}},
+            {QStringLiteral("realtime"), {}, {}, {}}});
+    if (arguments.wantsHelp()) {
         return ShowText {captionHelp()};
     }
+    arguments.requirePositional(
+        1, QStringLiteral("caption 需要一個 INPUT：system、microphone 或音訊檔的路徑"));
 
-    const QStringList inputs = parser.positionalArguments();
-    if (inputs.size() != 1 || inputs.constFirst().isEmpty()) {
-        throw UsageError(QStringLiteral("caption 需要一個 INPUT：system、microphone 或音訊檔的路徑"));
-    }
     CaptionCommandLine command;
-    command.language = language(parser.value(languageOption));
-    command.format = outputFormat(parser.value(formatOption));
-    const bool isRealtime = parser.isSet(realtimeOption);
-    if (inputs.constFirst() == QLatin1String("system")) {
+    command.language = language(arguments.value(QStringLiteral("language")));
+    command.format = outputFormat(arguments.value(QStringLiteral("format")));
+    const QString &input = arguments.positional().constFirst();
+    const bool isRealtime = arguments.isSet(QStringLiteral("realtime"));
+    if (input == QLatin1String("system")) {
         command.input = SystemAudioInput {};
-    } else if (inputs.constFirst() == QLatin1String("microphone")) {
+    } else if (input == QLatin1String("microphone")) {
         command.input = MicrophoneInputChoice {};
     } else {
-        command.input = SoundFileInput {inputs.constFirst(), isRealtime};
+        command.input = SoundFileInput {input, isRealtime};
         return command;
     }
     if (isRealtime) {
         throw UsageError(QStringLiteral("--realtime 只能用於音訊檔"));
     }
     return command;
+}
+
+/// The word behind a command such as "settings"; throws UsageError with `usage` if there is none.
+QString action(const Arguments &arguments, const QString &usage)
+{
+    if (arguments.positional().isEmpty()) {
+        throw UsageError(usage);
+    }
+    return arguments.positional().constFirst();
+}
+
+CommandLine parseSettings(const QStringList &list)
+{
+    const Arguments arguments(list, {});
+    if (arguments.wantsHelp()) {
+        return ShowText {settingsHelp()};
+    }
+    const QString usage = QStringLiteral("settings 的用法：list、get KEY 或 set KEY VALUE");
+    const QString verb = action(arguments, usage);
+    const QStringList &words = arguments.positional();
+    if (verb == QLatin1String("list") && words.size() == 1) {
+        return SettingsList {};
+    }
+    if (verb == QLatin1String("get") && words.size() == 2) {
+        return SettingsGet {words[1]};
+    }
+    if (verb == QLatin1String("set") && words.size() == 3) {
+        return SettingsSet {words[1], words[2]};
+    }
+    throw UsageError(usage);
+}
+
+CommandLine parseKey(const QStringList &list)
+{
+    const Arguments arguments(list, {});
+    if (arguments.wantsHelp()) {
+        return ShowText {keyHelp()};
+    }
+    const QString usage = QStringLiteral("key 的用法：set、clear 或 status；API Key 由標準輸入讀取");
+    arguments.requirePositional(1, usage);
+    const QString verb = action(arguments, usage);
+    if (verb == QLatin1String("set")) {
+        return KeySet {};
+    }
+    if (verb == QLatin1String("clear")) {
+        return KeyClear {};
+    }
+    if (verb == QLatin1String("status")) {
+        return KeyStatus {};
+    }
+    throw UsageError(usage);
+}
+
+LumaphoneGlossaryTermMode termMode(const Arguments &arguments)
+{
+    const bool hasTarget = arguments.isSet(QStringLiteral("target"));
+    if (!arguments.isSet(QStringLiteral("mode"))) {
+        return hasTarget ? LumaphoneGlossaryTermMode::translate : LumaphoneGlossaryTermMode::preserve;
+    }
+    const QString name = arguments.value(QStringLiteral("mode"));
+    const auto mode = lumaphoneGlossaryTermMode(name);
+    if (!mode) {
+        throw UsageError(QStringLiteral("不認得的處理方式：%1（可用 preserve、translate）").arg(name));
+    }
+    if (*mode == LumaphoneGlossaryTermMode::translate && !hasTarget) {
+        throw UsageError(QStringLiteral("translate 需要 --target"));
+    }
+    return *mode;
+}
+
+CommandLine parseGlossary(const QStringList &list)
+{
+    const Arguments arguments(list,
+        {{QStringLiteral("target"), QStringLiteral("TEXT"), {}, {}},
+            {QStringLiteral("mode"), QStringLiteral("MODE"), {}, {}},
+            {QStringLiteral("note"), QStringLiteral("TEXT"), {}, {}},
+            {QStringLiteral("case-sensitive"), {}, {}, {}}});
+    if (arguments.wantsHelp()) {
+        return ShowText {glossaryHelp()};
+    }
+    const QString usage
+        = QStringLiteral("glossary 的用法：list、add SOURCE、remove SOURCE、enable SOURCE 或 disable SOURCE");
+    const QString verb = action(arguments, usage);
+    if (verb == QLatin1String("list")) {
+        arguments.requirePositional(1, usage);
+        return GlossaryList {};
+    }
+    arguments.requirePositional(2, usage);
+    const QString source = text::trimmed(arguments.positional().at(1));
+    if (source.isEmpty()) {
+        throw UsageError(usage);
+    }
+    if (verb == QLatin1String("add")) {
+        return GlossaryAdd {source, arguments.value(QStringLiteral("target")), termMode(arguments),
+            arguments.value(QStringLiteral("note")), arguments.isSet(QStringLiteral("case-sensitive"))};
+    }
+    if (verb == QLatin1String("remove")) {
+        return GlossaryRemove {source};
+    }
+    if (verb == QLatin1String("enable")) {
+        return GlossarySetEnabled {source, true};
+    }
+    if (verb == QLatin1String("disable")) {
+        return GlossarySetEnabled {source, false};
+    }
+    throw UsageError(usage);
 }
 
 } // namespace
@@ -101,6 +186,15 @@ CommandLine parseCommandLine(const QStringList &arguments)
     }
     if (command == QLatin1String("caption")) {
         return parseCaption(arguments.mid(1));
+    }
+    if (command == QLatin1String("settings")) {
+        return parseSettings(arguments.mid(1));
+    }
+    if (command == QLatin1String("key")) {
+        return parseKey(arguments.mid(1));
+    }
+    if (command == QLatin1String("glossary")) {
+        return parseGlossary(arguments.mid(1));
     }
     throw UsageError(QStringLiteral("不認得的指令：%1").arg(command));
 }

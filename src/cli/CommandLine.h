@@ -2,6 +2,7 @@
 
 #include "base/LocalizedError.h"
 #include "capture/AppleSystemSpeechLanguage.h"
+#include "glossary/LumaphoneGlossaryTermMode.h"
 
 #include <QString>
 #include <QStringList>
@@ -55,7 +56,52 @@ struct ShowText
     bool operator==(const ShowText &) const = default;
 };
 
-using CommandLine = std::variant<ShowText, CaptionCommandLine>;
+struct SettingsList
+{
+};
+struct SettingsGet
+{
+    QString key;
+};
+struct SettingsSet
+{
+    QString key;
+    QString value;
+};
+
+struct KeySet
+{
+};
+struct KeyClear
+{
+};
+struct KeyStatus
+{
+};
+
+struct GlossaryList
+{
+};
+struct GlossaryAdd
+{
+    QString source;
+    QString target;
+    LumaphoneGlossaryTermMode mode = LumaphoneGlossaryTermMode::preserve;
+    QString note;
+    bool caseSensitive = false;
+};
+struct GlossaryRemove
+{
+    QString source;
+};
+struct GlossarySetEnabled
+{
+    QString source;
+    bool isEnabled = true;
+};
+
+using CommandLine = std::variant<ShowText, CaptionCommandLine, SettingsList, SettingsGet, SettingsSet, KeySet,
+    KeyClear, KeyStatus, GlossaryList, GlossaryAdd, GlossaryRemove, GlossarySetEnabled>;
 
 /// Reads the arguments behind the program's name. Throws UsageError.
 CommandLine parseCommandLine(const QStringList &arguments);

@@ -10,6 +10,9 @@ QString programHelp()
 
 指令：
   caption INPUT  聆聽系統音訊、麥克風或音訊檔，即時印出字幕
+  settings       列出、讀取或變更設定
+  key            儲存、移除或查看翻譯服務的 API Key
+  glossary       管理固定譯法的詞彙
 
 選項：
   -h, --help     顯示說明；「lumaphone-cli 指令 --help」顯示該指令的說明
@@ -36,6 +39,43 @@ INPUT：
   -h, --help           顯示這份說明
 
 結束狀態：0 正常結束；1 無法開始或中途失敗，原因在標準錯誤輸出；2 用法錯誤。
+)");
+}
+
+QString settingsHelp()
+{
+    return QStringLiteral(R"(用法：lumaphone-cli settings list
+      lumaphone-cli settings get KEY
+      lumaphone-cli settings set KEY VALUE
+
+list 每行列出一個設定：名稱、TAB、目前的值。值的種類不對時不會變更，並說明需要的種類。
+)");
+}
+
+QString keyHelp()
+{
+    return QStringLiteral(R"(用法：lumaphone-cli key set
+      lumaphone-cli key clear
+      lumaphone-cli key status
+
+set 從標準輸入讀取一行 API Key（在終端機上不會顯示），存入鑰匙圈。status 只說明是否已儲存，不會顯示內容。
+)");
+}
+
+QString glossaryHelp()
+{
+    return QStringLiteral(R"(用法：lumaphone-cli glossary list
+      lumaphone-cli glossary add SOURCE [--target TEXT] [--mode MODE] [--note TEXT] [--case-sensitive]
+      lumaphone-cli glossary remove SOURCE
+      lumaphone-cli glossary enable SOURCE
+      lumaphone-cli glossary disable SOURCE
+
+list 每行列出一個詞彙：on 或 off、處理方式、原文、譯文、備註，以 TAB 分隔。
+
+  --target TEXT     固定的譯文；指定後處理方式預設為 translate
+  --mode MODE       preserve：譯文保留原文；translate：一律譯成 --target
+  --note TEXT       備註，不會送出
+  --case-sensitive  比對時區分大小寫
 )");
 }
 

@@ -6,5 +6,8 @@ namespace lumaphone::cli {
 
 QString programHelp();
 QString captionHelp();
+QString settingsHelp();
+QString keyHelp();
+QString glossaryHelp();
 
 } // namespace lumaphone::cli

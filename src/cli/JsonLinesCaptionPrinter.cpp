@@ -2,7 +2,17 @@
 
 #include "base/Json.h"
 
+#include <array>
+
 namespace lumaphone::cli {
+
+namespace {
+
+// The order in which people like to read a line's members.
+constexpr std::array lineKeys {
+    "id", "sourceText", "sourceLanguage", "translatedText", "createdAt", "isFinal", "revision"};
+
+} // namespace
 
 JsonLinesCaptionPrinter::JsonLinesCaptionPrinter(ByteSink sink)
     : m_sink(std::move(sink))
@@ -12,7 +22,10 @@ JsonLinesCaptionPrinter::JsonLinesCaptionPrinter(ByteSink sink)
 void JsonLinesCaptionPrinter::lineChanged(const LumaphoneCaptionLine &line, TranslationState /*translation*/)
 {
     json::OrderedValue event {{"event", "line"}};
-    event.update(encoded(line));
+    const json::Value members = toJson(line);
+    for (const char *key : lineKeys) {
+        event[key] = members.at(key);
+    }
     m_sink(json::compact(event) + '\n');
 }
 

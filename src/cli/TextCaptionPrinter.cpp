@@ -13,6 +13,7 @@ namespace {
 constexpr auto dim = "\x1b[2m";
 constexpr auto plain = "\x1b[0m";
 constexpr int mostOpenRows = 6;
+const QString translationIndent = QStringLiteral("  ");
 
 } // namespace
 
@@ -69,6 +70,11 @@ bool TextCaptionPrinter::isReady(const HeldLine &held)
     return held.line.isFinal && held.translation != TranslationState::pending;
 }
 
+bool TextCaptionPrinter::showsTranslation(const HeldLine &held)
+{
+    return held.translation == TranslationState::arrived && held.line.translatedText != held.line.sourceText;
+}
+
 void TextCaptionPrinter::printReady()
 {
     QString lines;
@@ -79,11 +85,11 @@ void TextCaptionPrinter::printReady()
     write(lines);
 }
 
-QString TextCaptionPrinter::finished(const HeldLine &held) const
+QString TextCaptionPrinter::finished(const HeldLine &held)
 {
     QString lines = singleRow(held.line.sourceText) + QLatin1Char('\n');
-    if (held.translation == TranslationState::arrived && held.line.translatedText != held.line.sourceText) {
-        lines += QStringLiteral("  ") + singleRow(held.line.translatedText) + QLatin1Char('\n');
+    if (showsTranslation(held)) {
+        lines += translationIndent + singleRow(held.line.translatedText) + QLatin1Char('\n');
     }
     return lines;
 }
@@ -117,6 +123,9 @@ QString TextCaptionPrinter::openRows(int columns)
     QStringList rows;
     for (const HeldLine &held : m_held) {
         rows.append(tailFitting(singleRow(held.line.sourceText), width));
+        if (showsTranslation(held)) {
+            rows.append(translationIndent + tailFitting(singleRow(held.line.translatedText), width - 2));
+        }
     }
     if (rows.isEmpty() && !m_status.isEmpty()) {
         rows.append(tailFitting(singleRow(m_status), width));

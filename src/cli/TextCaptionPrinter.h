@@ -32,8 +32,9 @@ private:
     };
 
     static bool isReady(const HeldLine &held);
+    static bool showsTranslation(const HeldLine &held);
+    static QString finished(const HeldLine &held);
     void printReady();
-    QString finished(const HeldLine &held) const;
     QString removeOpenRows() const;
     QString openRows(int columns);
     void write(const QString &finishedLines);

@@ -1,0 +1,49 @@
+#include "cli/JsonLinesCaptionPrinter.h"
+
+#include "base/Record.h"
+
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::cli;
+
+class JsonLinesCaptionPrinterTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aLineIsOneObjectInTheOrderOfItsMembers()
+    {
+        QByteArray output;
+        JsonLinesCaptionPrinter printer([&output](const QByteArray &bytes) { output += bytes; });
+        LumaphoneCaptionLine line;
+        line.id = QUuid("{0aef1b2c-0000-4000-8000-000000000001}");
+        line.sourceText = QStringLiteral("say \"hi\"\n你好");
+        line.sourceLanguage = AppleSystemSpeechLanguage::english;
+        line.translatedText = pendingTranslationPlaceholder;
+        line.createdAt = *dateFromIso8601("2026-01-31T08:00:00Z");
+        line.isFinal = true;
+        line.revision = 3;
+        printer.lineChanged(line, TranslationState::unwanted);
+        QCOMPARE(QString::fromUtf8(output),
+            QStringLiteral("{\"event\":\"line\",\"id\":\"0AEF1B2C-0000-4000-8000-000000000001\","
+                           "\"sourceText\":\"say \\\"hi\\\"\\n你好\",\"sourceLanguage\":\"english\","
+                           "\"translatedText\":\"翻譯中...\",\"createdAt\":\"2026-01-31T08:00:00Z\","
+                           "\"isFinal\":true,\"revision\":3}\n"));
+    }
+
+    void statusAndFailureAreTold()
+    {
+        QByteArray output;
+        JsonLinesCaptionPrinter printer([&output](const QByteArray &bytes) { output += bytes; });
+        printer.statusChanged("waiting");
+        printer.failed("gone");
+        printer.finish();
+        QCOMPARE(output,
+            QByteArray("{\"event\":\"status\",\"status\":\"waiting\",\"isFailure\":false}\n"
+                       "{\"event\":\"status\",\"status\":\"gone\",\"isFailure\":true}\n"));
+    }
+};
+
+QTEST_GUILESS_MAIN(JsonLinesCaptionPrinterTest)
+#include "JsonLinesCaptionPrinterTest.moc"
