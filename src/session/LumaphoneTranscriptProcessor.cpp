@@ -1,0 +1,53 @@
+#include "session/LumaphoneTranscriptProcessor.h"
+
+#include "base/Json.h"
+#include "platform/BundleResources.h"
+#include "session/HelperProcess.h"
+#include "session/revision/CoreRevisionExchange.h"
+#include "session/revision/RevisionRule.h"
+
+namespace lumaphone {
+
+LumaphoneTranscriptProcessor::LumaphoneTranscriptProcessor(const BundleResources &resources)
+    : LumaphoneTranscriptProcessor(resources.path(QLatin1String(executableName)))
+{
+}
+
+LumaphoneTranscriptProcessor::LumaphoneTranscriptProcessor(std::optional<QString> executableURL)
+    : m_executableURL(std::move(executableURL))
+{
+}
+
+CoreRevisionDecision LumaphoneTranscriptProcessor::coreRevisionDecision(
+    const QString &current, const QString &incoming) const
+{
+    if (!m_executableURL) {
+        return CoreRevisionDecision::NoAnswer;
+    }
+    try {
+        const auto output
+            = exchangeWithHelper(*m_executableURL, encode(CoreRevisionRequest {current, incoming}));
+        if (!output) {
+            return CoreRevisionDecision::NoAnswer;
+        }
+        return decodeCoreRevisionResponse(*output).isRevision ? CoreRevisionDecision::Yes
+                                                              : CoreRevisionDecision::No;
+    } catch (const json::DecodingError &) {
+        return CoreRevisionDecision::NoAnswer;
+    }
+}
+
+bool LumaphoneTranscriptProcessor::isRevision(const QString &current, const QString &incoming) const
+{
+    switch (coreRevisionDecision(current, incoming)) {
+    case CoreRevisionDecision::Yes:
+        return true;
+    case CoreRevisionDecision::No:
+        return false;
+    case CoreRevisionDecision::NoAnswer:
+        return fallbackIsRevisionOfCurrentPartial(current, incoming);
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace lumaphone

@@ -1,0 +1,265 @@
+#include "session/LumaphoneTranscriptProcessor.h"
+
+#include "platform/BundleResources.h"
+#include "session/HelperProcess.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <thread>
+
+using namespace lumaphone;
+
+namespace {
+
+class OneResource final : public BundleResources
+{
+public:
+    explicit OneResource(QString name)
+        : m_name(std::move(name))
+    {
+    }
+    std::optional<QString> path(const QString &name) const override
+    {
+        return name == m_name ? std::optional(QStringLiteral("/bundle/") + name) : std::nullopt;
+    }
+
+private:
+    QString m_name;
+};
+
+QByteArray answering(const QByteArray &output)
+{
+    return "cat >/dev/null\nprintf '%s' '" + output + "'\n";
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(lumaphone::CoreRevisionDecision)
+
+class LumaphoneTranscriptProcessorTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    int m_helpers = 0;
+
+    /// A stand-in helper: a shell script with that body.
+    QString helper(const QByteArray &body, int mode = 0755)
+    {
+        const QString path = m_folder.filePath(QStringLiteral("helper%1").arg(++m_helpers));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly)) {
+            qFatal("cannot write %s", qPrintable(path));
+        }
+        file.write("#!/bin/sh\n" + body);
+        file.close();
+        ::chmod(QFile::encodeName(path).constData(), mode_t(mode));
+        return path;
+    }
+
+    static CoreRevisionDecision decisionOf(const QString &executable)
+    {
+        return LumaphoneTranscriptProcessor(executable)
+            .coreRevisionDecision(QStringLiteral("今日は"), QStringLiteral("今日は雨"));
+    }
+
+private slots:
+    void theHelperIsTheBundlesResource()
+    {
+        const QString name = QStringLiteral("lumaphone-core-cli");
+        QCOMPARE(LumaphoneTranscriptProcessor(OneResource(name)).executableURL(),
+            std::optional(QStringLiteral("/bundle/lumaphone-core-cli")));
+        QCOMPARE(
+            LumaphoneTranscriptProcessor(OneResource(QStringLiteral("other"))).executableURL(), std::nullopt);
+    }
+
+    void withoutAHelperThereIsNoAnswerAndTheRuleDecides()
+    {
+        const LumaphoneTranscriptProcessor processor(std::nullopt);
+        QCOMPARE(processor.coreRevisionDecision(QStringLiteral("a"), QStringLiteral("a")),
+            CoreRevisionDecision::NoAnswer);
+        QVERIFY(processor.isRevision(QStringLiteral("今日は"), QStringLiteral("今日は雨")));
+        QVERIFY(!processor.isRevision(QStringLiteral("今日は"), QString()));
+    }
+
+    void takesTheAnswerOnlyOfAWellBehavedHelper_data()
+    {
+        using enum CoreRevisionDecision;
+        QTest::addColumn<QByteArray>("script");
+        QTest::addColumn<CoreRevisionDecision>("decision");
+        QTest::newRow("yes") << answering(R"({"is_revision":true})") << Yes;
+        QTest::newRow("no") << answering(R"({"is_revision":false})") << No;
+        QTest::newRow("other members and a line break")
+            << answering("{\"why\":{},\"is_revision\":true}\n") << Yes;
+        QTest::newRow("exit status 1") << answering(R"({"is_revision":true})") + "exit 1\n" << NoAnswer;
+        QTest::newRow("ended by a signal") << answering(R"({"is_revision":true})") + "kill -9 $$\n"
+                                           << NoAnswer;
+        QTest::newRow("garbage") << answering("\\377\\001{{{") << NoAnswer;
+        QTest::newRow("the bare word yes") << answering("yes") << NoAnswer;
+        QTest::newRow("nothing") << QByteArray("cat >/dev/null\n") << NoAnswer;
+        QTest::newRow("no boolean") << answering(R"({"is_revision":"true"})") << NoAnswer;
+        QTest::newRow("no such member") << answering(R"({"revision":true})") << NoAnswer;
+        QTest::newRow("a megabyte on standard error")
+            << "head -c 1000000 /dev/zero >&2\n" + answering(R"({"is_revision":true})") << Yes;
+        QTest::newRow("a large answer")
+            << QByteArray("cat >/dev/null\nprintf '{\"is_revision\":true,\"pad\":\"'\n"
+                          "head -c 300000 /dev/zero | tr '\\0' x\nprintf '\"}'\n")
+            << Yes;
+        QTest::newRow("answers without reading") << QByteArray("printf '{\"is_revision\":true}'\n") << Yes;
+        QTest::newRow("closes its input unread")
+            << QByteArray("exec <&-\nprintf '{\"is_revision\":true}'\n") << Yes;
+        QTest::newRow("closes its output first, then fails")
+            << QByteArray("printf '{\"is_revision\":true}'\nexec >&-\ncat >/dev/null\nexit 3\n") << NoAnswer;
+    }
+    void takesTheAnswerOnlyOfAWellBehavedHelper()
+    {
+        QFETCH(QByteArray, script);
+        QTEST(decisionOf(helper(script)), "decision");
+    }
+
+    void aHelperThatCannotBeStartedGivesNoAnswer()
+    {
+        QCOMPARE(decisionOf(m_folder.filePath(QStringLiteral("missing"))), CoreRevisionDecision::NoAnswer);
+        QCOMPARE(
+            decisionOf(helper(answering(R"({"is_revision":true})"), 0644)), CoreRevisionDecision::NoAnswer);
+        QCOMPARE(decisionOf(m_folder.path()), CoreRevisionDecision::NoAnswer);
+        QCOMPARE(decisionOf(QString()), CoreRevisionDecision::NoAnswer);
+    }
+
+    void theHelpersAnswerWinsOverTheRule()
+    {
+        const QString same = QStringLiteral("同じ");
+        QVERIFY(!LumaphoneTranscriptProcessor(helper(answering(R"({"is_revision":false})")))
+                     .isRevision(same, same));
+        QVERIFY(LumaphoneTranscriptProcessor(helper(answering(R"({"is_revision":true})")))
+                    .isRevision(QStringLiteral("abc"), QStringLiteral("xyz")));
+    }
+
+    void theRuleDecidesWhereTheHelperFails()
+    {
+        const LumaphoneTranscriptProcessor failing(helper("exit 1\n"));
+        QVERIFY(failing.isRevision(QStringLiteral("a"), QStringLiteral("ab")));
+        QVERIFY(!failing.isRevision(QStringLiteral("a"), QStringLiteral("b")));
+    }
+
+    void theHelperReceivesTheWholeRequest()
+    {
+        const QString seen = m_folder.filePath(QStringLiteral("seen"));
+        const LumaphoneTranscriptProcessor processor(
+            helper("cat >'" + QFile::encodeName(seen) + "'\nprintf '{\"is_revision\":true}'\n"));
+        QCOMPARE(processor.coreRevisionDecision(QStringLiteral(" Ａ \"b\""), QStringLiteral("ア\n")),
+            CoreRevisionDecision::Yes);
+        QFile file(seen);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(),
+            QByteArray("{\"operation\":\"is_revision\",\"current_text\":\" Ａ \\\"b\\\"\","
+                       "\"incoming_text\":\"ア\\n\"}"));
+    }
+
+    void aRequestLargerThanThePipeIsReadToItsEnd()
+    {
+        const QByteArray input(1'000'000, 'x');
+        QCOMPARE(exchangeWithHelper(helper("wc -c | tr -d ' \\n'\n"), input),
+            std::optional(QByteArray("1000000")));
+        QCOMPARE(exchangeWithHelper(helper("cat\n"), input), std::optional(input));
+    }
+
+    void aLargeRequestIsNoHarmWhenNobodyReadsIt()
+    {
+        const QString large(1'000'000, QLatin1Char('x'));
+        QCOMPARE(LumaphoneTranscriptProcessor(helper("exec <&-\nprintf '{\"is_revision\":false}'\n"))
+                     .coreRevisionDecision(large, large),
+            CoreRevisionDecision::No);
+        QCOMPARE(LumaphoneTranscriptProcessor(helper("exit 1\n")).coreRevisionDecision(large, large),
+            CoreRevisionDecision::NoAnswer);
+        // The signal for a broken pipe was taken back with the exchange.
+        sigset_t pending;
+        sigset_t mask;
+        sigpending(&pending);
+        pthread_sigmask(SIG_BLOCK, nullptr, &mask);
+        QCOMPARE(sigismember(&pending, SIGPIPE), 0);
+        QCOMPARE(sigismember(&mask, SIGPIPE), 0);
+    }
+
+    void aSlowHelperIsWaitedFor()
+    {
+        const QByteArray fifo = QFile::encodeName(m_folder.filePath(QStringLiteral("fifo")));
+        QCOMPARE(::mkfifo(fifo.constData(), 0600), 0);
+        // The script's read of the fifo, and this open for writing, wait for each other.
+        const QString slow = helper("cat >/dev/null\ncat '" + fifo + "'\n");
+        std::thread answer([&fifo] {
+            const int fd = ::open(fifo.constData(), O_WRONLY | O_CLOEXEC);
+            const QByteArray yes = R"({"is_revision":true})";
+            if (::write(fd, yes.constData(), std::size_t(yes.size())) != yes.size()) {
+                qFatal("cannot write to the fifo");
+            }
+            ::close(fd);
+        });
+        const CoreRevisionDecision decision = decisionOf(slow);
+        answer.join();
+        QCOMPARE(decision, CoreRevisionDecision::Yes);
+    }
+
+    void theHelperInheritsTheEnvironmentAndNoOtherFile()
+    {
+        qputenv("LUMAPHONE_TEST_VALUE", "seen");
+        const int inheritable = ::open("/dev/null", O_RDONLY);
+        const auto output = exchangeWithHelper(
+            helper("printf '%s ' \"$LUMAPHONE_TEST_VALUE\"\necho $# $(ls /proc/$$/fd)\n"), {});
+        ::close(inheritable);
+        QVERIFY(output);
+        const QList<QByteArray> words = output->simplified().split(' ');
+        QCOMPARE(words.value(0), QByteArray("seen"));
+        QCOMPARE(words.value(1), QByteArray("0"));
+        QVERIFY2(!words.mid(2).contains(QByteArray::number(inheritable)), output->constData());
+    }
+
+    void manyExchangesLeaveNothingBehind()
+    {
+        const auto openFiles = [] {
+            return QDir(QStringLiteral("/proc/self/fd")).entryList().size();
+        };
+        const LumaphoneTranscriptProcessor failing(helper("exit 1\n"));
+        const LumaphoneTranscriptProcessor missing(m_folder.filePath(QStringLiteral("missing")));
+        failing.coreRevisionDecision(QString(), QString());
+        const auto before = openFiles();
+        for (int i = 0; i < 50; ++i) {
+            failing.coreRevisionDecision(QStringLiteral("a"), QStringLiteral("b"));
+            missing.coreRevisionDecision(QStringLiteral("a"), QStringLiteral("b"));
+        }
+        QCOMPARE(openFiles(), before);
+    }
+
+    void theShippedHelperAppliesTheRule()
+    {
+        const LumaphoneTranscriptProcessor processor(QStringLiteral(LUMAPHONE_CORE_CLI));
+        QCOMPARE(processor.coreRevisionDecision(QStringLiteral("ガラス"), QStringLiteral("がらすの")),
+            CoreRevisionDecision::Yes);
+        QCOMPARE(processor.coreRevisionDecision(QStringLiteral("はい"), QStringLiteral("いいえ")),
+            CoreRevisionDecision::No);
+    }
+
+    void theShippedHelperRefusesMalformedRequests()
+    {
+        const QString helper = QStringLiteral(LUMAPHONE_CORE_CLI);
+        QCOMPARE(exchangeWithHelper(helper, QByteArray()), std::nullopt);
+        QCOMPARE(exchangeWithHelper(helper, QByteArray("{}")), std::nullopt);
+        QCOMPARE(exchangeWithHelper(
+                     helper, QByteArray(R"({"operation":"x","current_text":"a","incoming_text":"a"})")),
+            std::nullopt);
+        QCOMPARE(exchangeWithHelper(
+                     this->helper("\"" LUMAPHONE_CORE_CLI "\" <<END\nno JSON\nEND\necho \" $?\"\n"), {}),
+            std::optional(QByteArray(" 1\n")));
+    }
+};
+
+QTEST_GUILESS_MAIN(LumaphoneTranscriptProcessorTest)
+#include "LumaphoneTranscriptProcessorTest.moc"
