@@ -1,0 +1,42 @@
+#pragma once
+
+#include "base/MainQueue.h"
+#include "platform/linux/SpeechEngine.h"
+
+#include <map>
+
+namespace lumaphone {
+
+/// Speech recognition by the engines on this machine. A locale is served by the first engine that has a model
+/// for it. Recognition stays on the machine, so it needs no one's permission.
+class EngineSpeechFramework final : public SpeechFramework
+{
+public:
+    /// `engines` in the order of preference.
+    EngineSpeechFramework(
+        std::vector<std::shared_ptr<SpeechEngine>> engines, std::shared_ptr<MainQueue> mainQueue);
+
+    SpeechAuthorization authorizationStatus() override { return SpeechAuthorization::Authorized; }
+    QCoro::Task<SpeechAuthorization> requestAuthorization() override;
+    QCoro::Task<std::optional<QString>> supportedLocale(QString localeIdentifier) override;
+    QCoro::Task<> reserve(QString localeIdentifier) override;
+    QCoro::Task<> release(QString localeIdentifier) override;
+    std::shared_ptr<SpeechModule> makeTranscriber(
+        const QString &localeIdentifier, const SpeechModuleOptions &options) override;
+    /// The modules must be this framework's own.
+    std::shared_ptr<SpeechAnalyzer> makeAnalyzer(std::vector<std::shared_ptr<SpeechModule>> modules) override;
+
+    /// How many reservations of a locale have not been released.
+    int reservations(const QString &localeIdentifier) const;
+
+private:
+    /// None when no engine has a model for the locale.
+    std::shared_ptr<SpeechEngine> engineFor(const QString &localeIdentifier) const;
+    QString missingModelText(const QString &localeIdentifier) const;
+
+    const std::vector<std::shared_ptr<SpeechEngine>> m_engines;
+    const std::shared_ptr<MainQueue> m_mainQueue;
+    std::map<QString, int> m_reservations;
+};
+
+} // namespace lumaphone

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/linux/SpeechEngine.h"
+
+namespace lumaphone {
+
+/// The results of one locale, given by whichever thread recognises and read by another.
+class EngineSpeechModule final : public SpeechModule
+{
+public:
+    EngineSpeechModule(
+        QString localeIdentifier, const SpeechModuleOptions &options, std::shared_ptr<SpeechEngine> engine);
+
+    const QString &localeIdentifier() const { return m_localeIdentifier; }
+    const std::shared_ptr<SpeechEngine> &engine() const { return m_engine; }
+
+    std::optional<SpeechResult> nextResult(const std::stop_token &stop) override;
+
+    // Any thread.
+    /// Appends a result; a volatile one only if they are reported.
+    void give(SpeechResult result);
+    /// Ends the results. What was given is still read.
+    void finish();
+    /// Ends the results with an error.
+    void fail(const QString &description);
+
+private:
+    const QString m_localeIdentifier;
+    const SpeechModuleOptions m_options;
+    const std::shared_ptr<SpeechEngine> m_engine;
+    AsyncStream<SpeechResult> m_results;
+};
+
+} // namespace lumaphone

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/linux/PocketSphinxModel.h"
+#include "platform/linux/StreamingRecognizer.h"
+
+#include <atomic>
+#include <memory>
+
+namespace lumaphone {
+
+/// Decodes one locale with PocketSphinx. An utterance ends at a pause, or when it has lasted 20 s.
+class PocketSphinxRecognizer final : public StreamingRecognizer
+{
+public:
+    PocketSphinxRecognizer(QString localeIdentifier, PocketSphinxModel model, RecognitionSink sink);
+    ~PocketSphinxRecognizer() override;
+
+    std::vector<QString> localeIdentifiers() const override { return {m_localeIdentifier}; }
+    void load() override;
+    void accept(std::span<const std::int16_t> samples) override;
+    void finish() override;
+    void cancel() noexcept override;
+
+private:
+    class Decoder;
+
+    void decode(std::span<const std::int16_t> block);
+    void endUtterance();
+    void give(const QString &text, bool isFinal);
+
+    const QString m_localeIdentifier;
+    const PocketSphinxModel m_model;
+    const RecognitionSink m_sink;
+    std::atomic<bool> m_isCancelled = false;
+
+    std::unique_ptr<Decoder> m_decoder;
+    std::vector<std::int16_t> m_pending; ///< less than a block
+    bool m_hasSpeech = false; ///< in the utterance under way
+    std::size_t m_utteranceSamples = 0; ///< since its speech began
+    std::size_t m_samplesSinceText = 0; ///< since its last text
+};
+
+} // namespace lumaphone
