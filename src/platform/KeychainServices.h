@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace lumaphone {
+
+/// Names generic password items: those of one account of one service.
+struct KeychainQuery
+{
+    QString service;
+    QString account;
+
+    bool operator==(const KeychainQuery &) const = default;
+};
+
+enum class KeychainStatus {
+    success,
+    itemNotFound,
+    other, ///< no keychain, access refused, still locked: the reason is not told apart
+};
+
+struct KeychainReading
+{
+    KeychainStatus status = KeychainStatus::other;
+    QByteArray data; ///< the secret; empty unless the status is success
+};
+
+/// The user's keychain. Calls block until the keychain, and perhaps the user whom it asks to unlock it, has
+/// answered. A secret leaves through `data` alone: no error, log or process argument shows it.
+class KeychainServices
+{
+public:
+    virtual ~KeychainServices() = default;
+
+    virtual KeychainReading copyMatching(const KeychainQuery &query) = 0;
+    /// Replaces the data of the item that exists.
+    virtual KeychainStatus update(const KeychainQuery &query, const QByteArray &data) = 0;
+    /// Makes a new item.
+    virtual KeychainStatus add(const KeychainQuery &query, const QByteArray &data) = 0;
+    virtual KeychainStatus remove(const KeychainQuery &query) = 0;
+};
+
+} // namespace lumaphone

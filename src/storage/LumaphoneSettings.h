@@ -1,0 +1,125 @@
+#pragma once
+
+#include "capture/AppleSystemSpeechLanguage.h"
+#include "platform/DefaultsStore.h"
+#include "storage/FloatingCaptionDisplayMode.h"
+#include "storage/FloatingCaptionTheme.h"
+#include "storage/LumaphoneAudioInputSource.h"
+#include "storage/LumaphoneKeychain.h"
+#include "storage/LumaphoneProcessingMode.h"
+#include "translation/provider/OpenAICompatibleProviderConfiguration.h"
+
+#include <QObject>
+
+namespace lumaphone {
+
+/// Every choice of the user that survives a restart. The program makes one and hands it to whoever needs it.
+/// Main thread.
+///
+/// A set is stored at once, as it is: nothing is clamped or checked. Setting a property to the value it has
+/// stores it again, without a notification. A stored value that makes no sense counts as absent and stays
+/// where it is until the property is set.
+class LumaphoneSettings : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(lumaphone::AppleSystemSpeechLanguage sourceLanguage READ sourceLanguage WRITE setSourceLanguage
+            NOTIFY sourceLanguageChanged)
+    Q_PROPERTY(lumaphone::LumaphoneAudioInputSource audioInputSource READ audioInputSource WRITE
+            setAudioInputSource NOTIFY audioInputSourceChanged)
+    Q_PROPERTY(lumaphone::LumaphoneProcessingMode processingMode READ processingMode WRITE setProcessingMode
+            NOTIFY processingModeChanged)
+    Q_PROPERTY(
+        double captionFontSize READ captionFontSize WRITE setCaptionFontSize NOTIFY captionFontSizeChanged)
+    Q_PROPERTY(double captionOpacity READ captionOpacity WRITE setCaptionOpacity NOTIFY captionOpacityChanged)
+    Q_PROPERTY(lumaphone::FloatingCaptionTheme captionTheme READ captionTheme WRITE setCaptionTheme NOTIFY
+            captionThemeChanged)
+    Q_PROPERTY(lumaphone::FloatingCaptionDisplayMode captionDisplayMode READ captionDisplayMode WRITE
+            setCaptionDisplayMode NOTIFY captionDisplayModeChanged)
+    Q_PROPERTY(
+        QString providerBaseURL READ providerBaseURL WRITE setProviderBaseURL NOTIFY providerBaseURLChanged)
+    Q_PROPERTY(QString providerModel READ providerModel WRITE setProviderModel NOTIFY providerModelChanged)
+    Q_PROPERTY(bool hasProviderAPIKey READ hasProviderAPIKey NOTIFY hasProviderAPIKeyChanged)
+
+public:
+    /// Reads everything once. Both services must outlive the settings.
+    LumaphoneSettings(DefaultsStore &defaults, KeychainServices &keychainServices, QObject *parent = nullptr);
+
+    /// The endpoint that is used until the user names another one.
+    static QString defaultProviderBaseURL();
+
+    /// The language of the speech to recognise.
+    AppleSystemSpeechLanguage sourceLanguage() const { return m_sourceLanguage; }
+    void setSourceLanguage(AppleSystemSpeechLanguage language);
+
+    LumaphoneAudioInputSource audioInputSource() const { return m_audioInputSource; }
+    void setAudioInputSource(LumaphoneAudioInputSource source);
+
+    LumaphoneProcessingMode processingMode() const { return m_processingMode; }
+    void setProcessingMode(LumaphoneProcessingMode mode);
+
+    /// In points.
+    double captionFontSize() const { return m_captionFontSize; }
+    void setCaptionFontSize(double points);
+
+    /// Of the panel's background, 0...1.
+    double captionOpacity() const { return m_captionOpacity; }
+    void setCaptionOpacity(double opacity);
+
+    FloatingCaptionTheme captionTheme() const { return m_captionTheme; }
+    void setCaptionTheme(FloatingCaptionTheme theme);
+
+    FloatingCaptionDisplayMode captionDisplayMode() const { return m_captionDisplayMode; }
+    void setCaptionDisplayMode(FloatingCaptionDisplayMode mode);
+
+    /// As typed.
+    const QString &providerBaseURL() const { return m_providerBaseURL; }
+    void setProviderBaseURL(const QString &url);
+
+    /// As typed.
+    const QString &providerModel() const { return m_providerModel; }
+    void setProviderModel(const QString &model);
+
+    /// Whether a key was there when the settings were made or has been saved since. It follows what was asked
+    /// of the keychain, not what came of it.
+    bool hasProviderAPIKey() const { return m_hasProviderAPIKey; }
+
+    /// Base URL and model without white space at their ends, with the key that the keychain holds now, or "".
+    OpenAICompatibleProviderConfiguration providerConfiguration() const;
+    /// Keeps the key, without white space at its ends, in the keychain; a blank one deletes what is there.
+    void saveProviderAPIKey(const QString &key);
+
+    DefaultsStore &defaults() const { return m_defaults; }
+    const LumaphoneKeychain &keychain() const { return m_keychain; }
+
+signals:
+    void sourceLanguageChanged();
+    void audioInputSourceChanged();
+    void processingModeChanged();
+    void captionFontSizeChanged();
+    void captionOpacityChanged();
+    void captionThemeChanged();
+    void captionDisplayModeChanged();
+    void providerBaseURLChanged();
+    void providerModelChanged();
+    void hasProviderAPIKeyChanged();
+
+private:
+    template<typename Value>
+    void set(Value &member, const Value &value, const QString &key, const DefaultsValue &stored,
+        void (LumaphoneSettings::*changed)());
+
+    DefaultsStore &m_defaults;
+    LumaphoneKeychain m_keychain;
+    AppleSystemSpeechLanguage m_sourceLanguage;
+    LumaphoneAudioInputSource m_audioInputSource;
+    LumaphoneProcessingMode m_processingMode;
+    double m_captionFontSize;
+    double m_captionOpacity;
+    FloatingCaptionTheme m_captionTheme;
+    FloatingCaptionDisplayMode m_captionDisplayMode;
+    QString m_providerBaseURL;
+    QString m_providerModel;
+    bool m_hasProviderAPIKey;
+};
+
+} // namespace lumaphone

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "platform/KeychainServices.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace lumaphone::test {
+
+/// A keychain that lives as long as the test and remembers how it was used.
+class MemoryKeychain final : public KeychainServices
+{
+public:
+    struct Item
+    {
+        KeychainQuery query;
+        QByteArray data;
+    };
+
+    KeychainReading copyMatching(const KeychainQuery &query) override
+    {
+        const KeychainStatus status = begin("copyMatching", query);
+        return {status, status == KeychainStatus::success ? find(query)->data : QByteArray()};
+    }
+    KeychainStatus update(const KeychainQuery &query, const QByteArray &data) override
+    {
+        const KeychainStatus status = begin("update", query);
+        if (status == KeychainStatus::success) {
+            find(query)->data = data;
+        }
+        return status;
+    }
+    KeychainStatus add(const KeychainQuery &query, const QByteArray &data) override
+    {
+        calls.append(QStringLiteral("add"));
+        if (failure) {
+            return *failure;
+        }
+        items.push_back({query, data});
+        return KeychainStatus::success;
+    }
+    KeychainStatus remove(const KeychainQuery &query) override
+    {
+        const KeychainStatus status = begin("remove", query);
+        if (status == KeychainStatus::success) {
+            items.erase(find(query));
+        }
+        return status;
+    }
+
+    std::vector<Item> items;
+    std::optional<KeychainStatus> failure; ///< the answer to every call, while it is set
+    QStringList calls; ///< operations, in the order of calling
+
+private:
+    KeychainStatus begin(const char *operation, const KeychainQuery &query)
+    {
+        calls.append(QString::fromLatin1(operation));
+        if (failure) {
+            return *failure;
+        }
+        return find(query) == items.end() ? KeychainStatus::itemNotFound : KeychainStatus::success;
+    }
+    std::vector<Item>::iterator find(const KeychainQuery &query)
+    {
+        return std::find_if(
+            items.begin(), items.end(), [&query](const Item &item) { return item.query == query; });
+    }
+};
+
+} // namespace lumaphone::test
