@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -132,6 +133,30 @@ void createFolder(const QString &path)
     errno = 0;
     if (!QDir().mkpath(path)) {
         throw FileError(path, errno != 0 ? errno : ENOTDIR);
+    }
+}
+
+void keepAside(const QString &path)
+{
+    const QFileInfo file(path);
+    const QString stem = file.path() + QLatin1Char('/') + file.completeBaseName() + QLatin1String(".damaged");
+    const QString extension = QLatin1Char('.') + file.suffix();
+    const QByteArray from = QFile::encodeName(path);
+    for (int number = 1;; ++number) {
+        const QString suffix = number == 1 ? extension : QStringLiteral("-%1").arg(number) + extension;
+        const QByteArray to = QFile::encodeName(stem + suffix);
+        if (::link(from.constData(), to.constData()) == 0 || errno == ENOENT) {
+            return;
+        }
+        if (errno == EEXIST) {
+            continue;
+        }
+        if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
+            return;
+        }
+        if (errno != EEXIST) {
+            throw FileError(path, errno);
+        }
     }
 }
 

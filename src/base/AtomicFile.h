@@ -37,6 +37,11 @@ std::optional<QByteArray> readFile(const QString &path);
 /// Creates a folder and its parents. Throws FileError.
 void createFolder(const QString &path);
 
+/// Gives a file that cannot be read a second name, such as "index.damaged.json" or, if that is taken,
+/// "index.damaged-2.json", so that replacing it destroys nothing. Where the file system knows no second
+/// names, the file is renamed. Does nothing if there is no file. Throws FileError.
+void keepAside(const QString &path);
+
 /// Removes a file; one that is already gone is fine. Throws FileError.
 void removeFile(const QString &path);
 

@@ -18,6 +18,29 @@ bool hasFoldableMarks(QChar::Script script)
     return script == QChar::Script_Latin || script == QChar::Script_Greek || script == QChar::Script_Cyrillic;
 }
 
+/// `decomposed` without the combining marks of letters that lose them.
+QString withoutDiacritics(const QString &decomposed)
+{
+    if (std::none_of(decomposed.begin(), decomposed.end(),
+            [](QChar unit) { return unit.isMark() || unit.isSurrogate(); })) {
+        return decomposed;
+    }
+    QString result;
+    result.reserve(decomposed.size());
+    bool baseLosesMarks = false;
+    for (const char32_t scalar : decomposed.toUcs4()) {
+        if (QChar::isMark(scalar)) {
+            if (baseLosesMarks) {
+                continue;
+            }
+        } else {
+            baseLosesMarks = hasFoldableMarks(QChar::script(scalar));
+        }
+        result.append(QStringView(QChar::fromUcs4(scalar)));
+    }
+    return result;
+}
+
 } // namespace
 
 bool isWhiteSpace(char32_t scalar)
@@ -77,25 +100,9 @@ QList<QString> characters(const QString &text)
 
 QString foldedForSearch(const QString &text)
 {
-    QString folded = text.toCaseFolded();
-    if (isAscii(folded)) {
-        return folded;
-    }
-    const QString decomposed = folded.normalized(QString::NormalizationForm_D);
-    QString result;
-    result.reserve(decomposed.size());
-    bool baseLosesMarks = false;
-    for (const char32_t scalar : decomposed.toUcs4()) {
-        if (QChar::isMark(scalar)) {
-            if (baseLosesMarks) {
-                continue;
-            }
-        } else {
-            baseLosesMarks = hasFoldableMarks(QChar::script(scalar));
-        }
-        result.append(QStringView(QChar::fromUcs4(scalar)));
-    }
-    return result.normalized(QString::NormalizationForm_C);
+    // Marks go first: folding turns the iota below a Greek letter into a letter of its own.
+    const QString folded = withoutDiacritics(canonicalForm(text)).toCaseFolded();
+    return isAscii(folded) ? folded : folded.normalized(QString::NormalizationForm_C);
 }
 
 } // namespace lumaphone::text

@@ -1,0 +1,20 @@
+#include "translation/GlossarySelection.h"
+
+#include "base/TextSearch.h"
+
+#include <algorithm>
+
+namespace lumaphone {
+
+QList<LumaphoneGlossaryTerm> glossaryTermsOccurring(
+    const QList<LumaphoneGlossaryTerm> &terms, const QString &text)
+{
+    const text::TextSearch exact(text, text::Comparison::Exact);
+    const text::TextSearch folded(text, text::Comparison::IgnoringCaseAndDiacritics);
+    QList<LumaphoneGlossaryTerm> occurring;
+    std::copy_if(terms.begin(), terms.end(), std::back_inserter(occurring),
+        [&](const auto &term) { return (term.caseSensitive ? exact : folded).contains(term.source); });
+    return occurring;
+}
+
+} // namespace lumaphone
