@@ -42,7 +42,7 @@ QCoro::Task<ExitStatus> CaptionSession::run(PipelineFactory makePipeline)
             }
         });
     };
-    const std::unique_ptr<LumaphoneLiveAudioPipeline> pipeline = makePipeline(
+    m_pipeline = makePipeline(
         [toMainThread](const SystemAudioPipelineEvent &event) {
             toMainThread([event](CaptionSession &session) { session.handlePipelineEvent(event); });
         },
@@ -50,11 +50,10 @@ QCoro::Task<ExitStatus> CaptionSession::run(PipelineFactory makePipeline)
             toMainThread([](const CaptionSession &session) { session.m_ended.resolve(exitSuccess); });
         });
 
-    m_pipeline = pipeline.get();
     ExitStatus status = exitFailure;
     try {
         m_isStarting = true;
-        co_await pipeline->start();
+        co_await m_pipeline->start();
         m_isStarting = false;
         m_printer.statusChanged(waitingStatus);
         status = co_await m_ended;
@@ -64,7 +63,7 @@ QCoro::Task<ExitStatus> CaptionSession::run(PipelineFactory makePipeline)
     m_merger.finalizeOpenCaptionLine();
     m_printer.finish();
     *m_self = nullptr;
-    co_await pipeline->stop();
+    co_await m_pipeline->stop();
     co_return status;
 }
 

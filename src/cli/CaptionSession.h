@@ -18,7 +18,7 @@ namespace lumaphone::cli {
 
 /// Makes the pipeline of a session. The handlers may be called on any thread; `onFinished` once, when a
 /// source that can end, such as a file, has delivered everything.
-using PipelineFactory = std::function<std::unique_ptr<LumaphoneLiveAudioPipeline>(
+using PipelineFactory = std::function<std::shared_ptr<LumaphoneLiveAudioPipeline>(
     SystemAudioPipelineEventHandler onEvent, std::function<void()> onFinished)>;
 
 /// One run of captions in the terminal: merges what the pipeline recognises and shows every change.
@@ -47,7 +47,7 @@ private:
     CaptionLineMerger &m_merger;
     CaptionPrinter &m_printer;
     Completion<ExitStatus> m_ended;
-    LumaphoneLiveAudioPipeline *m_pipeline = nullptr;
+    std::shared_ptr<LumaphoneLiveAudioPipeline> m_pipeline;
     bool m_isStarting = false;
     /// Events on their way to the main thread look here whether the session still wants them.
     std::shared_ptr<CaptionSession *> m_self;
