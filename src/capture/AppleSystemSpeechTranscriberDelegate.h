@@ -1,0 +1,26 @@
+#pragma once
+
+#include "capture/AppleSystemSpeechLanguage.h"
+
+#include <QString>
+
+#include <exception>
+
+namespace lumaphone {
+
+class AppleSystemSpeechTranscriber;
+
+/// Receives what a transcriber recognises, on the transcriber's background tasks, several at a time.
+class AppleSystemSpeechTranscriberDelegate
+{
+public:
+    virtual ~AppleSystemSpeechTranscriberDelegate() = default;
+    /// `text` is trimmed and never empty; `language` is never `automatic`. The transcriber may be destroyed
+    /// when the call returns.
+    virtual void didRecognize(AppleSystemSpeechTranscriber &transcriber, const QString &text,
+        AppleSystemSpeechLanguage language, bool isFinal)
+        = 0;
+    virtual void didFail(AppleSystemSpeechTranscriber &transcriber, std::exception_ptr error) = 0;
+};
+
+} // namespace lumaphone

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "capture/AppleSystemSpeechTranscriber.h"
+#include "capture/LivePipelineServices.h"
+#include "capture/SystemAudioPipelineEvent.h"
+
+#include <exception>
+#include <memory>
+
+namespace lumaphone {
+
+/// What all pipelines do with their sound: summarise it, have it transcribed, and turn what the transcriber
+/// says into events.
+class LiveAudioFeed
+{
+public:
+    LiveAudioFeed(const LivePipelineServices &services, SystemAudioPipelineEventHandler onEvent);
+
+    AppleSystemSpeechTranscriber &transcriber() const { return *m_transcriber; }
+    /// Capture queue: skips a buffer that is not valid or not ready; otherwise transcribes it and tells of
+    /// it.
+    void handle(const AudioSampleBuffer &buffer) const;
+    /// Any thread: the capture ended by itself.
+    void fail(const QString &message) const;
+
+private:
+    const QLocale m_locale;
+    const SystemAudioPipelineEventHandler m_onEvent;
+    const std::shared_ptr<AppleSystemSpeechTranscriberDelegate> m_events;
+    const std::shared_ptr<AppleSystemSpeechTranscriber> m_transcriber;
+};
+
+/// The text for the user when recognition fails: guidance where the system's dictation is switched off,
+/// otherwise what the error says.
+QString speechFailureMessage(const std::exception_ptr &error);
+
+} // namespace lumaphone

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "base/SerialQueue.h"
+#include "capture/AppleSystemSpeechLanguage.h"
+#include "capture/LiveAudioFeed.h"
+#include "capture/LivePipelineServices.h"
+#include "capture/LumaphoneLiveAudioPipeline.h"
+#include "capture/SystemAudioPipelineEvent.h"
+#include "platform/MicrophoneCapture.h"
+
+#include <memory>
+
+namespace lumaphone {
+
+/// Transcribes the default microphone.
+class MicrophoneLivePipeline final : public LumaphoneLiveAudioPipeline,
+                                     public std::enable_shared_from_this<MicrophoneLivePipeline>,
+                                     private MicrophoneSampleDelegate
+{
+public:
+    /// Captures nothing and asks for nothing yet. The pipeline lives and dies on the main thread.
+    static std::shared_ptr<MicrophoneLivePipeline> create(AppleSystemSpeechLanguage sourceLanguage,
+        std::shared_ptr<MicrophoneCapture> capture, const LivePipelineServices &services,
+        SystemAudioPipelineEventHandler onEvent);
+    ~MicrophoneLivePipeline() override;
+
+    /// Throws SystemAudioCaptureError, AppleSystemSpeechTranscriberError, or what the service throws.
+    QCoro::Task<> start() override;
+    QCoro::Task<> stop() override;
+
+    /// Whether the microphone may be recorded; asks the user only if that was never asked before.
+    static QCoro::Task<bool> requestMicrophoneAccessIfNeeded(std::shared_ptr<MicrophoneCapture> capture);
+
+private:
+    MicrophoneLivePipeline(AppleSystemSpeechLanguage sourceLanguage,
+        std::shared_ptr<MicrophoneCapture> capture, const LivePipelineServices &services,
+        SystemAudioPipelineEventHandler onEvent);
+
+    QCoro::Task<> run(int attempt);
+    void replaceInputAndOutput(
+        const std::shared_ptr<MicrophoneInput> &input, const std::shared_ptr<MicrophoneOutput> &output);
+    void removeInputsAndOutputs();
+    void detachOutput();
+    void endCapture();
+    void didOutputSampleBuffer(const AudioSampleBuffer &buffer) override;
+    void didStopWithError(std::exception_ptr error) override;
+
+    const AppleSystemSpeechLanguage m_sourceLanguage;
+    const std::shared_ptr<MicrophoneCapture> m_capture;
+    const LiveAudioFeed m_feed;
+    int m_attempt = 0; ///< counts start() and stop(): a start that is not the latest one ends quietly
+    bool m_isWanted = false; ///< whether the latest of them was start()
+    std::unique_ptr<MicrophoneSession> m_captureSession;
+    std::shared_ptr<MicrophoneOutput> m_audioOutput;
+    SerialQueue m_sampleQueue {"dev.lumaphone.microphone-audio-samples"};
+};
+
+} // namespace lumaphone

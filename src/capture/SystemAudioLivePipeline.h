@@ -1,0 +1,56 @@
+#pragma once
+
+#include "base/SerialQueue.h"
+#include "capture/AppleSystemSpeechLanguage.h"
+#include "capture/LiveAudioFeed.h"
+#include "capture/LivePipelineServices.h"
+#include "capture/LumaphoneLiveAudioPipeline.h"
+#include "capture/SystemAudioPipelineEvent.h"
+#include "platform/Clock.h"
+#include "platform/ScreenAudioCapture.h"
+
+#include <memory>
+
+namespace lumaphone {
+
+/// Transcribes the sound that the computer plays.
+class SystemAudioLivePipeline final : public LumaphoneLiveAudioPipeline,
+                                      public std::enable_shared_from_this<SystemAudioLivePipeline>,
+                                      private ScreenAudioStreamOutput,
+                                      private ScreenAudioStreamDelegate
+{
+public:
+    /// Captures nothing and asks for nothing yet. The pipeline lives and dies on the main thread.
+    static std::shared_ptr<SystemAudioLivePipeline> create(AppleSystemSpeechLanguage sourceLanguage,
+        std::shared_ptr<ScreenAudioCapture> capture, std::shared_ptr<Clock> clock,
+        const LivePipelineServices &services, SystemAudioPipelineEventHandler onEvent);
+    ~SystemAudioLivePipeline() override;
+
+    /// Throws SystemAudioCaptureError, AppleSystemSpeechTranscriberError, or what the service throws.
+    QCoro::Task<> start() override;
+    QCoro::Task<> stop() override;
+
+    /// Whether the computer's sound may be recorded; if not, asks the user and waits about six seconds for
+    /// the answer.
+    static QCoro::Task<bool> requestScreenCaptureAccessIfNeeded(
+        std::shared_ptr<ScreenAudioCapture> capture, std::shared_ptr<Clock> clock);
+
+private:
+    SystemAudioLivePipeline(AppleSystemSpeechLanguage sourceLanguage,
+        std::shared_ptr<ScreenAudioCapture> capture, std::shared_ptr<Clock> clock,
+        const LivePipelineServices &services, SystemAudioPipelineEventHandler onEvent);
+
+    QCoro::Task<> run(int attempt);
+    void didOutputSampleBuffer(const AudioSampleBuffer &buffer, SampleBufferType type) override;
+    void didStopWithError(std::exception_ptr error) override;
+
+    const AppleSystemSpeechLanguage m_sourceLanguage;
+    const std::shared_ptr<ScreenAudioCapture> m_capture;
+    const std::shared_ptr<Clock> m_clock;
+    const LiveAudioFeed m_feed;
+    int m_attempt = 0; ///< counts start() and stop(): a start that is not the latest one ends quietly
+    std::shared_ptr<ScreenAudioStream> m_stream;
+    SerialQueue m_sampleQueue {"app.lumaphone.system-audio-samples"};
+};
+
+} // namespace lumaphone

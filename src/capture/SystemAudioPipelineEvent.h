@@ -1,0 +1,51 @@
+#pragma once
+
+#include "capture/AppleSystemSpeechLanguage.h"
+#include "capture/SystemAudioSampleSummary.h"
+
+#include <QString>
+
+#include <functional>
+#include <variant>
+
+namespace lumaphone {
+
+namespace pipeline_event {
+
+/// A buffer of sound was accepted.
+struct AudioSample
+{
+    SystemAudioSampleSummary summary;
+
+    bool operator==(const AudioSample &) const = default;
+};
+
+/// A text was recognised: trimmed, never empty; the language is never `automatic`.
+struct Speech
+{
+    QString text;
+    AppleSystemSpeechLanguage language;
+    bool isFinal = false;
+
+    bool operator==(const Speech &) const = default;
+};
+
+/// The capture or the recognition ended by itself, with the reason for the user.
+struct Failed
+{
+    QString message;
+
+    bool operator==(const Failed &) const = default;
+};
+
+} // namespace pipeline_event
+
+/// What a pipeline tells its owner.
+using SystemAudioPipelineEvent
+    = std::variant<pipeline_event::AudioSample, pipeline_event::Speech, pipeline_event::Failed>;
+
+/// Called on whatever thread an event arises, on several at a time. Must not block; the owner moves the work
+/// to the main thread. It may be destroyed on any thread.
+using SystemAudioPipelineEventHandler = std::function<void(const SystemAudioPipelineEvent &)>;
+
+} // namespace lumaphone

@@ -1,0 +1,20 @@
+#include "capture/SystemAudioSampleSummary.h"
+
+#include <cmath>
+
+namespace lumaphone {
+
+SystemAudioSampleSummary makeSummary(const AudioSampleBuffer &buffer, const QLocale &locale)
+{
+    const double duration = buffer.durationSeconds.value_or(0);
+    const QString frames = QString::number(buffer.frames);
+    const QString seconds = locale.toString(std::isfinite(duration) ? duration : 0.0, 'f', 3);
+    if (!buffer.description) {
+        return {QStringLiteral("%1 frames, duration %2s").arg(frames, seconds)};
+    }
+    return {QStringLiteral("%1 frames, %2 Hz, %3 channel, duration %4s")
+                .arg(frames, locale.toString(buffer.description->sampleRateHz, 'f', 0),
+                    QString::number(buffer.description->channelsPerFrame), seconds)};
+}
+
+} // namespace lumaphone
