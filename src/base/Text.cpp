@@ -41,6 +41,23 @@ QString withoutDiacritics(const QString &decomposed)
     return result;
 }
 
+/// Full case folding: the library's own keeps ß and ﬁ, which are "ss" and "fi" in capitals.
+QString caseFolded(const QString &text)
+{
+    const QString folded = text.toCaseFolded();
+    const auto isLongerInCapitals = [](QChar unit) {
+        return unit.unicode() >= 0x80 && unit.isLower() && QString(unit).toUpper().size() > 1;
+    };
+    if (std::none_of(folded.begin(), folded.end(), isLongerInCapitals)) {
+        return folded;
+    }
+    QString result;
+    for (const QChar unit : folded) {
+        result.append(isLongerInCapitals(unit) ? QString(unit).toUpper().toCaseFolded() : QString(unit));
+    }
+    return result;
+}
+
 } // namespace
 
 bool isWhiteSpace(char32_t scalar)
@@ -101,7 +118,7 @@ QList<QString> characters(const QString &text)
 QString foldedForSearch(const QString &text)
 {
     // Marks go first: folding turns the iota below a Greek letter into a letter of its own.
-    const QString folded = withoutDiacritics(canonicalForm(text)).toCaseFolded();
+    const QString folded = caseFolded(withoutDiacritics(canonicalForm(text)));
     return isAscii(folded) ? folded : folded.normalized(QString::NormalizationForm_C);
 }
 
