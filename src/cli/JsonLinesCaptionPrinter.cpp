@@ -14,8 +14,8 @@ constexpr std::array lineKeys {
 
 } // namespace
 
-JsonLinesCaptionPrinter::JsonLinesCaptionPrinter(ByteSink sink)
-    : m_sink(std::move(sink))
+JsonLinesCaptionPrinter::JsonLinesCaptionPrinter(CommandStreams streams)
+    : m_streams(std::move(streams))
 {
 }
 
@@ -26,7 +26,7 @@ void JsonLinesCaptionPrinter::lineChanged(const LumaphoneCaptionLine &line, Tran
     for (const char *key : lineKeys) {
         event[key] = members.at(key);
     }
-    m_sink(json::compact(event) + '\n');
+    m_streams.out(json::compact(event) + '\n');
 }
 
 void JsonLinesCaptionPrinter::statusChanged(const QString &status)
@@ -37,12 +37,13 @@ void JsonLinesCaptionPrinter::statusChanged(const QString &status)
 void JsonLinesCaptionPrinter::failed(const QString &message)
 {
     printStatus(message, true);
+    m_streams.complain(message);
 }
 
 void JsonLinesCaptionPrinter::printStatus(const QString &status, bool isFailure)
 {
-    m_sink(json::compact(json::OrderedValue {
-               {"event", "status"}, {"status", json::fromText(status)}, {"isFailure", isFailure}})
+    m_streams.out(json::compact(json::OrderedValue {
+                      {"event", "status"}, {"status", json::fromText(status)}, {"isFailure", isFailure}})
         + '\n');
 }
 

@@ -5,11 +5,12 @@
 namespace lumaphone::cli {
 
 /// One JSON object per line of output: {"event":"line", …} with the members of the line for each change of a
-/// line, {"event":"status","status":…,"isFailure":…} for each status and failure.
+/// line, {"event":"status","status":…,"isFailure":…} for each status and failure. Failures are told to people
+/// as well.
 class JsonLinesCaptionPrinter final : public CaptionPrinter
 {
 public:
-    explicit JsonLinesCaptionPrinter(ByteSink sink);
+    explicit JsonLinesCaptionPrinter(CommandStreams streams);
 
     void lineChanged(const LumaphoneCaptionLine &line, TranslationState translation) override;
     void statusChanged(const QString &status) override;
@@ -19,7 +20,7 @@ public:
 private:
     void printStatus(const QString &status, bool isFailure);
 
-    ByteSink m_sink;
+    CommandStreams m_streams;
 };
 
 } // namespace lumaphone::cli

@@ -18,9 +18,8 @@ const QString translationIndent = QStringLiteral("  ");
 } // namespace
 
 TextCaptionPrinter::TextCaptionPrinter(
-    ByteSink out, ByteSink messages, std::function<std::optional<int>()> terminalColumns)
-    : m_out(std::move(out))
-    , m_messages(std::move(messages))
+    CommandStreams streams, std::function<std::optional<int>()> terminalColumns)
+    : m_streams(std::move(streams))
     , m_terminalColumns(std::move(terminalColumns))
 {
 }
@@ -51,7 +50,7 @@ void TextCaptionPrinter::failed(const QString &message)
 {
     m_status.clear();
     write({});
-    m_messages((message + QLatin1Char('\n')).toUtf8());
+    m_streams.complain(message);
 }
 
 void TextCaptionPrinter::finish()
@@ -103,7 +102,7 @@ void TextCaptionPrinter::write(const QString &finishedLines)
         output += openRows(*columns);
     }
     if (!output.isEmpty()) {
-        m_out(output.toUtf8());
+        m_streams.out(output.toUtf8());
     }
 }
 

@@ -17,7 +17,7 @@ class TextCaptionPrinter final : public CaptionPrinter
 {
 public:
     /// `terminalColumns` is none when the output is no terminal; it is asked again for every change.
-    TextCaptionPrinter(ByteSink out, ByteSink messages, std::function<std::optional<int>()> terminalColumns);
+    TextCaptionPrinter(CommandStreams streams, std::function<std::optional<int>()> terminalColumns);
 
     void lineChanged(const LumaphoneCaptionLine &line, TranslationState translation) override;
     void statusChanged(const QString &status) override;
@@ -39,8 +39,7 @@ private:
     QString openRows(int columns);
     void write(const QString &finishedLines);
 
-    ByteSink m_out;
-    ByteSink m_messages;
+    CommandStreams m_streams;
     std::function<std::optional<int>()> m_terminalColumns;
     std::deque<HeldLine> m_held;
     QString m_status;

@@ -47,10 +47,9 @@ std::unique_ptr<CaptionPrinter> makePrinter(OutputFormat format, const CommandSt
 {
     switch (format) {
     case OutputFormat::text:
-        return std::make_unique<TextCaptionPrinter>(
-            streams.out, streams.messages, [] { return terminalColumnsOf(STDOUT_FILENO); });
+        return std::make_unique<TextCaptionPrinter>(streams, [] { return terminalColumnsOf(STDOUT_FILENO); });
     case OutputFormat::jsonLines:
-        return std::make_unique<JsonLinesCaptionPrinter>(streams.out);
+        return std::make_unique<JsonLinesCaptionPrinter>(streams);
     }
     Q_UNREACHABLE();
 }
@@ -84,7 +83,8 @@ public:
         CaptionSession session(mainQueue, merger, *printer);
         const TerminationSignals signals([&session] { session.stop(); });
 
-        const auto makePipeline = [&](SystemAudioPipelineEventHandler onEvent, std::function<void()> onFinished) {
+        const auto makePipeline = [&](SystemAudioPipelineEventHandler onEvent,
+                                      std::function<void()> onFinished) {
             return makeInputPipeline(command, clock, services, std::move(onEvent), std::move(onFinished));
         };
         const ExitStatus status = QCoro::waitFor(session.run(makePipeline));
@@ -101,7 +101,8 @@ private:
         SystemAudioPipelineEventHandler onEvent, std::function<void()> onFinished)
     {
         if (const auto *file = std::get_if<SoundFileInput>(&command.input)) {
-            const auto pace = file->isRealtime ? SoundFilePace::SpeedOfSound : SoundFilePace::AsFastAsRecognised;
+            const auto pace
+                = file->isRealtime ? SoundFilePace::SpeedOfSound : SoundFilePace::AsFastAsRecognised;
             return SoundFileLivePipeline::create(file->path, command.language, pace, clock, services,
                 std::move(onEvent), std::move(onFinished));
         }
@@ -110,7 +111,8 @@ private:
                 std::make_shared<PulseMicrophoneCapture>(services.mainQueue), services, std::move(onEvent));
         }
         return SystemAudioLivePipeline::create(command.language,
-            std::make_shared<PulseScreenAudioCapture>(services.mainQueue), clock, services, std::move(onEvent));
+            std::make_shared<PulseScreenAudioCapture>(services.mainQueue), clock, services,
+            std::move(onEvent));
     }
 
     CommandStreams m_streams {descriptorSink(STDOUT_FILENO), descriptorSink(STDERR_FILENO)};

@@ -15,7 +15,7 @@ private slots:
     void aLineIsOneObjectInTheOrderOfItsMembers()
     {
         QByteArray output;
-        JsonLinesCaptionPrinter printer([&output](const QByteArray &bytes) { output += bytes; });
+        JsonLinesCaptionPrinter printer({[&output](const QByteArray &bytes) { output += bytes; }, {}});
         LumaphoneCaptionLine line;
         line.id = QUuid("{0aef1b2c-0000-4000-8000-000000000001}");
         line.sourceText = QStringLiteral("say \"hi\"\n你好");
@@ -35,13 +35,18 @@ private slots:
     void statusAndFailureAreTold()
     {
         QByteArray output;
-        JsonLinesCaptionPrinter printer([&output](const QByteArray &bytes) { output += bytes; });
+        QByteArray messages;
+        JsonLinesCaptionPrinter printer({[&output](const QByteArray &bytes) { output += bytes; },
+            [&messages](const QByteArray &bytes) {
+                messages += bytes;
+            }});
         printer.statusChanged("waiting");
         printer.failed("gone");
         printer.finish();
         QCOMPARE(output,
             QByteArray("{\"event\":\"status\",\"status\":\"waiting\",\"isFailure\":false}\n"
                        "{\"event\":\"status\",\"status\":\"gone\",\"isFailure\":true}\n"));
+        QCOMPARE(messages, QByteArray("gone\n"));
     }
 };
 

@@ -1,0 +1,199 @@
+#include "base/Json.h"
+#include "support/PrivateSoundServer.h"
+#include "support/RunningProgram.h"
+
+#include <QSet>
+#include <QTest>
+
+#include <csignal>
+
+using namespace lumaphone;
+using test::PrivateSoundServer;
+using test::RunningProgram;
+
+namespace {
+
+const QString program = QStringLiteral(LUMAPHONE_CLI);
+
+QStringList captionCommand(const QString &input)
+{
+    return {"caption", input, "--language", "english", "--format", "jsonl"};
+}
+
+/// The text of the session: the final lines in order, joined.
+QStringList finalLines(RunningProgram &captions)
+{
+    QStringList ids;
+    QHash<QString, QString> texts;
+    for (const QByteArray &line : captions.outputLines()) {
+        const json::Value event = json::parse(line);
+        if (json::text(event, "event") == "line" && json::boolean(event, "isFinal")) {
+            const QString id = json::text(event, "id");
+            if (!texts.contains(id)) {
+                ids.append(id);
+            }
+            texts[id] = json::text(event, "sourceText");
+        }
+    }
+    QStringList lines;
+    for (const QString &id : ids) {
+        lines.append(texts[id]);
+    }
+    return lines;
+}
+
+QSet<QString> words(const QString &text)
+{
+    const QStringList list = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    return {list.begin(), list.end()};
+}
+
+/// Share of the words of `expected` that were heard.
+double heardShare(const QString &expected, const QString &heard)
+{
+    const QSet<QString> wanted = words(expected);
+    QSet<QString> common = wanted;
+    common.intersect(words(heard));
+    return static_cast<double>(common.size()) / static_cast<double>(wanted.size());
+}
+
+/// What the program hears when it is given the files themselves.
+QString heardInFiles(const QStringList &paths)
+{
+    QString text;
+    for (const QString &path : paths) {
+        RunningProgram captions(program, {"caption", path, "--language", "english"});
+        captions.waitForEnd();
+        text += QString::fromUtf8(captions.output()).replace(QLatin1Char('\n'), QLatin1Char(' '));
+    }
+    return text;
+}
+
+bool waitUntilRecording(const PrivateSoundServer &server)
+{
+    return test::waitUntil([&server] { return server.recordings() > 0; }, 30000);
+}
+
+bool waitUntilPlayed(const test::SoundPlayback &playback)
+{
+    return test::waitUntil([&playback] { return playback.isFinished(); }, 60000);
+}
+
+} // namespace
+
+class CaptionLiveTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theComputersSoundIsCaptioned()
+    {
+        PrivateSoundServer server;
+        server.addOutput("speakers");
+        RunningProgram captions(program, captionCommand("system"));
+        QVERIFY(waitUntilRecording(server));
+        const QStringList files = PrivateSoundServer::speechFiles().mid(0, 2);
+        for (const QString &file : files) {
+            const auto playback = server.play(file);
+            QVERIFY(waitUntilPlayed(playback));
+        }
+        captions.signal(SIGINT);
+        QVERIFY(captions.waitForEnd());
+        QVERIFY(!captions.crashed());
+        QCOMPARE(captions.exitCode(), 0);
+        const QString heard = finalLines(captions).join(QLatin1Char(' '));
+        const double share = heardShare(heardInFiles(files), heard);
+        QVERIFY2(share > 0.7, qPrintable(QStringLiteral("%1: %2").arg(share).arg(heard)));
+    }
+
+    void theSessionFollowsTheDefaultOutput()
+    {
+        PrivateSoundServer server;
+        server.addOutput("speakers");
+        server.addOutput("headphones");
+        server.setDefaultOutput("speakers");
+        RunningProgram captions(program, captionCommand("system"));
+        QVERIFY(waitUntilRecording(server));
+        server.setDefaultOutput("headphones");
+        QVERIFY(test::waitUntil(
+            [&server] {
+                const QString sources = server.control({"list", "sources"});
+                const qsizetype headphones = sources.indexOf("headphones.monitor");
+                return server.control({"list", "source-outputs"}).contains("Lumaphone") && headphones >= 0
+                    && server.recordings() == 1;
+            },
+            30000));
+        const QString file = PrivateSoundServer::speechFiles().constFirst();
+        const auto playback = server.play(file, "headphones");
+        QVERIFY(waitUntilPlayed(playback));
+        captions.signal(SIGTERM);
+        QVERIFY(captions.waitForEnd());
+        QCOMPARE(captions.exitCode(), 0);
+        const QString heard = finalLines(captions).join(QLatin1Char(' '));
+        QVERIFY2(heardShare(heardInFiles({file}), heard) > 0.6, qPrintable(heard));
+    }
+
+    void theMicrophoneIsCaptioned()
+    {
+        PrivateSoundServer server;
+        server.addOutput("speakers");
+        server.addMicrophone("desk", 48000, 2);
+        server.setDefaultMicrophone("desk");
+        RunningProgram captions(program, captionCommand("microphone"));
+        QVERIFY(waitUntilRecording(server));
+        const QString file = PrivateSoundServer::speechFiles().constFirst();
+        const auto playback = server.play(file, "desk_room");
+        QVERIFY(waitUntilPlayed(playback));
+        captions.signal(SIGINT);
+        QVERIFY(captions.waitForEnd());
+        QCOMPARE(captions.exitCode(), 0);
+        const QString heard = finalLines(captions).join(QLatin1Char(' '));
+        QVERIFY2(heardShare(heardInFiles({file}), heard) > 0.7, qPrintable(heard));
+    }
+
+    void aMonitorIsNoMicrophone()
+    {
+        PrivateSoundServer server;
+        server.addOutput("speakers");
+        RunningProgram captions(program, captionCommand("microphone"));
+        QVERIFY(captions.waitForEnd());
+        QCOMPARE(captions.exitCode(), 1);
+        QVERIFY2(captions.output().contains(
+                     "目前找不到可用的麥克風輸入。請確認外接麥克風已連接，並在系統設定選成目前輸入裝置。"),
+            captions.output());
+        QCOMPARE(server.recordings(), 0);
+    }
+
+    void aComputerWithoutAnOutputIsSaid()
+    {
+        const PrivateSoundServer server;
+        RunningProgram captions(program, {"caption", "system", "--language", "english"});
+        QVERIFY(captions.waitForEnd());
+        QCOMPARE(captions.exitCode(), 1);
+        QCOMPARE(captions.messages(), QStringLiteral("找不到可擷取的顯示器。\n").toUtf8());
+    }
+
+    void aMissingSoundServerIsSaid()
+    {
+        RunningProgram captions(program, {"caption", "system"}, {{"PULSE_SERVER", "unix:/nowhere/sound"}});
+        QVERIFY(captions.waitForEnd());
+        QCOMPARE(captions.exitCode(), 1);
+        QVERIFY(!captions.messages().isEmpty());
+        QCOMPARE(captions.output(), QByteArray());
+    }
+
+    void theLossOfTheServerEndsTheSession()
+    {
+        PrivateSoundServer server;
+        server.addOutput("speakers");
+        RunningProgram captions(program, {"caption", "system", "--language", "english"});
+        QVERIFY(waitUntilRecording(server));
+        server.kill();
+        QVERIFY(captions.waitForEnd());
+        QCOMPARE(captions.exitCode(), 1);
+        QVERIFY2(captions.messages().startsWith("系統音訊擷取已停止："), captions.messages());
+    }
+};
+
+QTEST_GUILESS_MAIN(CaptionLiveTest)
+#include "CaptionLiveTest.moc"
