@@ -1,0 +1,109 @@
+#include "platform/linux/PulseMonitorFollower.h"
+
+#include <chrono>
+#include <exception>
+#include <utility>
+
+namespace lumaphone {
+
+namespace {
+
+/// How long the server may take to name the successor of an output that has gone.
+constexpr std::chrono::seconds successionLimit {1};
+
+QString readable(const std::string &name)
+{
+    return QString::fromStdString(name);
+}
+
+} // namespace
+
+PulseMonitorFollower::PulseMonitorFollower(const PulseOptions &options, std::stop_token stop,
+    const pa_sample_spec &sampleSpec, PulseRecorder::Sink sink)
+    : m_connection(options, std::move(stop))
+    , m_sampleSpec(sampleSpec)
+    , m_sink(std::move(sink))
+{
+}
+
+void PulseMonitorFollower::start(const std::string &sinkName)
+{
+    // Opening a stream causes events of its own; only the server's own entry tells of a new default.
+    m_connection.watch(PA_SUBSCRIPTION_MASK_SERVER, [this](pa_subscription_event_type_t, std::uint32_t) {
+        m_connection.change([this] { m_defaultMayHaveChanged = true; });
+    });
+    record(sinkName);
+}
+
+void PulseMonitorFollower::follow()
+{
+    for (;;) {
+        m_connection.waitUntil([this] { return m_defaultMayHaveChanged || m_recorder->hasEnded(); });
+        goToDefault();
+    }
+}
+
+void PulseMonitorFollower::goToDefault()
+{
+    const auto giveUp = std::chrono::steady_clock::now() + successionLimit;
+    for (;;) {
+        const std::string name = currentDefault();
+        if (!m_recorder->hasEnded() && (name == m_sinkName || name.empty())) {
+            return;
+        }
+        std::exception_ptr reason;
+        try {
+            record(name);
+            return;
+        } catch (const CaptureServiceError &) {
+            reason = std::current_exception();
+        }
+        // Perhaps the server is in the middle of a change and will name another output.
+        const auto rest
+            = std::chrono::ceil<std::chrono::milliseconds>(giveUp - std::chrono::steady_clock::now());
+        if (rest.count() <= 0 || !m_connection.waitUntil([this] { return m_defaultMayHaveChanged; }, rest)) {
+            std::rethrow_exception(reason);
+        }
+    }
+}
+
+std::string PulseMonitorFollower::currentDefault()
+{
+    m_connection.change([this] { m_defaultMayHaveChanged = false; });
+    return m_connection.defaultSinkName();
+}
+
+/// The new monitor is open and checked before the old one is closed.
+void PulseMonitorFollower::record(const std::string &sinkName)
+{
+    const PulseSource monitor = monitorOf(sinkName);
+    if (m_recorder && m_recorder->hasEnded() && m_recorder->source().index == monitor.index) {
+        throw CaptureServiceError(
+            QStringLiteral("聲音伺服器中止了聲音輸出「%1」的錄音。").arg(readable(sinkName)));
+    }
+    auto recorder = std::make_unique<PulseRecorder>(m_connection, monitor, m_sampleSpec, m_sink);
+    recorder->start();
+    m_recorder = std::move(recorder);
+    m_sinkName = sinkName;
+}
+
+/// By name and by index, both ways: what is found under a monitor's name must record this very output.
+PulseSource PulseMonitorFollower::monitorOf(const std::string &sinkName)
+{
+    if (sinkName.empty()) {
+        throw CaptureServiceError(QStringLiteral("已經沒有任何聲音輸出。"));
+    }
+    const std::optional<PulseSink> sink = m_connection.sink(sinkName);
+    if (!sink || sink->name != sinkName) {
+        throw CaptureServiceError(QStringLiteral("找不到聲音輸出「%1」。").arg(readable(sinkName)));
+    }
+    const std::optional<PulseSource> monitor
+        = sink->monitorName.empty() ? std::nullopt : m_connection.source(sink->monitorName);
+    if (!monitor || monitor->name != sink->monitorName || monitor->monitorOfSink != sink->index) {
+        throw CaptureServiceError(
+            QStringLiteral("聲音輸出「%1」無法錄製：找不到它的監聽來源。").arg(readable(sinkName)));
+    }
+    return *monitor;
+}
+
+} // namespace lumaphone

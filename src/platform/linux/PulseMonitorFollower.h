@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/linux/PulseConnection.h"
+#include "platform/linux/PulseRecorder.h"
+
+#include <functional>
+#include <memory>
+#include <stop_token>
+#include <string>
+
+namespace lumaphone {
+
+/// Records what an output plays, and goes along when the server makes another output the default. Only ever
+/// records monitors of outputs. One thread uses it, which is neither the main thread nor libpulse's.
+class PulseMonitorFollower
+{
+public:
+    /// Connects. Throws CaptureServiceError.
+    PulseMonitorFollower(const PulseOptions &options, std::stop_token stop, const pa_sample_spec &sampleSpec,
+        PulseRecorder::Sink sink);
+
+    /// Begins with this output. Returns when its sound flows. Throws CaptureServiceError.
+    void start(const std::string &sinkName);
+    /// Keeps recording the default output. Throws CaptureServiceError when that is no longer possible, or
+    /// when a stop is requested.
+    [[noreturn]] void follow();
+
+private:
+    PulseSource monitorOf(const std::string &sinkName);
+    void record(const std::string &sinkName);
+    void goToDefault();
+    std::string currentDefault();
+
+    PulseConnection m_connection;
+    const pa_sample_spec m_sampleSpec;
+    const PulseRecorder::Sink m_sink;
+    bool m_defaultMayHaveChanged = true; ///< under the connection's lock
+    std::string m_sinkName;
+    std::unique_ptr<PulseRecorder> m_recorder;
+};
+
+} // namespace lumaphone
