@@ -1,0 +1,105 @@
+#include "support/PrivateKeyring.h"
+
+#include "support/Coroutines.h"
+
+#include <QDBusArgument>
+#include <QDBusInterface>
+#include <QDBusObjectPath>
+#include <QDBusReply>
+
+namespace lumaphone::test {
+
+namespace {
+
+const auto serviceName = QStringLiteral("org.freedesktop.secrets");
+const auto loginPath = QStringLiteral("/org/freedesktop/secrets/collection/login");
+
+QVariant property(const QString &path, const QString &interface, const char *name)
+{
+    return QDBusInterface(serviceName, path, interface, QDBusConnection::sessionBus()).property(name);
+}
+
+QList<QDBusObjectPath> itemPaths()
+{
+    return property(loginPath, QStringLiteral("org.freedesktop.Secret.Collection"), "Items")
+        .value<QList<QDBusObjectPath>>();
+}
+
+} // namespace
+
+PrivateKeyring::PrivateKeyring(const PrivateSessionBus &bus)
+    : m_bus(bus)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *variable : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
+        environment.insert(QString::fromLatin1(variable), m_folder.path());
+    }
+    environment.remove(QStringLiteral("DISPLAY"));
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    m_daemon.setProcessEnvironment(environment);
+    m_daemon.setProcessChannelMode(QProcess::MergedChannels);
+}
+
+PrivateKeyring::~PrivateKeyring()
+{
+    kill();
+}
+
+bool PrivateKeyring::start(bool unlocked)
+{
+    QStringList arguments {QStringLiteral("--foreground"), QStringLiteral("--components=secrets")};
+    if (unlocked) {
+        arguments.append(QStringLiteral("--unlock"));
+    }
+    m_daemon.start(QStringLiteral("gnome-keyring-daemon"), arguments);
+    m_daemon.write("a test's password");
+    m_daemon.closeWriteChannel();
+    return waitUntil([this] { return m_bus.hasService(serviceName) && itemCount() >= 0; });
+}
+
+void PrivateKeyring::kill()
+{
+    if (m_daemon.state() == QProcess::NotRunning) {
+        return;
+    }
+    m_daemon.kill();
+    m_daemon.waitForFinished();
+    waitUntil([this] { return !m_bus.hasService(serviceName); });
+}
+
+bool PrivateKeyring::lock()
+{
+    QDBusInterface service(serviceName, QStringLiteral("/org/freedesktop/secrets"),
+        QStringLiteral("org.freedesktop.Secret.Service"), QDBusConnection::sessionBus());
+    service.call(QStringLiteral("Lock"), QVariant::fromValue(QList {QDBusObjectPath(loginPath)}));
+    return property(loginPath, QStringLiteral("org.freedesktop.Secret.Collection"), "Locked").toBool();
+}
+
+int PrivateKeyring::itemCount() const
+{
+    const QVariant items = property(loginPath, QStringLiteral("org.freedesktop.Secret.Collection"), "Items");
+    return items.isValid() ? static_cast<int>(items.value<QList<QDBusObjectPath>>().size()) : -1;
+}
+
+QString PrivateKeyring::describeItems() const
+{
+    QString text;
+    const auto interface = QStringLiteral("org.freedesktop.Secret.Item");
+    for (const QDBusObjectPath &item : itemPaths()) {
+        text += QStringLiteral("label=%1\n").arg(property(item.path(), interface, "Label").toString());
+        const auto attributes
+            = qdbus_cast<QMap<QString, QString>>(property(item.path(), interface, "Attributes"));
+        for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
+            text += QStringLiteral("%1=%2\n").arg(attribute.key(), attribute.value());
+        }
+    }
+    return text;
+}
+
+QByteArray PrivateKeyring::output()
+{
+    m_output += m_daemon.readAll();
+    return m_output;
+}
+
+} // namespace lumaphone::test
