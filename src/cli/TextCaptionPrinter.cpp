@@ -31,6 +31,8 @@ void TextCaptionPrinter::lineChanged(const LumaphoneCaptionLine &line, Translati
     if (held != m_held.end()) {
         *held = {line, translation};
     } else {
+        // A line that was given up for a newer one before it was final never will be.
+        std::erase_if(m_held, [](const HeldLine &older) { return !older.line.isFinal; });
         m_held.push_back({line, translation});
     }
     m_status.clear();
@@ -57,7 +59,7 @@ void TextCaptionPrinter::finish()
 {
     QString lines;
     for (const HeldLine &held : m_held) {
-        lines += finished(held);
+        lines += held.line.isFinal ? finished(held) : QString();
     }
     m_held.clear();
     m_status.clear();

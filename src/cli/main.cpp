@@ -7,18 +7,27 @@
 #include "cli/CaptionSession.h"
 #include "cli/CommandLine.h"
 #include "cli/CommandStreams.h"
+#include "cli/GlossaryCommand.h"
 #include "cli/JsonLinesCaptionPrinter.h"
+#include "cli/KeyCommand.h"
+#include "cli/SettingsCommand.h"
 #include "cli/StandardStreams.h"
 #include "cli/TerminationSignals.h"
 #include "cli/TextCaptionPrinter.h"
+#include "glossary/LumaphoneGlossaryStore.h"
 #include "platform/linux/EngineSpeechFramework.h"
 #include "platform/linux/ExecutableFolderResources.h"
+#include "platform/linux/JsonDefaultsStore.h"
 #include "platform/linux/PocketSphinxEngine.h"
 #include "platform/linux/PulseMicrophoneCapture.h"
 #include "platform/linux/PulseScreenAudioCapture.h"
+#include "platform/linux/SecretServiceKeychain.h"
 #include "platform/linux/SystemClock.h"
+#include "platform/linux/XdgFolders.h"
 #include "session/CaptionLineMerger.h"
 #include "session/LumaphoneTranscriptProcessor.h"
+#include "storage/LumaphoneSettings.h"
+#include "storage/UserFiles.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -54,6 +63,17 @@ std::unique_ptr<CaptionPrinter> makePrinter(OutputFormat format, const CommandSt
     Q_UNREACHABLE();
 }
 
+/// What the user has stored on this machine.
+struct UserData
+{
+    XdgFolders folders;
+    JsonDefaultsStore defaults {defaultsPath(folders)};
+    SecretServiceKeychain keychain;
+    LumaphoneSettings settings {defaults, keychain};
+    LumaphoneGlossaryStore glossary {glossaryFolder(folders), [](const QString &) {
+                                     }};
+};
+
 /// Runs one command with the machine's own services.
 class Program
 {
@@ -81,7 +101,7 @@ public:
             *clock, &QUuid::createUuid);
         const auto printer = makePrinter(command.format, m_streams);
         CaptionSession session(mainQueue, merger, *printer);
-        const TerminationSignals signals([&session] { session.stop(); });
+        const TerminationSignals termination([&session] { session.stop(); });
 
         const auto makePipeline = [&](SystemAudioPipelineEventHandler onEvent,
                                       std::function<void()> onFinished) {
@@ -91,6 +111,52 @@ public:
         detachedTasks->wait();
         mainQueue->close();
         return status;
+    }
+
+    ExitStatus operator()(const SettingsList &) const
+    {
+        return runSettingsList(UserData().settings, m_streams);
+    }
+    ExitStatus operator()(const SettingsGet &command) const
+    {
+        return runSettingsGet(command, UserData().settings, m_streams);
+    }
+    ExitStatus operator()(const SettingsSet &command) const
+    {
+        UserData user;
+        return runSettingsSet(command, user.settings, m_streams);
+    }
+
+    ExitStatus operator()(const KeySet &) const
+    {
+        UserData user;
+        return runKeySet(user.settings, m_streams);
+    }
+    ExitStatus operator()(const KeyClear &) const
+    {
+        UserData user;
+        return runKeyClear(user.settings, m_streams);
+    }
+    ExitStatus operator()(const KeyStatus &) const { return runKeyStatus(UserData().settings, m_streams); }
+
+    ExitStatus operator()(const GlossaryList &) const
+    {
+        return runGlossaryList(UserData().glossary, m_streams);
+    }
+    ExitStatus operator()(const GlossaryAdd &command) const
+    {
+        UserData user;
+        return runGlossaryAdd(command, user.glossary, &QUuid::createUuid, m_streams);
+    }
+    ExitStatus operator()(const GlossaryRemove &command) const
+    {
+        UserData user;
+        return runGlossaryRemove(command, user.glossary, m_streams);
+    }
+    ExitStatus operator()(const GlossarySetEnabled &command) const
+    {
+        UserData user;
+        return runGlossarySetEnabled(command, user.glossary, m_streams);
     }
 
     const CommandStreams &streams() const { return m_streams; }

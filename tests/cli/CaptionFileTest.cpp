@@ -107,12 +107,10 @@ private slots:
             if (json::boolean(event, "isFinal")) {
                 finalTexts[id] = json::text(event, "sourceText");
             } else {
-                finalTexts.remove(id);
                 partials += 1;
             }
         }
         QVERIFY(partials > 5);
-        QCOMPARE(finalTexts.size(), revisions.size());
         QCOMPARE(finalTexts.values(), QStringList(QString::fromUtf8(heardByTheEngine(speech).constFirst())));
     }
 

@@ -1,4 +1,5 @@
 #include "base/Json.h"
+#include "support/Coroutines.h"
 #include "support/PrivateSoundServer.h"
 #include "support/RunningProgram.h"
 

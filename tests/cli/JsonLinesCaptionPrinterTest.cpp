@@ -20,7 +20,7 @@ private slots:
         line.id = QUuid("{0aef1b2c-0000-4000-8000-000000000001}");
         line.sourceText = QStringLiteral("say \"hi\"\n你好");
         line.sourceLanguage = AppleSystemSpeechLanguage::english;
-        line.translatedText = pendingTranslationPlaceholder;
+        line.translatedText = pendingTranslationPlaceholder.toString();
         line.createdAt = *dateFromIso8601("2026-01-31T08:00:00Z");
         line.isFinal = true;
         line.revision = 3;

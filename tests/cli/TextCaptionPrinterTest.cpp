@@ -7,12 +7,13 @@ using namespace lumaphone::cli;
 
 namespace {
 
-LumaphoneCaptionLine line(int number, const QString &text, bool isFinal, const QString &translation = {})
+LumaphoneCaptionLine line(
+    int number, const QString &text, bool isFinal, const QString &translation = QString())
 {
     LumaphoneCaptionLine result;
     result.id = QUuid(static_cast<uint>(number), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
     result.sourceText = text;
-    result.translatedText = translation.isEmpty() ? pendingTranslationPlaceholder : translation;
+    result.translatedText = translation.isEmpty() ? pendingTranslationPlaceholder.toString() : translation;
     result.isFinal = isFinal;
     return result;
 }
@@ -30,8 +31,10 @@ struct Printed
     std::optional<int> columns;
     QByteArray output;
     QByteArray messages;
-    TextCaptionPrinter printer {[this](const QByteArray &bytes) { output += bytes; },
-        [this](const QByteArray &bytes) { messages += bytes; },
+    TextCaptionPrinter printer {CommandStreams {[this](const QByteArray &bytes) { output += bytes; },
+                                    [this](const QByteArray &bytes) {
+                                        messages += bytes;
+                                    }},
         [this] {
             return columns;
         }};
@@ -64,6 +67,17 @@ private slots:
         pipe.printer.lineChanged(line(1, "hello word", true), TranslationState::unwanted);
         pipe.printer.lineChanged(line(1, "hello world", true), TranslationState::unwanted);
         QCOMPARE(pipe.takeOutput(), QStringLiteral("hello word\nhello world\n"));
+    }
+
+    void aLineGivenUpForANewerOneIsNotPrinted()
+    {
+        Printed pipe(std::nullopt);
+        pipe.printer.lineChanged(line(1, "chemistry", false), TranslationState::unwanted);
+        pipe.printer.lineChanged(line(2, "the mister", false), TranslationState::unwanted);
+        pipe.printer.lineChanged(line(2, "the mister john", true), TranslationState::unwanted);
+        pipe.printer.lineChanged(line(3, "open at the end", false), TranslationState::unwanted);
+        pipe.printer.finish();
+        QCOMPARE(pipe.takeOutput(), QStringLiteral("the mister john\n"));
     }
 
     void aLineWaitsForItsTranslationAndKeepsItsPlace()

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/PlatformFolders.h"
+
+#include <QString>
+
+namespace lumaphone {
+
+// Where the user's files lie. Where the platform knows no such folder, the home itself takes its place.
+
+/// The file of the settings.
+QString defaultsPath(const PlatformFolders &folders);
+/// The folder of the crash-recovery draft.
+QString draftsFolder(const PlatformFolders &folders);
+/// The folder of "glossary.json".
+QString glossaryFolder(const PlatformFolders &folders);
+/// The folder of the transcript library.
+QString transcriptsFolder(const PlatformFolders &folders);
+
+} // namespace lumaphone
