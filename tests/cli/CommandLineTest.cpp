@@ -68,6 +68,22 @@ private slots:
             QStringLiteral("不認得的語言：Japanese（可用 automatic、japanese、english、korean、mandarin）"));
         row("unknown format", {"caption", "system", "--format", "json"},
             QStringLiteral("不認得的輸出格式：json（可用 text、jsonl）"));
+        row("settings without a verb", {"settings"},
+            QStringLiteral("settings 的用法：list、get KEY 或 set KEY VALUE"));
+        row("settings set without a value", {"settings", "set", "lumaphone.provider.model"},
+            QStringLiteral("settings 的用法：list、get KEY 或 set KEY VALUE"));
+        row("a key among the arguments", {"key", "set", "sk-123"},
+            QStringLiteral("key 的用法：set、clear 或 status；API Key 由標準輸入讀取"));
+        row("glossary without a term", {"glossary", "add"},
+            QStringLiteral(
+                "glossary 的用法：list、add SOURCE、remove SOURCE、enable SOURCE 或 disable SOURCE"));
+        row("a blank term", {"glossary", "add", " "},
+            QStringLiteral(
+                "glossary 的用法：list、add SOURCE、remove SOURCE、enable SOURCE 或 disable SOURCE"));
+        row("translate without a target", {"glossary", "add", "tea", "--mode", "translate"},
+            QStringLiteral("translate 需要 --target"));
+        row("unknown mode", {"glossary", "add", "tea", "--mode", "keep"},
+            QStringLiteral("不認得的處理方式：keep（可用 preserve、translate）"));
         row("the speed of sound for live sound", {"caption", "system", "--realtime"},
             QStringLiteral("--realtime 只能用於音訊檔"));
     }
@@ -79,6 +95,38 @@ private slots:
         const auto error = test::thrownBy<UsageError>([&] { parseCommandLine(arguments); });
         QVERIFY(error);
         QCOMPARE(error->errorDescription(), reason);
+    }
+
+    void settingsCommandsAreRead()
+    {
+        QVERIFY(std::holds_alternative<SettingsList>(parseCommandLine({"settings", "list"})));
+        QCOMPARE(std::get<SettingsGet>(parseCommandLine({"settings", "get", "a.key"})).key,
+            QStringLiteral("a.key"));
+        const auto set = std::get<SettingsSet>(parseCommandLine({"settings", "set", "a.key", ""}));
+        QCOMPARE(set.key, QStringLiteral("a.key"));
+        QCOMPARE(set.value, QString());
+        QVERIFY(std::holds_alternative<KeySet>(parseCommandLine({"key", "set"})));
+        QVERIFY(std::holds_alternative<KeyClear>(parseCommandLine({"key", "clear"})));
+        QVERIFY(std::holds_alternative<KeyStatus>(parseCommandLine({"key", "status"})));
+    }
+
+    void glossaryCommandsAreRead()
+    {
+        QVERIFY(std::holds_alternative<GlossaryList>(parseCommandLine({"glossary", "list"})));
+        const auto kept = std::get<GlossaryAdd>(parseCommandLine({"glossary", "add", " Lumaphone "}));
+        QCOMPARE(kept.source, QStringLiteral("Lumaphone"));
+        QCOMPARE(kept.mode, LumaphoneGlossaryTermMode::preserve);
+        QVERIFY(!kept.caseSensitive);
+        const auto translated = std::get<GlossaryAdd>(parseCommandLine(
+            {"glossary", "add", "tea", "--target", "茶", "--note", "n", "--case-sensitive"}));
+        QCOMPARE(translated.mode, LumaphoneGlossaryTermMode::translate);
+        QCOMPARE(translated.target, QStringLiteral("茶"));
+        QCOMPARE(translated.note, QStringLiteral("n"));
+        QVERIFY(translated.caseSensitive);
+        QCOMPARE(std::get<GlossaryRemove>(parseCommandLine({"glossary", "remove", "tea"})).source,
+            QStringLiteral("tea"));
+        QVERIFY(std::get<GlossarySetEnabled>(parseCommandLine({"glossary", "enable", "tea"})).isEnabled);
+        QVERIFY(!std::get<GlossarySetEnabled>(parseCommandLine({"glossary", "disable", "tea"})).isEnabled);
     }
 
     void aMissingValueIsRefused()
