@@ -60,6 +60,7 @@ else()
     set(LUMAPHONE_TEST_PREFIX "")
 endif()
 set(LUMAPHONE_SOURCE_ROOT "${CMAKE_CURRENT_SOURCE_DIR}")
+set(LUMAPHONE_TEST_ENVIRONMENT "QT_FATAL_WARNINGS=1;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/tsan.supp:second_deadlock_stack=1:ignore_noninstrumented_modules=1")
 
 # lumaphone_add_test(<Name> SOURCES ... [LIBS ...] [SANITIZED] [EXCLUSIVE] [TIMEOUT seconds])
 # A Qt Test executable. SANITIZED tests are also built and run by the sanitizer builds; EXCLUSIVE ones use
@@ -78,7 +79,7 @@ function(lumaphone_add_test name)
     add_test(NAME "${LUMAPHONE_TEST_PREFIX}${name}" COMMAND ${name})
     set_tests_properties("${LUMAPHONE_TEST_PREFIX}${name}" PROPERTIES
         TIMEOUT ${ARG_TIMEOUT} RUN_SERIAL $<BOOL:${ARG_EXCLUSIVE}>
-        ENVIRONMENT "QT_FATAL_WARNINGS=1;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/tsan.supp:second_deadlock_stack=1:ignore_noninstrumented_modules=1")
+        ENVIRONMENT "${LUMAPHONE_TEST_ENVIRONMENT}")
 endfunction()
 
 # lumaphone_add_bench(<Name> SOURCES ... [LIBS ...]): a Google Benchmark executable.
@@ -91,4 +92,21 @@ function(lumaphone_add_bench name)
     target_link_libraries(${name} PRIVATE lumaphone_options lumaphone_warnings lumaphone_test_support
         benchmark::benchmark ${ARG_LIBS})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bench")
+endfunction()
+
+# lumaphone_add_fuzzer(<Name> SOURCES ... [LIBS ...])
+# With LUMAPHONE_FUZZ a libFuzzer program. In every build a test that runs the inputs of fuzz/corpus/<Name>.
+function(lumaphone_add_fuzzer name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE lumaphone_options lumaphone_warnings lumaphone_test_support ${ARG_LIBS})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/fuzz")
+    if(LUMAPHONE_FUZZ)
+        target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    else()
+        target_sources(${name} PRIVATE ReplayMain.cpp)
+    endif()
+    add_test(NAME "${LUMAPHONE_TEST_PREFIX}${name}"
+        COMMAND ${name} -runs=0 "${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name}")
+    set_tests_properties("${LUMAPHONE_TEST_PREFIX}${name}" PROPERTIES TIMEOUT 120 ENVIRONMENT "${LUMAPHONE_TEST_ENVIRONMENT}")
 endfunction()

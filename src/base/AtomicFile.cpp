@@ -140,7 +140,7 @@ void keepAside(const QString &path)
 {
     const QFileInfo file(path);
     const QString stem = file.path() + QLatin1Char('/') + file.completeBaseName() + QLatin1String(".damaged");
-    const QString extension = QLatin1Char('.') + file.suffix();
+    const QString extension = file.suffix().isEmpty() ? QString() : QLatin1Char('.') + file.suffix();
     const QByteArray from = QFile::encodeName(path);
     for (int number = 1;; ++number) {
         const QString suffix = number == 1 ? extension : QStringLiteral("-%1").arg(number) + extension;

@@ -2,6 +2,8 @@
 
 #include "base/Record.h"
 
+#include <QStringDecoder>
+
 namespace lumaphone::json {
 
 namespace {
@@ -29,6 +31,13 @@ bool nestsTooDeeply(const QByteArray &bytes)
         }
     }
     return false;
+}
+
+/// All characters of a string, a byte-order mark at its beginning included.
+QString toText(const std::string &utf8)
+{
+    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom);
+    return decoder(QByteArrayView(utf8));
 }
 
 [[noreturn]] void failAt(const char *key, const char *wanted)
@@ -98,7 +107,7 @@ QString text(const Value &object, const char *key)
     if (!value.is_string()) {
         failAt(key, "字串");
     }
-    return QString::fromStdString(value.get_ref<const std::string &>());
+    return toText(value.get_ref<const std::string &>());
 }
 
 bool boolean(const Value &object, const char *key)

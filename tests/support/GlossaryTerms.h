@@ -5,6 +5,8 @@
 #include <QList>
 #include <QStringList>
 
+#include <vector>
+
 namespace lumaphone::test {
 
 /// An enabled term that is not case-sensitive.
@@ -36,6 +38,16 @@ inline LumaphoneGlossaryTerm disabled(LumaphoneGlossaryTerm term)
 {
     term.isEnabled = false;
     return term;
+}
+
+/// A list of UTF-8 literals.
+inline QStringList strings(const std::vector<const char *> &literals)
+{
+    QStringList result;
+    for (const char *literal : literals) {
+        result.append(QString::fromUtf8(literal));
+    }
+    return result;
 }
 
 /// The sources of terms, in order.
