@@ -12,6 +12,13 @@ namespace {
         QStringLiteral("JSON 欄位「%1」應為 %2。").arg(QString::fromUtf8(key), QString::fromUtf8(wanted)));
 }
 
+/// The library quotes what it read last, which may be long, and secret.
+QString withoutQuotedBytes(const nlohmann::json::exception &error)
+{
+    const QString message = QString::fromUtf8(error.what());
+    return message.left(message.indexOf(QStringLiteral("; last read:")));
+}
+
 QByteArray dumped(const auto &value, int indent)
 {
     return QByteArray::fromStdString(
@@ -25,7 +32,7 @@ Value parse(const QByteArray &bytes)
     try {
         return Value::parse(bytes.constBegin(), bytes.constEnd());
     } catch (const nlohmann::json::exception &error) {
-        throw DecodingError(QStringLiteral("JSON 格式不正確：%1").arg(QString::fromUtf8(error.what())));
+        throw DecodingError(QStringLiteral("JSON 格式不正確：%1").arg(withoutQuotedBytes(error)));
     }
 }
 
