@@ -46,6 +46,13 @@ QString toText(const std::string &utf8)
         QStringLiteral("JSON 欄位「%1」應為 %2。").arg(QString::fromUtf8(key), QString::fromUtf8(wanted)));
 }
 
+/// The library quotes what it read last, which may be long, and secret.
+QString withoutQuotedBytes(const nlohmann::json::exception &error)
+{
+    const QString message = QString::fromUtf8(error.what());
+    return message.left(message.indexOf(QStringLiteral("; last read:"))).left(maximumReasonLength);
+}
+
 QByteArray dumped(const auto &value, int indent)
 {
     return QByteArray::fromStdString(
@@ -62,9 +69,7 @@ Value parse(const QByteArray &bytes)
     try {
         return Value::parse(bytes.constBegin(), bytes.constEnd());
     } catch (const nlohmann::json::exception &error) {
-        // The message quotes what was read last, which may be most of the file.
-        const QString reason = QString::fromUtf8(error.what()).left(maximumReasonLength);
-        throw DecodingError(QStringLiteral("JSON 格式不正確：%1").arg(reason));
+        throw DecodingError(QStringLiteral("JSON 格式不正確：%1").arg(withoutQuotedBytes(error)));
     }
 }
 

@@ -2,6 +2,10 @@
 
 #include "base/LocalizedError.h"
 
+#include <QUrl>
+
+#include <chrono>
+
 namespace lumaphone {
 
 /// A request that failed below HTTP, so that there is no status to report.
@@ -17,11 +21,19 @@ public:
         connectionFailed, ///< refused, unreachable, cut, not trusted, not HTTP: the text says which
     };
 
-    TransportError(Reason reason, const QString &description);
+    static TransportError cancelled();
+    static TransportError timedOut(const QUrl &address, std::chrono::milliseconds timeout);
+    static TransportError responseTooLarge(const QUrl &address, qint64 maximumBytes);
+    static TransportError unsupportedAddress(const QUrl &address);
+    static TransportError unusableKey();
+    /// With the text of the network library.
+    static TransportError connectionFailed(const QString &description);
 
     Reason reason() const noexcept { return m_reason; }
 
 private:
+    TransportError(Reason reason, const QString &description);
+
     Reason m_reason;
 };
 
