@@ -88,7 +88,7 @@ public:
     EngineSpeechAnalyzer &analyzer() { return *m_analyzer; }
     AnalyzerInputStream &input() { return m_input; }
 
-    void prepare() { waitFor(m_analyzer->prepareToAnalyze(PcmBuffer::sampleRateHz)); }
+    void prepare() { test::waitFor(m_analyzer->prepareToAnalyze(PcmBuffer::sampleRateHz)); }
 
     void start(const std::stop_token &stop = {})
     {
@@ -216,7 +216,7 @@ private slots:
     {
         Analysis analysis({sayingValues(english)});
         const auto error
-            = thrownBy<SpeechFrameworkError>([&] { waitFor(analysis.analyzer().prepareToAnalyze(48000)); });
+            = thrownBy<SpeechFrameworkError>([&] { test::waitFor(analysis.analyzer().prepareToAnalyze(48000)); });
         QVERIFY(error);
         QCOMPARE(error->errorDescription(), QStringLiteral("語音辨識只接受 16000 Hz 的聲音。"));
     }

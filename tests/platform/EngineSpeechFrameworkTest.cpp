@@ -33,7 +33,7 @@ class EngineSpeechFrameworkTest : public QObject
 
     static QString errorOfReserving(EngineSpeechFramework &framework, const QString &locale)
     {
-        const auto error = thrownBy<SpeechFrameworkError>([&] { waitFor(framework.reserve(locale)); });
+        const auto error = thrownBy<SpeechFrameworkError>([&] { test::waitFor(framework.reserve(locale)); });
         return error ? error->errorDescription() : QString();
     }
 
@@ -42,30 +42,30 @@ private slots:
     {
         EngineSpeechFramework framework({}, m_mainQueue);
         QCOMPARE(framework.authorizationStatus(), SpeechAuthorization::Authorized);
-        QCOMPARE(waitFor(framework.requestAuthorization()), SpeechAuthorization::Authorized);
+        QCOMPARE(test::waitFor(framework.requestAuthorization()), SpeechAuthorization::Authorized);
     }
 
     void aLocaleIsSupportedWhetherOrNotAModelIsInstalled()
     {
         EngineSpeechFramework framework({}, m_mainQueue);
-        QCOMPARE(waitFor(framework.supportedLocale(QStringLiteral("ja_JP"))), QStringLiteral("ja-JP"));
-        QVERIFY(!waitFor(framework.supportedLocale(QStringLiteral("fr-FR"))));
+        QCOMPARE(test::waitFor(framework.supportedLocale(QStringLiteral("ja_JP"))), QStringLiteral("ja-JP"));
+        QVERIFY(!test::waitFor(framework.supportedLocale(QStringLiteral("fr-FR"))));
     }
 
     void reservationsAreCounted()
     {
         EngineSpeechFramework framework({engineSaying({}, {QStringLiteral("en-US")})}, m_mainQueue);
         const QString english = QStringLiteral("en-US");
-        waitFor(framework.reserve(english));
-        waitFor(framework.reserve(QStringLiteral("en_US")));
+        test::waitFor(framework.reserve(english));
+        test::waitFor(framework.reserve(QStringLiteral("en_US")));
         QCOMPARE(framework.reservations(english), 2);
-        waitFor(framework.release(english));
+        test::waitFor(framework.release(english));
         QCOMPARE(framework.reservations(english), 1);
-        waitFor(framework.release(english));
+        test::waitFor(framework.release(english));
         QCOMPARE(framework.reservations(english), 0);
-        waitFor(framework.release(english));
+        test::waitFor(framework.release(english));
         QCOMPARE(framework.reservations(english), 0);
-        waitFor(framework.reserve(english));
+        test::waitFor(framework.reserve(english));
         QCOMPARE(framework.reservations(english), 1);
     }
 
@@ -98,7 +98,7 @@ private slots:
             m_mainQueue);
         const auto module = framework.makeTranscriber(japanese, {});
         const auto analyzer = framework.makeAnalyzer({module});
-        waitFor(analyzer->prepareToAnalyze(16000));
+        test::waitFor(analyzer->prepareToAnalyze(16000));
         AnalyzerInputStream input;
         input.finish();
         analyzer->start(input, {});
@@ -111,7 +111,7 @@ private slots:
         EngineSpeechFramework framework({}, m_mainQueue);
         const auto analyzer = framework.makeAnalyzer({framework.makeTranscriber(QStringLiteral("ko"), {})});
         const auto error
-            = thrownBy<SpeechFrameworkError>([&] { waitFor(analyzer->prepareToAnalyze(16000)); });
+            = thrownBy<SpeechFrameworkError>([&] { test::waitFor(analyzer->prepareToAnalyze(16000)); });
         QVERIFY(error);
         QCOMPARE(error->errorDescription(), QStringLiteral("尚未安裝 ko-KR 的語音辨識模型。"));
     }

@@ -15,46 +15,47 @@ namespace lumaphone::test {
 
 namespace detail {
 
-/// QCoro's own waiting never ends if the task has failed before it begins.
-template<typename T>
-QCoro::Task<> settleInto(QCoro::Task<T> task, std::optional<T> &value, std::exception_ptr &error)
+template<typename T> struct Outcome
 {
-    try {
-        value = co_await task;
-    } catch (...) {
-        error = std::current_exception();
-    }
-}
+    std::optional<std::conditional_t<std::is_void_v<T>, std::monostate, T>> value;
+    std::exception_ptr error;
 
-inline QCoro::Task<> settleInto(QCoro::Task<> task, std::exception_ptr &error)
+    bool isThere() const { return value || error; }
+};
+
+template<typename T> QCoro::Task<> note(QCoro::Task<T> task, Outcome<T> &outcome, QEventLoop &loop)
 {
     try {
-        co_await task;
+        if constexpr (std::is_void_v<T>) {
+            co_await task;
+            outcome.value.emplace();
+        } else {
+            outcome.value.emplace(co_await task);
+        }
     } catch (...) {
-        error = std::current_exception();
+        outcome.error = std::current_exception();
     }
+    loop.quit();
 }
 
 } // namespace detail
 
 /// Runs the event loop until `task` has ended; returns its value or throws its exception.
-/// An object, so that an unqualified call does not find QCoro's function of the same name.
-inline constexpr auto waitFor = []<typename T>(QCoro::Task<T> task) -> T {
-    std::exception_ptr error;
-    if constexpr (std::is_void_v<T>) {
-        QCoro::waitFor(detail::settleInto(std::move(task), error));
-        if (error) {
-            std::rethrow_exception(error);
-        }
-    } else {
-        std::optional<T> value;
-        QCoro::waitFor(detail::settleInto(std::move(task), value, error));
-        if (error) {
-            std::rethrow_exception(error);
-        }
-        return std::move(*value);
+template<typename T> T waitFor(QCoro::Task<T> task)
+{
+    detail::Outcome<T> outcome;
+    QEventLoop loop;
+    const QCoro::Task<> noting = detail::note(std::move(task), outcome, loop);
+    if (!outcome.isThere()) {
+        loop.exec();
     }
-};
+    if (outcome.error) {
+        std::rethrow_exception(outcome.error);
+    }
+    if constexpr (!std::is_void_v<T>) {
+        return std::move(*outcome.value);
+    }
+}
 
 /// Runs the event loop until `condition` holds. False after ten seconds without it, so that a broken test
 /// ends.
