@@ -79,6 +79,11 @@ private:
     bool m_isBigEndian = false;
 };
 
+void validateText(const QByteArray &bytes)
+{
+    ModelFileReader::require(bytes.endsWith('\n'));
+}
+
 bool isIndex(qint32 value, qint32 count)
 {
     return value >= 0 && value < count;
@@ -114,7 +119,8 @@ void validateModelDefinition(const QByteArray &bytes)
 {
     const bool isBigEndian = bytes.startsWith("FMDB");
     if (!isBigEndian && !bytes.startsWith("BMDF")) {
-        return; // the text form, whose reader is strict
+        validateText(bytes); // the other form, whose reader is strict
+        return;
     }
     ModelFileReader reader(bytes);
     reader.setBigEndian(isBigEndian);
@@ -181,11 +187,6 @@ void validateMixtureWeights(const QByteArray &bytes)
     reader.take(clusters == 15 ? 16 : clusters);
     reader.require(features > 0 && rows > 0 && columns > 0);
     reader.take(features * rows * rowSize);
-}
-
-void validateText(const QByteArray &bytes)
-{
-    ModelFileReader::require(bytes.endsWith('\n'));
 }
 
 QByteArray bytesOf(const QString &path)

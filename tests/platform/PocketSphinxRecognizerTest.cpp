@@ -1,0 +1,413 @@
+#include "platform/linux/PocketSphinxEngine.h"
+#include "support/Coroutines.h"
+#include "support/ModelCopy.h"
+#include "support/WavFile.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <future>
+#include <random>
+#include <thread>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+const auto english = QStringLiteral("en-US");
+const auto testData = QStringLiteral("/usr/share/pocketsphinx/test/data/");
+constexpr std::size_t sampleRateHz = 16000;
+constexpr std::size_t captureFrames = 320;
+using Samples = std::vector<std::int16_t>;
+
+/// One text, and how much sound had been given when it came.
+struct Heard
+{
+    SpeechResult result;
+    std::size_t samplesGiven;
+};
+
+/// A loaded recogniser and everything it has said.
+class Listener
+{
+public:
+    Listener()
+        : Listener(PocketSphinxEngine())
+    {
+    }
+    explicit Listener(const PocketSphinxEngine &engine)
+    {
+        m_recognizer = engine
+                           .makeRecognizers({english},
+                               [this](const QString &, const SpeechResult &result) {
+                                   m_heard.push_back({result, m_given});
+                               })
+                           .front();
+        m_recognizer->load();
+    }
+
+    StreamingRecognizer &recognizer() { return *m_recognizer; }
+    const std::vector<Heard> &heard() const { return m_heard; }
+
+    void give(std::span<const std::int16_t> samples, std::size_t frames = captureFrames)
+    {
+        while (!samples.empty()) {
+            const auto piece = samples.first(std::min(frames, samples.size()));
+            m_given += piece.size();
+            m_recognizer->accept(piece);
+            samples = samples.subspan(piece.size());
+        }
+    }
+    void finish() { m_recognizer->finish(); }
+
+    QStringList finals() const
+    {
+        QStringList texts;
+        for (const Heard &heard : m_heard) {
+            if (heard.result.isFinal) {
+                texts.append(heard.result.text);
+            }
+        }
+        return texts;
+    }
+
+private:
+    std::size_t m_given = 0;
+    std::vector<Heard> m_heard;
+    std::shared_ptr<StreamingRecognizer> m_recognizer;
+};
+
+QStringList finalsOf(const Samples &samples, std::size_t frames = captureFrames)
+{
+    Listener listener;
+    listener.give(samples, frames);
+    listener.finish();
+    return listener.finals();
+}
+
+/// What the decoder's own program prints for a file.
+QStringList reference(const QString &wav)
+{
+    QProcess process;
+    process.start(QStringLiteral("pocketsphinx_continuous"),
+        {QStringLiteral("-infile"), wav, QStringLiteral("-logfn"), QStringLiteral("/dev/null")},
+        QIODevice::ReadOnly);
+    if (!process.waitForFinished(100000) || process.exitCode() != 0) {
+        qFatal("pocketsphinx_continuous failed");
+    }
+    QStringList lines
+        = QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return lines;
+}
+
+QStringList recordings()
+{
+    QStringList paths;
+    for (const char *set : {"librivox", "cards"}) {
+        const QDir folder(testData + QString::fromLatin1(set));
+        for (const QString &name : folder.entryList({QStringLiteral("*.wav")}, QDir::Files, QDir::Name)) {
+            paths.append(folder.filePath(name));
+        }
+    }
+    return paths;
+}
+
+/// Half a minute of someone reading, without the pauses.
+Samples speechWithoutPauses()
+{
+    Samples speech;
+    for (const QString &path : recordings().first(5)) {
+        const Samples samples = samplesOfWav(path);
+        constexpr std::size_t window = 320;
+        for (std::size_t at = 0; at + window <= samples.size(); at += window) {
+            const auto piece = std::span(samples).subspan(at, window);
+            const bool isLoud
+                = std::any_of(piece.begin(), piece.end(), [](int value) { return value > 400; });
+            if (isLoud) {
+                speech.insert(speech.end(), piece.begin(), piece.end());
+            }
+        }
+    }
+    speech.insert(speech.end(), speech.begin(), speech.begin() + std::ptrdiff_t(speech.size() / 2));
+    return speech;
+}
+
+Samples whiteNoise(double seconds, double amplitude)
+{
+    std::mt19937 random(1);
+    std::normal_distribution<double> level(0, amplitude);
+    Samples noise(std::size_t(seconds * double(sampleRateHz)));
+    std::generate(noise.begin(), noise.end(),
+        [&] { return std::int16_t(std::clamp(level(random), -32768.0, 32767.0)); });
+    return noise;
+}
+
+Samples append(Samples first, const Samples &second)
+{
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+} // namespace
+
+class PocketSphinxRecognizerTest : public QObject
+{
+    Q_OBJECT
+
+    QString m_sentence = testData + QStringLiteral("librivox/sense_and_sensibility_01_austen_64kb-0880.wav");
+
+private slots:
+    void aRecordingIsHeardAsTheDecodersOwnProgramHearsIt_data()
+    {
+        QTest::addColumn<QString>("path");
+        const QStringList paths = recordings();
+        QCOMPARE(paths.size(), 10);
+        for (const QString &path : paths) {
+            QTest::newRow(qPrintable(path.section(QLatin1Char('/'), -2))) << path;
+        }
+    }
+
+    void aRecordingIsHeardAsTheDecodersOwnProgramHearsIt()
+    {
+        QFETCH(QString, path);
+        const QStringList expected = reference(path);
+        QVERIFY(!expected.isEmpty());
+        QCOMPARE(finalsOf(samplesOfWav(path)), expected);
+    }
+
+    void severalUtterancesAreHeardAsTheDecodersOwnProgramHearsThem()
+    {
+        Samples samples;
+        for (const QString &path : recordings().last(4)) {
+            samples = append(append(samples, samplesOfWav(path)), Samples(sampleRateHz * 2));
+        }
+        const QTemporaryDir folder;
+        const QString wav = folder.filePath(QStringLiteral("several.wav"));
+        writeWav(wav, samples);
+        const QStringList expected = reference(wav);
+        QVERIFY(expected.size() >= 4);
+        QCOMPARE(finalsOf(samples), expected);
+    }
+
+    void theSizeOfPiecesDoesNotMatter_data()
+    {
+        QTest::addColumn<int>("frames");
+        QTest::newRow("odd and small") << 7;
+        QTest::newRow("odd") << 1021;
+        QTest::newRow("a block") << 2048;
+        QTest::newRow("a block and one") << 2049;
+        QTest::newRow("everything at once") << 10'000'000;
+    }
+
+    void theSizeOfPiecesDoesNotMatter()
+    {
+        QFETCH(int, frames);
+        const Samples samples = samplesOfWav(m_sentence);
+        QCOMPARE(finalsOf(samples, std::size_t(frames)), finalsOf(samples));
+    }
+
+    void aVolatileTextComesAtLeastEvery300Milliseconds()
+    {
+        Listener listener;
+        listener.give(samplesOfWav(
+            testData + QStringLiteral("librivox/sense_and_sensibility_01_austen_64kb-0920.wav")));
+        listener.finish();
+        const auto &heard = listener.heard();
+        QVERIFY(heard.size() > 10);
+        for (std::size_t i = 1; i < heard.size(); ++i) {
+            const bool isNewUtterance = heard[i - 1].result.isFinal;
+            QVERIFY(
+                isNewUtterance || heard[i].samplesGiven - heard[i - 1].samplesGiven <= sampleRateHz * 3 / 10);
+        }
+        QVERIFY(heard.back().result.isFinal);
+        // The first words, within a second of the beginning of speech.
+        QVERIFY(!heard.front().result.isFinal);
+        QVERIFY(heard.front().samplesGiven < sampleRateHz * 2);
+    }
+
+    void textsAreTrimmedWordsInLowerCase()
+    {
+        Listener listener;
+        listener.give(samplesOfWav(m_sentence));
+        listener.finish();
+        static const QRegularExpression words(QStringLiteral("^[a-z'.-]+( [a-z'.-]+)*$"));
+        for (const Heard &heard : listener.heard()) {
+            QVERIFY2(words.match(heard.result.text).hasMatch(), qPrintable(heard.result.text));
+        }
+    }
+
+    void anUtteranceLastsTwentySecondsAtMost()
+    {
+        const Samples speech = speechWithoutPauses();
+        QVERIFY(speech.size() > 25 * sampleRateHz);
+        Listener listener;
+        listener.give(speech);
+        listener.finish();
+        std::size_t utteranceBegan = 0;
+        for (const Heard &heard : listener.heard()) {
+            QVERIFY(heard.samplesGiven - utteranceBegan <= 20 * sampleRateHz);
+            if (heard.result.isFinal) {
+                utteranceBegan = heard.samplesGiven;
+            }
+        }
+        QVERIFY(listener.finals().size() >= 2);
+        QVERIFY(listener.heard().front().samplesGiven < sampleRateHz * 2);
+        QVERIFY(utteranceBegan > speech.size() - sampleRateHz);
+    }
+
+    void silenceSaysNothing()
+    {
+        Listener listener;
+        const Samples minute(60 * sampleRateHz);
+        for (int i = 0; i < 10; ++i) {
+            listener.give(minute);
+        }
+        listener.finish();
+        QVERIFY(listener.heard().empty());
+    }
+
+    void silenceBeforeSpeechChangesNothing()
+    {
+        // Whole blocks, so that the decoder sees the speech cut up in the same way.
+        const Samples silence(2048 * 1000);
+        const Samples samples = append(silence, samplesOfWav(m_sentence));
+        const QTemporaryDir folder;
+        const QString wav = folder.filePath(QStringLiteral("late.wav"));
+        writeWav(wav, samples);
+        QCOMPARE(finalsOf(samples), reference(wav));
+    }
+
+    void noiseGivesNoEmptyTexts_data()
+    {
+        QTest::addColumn<double>("amplitude");
+        QTest::newRow("faint") << 3.0;
+        QTest::newRow("loud") << 3000.0;
+        QTest::newRow("clipping") << 40000.0;
+    }
+
+    void noiseGivesNoEmptyTexts()
+    {
+        QFETCH(double, amplitude);
+        Listener listener;
+        listener.give(append(whiteNoise(20, amplitude), Samples(sampleRateHz)));
+        listener.finish();
+        for (const Heard &heard : listener.heard()) {
+            QVERIFY(!heard.result.text.isEmpty());
+        }
+        QVERIFY(listener.finals().size() <= 2);
+    }
+
+    void finishingWithoutSoundSaysNothing()
+    {
+        Listener listener;
+        listener.finish();
+        QVERIFY(listener.heard().empty());
+    }
+
+    void finishingInTheMiddleOfASentenceClosesIt()
+    {
+        const Samples samples = samplesOfWav(m_sentence);
+        Listener listener;
+        listener.give(std::span(samples).first(samples.size() / 2));
+        QVERIFY(!listener.heard().empty() && !listener.heard().back().result.isFinal);
+        listener.finish();
+        QCOMPARE(listener.finals().size(), 1);
+        QVERIFY(listener.heard().back().result.isFinal);
+    }
+
+    void afterCancellingNothingIsSaid()
+    {
+        const Samples samples = samplesOfWav(m_sentence);
+        Listener listener;
+        listener.give(std::span(samples).first(samples.size() / 2));
+        const std::size_t said = listener.heard().size();
+        QVERIFY(said > 0);
+        listener.recognizer().cancel();
+        listener.recognizer().cancel();
+        listener.give(std::span(samples).subspan(samples.size() / 2));
+        listener.finish();
+        QCOMPARE(listener.heard().size(), said);
+    }
+
+    void cancellingFromAnotherThreadEndsARunningCall()
+    {
+        // An hour of speech in one call: without the cancellation it would last for many minutes.
+        Samples hour;
+        const Samples sentence = samplesOfWav(m_sentence);
+        while (hour.size() < 3600 * sampleRateHz) {
+            hour = hour.empty() ? sentence : append(hour, hour);
+        }
+        std::promise<void> firstText;
+        std::once_flag isFirst;
+        const PocketSphinxEngine engine;
+        const auto recognizer = engine
+                                    .makeRecognizers({english},
+                                        [&](const QString &, const SpeechResult &) {
+                                            std::call_once(isFirst, [&firstText] { firstText.set_value(); });
+                                        })
+                                    .front();
+        recognizer->load();
+        auto running = std::async(std::launch::async, [&] {
+            recognizer->accept(hour);
+            recognizer->finish();
+        });
+        firstText.get_future().wait();
+        recognizer->cancel();
+        QCOMPARE(running.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    }
+
+    void twoRecognizersWorkAtOnce()
+    {
+        const QString otherPath = testData + QStringLiteral("cards/005.wav");
+        auto other
+            = std::async(std::launch::async, [otherPath] { return finalsOf(samplesOfWav(otherPath)); });
+        const QStringList finals = finalsOf(samplesOfWav(m_sentence));
+        const QStringList otherFinals = other.get();
+        QCOMPARE(finals, reference(m_sentence));
+        QCOMPARE(otherFinals, reference(otherPath));
+    }
+
+    void aBrokenModelIsAnErrorAndNoMore_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("permille");
+        for (const QString &file : ModelCopy::files()) {
+            for (const int permille : {0, 2, 500, 999}) {
+                QTest::addRow("%s at %d permille", qPrintable(file), permille) << file << permille;
+            }
+        }
+    }
+
+    void aBrokenModelIsAnErrorAndNoMore()
+    {
+        QFETCH(QString, file);
+        QFETCH(int, permille);
+        const ModelCopy copy;
+        copy.truncate(file, copy.size(file) * permille / 1000);
+        const auto error
+            = thrownBy<SpeechFrameworkError>([&] { Listener listener(PocketSphinxEngine(copy.path())); });
+        QVERIFY(error);
+        QVERIFY2(error->errorDescription().contains(copy.path()), qPrintable(error->errorDescription()));
+        // The process is as able as before.
+        QCOMPARE(finalsOf({}), QStringList());
+    }
+
+    void nothingIsWrittenToTheTerminal()
+    {
+        QProcess self;
+        self.start(QCoreApplication::applicationFilePath(),
+            {QStringLiteral("-silent"), QStringLiteral("finishingInTheMiddleOfASentenceClosesIt")});
+        QVERIFY(self.waitForFinished(60000));
+        QCOMPARE(self.exitCode(), 0);
+        QCOMPARE(QString::fromUtf8(self.readAllStandardError()), QString());
+        QVERIFY(!self.readAllStandardOutput().contains("-hmm"));
+    }
+};
+
+QTEST_GUILESS_MAIN(PocketSphinxRecognizerTest)
+#include "PocketSphinxRecognizerTest.moc"
