@@ -32,8 +32,8 @@ private:
     std::unique_ptr<QProcess> m_player;
 };
 
-/// A sound server of the test's own, without hardware. While this object lives, PULSE_SERVER points to it, for
-/// this process and those it starts. Dies with the process, however that ends. Failures throw
+/// A sound server of the test's own, without hardware. While this object lives, PULSE_SERVER points to it,
+/// for this process and those it starts. Dies with the process, however that ends. Failures throw
 /// std::runtime_error with what the server's tools said.
 class PrivateSoundServer
 {

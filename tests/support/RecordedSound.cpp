@@ -81,7 +81,8 @@ std::size_t RecordedSound::sampleCount() const
 std::vector<float> RecordedSound::latest(std::size_t count) const
 {
     const std::lock_guard lock(m_mutex);
-    return {m_samples.end() - static_cast<std::ptrdiff_t>(std::min(count, m_samples.size())), m_samples.end()};
+    return {
+        m_samples.end() - static_cast<std::ptrdiff_t>(std::min(count, m_samples.size())), m_samples.end()};
 }
 
 void RecordedSound::clear()
