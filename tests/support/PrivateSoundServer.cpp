@@ -111,8 +111,8 @@ void PrivateSoundServer::start()
         said += m_server->readAll();
     }
     // Nobody reads what it says from here on.
-    QObject::connect(
-        m_server.get(), &QProcess::readyRead, m_server.get(), [server = m_server.get()] { server->readAll(); });
+    QObject::connect(m_server.get(), &QProcess::readyRead, m_server.get(),
+        [server = m_server.get()] { server->readAll(); });
 }
 
 void PrivateSoundServer::kill()
@@ -168,8 +168,8 @@ std::vector<int> PrivateSoundServer::addMicrophone(
     const QStringList sound {QStringLiteral("rate=%1").arg(rateHz),
         QStringLiteral("channels=%1").arg(channels), QStringLiteral("format=") + format};
     const QString room = name + QStringLiteral("_room");
-    const int roomModule
-        = loadModule(QStringLiteral("module-null-sink"), QStringList {QStringLiteral("sink_name=") + room} + sound);
+    const int roomModule = loadModule(
+        QStringLiteral("module-null-sink"), QStringList {QStringLiteral("sink_name=") + room} + sound);
     const int microphoneModule = loadModule(QStringLiteral("module-remap-source"),
         QStringList {QStringLiteral("source_name=") + name, QStringLiteral("master=%1.monitor").arg(room)}
             + sound);
