@@ -37,7 +37,7 @@ QString setAside(const QString &path)
 {
     for (int number = 1;; ++number) {
         const QString suffix = number == 1 ? QString() : QStringLiteral("-%1").arg(number);
-        const QString newPath = path + QStringLiteral(".damaged") + suffix;
+        QString newPath = path + QStringLiteral(".damaged") + suffix;
         const int error = renamedToFreeName(QFile::encodeName(path), QFile::encodeName(newPath));
         if (error == 0) {
             return newPath;

@@ -1,5 +1,6 @@
-#include "base/AtomicFile.h"
 #include "base/FileLock.h"
+
+#include "base/AtomicFile.h"
 #include "support/Coroutines.h"
 
 #include <QTemporaryDir>

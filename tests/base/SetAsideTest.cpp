@@ -1,5 +1,6 @@
-#include "base/AtomicFile.h"
 #include "base/SetAside.h"
+
+#include "base/AtomicFile.h"
 #include "support/Coroutines.h"
 
 #include <QDir>
@@ -30,8 +31,8 @@ void SetAsideTest::everyFileGetsAFreeName()
         names.append(QDir(folder.path()).relativeFilePath(aside));
         QVERIFY(!QFile::exists(path));
     }
-    QCOMPARE(names.join(QLatin1Char(' ')),
-        QStringLiteral("a.json.damaged a.json.damaged-2 a.json.damaged-3"));
+    QCOMPARE(
+        names.join(QLatin1Char(' ')), QStringLiteral("a.json.damaged a.json.damaged-2 a.json.damaged-3"));
     QCOMPARE(readFile(folder.filePath(QStringLiteral("a.json.damaged"))).value_or("(gone)"), QByteArray("1"));
 }
 

@@ -1,5 +1,6 @@
-#include "base/AtomicFile.h"
 #include "platform/linux/JsonDefaultsStore.h"
+
+#include "base/AtomicFile.h"
 #include "support/ChildProcess.h"
 
 #include <QCoreApplication>
@@ -89,7 +90,10 @@ private:
         return QDir(m_folder->filePath(QStringLiteral("lumaphone")))
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     }
-    QStringList childArguments(const QStringList &arguments) const { return QStringList {path()} + arguments; }
+    QStringList childArguments(const QStringList &arguments) const
+    {
+        return QStringList {path()} + arguments;
+    }
 
     std::unique_ptr<QTemporaryDir> m_folder;
 };
@@ -118,7 +122,8 @@ void JsonDefaultsStoreTest::readingCreatesNothing()
 
 void JsonDefaultsStoreTest::everyKindSurvivesARestart()
 {
-    const auto text = QStringLiteral("{{0, 0}, {10, 5}} \"引號\"\\\n\u0000尾").append(QChar(0)) + QStringLiteral("😀");
+    const auto text
+        = QStringLiteral("{{0, 0}, {10, 5}} \"引號\"\\\n\u0000尾").append(QChar(0)) + QStringLiteral("😀");
     {
         JsonDefaultsStore store(path());
         store.setObject(QStringLiteral("text"), text);
@@ -134,7 +139,8 @@ void JsonDefaultsStoreTest::everyKindSurvivesARestart()
     QVERIFY(store.object(QStringLiteral("empty")) == DefaultsValue(QString()));
     QVERIFY(store.object(QStringLiteral("double")) == DefaultsValue(0.1));
     QVERIFY(store.object(QStringLiteral("whole double")) == DefaultsValue(34.0));
-    QVERIFY(store.object(QStringLiteral("integer")) == DefaultsValue(std::numeric_limits<std::int64_t>::min()));
+    QVERIFY(
+        store.object(QStringLiteral("integer")) == DefaultsValue(std::numeric_limits<std::int64_t>::min()));
     QVERIFY(store.object(QStringLiteral("truth")) == DefaultsValue(true));
     QVERIFY(store.object(QStringLiteral("鍵 with blanks")) == DefaultsValue(false));
 }
@@ -204,14 +210,16 @@ void JsonDefaultsStoreTest::theFileIsOneObjectWithSortedKeys()
     store.setObject(theme, QStringLiteral("玻璃"));
     store.setObject(fontSize, 34.0);
     QCOMPARE(content(),
-        QByteArray("{\n  \"lumaphone.caption.fontSize\": 34.0,\n  \"lumaphone.caption.theme\": \"玻璃\"\n}\n"));
+        QByteArray(
+            "{\n  \"lumaphone.caption.fontSize\": 34.0,\n  \"lumaphone.caption.theme\": \"玻璃\"\n}\n"));
 }
 
 void JsonDefaultsStoreTest::theFileIsTheUsersAlone()
 {
     JsonDefaultsStore store(path());
     store.setObject(theme, QStringLiteral("dark"));
-    QCOMPARE(QFile(path()).permissions() & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+    QCOMPARE(QFile(path()).permissions()
+            & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
         QFile::Permissions());
 }
 

@@ -1,5 +1,6 @@
-#include "base/AtomicFile.h"
 #include "platform/linux/LockedSingleInstance.h"
+
+#include "base/AtomicFile.h"
 #include "support/ChildProcess.h"
 #include "support/Coroutines.h"
 

@@ -1,10 +1,13 @@
+#include "platform/linux/SecretServiceKeychain.h"
+
 #include "base/AtomicFile.h"
 #include "platform/linux/JsonDefaultsStore.h"
-#include "platform/linux/SecretServiceKeychain.h"
 #include "storage/LumaphoneSettings.h"
+#include "support/Coroutines.h"
 #include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"
 
+#include <QDBusConnection>
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
@@ -23,7 +26,9 @@ bool isInSomeCommandLine(const QByteArray &text)
     const QStringList processes = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
     return std::any_of(processes.begin(), processes.end(), [&text](const QString &process) {
         try {
-            return readFile(QStringLiteral("/proc/%1/cmdline").arg(process)).value_or(QByteArray()).contains(text);
+            return readFile(QStringLiteral("/proc/%1/cmdline").arg(process))
+                .value_or(QByteArray())
+                .contains(text);
         } catch (const FileError &) {
             return false; // it has just ended
         }
@@ -50,6 +55,7 @@ private slots:
     void theSettingsKeepTheirKeyInTheKeyringAlone();
     void anItemOutlivesTheKeyringsRestart();
     void aLockedCollectionNobodyUnlocksRefuses();
+    void theEndOfTheBusIsNotTheEndOfTheProgram();
 
 private:
     PrivateSessionBus m_bus;
@@ -101,8 +107,10 @@ void SecretServiceKeychainTest::anAddedItemCanBeReadByItsAccountAlone()
     QVERIFY(m_keychain.copyMatching({QStringLiteral("another"), query.account}).status
         == KeychainStatus::itemNotFound);
     const QString description = m_keyring.describeItems();
-    QVERIFY2(description.contains(QStringLiteral("service=dev.lumaphone.provider\n")), qPrintable(description));
-    QVERIFY2(description.contains(QStringLiteral("account=lumaphone.provider.apiKey\n")), qPrintable(description));
+    QVERIFY2(
+        description.contains(QStringLiteral("service=dev.lumaphone.provider\n")), qPrintable(description));
+    QVERIFY2(
+        description.contains(QStringLiteral("account=lumaphone.provider.apiKey\n")), qPrintable(description));
 }
 
 void SecretServiceKeychainTest::anUpdateChangesTheOneItem()
@@ -191,6 +199,17 @@ void SecretServiceKeychainTest::aLockedCollectionNobodyUnlocksRefuses()
     m_keyring.kill();
     QVERIFY(m_keyring.start());
     QCOMPARE(m_keychain.copyMatching(query).data, QByteArray("secret"));
+}
+
+void SecretServiceKeychainTest::theEndOfTheBusIsNotTheEndOfTheProgram()
+{
+    QVERIFY(m_keychain.add(query, "secret") == KeychainStatus::success);
+    m_bus.kill();
+    QVERIFY(waitUntil([] { return !QDBusConnection::sessionBus().isConnected(); }));
+    settle();
+    QVERIFY(m_keychain.copyMatching(query).status == KeychainStatus::other);
+    QVERIFY(m_keychain.update(query, "new") == KeychainStatus::other);
+    settle();
 }
 
 QTEST_GUILESS_MAIN(SecretServiceKeychainTest)

@@ -3,9 +3,11 @@
 #include "support/Coroutines.h"
 
 #include <QDBusArgument>
-#include <QDBusInterface>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusReply>
+#include <QDBusVariant>
 
 namespace lumaphone::test {
 
@@ -13,16 +15,27 @@ namespace {
 
 const auto serviceName = QStringLiteral("org.freedesktop.secrets");
 const auto loginPath = QStringLiteral("/org/freedesktop/secrets/collection/login");
+const auto collectionInterface = QStringLiteral("org.freedesktop.Secret.Collection");
 
+QDBusMessage called(
+    const QString &path, const QString &interface, const char *method, const QVariantList &arguments)
+{
+    auto message = QDBusMessage::createMethodCall(serviceName, path, interface, QString::fromLatin1(method));
+    message.setArguments(arguments);
+    return QDBusConnection::sessionBus().call(message);
+}
+
+/// Invalid if the daemon does not answer.
 QVariant property(const QString &path, const QString &interface, const char *name)
 {
-    return QDBusInterface(serviceName, path, interface, QDBusConnection::sessionBus()).property(name);
+    const QDBusReply<QDBusVariant> reply = called(path, QStringLiteral("org.freedesktop.DBus.Properties"),
+        "Get", {interface, QString::fromLatin1(name)});
+    return reply.isValid() ? reply.value().variant() : QVariant();
 }
 
 QList<QDBusObjectPath> itemPaths()
 {
-    return property(loginPath, QStringLiteral("org.freedesktop.Secret.Collection"), "Items")
-        .value<QList<QDBusObjectPath>>();
+    return qdbus_cast<QList<QDBusObjectPath>>(property(loginPath, collectionInterface, "Items"));
 }
 
 } // namespace
@@ -31,7 +44,8 @@ PrivateKeyring::PrivateKeyring(const PrivateSessionBus &bus)
     : m_bus(bus)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *variable : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
+    for (const char *variable :
+        {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
         environment.insert(QString::fromLatin1(variable), m_folder.path());
     }
     environment.remove(QStringLiteral("DISPLAY"));
@@ -45,13 +59,10 @@ PrivateKeyring::~PrivateKeyring()
     kill();
 }
 
-bool PrivateKeyring::start(bool unlocked)
+bool PrivateKeyring::start()
 {
-    QStringList arguments {QStringLiteral("--foreground"), QStringLiteral("--components=secrets")};
-    if (unlocked) {
-        arguments.append(QStringLiteral("--unlock"));
-    }
-    m_daemon.start(QStringLiteral("gnome-keyring-daemon"), arguments);
+    m_daemon.start(QStringLiteral("gnome-keyring-daemon"),
+        {QStringLiteral("--foreground"), QStringLiteral("--unlock"), QStringLiteral("--components=secrets")});
     m_daemon.write("a test's password");
     m_daemon.closeWriteChannel();
     return waitUntil([this] { return m_bus.hasService(serviceName) && itemCount() >= 0; });
@@ -69,16 +80,15 @@ void PrivateKeyring::kill()
 
 bool PrivateKeyring::lock()
 {
-    QDBusInterface service(serviceName, QStringLiteral("/org/freedesktop/secrets"),
-        QStringLiteral("org.freedesktop.Secret.Service"), QDBusConnection::sessionBus());
-    service.call(QStringLiteral("Lock"), QVariant::fromValue(QList {QDBusObjectPath(loginPath)}));
-    return property(loginPath, QStringLiteral("org.freedesktop.Secret.Collection"), "Locked").toBool();
+    called(QStringLiteral("/org/freedesktop/secrets"), QStringLiteral("org.freedesktop.Secret.Service"),
+        "Lock", {QVariant::fromValue(QList {QDBusObjectPath(loginPath)})});
+    return property(loginPath, collectionInterface, "Locked").toBool();
 }
 
 int PrivateKeyring::itemCount() const
 {
-    const QVariant items = property(loginPath, QStringLiteral("org.freedesktop.Secret.Collection"), "Items");
-    return items.isValid() ? static_cast<int>(items.value<QList<QDBusObjectPath>>().size()) : -1;
+    const bool answers = property(loginPath, collectionInterface, "Locked").isValid();
+    return answers ? static_cast<int>(itemPaths().size()) : -1;
 }
 
 QString PrivateKeyring::describeItems() const

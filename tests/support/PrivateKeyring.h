@@ -14,8 +14,8 @@ public:
     explicit PrivateKeyring(const PrivateSessionBus &bus);
     ~PrivateKeyring();
 
-    /// Starts it with its collection unlocked, or, from the second time on, locked. True when it answers.
-    bool start(bool unlocked = true);
+    /// Starts it with its collection unlocked. True when it answers.
+    bool start();
     /// Ends it abruptly. Its items stay in its files.
     void kill();
     /// Locks the login collection. True if it is locked afterwards.

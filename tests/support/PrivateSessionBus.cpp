@@ -12,7 +12,8 @@ namespace {
 const char variable[] = "DBUS_SESSION_BUS_ADDRESS";
 
 // No folder with services: nothing starts by itself.
-const char configuration[] = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+const char configuration[]
+    = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>session</type>
@@ -35,7 +36,8 @@ PrivateSessionBus::PrivateSessionBus()
         file, QByteArray(configuration).replace("%FOLDER%", m_folder.path().toUtf8()), Durability::Renamed);
     m_daemon.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_daemon.start(QStringLiteral("dbus-daemon"),
-        {QStringLiteral("--nofork"), QStringLiteral("--print-address"), QStringLiteral("--config-file=") + file});
+        {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+            QStringLiteral("--config-file=") + file});
     while (m_daemon.state() != QProcess::NotRunning && !m_daemon.canReadLine()) {
         m_daemon.waitForReadyRead();
     }
@@ -46,8 +48,15 @@ PrivateSessionBus::PrivateSessionBus()
 PrivateSessionBus::~PrivateSessionBus()
 {
     qputenv(variable, m_formerAddress);
-    m_daemon.kill();
-    m_daemon.waitForFinished();
+    kill();
+}
+
+void PrivateSessionBus::kill()
+{
+    if (m_daemon.state() != QProcess::NotRunning) {
+        m_daemon.kill();
+        m_daemon.waitForFinished();
+    }
 }
 
 bool PrivateSessionBus::isRunning() const

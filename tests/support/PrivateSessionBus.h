@@ -16,6 +16,8 @@ public:
     ~PrivateSessionBus();
 
     bool isRunning() const;
+    /// Ends it abruptly, as a crash or the end of a login would.
+    void kill();
     const QString &address() const { return m_address; }
     /// Whether someone owns the name.
     bool hasService(const QString &name) const;

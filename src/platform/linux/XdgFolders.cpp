@@ -19,7 +19,7 @@ std::optional<QString> absolutePathIn(const char *variable)
 
 std::optional<QString> home()
 {
-    if (const auto path = absolutePathIn("HOME")) {
+    if (auto path = absolutePathIn("HOME")) {
         return path;
     }
     const struct passwd *user = ::getpwuid(::getuid());
@@ -29,7 +29,7 @@ std::optional<QString> home()
 
 std::optional<QString> folder(const char *variable, const QString &belowHome)
 {
-    if (const auto path = absolutePathIn(variable)) {
+    if (auto path = absolutePathIn(variable)) {
         return path;
     }
     const auto parent = home();
