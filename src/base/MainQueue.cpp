@@ -1,19 +1,46 @@
 #include "base/MainQueue.h"
 
-#include <QMetaObject>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QThread>
+
+#include <utility>
 
 namespace lumaphone {
 
+namespace {
+
+/// Takes wake-ups from other threads. They carry nothing: what is to be run is handed over under the queue's
+/// own lock, which a thread sanitizer can see.
+class WakeReceiver final : public QObject
+{
+public:
+    explicit WakeReceiver(std::function<void()> wake)
+        : m_wake(std::move(wake))
+    {
+    }
+
+protected:
+    void customEvent(QEvent *) override { m_wake(); }
+
+private:
+    std::function<void()> m_wake;
+};
+
+} // namespace
+
 std::shared_ptr<MainQueue> MainQueue::create()
 {
-    return std::shared_ptr<MainQueue>(new MainQueue);
+    std::shared_ptr<MainQueue> queue(new MainQueue);
+    queue->m_receiver = std::make_unique<WakeReceiver>([weak = std::weak_ptr(queue)] {
+        if (const auto self = weak.lock()) {
+            self->runPosted();
+        }
+    });
+    return queue;
 }
 
-MainQueue::MainQueue()
-    : m_receiver(std::make_unique<QObject>())
-{
-}
+MainQueue::MainQueue() = default;
 
 MainQueue::~MainQueue()
 {
@@ -32,14 +59,7 @@ void MainQueue::post(std::function<void()> closure)
     const bool mustWake = m_closures.empty();
     m_closures.push_back(std::move(closure));
     if (mustWake) {
-        QMetaObject::invokeMethod(
-            m_receiver.get(),
-            [weak = weak_from_this()] {
-                if (const auto self = weak.lock()) {
-                    self->runPosted();
-                }
-            },
-            Qt::QueuedConnection);
+        QCoreApplication::postEvent(m_receiver.get(), new QEvent(QEvent::User));
     }
 }
 

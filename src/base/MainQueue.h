@@ -11,7 +11,7 @@ namespace lumaphone {
 
 /// The one way from a background thread to the main thread: closures posted from anywhere run in order on
 /// the thread that created the queue, inside its event loop. Closures posted after close() are dropped.
-class MainQueue : public std::enable_shared_from_this<MainQueue>
+class MainQueue
 {
 public:
     static std::shared_ptr<MainQueue> create();

@@ -109,7 +109,11 @@ public:
             "-hmm", QFile::encodeName(model.acousticModel()).constData(), //
             "-lm", QFile::encodeName(model.languageModel()).constData(), //
             "-dict", QFile::encodeName(model.dictionary()).constData(), nullptr));
-        m_decoder.reset(configuration ? ps_init(configuration.get()) : nullptr);
+        try {
+            m_decoder.reset(configuration ? ps_init(configuration.get()) : nullptr);
+        } catch (const SpeechFrameworkError &) {
+            // The report says it.
+        }
         // What the library calls an error and goes on with, such as half a word list, is a broken model.
         if (!m_decoder || !report.isEmpty()) {
             throw SpeechFrameworkError(
