@@ -1,17 +1,41 @@
 #include "base/MainQueue.h"
 
-#include <QMetaObject>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QThread>
 
 namespace lumaphone {
 
+/// Woken by an event without contents: whatever crosses between the threads lies under the queue's lock.
+class MainQueue::Receiver final : public QObject
+{
+public:
+    void serve(std::weak_ptr<MainQueue> queue) { m_queue = std::move(queue); }
+
+    bool event(QEvent *event) override
+    {
+        if (event->type() != QEvent::User) {
+            return QObject::event(event);
+        }
+        if (const auto queue = m_queue.lock()) {
+            queue->runPosted();
+        }
+        return true;
+    }
+
+private:
+    std::weak_ptr<MainQueue> m_queue;
+};
+
 std::shared_ptr<MainQueue> MainQueue::create()
 {
-    return std::shared_ptr<MainQueue>(new MainQueue);
+    const std::shared_ptr<MainQueue> queue(new MainQueue);
+    queue->m_receiver->serve(queue);
+    return queue;
 }
 
 MainQueue::MainQueue()
-    : m_receiver(std::make_unique<QObject>())
+    : m_receiver(std::make_unique<Receiver>())
 {
 }
 
@@ -32,14 +56,7 @@ void MainQueue::post(std::function<void()> closure)
     const bool mustWake = m_closures.empty();
     m_closures.push_back(std::move(closure));
     if (mustWake) {
-        QMetaObject::invokeMethod(
-            m_receiver.get(),
-            [weak = weak_from_this()] {
-                if (const auto self = weak.lock()) {
-                    self->runPosted();
-                }
-            },
-            Qt::QueuedConnection);
+        QCoreApplication::postEvent(m_receiver.get(), new QEvent(QEvent::User));
     }
 }
 

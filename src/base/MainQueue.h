@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QObject>
-
 #include <deque>
 #include <functional>
 #include <memory>
@@ -11,7 +9,7 @@ namespace lumaphone {
 
 /// The one way from a background thread to the main thread: closures posted from anywhere run in order on
 /// the thread that created the queue, inside its event loop. Closures posted after close() are dropped.
-class MainQueue : public std::enable_shared_from_this<MainQueue>
+class MainQueue
 {
 public:
     static std::shared_ptr<MainQueue> create();
@@ -26,13 +24,15 @@ public:
     bool isCurrent() const;
 
 private:
+    class Receiver;
+
     MainQueue();
     void runPosted();
 
     std::mutex m_mutex;
     std::deque<std::function<void()>> m_closures;
     bool m_closed = false;
-    std::unique_ptr<QObject> m_receiver;
+    std::unique_ptr<Receiver> m_receiver;
 };
 
 } // namespace lumaphone
