@@ -60,7 +60,7 @@ else()
     set(LUMAPHONE_TEST_PREFIX "")
 endif()
 set(LUMAPHONE_SOURCE_ROOT "${CMAKE_CURRENT_SOURCE_DIR}")
-set(LUMAPHONE_TEST_ENVIRONMENT "QT_FATAL_WARNINGS=1;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/tsan.supp:second_deadlock_stack=1:ignore_noninstrumented_modules=1")
+set(LUMAPHONE_TEST_ENVIRONMENT "QT_FATAL_WARNINGS=1;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/tsan.supp:second_deadlock_stack=1:ignore_noninstrumented_modules=1:die_after_fork=0")
 
 # lumaphone_add_test(<Name> SOURCES ... [LIBS ...] [SANITIZED] [EXCLUSIVE] [TIMEOUT seconds])
 # A Qt Test executable. SANITIZED tests are also built and run by the sanitizer builds; EXCLUSIVE ones use

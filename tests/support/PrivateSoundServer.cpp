@@ -27,6 +27,12 @@ std::unique_ptr<QProcess> makeChild()
     return child;
 }
 
+/// Otherwise an idle output works two seconds ahead.
+QString promptly()
+{
+    return QStringLiteral("norewinds=1");
+}
+
 void end(QProcess &process)
 {
     if (process.state() != QProcess::NotRunning) {
@@ -159,7 +165,7 @@ int PrivateSoundServer::addOutput(const QString &name, int rateHz, int channels)
 {
     return loadModule(QStringLiteral("module-null-sink"),
         {QStringLiteral("sink_name=") + name, QStringLiteral("rate=%1").arg(rateHz),
-            QStringLiteral("channels=%1").arg(channels)});
+            QStringLiteral("channels=%1").arg(channels), promptly()});
 }
 
 std::vector<int> PrivateSoundServer::addMicrophone(
@@ -168,8 +174,8 @@ std::vector<int> PrivateSoundServer::addMicrophone(
     const QStringList sound {QStringLiteral("rate=%1").arg(rateHz),
         QStringLiteral("channels=%1").arg(channels), QStringLiteral("format=") + format};
     const QString room = name + QStringLiteral("_room");
-    const int roomModule = loadModule(
-        QStringLiteral("module-null-sink"), QStringList {QStringLiteral("sink_name=") + room} + sound);
+    const int roomModule = loadModule(QStringLiteral("module-null-sink"),
+        QStringList {QStringLiteral("sink_name=") + room, promptly()} + sound);
     const int microphoneModule = loadModule(QStringLiteral("module-remap-source"),
         QStringList {QStringLiteral("source_name=") + name, QStringLiteral("master=%1.monitor").arg(room)}
             + sound);

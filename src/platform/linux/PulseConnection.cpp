@@ -177,6 +177,8 @@ bool PulseConnection::isLost() const
 
 void PulseConnection::throwIfLost() const
 {
+    // A dying connection first ends its streams: under this lock it is dead or alive.
+    const LoopLock loopLock(m_loop.get());
     const std::lock_guard lock(m_mutex);
     if (m_isLost) {
         throw pulseError(
@@ -228,9 +230,9 @@ void PulseConnection::waitForAnswer(const std::function<bool()> &condition)
 
 void PulseConnection::ask(Reply &reply, const std::function<pa_operation *()> &start)
 {
-    throwIfLost();
     const auto begin = [&] {
         const LoopLock lock(m_loop.get());
+        throwIfLost();
         pa_operation *operation = start();
         if (!operation) {
             throw pulseError(QStringLiteral("聲音伺服器拒絕了要求"), pa_context_errno(m_context.get()));

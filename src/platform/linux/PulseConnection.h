@@ -80,6 +80,8 @@ public:
 
     /// Any thread, without waiting.
     bool isLost() const;
+    /// Throws the reason if the connection has been lost.
+    void throwIfLost() const;
 
     // For those who record on this connection.
 
@@ -109,7 +111,6 @@ private:
     struct Defaults;
 
     void connect();
-    void throwIfLost() const;
     void takeState();
     Defaults defaults();
     template<typename Row, typename Start> std::vector<Row> list(Start start);

@@ -50,6 +50,7 @@ void recordMicrophone(const PulseOptions &options, const MicrophoneDevice &devic
     recorder.start();
     hasStarted();
     connection.waitUntil([&recorder] { return recorder.hasEnded(); });
+    connection.throwIfLost();
     throw CaptureServiceError(QStringLiteral("麥克風「%1」已中斷連線。").arg(device.name));
 }
 
