@@ -49,11 +49,13 @@ public:
     /// Ends the stream with an error, thrown to the consumer after what is pending.
     void fail(std::exception_ptr error) { finish(std::move(error)); }
 
-    /// Waits for the next element. None at the end of the stream or when `stop` is requested.
+    /// Waits for the next element. None at the end of the stream or when `stop` is requested, whatever is
+    /// pending then.
     std::optional<Element> next(const std::stop_token &stop)
     {
         std::unique_lock lock(m_mutex);
-        if (!m_changed.wait(lock, stop, [this] { return m_finished || !m_elements.empty(); })) {
+        m_changed.wait(lock, stop, [this] { return m_finished || !m_elements.empty(); });
+        if (stop.stop_requested()) {
             return std::nullopt;
         }
         if (m_elements.empty()) {

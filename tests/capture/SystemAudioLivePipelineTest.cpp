@@ -1,0 +1,425 @@
+#include "capture/SystemAudioLivePipeline.h"
+
+#include "capture/AppleSystemSpeechTranscriberError.h"
+#include "capture/SystemAudioCaptureError.h"
+#include "support/Coroutines.h"
+#include "support/FakeScreenAudioCapture.h"
+#include "support/FakeSpeechFramework.h"
+#include "support/RecordedPipelineEvents.h"
+#include "support/TestSound.h"
+#include "support/VirtualClock.h"
+
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+using namespace std::chrono_literals;
+
+class SystemAudioLivePipelineTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::shared_ptr<FakeSpeechFramework> m_framework;
+    std::shared_ptr<FakeScreenAudioCapture> m_capture;
+    std::shared_ptr<VirtualClock> m_clock;
+    std::shared_ptr<DetachedTasks> m_detachedTasks;
+    std::unique_ptr<RecordedPipelineEvents> m_events;
+    std::shared_ptr<SystemAudioLivePipeline> m_pipeline;
+
+    void makePipeline(AppleSystemSpeechLanguage language)
+    {
+        const LivePipelineServices services {m_framework, MainQueue::create(), m_detachedTasks, QLocale::c()};
+        m_pipeline
+            = SystemAudioLivePipeline::create(language, m_capture, m_clock, services, m_events->handler());
+    }
+
+    void start() { test::waitFor(m_pipeline->start()); }
+    void stop() { test::waitFor(m_pipeline->stop()); }
+
+    bool ownerHears(const QStringList &lines)
+    {
+        return waitUntil([&] { return m_events->lines() == lines; });
+    }
+
+    std::optional<SystemAudioCaptureError::Case> failureOfStart()
+    {
+        const auto error = thrownBy<SystemAudioCaptureError>([this] { start(); });
+        return error ? std::optional(error->errorCase()) : std::nullopt;
+    }
+
+private slots:
+    void init()
+    {
+        m_framework = std::make_shared<FakeSpeechFramework>();
+        m_capture = std::make_shared<FakeScreenAudioCapture>();
+        m_clock = std::make_shared<VirtualClock>();
+        m_detachedTasks = std::make_shared<DetachedTasks>();
+        m_events = std::make_unique<RecordedPipelineEvents>();
+        makePipeline(AppleSystemSpeechLanguage::english);
+    }
+
+    void cleanup()
+    {
+        m_pipeline = nullptr;
+        m_detachedTasks = nullptr;
+        settle();
+        QCOMPARE(m_framework->reserved(), QStringList());
+    }
+
+    void makingOneAsksForNothing()
+    {
+        QCOMPARE(m_capture->checks(), 0);
+        QVERIFY(m_capture->steps().isEmpty());
+        QVERIFY(m_framework->reservationLog().isEmpty());
+    }
+
+    void startingCapturesTheFirstDisplay()
+    {
+        start();
+        QCOMPARE(m_capture->steps(),
+            (QStringList {QStringLiteral("content 0 1"), QStringLiteral("make speakers"),
+                QStringLiteral("add screen"), QStringLiteral("add audio"), QStringLiteral("start")}));
+        QCOMPARE(m_capture->requests(), 0);
+        QVERIFY(m_capture->stream().isCapturing());
+        const ScreenStreamConfiguration expected {.widthPixels = 2,
+            .heightPixels = 2,
+            .minimumFrameInterval = 1s,
+            .queueDepth = 3,
+            .showsCursor = false,
+            .capturesAudio = true,
+            .excludesCurrentProcessAudio = true,
+            .sampleRateHz = 16000,
+            .channelCount = 1};
+        QVERIFY(m_capture->configuration() == expected);
+        QCOMPARE(m_capture->stream().queue()->label(), std::string("app.lumaphone.system-audio-samples"));
+        QCOMPARE(m_framework->locales(), QStringList {QStringLiteral("en_US")});
+    }
+
+    void automaticListensForAllFour()
+    {
+        makePipeline(AppleSystemSpeechLanguage::automatic);
+        start();
+        QCOMPARE(m_framework->locales(),
+            (QStringList {QStringLiteral("ja_JP"), QStringLiteral("en_US"), QStringLiteral("ko_KR"),
+                QStringLiteral("zh_TW")}));
+    }
+
+    void permissionIsPolled_data()
+    {
+        QTest::addColumn<int>("grantedDuringSleep");
+        QTest::addColumn<bool>("granted");
+        for (int sleep = 1; sleep <= 23; ++sleep) {
+            QTest::addRow("during sleep %d", sleep) << sleep << true;
+        }
+        QTest::newRow("during the last sleep, after which nobody looks") << 24 << false;
+        QTest::newRow("never") << 1000 << false;
+    }
+
+    void permissionIsPolled()
+    {
+        QFETCH(const int, grantedDuringSleep);
+        QFETCH(const bool, granted);
+        m_capture->isGranted = false;
+        std::optional<bool> answer;
+        auto asking = [this, &answer]() -> QCoro::Task<> {
+            answer = co_await SystemAudioLivePipeline::requestScreenCaptureAccessIfNeeded(m_capture, m_clock);
+        }();
+        QCOMPARE(m_capture->requests(), 1);
+        for (int sleep = 1; sleep <= 24 && !answer; ++sleep) {
+            QCOMPARE(m_clock->sleepCount(), sleep);
+            m_clock->advance(249ms);
+            QVERIFY(!answer);
+            m_capture->isGranted = sleep >= grantedDuringSleep;
+            m_clock->advance(1ms);
+            QCOMPARE(answer.has_value(), sleep == std::min(grantedDuringSleep, 24));
+        }
+        QVERIFY(answer == granted);
+        QCOMPARE(m_clock->sleepCount(), std::min(grantedDuringSleep, 24));
+        QCOMPARE(m_clock->sleepers(), std::size_t(0));
+        QCOMPARE(m_capture->requests(), 1);
+        // One look before asking, one after, one after each sleep but the last.
+        QCOMPARE(m_capture->checks(), granted ? grantedDuringSleep + 2 : 25);
+    }
+
+    void permissionGrantedAtOnceIsSeenWithoutSleeping()
+    {
+        class GrantingCapture final : public ScreenAudioCapture
+        {
+        public:
+            bool preflightAccess() override { return m_granted; }
+            void requestAccess() override { m_granted = true; }
+            QCoro::Task<ShareableContent> shareableContent(bool, bool) override
+            {
+                co_return ShareableContent();
+            }
+            std::unique_ptr<ScreenAudioStream> makeStream(const CaptureContentFilter &,
+                const ScreenStreamConfiguration &, ScreenAudioStreamDelegate &) override
+            {
+                return nullptr;
+            }
+
+        private:
+            bool m_granted = false;
+        };
+        const auto capture = std::make_shared<GrantingCapture>();
+        QVERIFY(test::waitFor(SystemAudioLivePipeline::requestScreenCaptureAccessIfNeeded(capture, m_clock)));
+        QCOMPARE(m_clock->sleepCount(), 0);
+    }
+
+    void refusedPermissionEndsTheStart()
+    {
+        m_capture->isGranted = false;
+        std::optional<SystemAudioCaptureError::Case> failure;
+        auto starting = [this, &failure]() -> QCoro::Task<> {
+            try {
+                co_await m_pipeline->start();
+            } catch (const SystemAudioCaptureError &error) {
+                failure = error.errorCase();
+            }
+        }();
+        m_clock->advance(5999ms);
+        QVERIFY(!failure);
+        m_clock->advance(1ms);
+        QVERIFY(failure == SystemAudioCaptureError::Case::screenAudioPermissionDenied);
+        QCOMPARE(m_clock->sleepCount(), 24);
+        QVERIFY(m_capture->steps().isEmpty());
+        QVERIFY(m_framework->reservationLog().isEmpty());
+    }
+
+    void aGrantWhilePollingLetsTheStartGoOn()
+    {
+        m_capture->isGranted = false;
+        auto starting = m_pipeline->start();
+        m_clock->advance(1100ms);
+        QVERIFY(m_capture->steps().isEmpty());
+        m_capture->isGranted = true;
+        m_clock->advance(150ms);
+        test::waitFor(std::move(starting));
+        QVERIFY(m_capture->stream().isCapturing());
+    }
+
+    void withoutDisplayTheTranscriberIsNeverStarted()
+    {
+        m_capture->displays.clear();
+        QVERIFY(failureOfStart() == SystemAudioCaptureError::Case::noDisplay);
+        QVERIFY(m_framework->reservationLog().isEmpty());
+    }
+
+    void errorsOfTheServicePassUnchanged_data()
+    {
+        QTest::addColumn<int>("step");
+        QTest::newRow("content") << 0;
+        QTest::newRow("adding the audio output") << 1;
+        QTest::newRow("starting") << 2;
+    }
+
+    void errorsOfTheServicePassUnchanged()
+    {
+        QFETCH(const int, step);
+        const QString message = QStringLiteral("the server is gone");
+        if (step == 0) {
+            m_capture->contentFailure = message;
+        }
+        m_capture->onMakeStream = [=](FakeScreenAudioStream &stream) {
+            (step == 1 ? stream.addAudioFailure : stream.startFailure) = message;
+        };
+        const auto error = thrownBy<CaptureServiceError>([this] { start(); });
+        QVERIFY(error);
+        QCOMPARE(error->errorDescription(), message);
+        // Up to the owner: it stops what is running.
+        QCOMPARE(m_framework->reserved().isEmpty(), step == 0);
+        stop();
+        QVERIFY(m_framework->reserved().isEmpty());
+        QVERIFY(m_events->lines().isEmpty());
+    }
+
+    void anErrorOfTheTranscriberEndsTheStartBeforeCapturing()
+    {
+        m_framework->supportOnly({});
+        const auto error = thrownBy<AppleSystemSpeechTranscriberError>([this] { start(); });
+        QVERIFY(
+            error && error->errorCase() == AppleSystemSpeechTranscriberError::Case::recognizerUnavailable);
+        QCOMPARE(m_capture->steps(), QStringList {QStringLiteral("content 0 1")});
+    }
+
+    void soundIsTranscribedAndSummarised()
+    {
+        start();
+        TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
+        m_capture->stream().deliver(sound.buffer());
+        QCOMPARE(m_events->lines(),
+            QStringList {QStringLiteral("audio 320 frames, 16000 Hz, 1 channel, duration 0.020s")});
+        QVERIFY(waitUntil([&] { return m_framework->analyzer().samples().size() == 320; }));
+    }
+
+    void anUnknownDurationIsSummarisedAsNothing()
+    {
+        start();
+        TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
+        sound.buffer().durationSeconds.reset();
+        m_capture->stream().deliver(sound.buffer());
+        QVERIFY(m_events->lines().constFirst().endsWith(QStringLiteral("duration 0.000s")));
+    }
+
+    void someBuffersAreSkippedSilently_data()
+    {
+        QTest::addColumn<bool>("isValid");
+        QTest::addColumn<bool>("isReady");
+        QTest::addColumn<bool>("isScreen");
+        QTest::newRow("a picture") << true << true << true;
+        QTest::newRow("not valid") << false << true << false;
+        QTest::newRow("not ready") << true << false << false;
+    }
+
+    void someBuffersAreSkippedSilently()
+    {
+        QFETCH(const bool, isValid);
+        QFETCH(const bool, isReady);
+        QFETCH(const bool, isScreen);
+        start();
+        TestSound skipped(analysisDescription, std::vector<double>(100, 0.5));
+        skipped.buffer().isValid = isValid;
+        skipped.buffer().dataIsReady = isReady;
+        m_capture->stream().deliver(
+            skipped.buffer(), isScreen ? SampleBufferType::Screen : SampleBufferType::Audio);
+        TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
+        m_capture->stream().deliver(sound.buffer());
+        QCOMPARE(m_events->count(), 1);
+        QVERIFY(waitUntil([&] { return m_framework->analyzer().inputs() == 1; }));
+        QCOMPARE(m_framework->analyzer().samples().size(), std::size_t(320));
+    }
+
+    void recognisedTextsBecomeEvents()
+    {
+        start();
+        m_framework->module(QStringLiteral("en_US"))->emitResult(QStringLiteral(" hel"), false);
+        m_framework->module(QStringLiteral("en_US"))->emitResult(QStringLiteral("hello "), true);
+        QVERIFY(ownerHears({QStringLiteral("english volatile hel"), QStringLiteral("english final hello")}));
+    }
+
+    void aFailureOfTheTranscriberBecomesAnEvent_data()
+    {
+        QTest::addColumn<QString>("description");
+        QTest::addColumn<QString>("event");
+        QTest::newRow("Siri in lower case")
+            << QStringLiteral("siri and dictation are disabled")
+            << QStringLiteral("failed Apple Speech 錯誤：macOS 目前停用 Siri 與聽寫。請到系統設定開啟 Siri "
+                              "或鍵盤聽寫後，再重新開始 Lumaphone。");
+        QTest::newRow("other") << QStringLiteral("broken")
+                               << QStringLiteral("failed Apple Speech 錯誤：broken");
+    }
+
+    void aFailureOfTheTranscriberBecomesAnEvent()
+    {
+        QFETCH(const QString, description);
+        QFETCH(const QString, event);
+        start();
+        m_framework->analyzer().fail(description);
+        QVERIFY(ownerHears({event}));
+    }
+
+    void aStreamThatEndsByItselfBecomesAnEvent()
+    {
+        start();
+        m_capture->stream().failBySelf(QStringLiteral("connection terminated"));
+        QVERIFY(ownerHears({QStringLiteral("failed 系統音訊擷取已停止：connection terminated")}));
+        // The owner decides: the pipeline keeps its state.
+        QVERIFY(!m_capture->steps().contains(QStringLiteral("stop")));
+        QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
+    }
+
+    void stoppingEndsTranscriberAndStream()
+    {
+        start();
+        stop();
+        QCOMPARE(m_capture->steps().mid(5),
+            (QStringList {QStringLiteral("remove screen"), QStringLiteral("remove audio"),
+                QStringLiteral("stop"), QStringLiteral("destroy")}));
+        QVERIFY(m_framework->reserved().isEmpty());
+    }
+
+    void stoppingBeforeStartingOrTwiceIsFine()
+    {
+        stop();
+        start();
+        stop();
+        stop();
+        QCOMPARE(m_capture->steps().count(QStringLiteral("stop")), 1);
+    }
+
+    void failuresWhileStoppingAreIgnored()
+    {
+        m_capture->onMakeStream = [](FakeScreenAudioStream &stream) {
+            stream.addAudioFailure = QStringLiteral("no");
+            stream.stopFailure = QStringLiteral("not running");
+        };
+        QVERIFY(thrownBy<CaptureServiceError>([this] { start(); }));
+        stop();
+        QCOMPARE(m_capture->steps().constLast(), QStringLiteral("destroy"));
+    }
+
+    void aStoppedPipelineStartsAfresh()
+    {
+        start();
+        stop();
+        start();
+        QCOMPARE(m_capture->steps().count(QStringLiteral("make speakers")), 2);
+        QVERIFY(m_capture->stream().isCapturing());
+        QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
+    }
+
+    void aStopDuringTheStartLeavesNothingRunning_data()
+    {
+        QTest::addColumn<QString>("where");
+        QTest::newRow("while asking for permission") << QStringLiteral("permission");
+        QTest::newRow("while the transcriber starts") << QStringLiteral("transcriber");
+        QTest::newRow("while the stream starts") << QStringLiteral("stream");
+    }
+
+    void aStopDuringTheStartLeavesNothingRunning()
+    {
+        QFETCH(const QString, where);
+        CoroutineGate streamGate;
+        m_capture->onMakeStream = [&streamGate](FakeScreenAudioStream &stream) {
+            stream.startGate = &streamGate;
+        };
+        m_capture->isGranted = where != QStringLiteral("permission");
+        if (where == QStringLiteral("transcriber")) {
+            m_framework->reservationGate.close();
+        }
+        if (where == QStringLiteral("stream")) {
+            streamGate.close();
+        }
+        auto starting = m_pipeline->start();
+        stop();
+        m_capture->isGranted = true;
+        m_clock->advance(250ms);
+        m_framework->reservationGate.open();
+        streamGate.open();
+        test::waitFor(std::move(starting));
+        QVERIFY(m_framework->reserved().isEmpty());
+        QVERIFY(where == QStringLiteral("stream") || !m_capture->steps().contains(QStringLiteral("start")));
+        // Every stream that was started was stopped after that, and is gone.
+        QVERIFY(m_capture->steps().lastIndexOf(QStringLiteral("stop"))
+            >= m_capture->steps().lastIndexOf(QStringLiteral("start")));
+        QCOMPARE(m_capture->steps().count(QStringLiteral("destroy")),
+            m_capture->steps().count(QStringLiteral("make speakers")));
+    }
+
+    void aPipelineCanBeDroppedWhileRunning()
+    {
+        start();
+        TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
+        m_capture->stream().deliver(sound.buffer());
+        const std::weak_ptr<SystemAudioLivePipeline> weak = m_pipeline;
+        m_pipeline = nullptr;
+        QVERIFY(weak.expired());
+        QCOMPARE(m_capture->steps().constLast(), QStringLiteral("destroy"));
+        m_detachedTasks->wait();
+        QVERIFY(m_framework->analyzer().isCancelled());
+    }
+};
+
+QTEST_GUILESS_MAIN(SystemAudioLivePipelineTest)
+#include "SystemAudioLivePipelineTest.moc"
