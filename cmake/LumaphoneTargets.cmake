@@ -18,7 +18,7 @@ if(LUMAPHONE_SANITIZE)
         -fno-sanitize-recover=all)
     target_link_options(lumaphone_options INTERFACE -fsanitize=${LUMAPHONE_SANITIZE})
     # The optimiser's view of null pointers and of lifetimes is distorted by the instrumentation.
-    target_compile_options(lumaphone_warnings INTERFACE -Wno-null-dereference -Wno-maybe-uninitialized -O1)
+    target_compile_options(lumaphone_warnings INTERFACE -Wno-null-dereference $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> -O1)
 endif()
 if(LUMAPHONE_FUZZ)
     target_compile_options(lumaphone_options INTERFACE -fsanitize=fuzzer-no-link)
