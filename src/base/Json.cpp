@@ -3,6 +3,7 @@
 #include "base/Record.h"
 
 #include <QStringDecoder>
+#include <QStringEncoder>
 
 namespace lumaphone::json {
 
@@ -90,7 +91,10 @@ QByteArray pretty(const Value &value)
 
 std::string fromText(const QString &text)
 {
-    return text.toStdString();
+    // toStdString() would write question marks for what is not valid.
+    QStringEncoder encoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+    const QByteArray utf8 = encoder(text);
+    return utf8.toStdString();
 }
 
 const Value &member(const Value &object, const char *key)

@@ -32,7 +32,8 @@ QUrl chatCompletionsURL(const QString &baseURL)
         return url;
     }
     url.setPath(path.isEmpty() ? QStringLiteral("/v1/chat/completions")
-                               : u'/' + path + QStringLiteral("/chat/completions"));
+                               : u'/' + path + QStringLiteral("/chat/completions"),
+        QUrl::StrictMode);
     if (!url.isValid()) {
         throw OpenAICompatibleTranslationError(OpenAICompatibleTranslationError::Case::invalidBaseURL);
     }

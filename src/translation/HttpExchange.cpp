@@ -19,7 +19,7 @@ bool isSuccess(int status)
 /// Qt reports a status from 400 on as an error of its own; the response is there all the same.
 bool isStatusError(QNetworkReply::NetworkError error)
 {
-    return error > QNetworkReply::UnknownProxyError;
+    return error > QNetworkReply::UnknownNetworkError;
 }
 
 /// At most `size` bytes, without the beginning of a UTF-8 sequence that would be cut in two.

@@ -9,6 +9,7 @@ ALLOWED = {
     "platform": {"base"},
     "platform/linux": {"platform", "base"},
     "capture": {"platform", "base"},
+    "capture/applemode": {"translation", "platform", "base"},
     "glossary": {"platform", "base"},
     "translation/provider": {"base"},
     "translation": {"translation/provider", "glossary", "platform", "base"},

@@ -46,14 +46,14 @@ public:
 
     QCoro::Task<bool> isReady() override
     {
-        co_await m_framework.readinessGate;
+        co_await m_framework.readinessGate.passed();
         co_return m_framework.isReady;
     }
 
     QCoro::Task<> prepareTranslation(std::stop_token stop) override
     {
         m_framework.preparations.append(m_pair);
-        co_await m_framework.prepareGate;
+        co_await m_framework.prepareGate.passed();
         throwIfStopped(stop);
         if (m_framework.prepareError) {
             std::rethrow_exception(m_framework.prepareError);
@@ -64,7 +64,7 @@ public:
     QCoro::Task<TranslationResponse> translate(QString text, std::stop_token stop) override
     {
         m_framework.translations.append({m_pair, text});
-        co_await m_framework.translateGate;
+        co_await m_framework.translateGate.passed();
         throwIfStopped(stop);
         if (m_framework.translateError) {
             std::rethrow_exception(m_framework.translateError);
@@ -83,7 +83,7 @@ QCoro::Task<LanguageAvailabilityStatus> ScriptedTranslationFramework::status(
 {
     statusQuestions.append(pairOf(source, target));
     const LanguageAvailabilityStatus answer = availability;
-    co_await statusGate;
+    co_await statusGate.passed();
     co_return answer;
 }
 

@@ -25,9 +25,19 @@ public:
     void letLastThrough();
     int waiting() const { return static_cast<int>(m_waiting.size()); }
 
-    bool await_ready() const { return m_isOpen; }
-    void await_suspend(std::coroutine_handle<> caller) { m_waiting.push_back(caller); }
-    void await_resume() const { }
+    /// To be awaited by who wants to pass.
+    auto passed()
+    {
+        struct Awaiter
+        {
+            Gate &gate;
+
+            bool await_ready() const { return gate.m_isOpen; }
+            void await_suspend(std::coroutine_handle<> caller) const { gate.m_waiting.push_back(caller); }
+            void await_resume() const { }
+        };
+        return Awaiter {*this};
+    }
 
 private:
     bool m_isOpen = true;
