@@ -136,7 +136,7 @@ void createFolder(const QString &path)
     }
 }
 
-void keepAside(const QString &path)
+QString keepAside(const QString &path)
 {
     const QFileInfo file(path);
     const QString stem = file.path() + QLatin1Char('/') + file.completeBaseName() + QLatin1String(".damaged");
@@ -144,15 +144,16 @@ void keepAside(const QString &path)
     const QByteArray from = QFile::encodeName(path);
     for (int number = 1;; ++number) {
         const QString suffix = number == 1 ? extension : QStringLiteral("-%1").arg(number) + extension;
-        const QByteArray to = QFile::encodeName(stem + suffix);
+        QString newPath = stem + suffix;
+        const QByteArray to = QFile::encodeName(newPath);
         if (::link(from.constData(), to.constData()) == 0 || errno == ENOENT) {
-            return;
+            return newPath;
         }
         if (errno == EEXIST) {
             continue;
         }
         if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
-            return;
+            return newPath;
         }
         if (errno != EEXIST) {
             throw FileError(path, errno);

@@ -39,8 +39,8 @@ void createFolder(const QString &path);
 
 /// Gives a file that cannot be read a second name, such as "index.damaged.json" or, if that is taken,
 /// "index.damaged-2.json", so that replacing it destroys nothing. Where the file system knows no second
-/// names, the file is renamed. Does nothing if there is no file. Throws FileError.
-void keepAside(const QString &path);
+/// names, the file is renamed. Does nothing if there is no file. Returns that name. Throws FileError.
+QString keepAside(const QString &path);
 
 /// Removes a file; one that is already gone is fine. Throws FileError.
 void removeFile(const QString &path);

@@ -84,6 +84,11 @@ private:
         createFolder(m_folder->filePath(QStringLiteral("lumaphone")));
         replaceFile(path(), bytes, Durability::Renamed);
     }
+    QString aside(const char *number = "") const
+    {
+        return m_folder->filePath(
+            QStringLiteral("lumaphone/settings.damaged%1.json").arg(QLatin1String(number)));
+    }
     QByteArray content() const { return readFile(path()).value_or(QByteArray("(no file)")); }
     QStringList files() const
     {
@@ -244,9 +249,10 @@ void JsonDefaultsStoreTest::aDamagedFileYieldsNothingAndIsKept()
     put(bytes);
     JsonDefaultsStore store(path());
     QVERIFY(!store.object(theme));
+    QCOMPARE(content(), bytes);
     store.setObject(theme, QStringLiteral("light"));
     QVERIFY(JsonDefaultsStore(path()).object(theme) == DefaultsValue(QStringLiteral("light")));
-    QCOMPARE(readFile(path() + QStringLiteral(".damaged")).value_or("(gone)"), bytes);
+    QCOMPARE(readFile(aside()).value_or("(gone)"), bytes);
 }
 
 void JsonDefaultsStoreTest::aFolderInTheFilesPlaceIsKeptAside()
@@ -256,18 +262,18 @@ void JsonDefaultsStoreTest::aFolderInTheFilesPlaceIsKeptAside()
     QVERIFY(!store.object(theme));
     store.setObject(theme, QStringLiteral("light"));
     QVERIFY(JsonDefaultsStore(path()).object(theme) == DefaultsValue(QStringLiteral("light")));
-    QVERIFY(QFileInfo(path() + QStringLiteral(".damaged")).isDir());
+    QVERIFY(QFileInfo(aside()).isDir());
 }
 
 void JsonDefaultsStoreTest::aSecondDamagedFileDoesNotReplaceTheFirst()
 {
     for (const QByteArray bytes : {"first", "second", "third"}) {
         put(bytes);
-        QVERIFY(!JsonDefaultsStore(path()).object(theme));
+        JsonDefaultsStore(path()).setObject(theme, QStringLiteral("light"));
     }
-    QCOMPARE(readFile(path() + QStringLiteral(".damaged")).value_or("(gone)"), QByteArray("first"));
-    QCOMPARE(readFile(path() + QStringLiteral(".damaged-2")).value_or("(gone)"), QByteArray("second"));
-    QCOMPARE(readFile(path() + QStringLiteral(".damaged-3")).value_or("(gone)"), QByteArray("third"));
+    QCOMPARE(readFile(aside()).value_or("(gone)"), QByteArray("first"));
+    QCOMPARE(readFile(aside("-2")).value_or("(gone)"), QByteArray("second"));
+    QCOMPARE(readFile(aside("-3")).value_or("(gone)"), QByteArray("third"));
 }
 
 void JsonDefaultsStoreTest::damageWhileRunningLosesNeitherSettingsNorFile()
@@ -279,7 +285,7 @@ void JsonDefaultsStoreTest::damageWhileRunningLosesNeitherSettingsNorFile()
     const JsonDefaultsStore again(path());
     QVERIFY(again.object(theme) == DefaultsValue(QStringLiteral("light")));
     QVERIFY(again.object(fontSize) == DefaultsValue(20.0));
-    QCOMPARE(readFile(path() + QStringLiteral(".damaged")).value_or("(gone)"), QByteArray("{ by hand"));
+    QCOMPARE(readFile(aside()).value_or("(gone)"), QByteArray("{ by hand"));
 }
 
 void JsonDefaultsStoreTest::aLinkStaysALink()

@@ -3,7 +3,6 @@
 #include "base/AtomicFile.h"
 #include "base/FileLock.h"
 #include "base/Json.h"
-#include "base/SetAside.h"
 
 #include <QFileInfo>
 
@@ -36,14 +35,14 @@ std::optional<json::Value> readObject(const QString &path)
     return value;
 }
 
-/// The same, but what cannot be read makes room under another name and is replaced by `fallback`. Throws
-/// FileError if it cannot even be renamed.
-json::Value readOrSetAside(const QString &path, const json::Value &fallback)
+/// The same for the owner of the lock who is about to replace the file: what cannot be read is kept under
+/// another name and replaced by `fallback`. Throws FileError if that fails.
+json::Value readOrKeepAside(const QString &path, const json::Value &fallback)
 {
     try {
         return readObject(path).value_or(json::Value::object());
     } catch (const LocalizedError &) {
-        setAside(path);
+        keepAside(path);
         return fallback;
     }
 }
@@ -100,17 +99,7 @@ JsonDefaultsStore::JsonDefaultsStore(const QString &path)
     try {
         m_values = readObject(m_path).value_or(m_values);
     } catch (const LocalizedError &) {
-        makeRoom();
-    }
-}
-
-void JsonDefaultsStore::makeRoom()
-{
-    try {
-        const FileLock lock = FileLock::wait(lockPath(m_path));
-        m_values = readOrSetAside(m_path, m_values);
-    } catch (const FileError &) {
-        // It can be neither read nor renamed: it stays as it is, and what is set lives in memory.
+        // The file stays as it is until something is set.
     }
 }
 
@@ -147,7 +136,7 @@ void JsonDefaultsStore::write()
     createFolder(QFileInfo(m_path).absolutePath());
     const FileLock lock = FileLock::wait(lockPath(m_path));
     // Others may have written since: only our own changes go on top of what is there now.
-    json::Value values = readOrSetAside(m_path, m_values);
+    json::Value values = readOrKeepAside(m_path, m_values);
     for (const auto &[key, change] : m_unwritten) {
         apply(values, key, change);
     }

@@ -11,7 +11,8 @@ namespace lumaphone {
 /// The user's choices as one JSON object in one file, which several processes may write.
 ///
 /// Every change is written at once, atomically and flushed; keys of others and values of kinds unknown here
-/// stay as they are. A file that cannot be read as such an object counts as empty and is given another name.
+/// stay as they are. A file that cannot be read as such an object counts as empty; before the first change
+/// replaces it, it is kept under another name.
 class JsonDefaultsStore final : public DefaultsStore
 {
 public:
@@ -26,7 +27,6 @@ private:
     /// A value, or null for a removal.
     using Change = nlohmann::json;
 
-    void makeRoom();
     void change(const QString &key, Change change);
     void write();
 
