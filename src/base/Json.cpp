@@ -90,7 +90,10 @@ QByteArray pretty(const Value &value)
 
 std::string fromText(const QString &text)
 {
-    return text.toStdString();
+    if (text.isValidUtf16()) {
+        return text.toStdString();
+    }
+    return QString::fromStdU32String(text.toStdU32String()).toStdString();
 }
 
 const Value &member(const Value &object, const char *key)
