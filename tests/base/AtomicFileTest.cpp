@@ -1,50 +1,21 @@
 #include "base/AtomicFile.h"
 
 #include "support/Coroutines.h"
+#include "support/FileSizeLimit.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sys/resource.h>
-
+#include <array>
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <thread>
 
 using namespace lumaphone;
+using lumaphone::test::FileSizeLimit;
 using lumaphone::test::thrownBy;
-
-namespace {
-
-/// Files of this process cannot grow beyond `bytes` for a while, as on a full disk.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-        : m_handler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &m_previous);
-        rlimit limited = m_previous;
-        limited.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limited);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_previous);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-private:
-    void (*m_handler)(int);
-    rlimit m_previous {};
-};
-
-} // namespace
 
 class AtomicFileTest : public QObject
 {
@@ -77,6 +48,13 @@ private slots:
             QCOMPARE(readFile(path), std::optional(bytes));
         }
         QCOMPARE(entries(), QStringList {QStringLiteral("字幕 file.json")});
+    }
+
+    void piecesAreWrittenOneAfterAnother()
+    {
+        const std::array<QByteArrayView, 4> pieces {"one", "", " and ", "two"};
+        replaceFile(inFolder("file"), pieces, Durability::Renamed);
+        QCOMPARE(readFile(inFolder("file")), std::optional(QByteArray("one and two")));
     }
 
     void aMissingFileIsNone() { QCOMPARE(readFile(inFolder("missing")), std::nullopt); }
