@@ -41,12 +41,12 @@ private:
     int m_fd;
 };
 
-bool writeAll(int fd, const QByteArray &bytes)
+bool writeAll(int fd, QByteArrayView bytes)
 {
     qsizetype written = 0;
     while (written < bytes.size()) {
         const ssize_t count
-            = ::write(fd, bytes.constData() + written, static_cast<size_t>(bytes.size() - written));
+            = ::write(fd, bytes.data() + written, static_cast<size_t>(bytes.size() - written));
         if (count < 0) {
             if (errno == EINTR) {
                 continue;
@@ -69,6 +69,12 @@ FileError::FileError(const QString &path, int errorNumber)
 
 void replaceFile(const QString &path, const QByteArray &bytes, Durability durability)
 {
+    const QByteArrayView piece = bytes;
+    replaceFile(path, std::span(&piece, 1), durability);
+}
+
+void replaceFile(const QString &path, std::span<const QByteArrayView> pieces, Durability durability)
+{
     const QByteArray target = QFile::encodeName(path);
     QByteArray temporary = target + ".XXXXXX";
     Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
@@ -80,8 +86,10 @@ void replaceFile(const QString &path, const QByteArray &bytes, Durability durabi
         ::unlink(temporary.constData());
         throw FileError(path, error);
     };
-    if (!writeAll(file.get(), bytes)) {
-        fail();
+    for (const QByteArrayView piece : pieces) {
+        if (!writeAll(file.get(), piece)) {
+            fail();
+        }
     }
     if (durability == Durability::Flushed && ::fsync(file.get()) != 0) {
         fail();

@@ -3,9 +3,11 @@
 #include "base/LocalizedError.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
 #include <optional>
+#include <span>
 
 namespace lumaphone {
 
@@ -30,6 +32,8 @@ enum class Durability {
 /// Replaces `path` in one step: whoever reads it, now or after a crash, finds the old bytes or the new ones.
 /// The temporary file lies in the same folder, which must exist. Throws FileError and leaves no trace then.
 void replaceFile(const QString &path, const QByteArray &bytes, Durability durability);
+/// The same for bytes that lie in several pieces.
+void replaceFile(const QString &path, std::span<const QByteArrayView> pieces, Durability durability);
 
 /// All bytes of a file, or none if it does not exist. Throws FileError for every other failure.
 std::optional<QByteArray> readFile(const QString &path);

@@ -76,6 +76,12 @@ bool MainQueue::isCurrent() const
     return QThread::currentThread() == m_receiver->thread();
 }
 
+bool MainQueue::isClosed()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_closed;
+}
+
 void MainQueue::runPosted()
 {
     std::deque<std::function<void()>> closures;
@@ -84,6 +90,9 @@ void MainQueue::runPosted()
         closures.swap(m_closures);
     }
     for (auto &closure : closures) {
+        if (isClosed()) {
+            return;
+        }
         closure();
     }
 }

@@ -27,6 +27,7 @@ public:
 
 private:
     MainQueue();
+    bool isClosed();
     void runPosted();
 
     std::mutex m_mutex;

@@ -27,8 +27,9 @@ QString iso8601Text(const QDateTime &date)
 
 std::optional<QDateTime> dateFromIso8601(const QString &text)
 {
-    static const QRegularExpression form(QStringLiteral(
-        "\\A([0-9]{4}-[0-9]{2}-[0-9]{2})T([0-9]{2}:[0-9]{2}:[0-9]{2})(?:Z|([+-])([0-9]{2}):?([0-9]{2}))\\z"));
+    static const QRegularExpression form(
+        QStringLiteral("\\A([0-9]{4}-[0-9]{2}-[0-9]{2})T((?:[01][0-9]|2[0-3]):[0-9]{2}:[0-9]{2})(?:Z|([+-])(["
+                       "0-9]{2}):?([0-9]{2}))\\z"));
     const auto match = form.match(text);
     if (!match.hasMatch()) {
         return std::nullopt;

@@ -13,6 +13,38 @@ bool isAscii(QStringView text)
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
 }
 
+/// Whether the unit is a scalar of its own that canonical decomposition neither changes nor moves.
+bool isStable(QChar unit)
+{
+    return !unit.isSurrogate() && unit.decompositionTag() != QChar::Canonical && unit.combiningClass() == 0;
+}
+
+bool isHangulSyllable(QChar unit)
+{
+    return unit >= QChar(u'\uAC00') && unit <= QChar(u'\uD7A3');
+}
+
+/// A syllable without its final consonant, which may as well be written as a letter of its own.
+int openHangulSyllable(QChar syllable)
+{
+    constexpr int finalConsonants = 28;
+    return (syllable.unicode() - u'\uAC00') / finalConsonants;
+}
+
+/// Whether two texts are told apart by their first different unit alone, without decomposing them.
+bool differPlainly(QStringView a, QStringView b)
+{
+    const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
+    if (inA == a.end() || inB == b.end()) {
+        // A decomposition is as long as those of its parts together, so that what follows makes a difference.
+        return inA != a.end() || inB != b.end();
+    }
+    if (isHangulSyllable(*inA) && isHangulSyllable(*inB)) {
+        return openHangulSyllable(*inA) != openHangulSyllable(*inB);
+    }
+    return isStable(*inA) && isStable(*inB);
+}
+
 bool hasFoldableMarks(QChar::Script script)
 {
     return script == QChar::Script_Latin || script == QChar::Script_Greek || script == QChar::Script_Cyrillic;
@@ -99,7 +131,10 @@ QString canonicalForm(const QString &text)
 
 bool canonicallyEqual(const QString &a, const QString &b)
 {
-    return a == b || canonicalForm(a) == canonicalForm(b);
+    if (a == b) {
+        return true;
+    }
+    return !differPlainly(a, b) && canonicalForm(a) == canonicalForm(b);
 }
 
 QList<QString> characters(const QString &text)

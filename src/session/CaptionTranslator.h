@@ -1,0 +1,28 @@
+#pragma once
+
+#include "capture/AppleSystemSpeechLanguage.h"
+
+#include <QCoroTask>
+#include <QString>
+
+#include <stop_token>
+
+namespace lumaphone {
+
+/// Translates one caption text through whatever provider the user has chosen. Main thread.
+class CaptionTranslator
+{
+public:
+    virtual ~CaptionTranslator() = default;
+    /// The provider's name in messages.
+    virtual QString providerName() const = 0;
+    /// The translation; a Mandarin text is its own. Throws what the provider throws. `stop` is requested when
+    /// nobody wants the translation any more.
+    virtual QCoro::Task<QString> translateText(
+        QString text, AppleSystemSpeechLanguage language, std::stop_token stop)
+        = 0;
+    /// Makes the provider ready for a language ahead of the first text. Failures are not shown.
+    virtual void warm(AppleSystemSpeechLanguage language) = 0;
+};
+
+} // namespace lumaphone

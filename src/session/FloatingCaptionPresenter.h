@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+namespace lumaphone {
+
+/// The caption panel, as the session uses it. Main thread.
+class FloatingCaptionPresenter
+{
+public:
+    virtual ~FloatingCaptionPresenter() = default;
+    /// Shows both lines, in a new panel if none is open.
+    virtual void show(const QString &sourceText, const QString &translationText) = 0;
+    /// Whether a panel is open.
+    virtual bool isOpen() const = 0;
+    /// The translation line shown now; empty while no panel is open.
+    virtual QString currentTranslationText() const = 0;
+};
+
+} // namespace lumaphone

@@ -1,0 +1,89 @@
+#include "session/LumaphoneSessionDraftStore.h"
+
+#include "base/AtomicFile.h"
+#include "platform/PlatformFolders.h"
+
+#include <QDir>
+
+#include <array>
+
+namespace lumaphone {
+
+namespace {
+
+const QString &fileName()
+{
+    static const QString name = QStringLiteral("live-session.json");
+    return name;
+}
+
+QString folderIn(const PlatformFolders &folders)
+{
+    return QDir(folders.applicationSupport().value_or(QDir::homePath()))
+        .filePath(QStringLiteral("Lumaphone/Drafts"));
+}
+
+} // namespace
+
+LumaphoneSessionDraftStore::LumaphoneSessionDraftStore(QString rootPath)
+    : m_rootPath(std::move(rootPath))
+{
+}
+
+LumaphoneSessionDraftStore::LumaphoneSessionDraftStore(const PlatformFolders &folders)
+    : LumaphoneSessionDraftStore(folderIn(folders))
+{
+}
+
+QString LumaphoneSessionDraftStore::draftPath() const
+{
+    return QDir(m_rootPath).filePath(fileName());
+}
+
+void LumaphoneSessionDraftStore::save(const LumaphoneSessionDraft &draft)
+{
+    LumaphoneSessionDraft frame = draft;
+    frame.lines.clear();
+    // The frame's only list is that of the lines; they are put between its brackets.
+    const QByteArray around = json::pretty(toJson(frame));
+    const qsizetype inside = around.indexOf("[]") + 1;
+    const QByteArrayView lines = m_lines.encode(draft.lines);
+    const bool isEmpty = lines.isEmpty();
+    const std::array<QByteArrayView, 5> pieces {QByteArrayView(around).first(inside), isEmpty ? "" : "\n",
+        lines, isEmpty ? "" : "\n  ", QByteArrayView(around).sliced(inside)};
+    m_mustFlush = m_lines.takeBecameFinal() || m_mustFlush;
+    try {
+        createFolder(m_rootPath);
+        replaceFile(draftPath(), pieces, m_mustFlush ? Durability::Flushed : Durability::Renamed);
+        m_mustFlush = false;
+    } catch (const FileError &) {
+        // The session goes on; the next save tries again.
+    }
+}
+
+void LumaphoneSessionDraftStore::clear()
+{
+    m_lines = {};
+    m_mustFlush = false;
+    try {
+        removeFile(draftPath());
+    } catch (const FileError &) {
+        // The next save point tries again.
+    }
+}
+
+std::optional<LumaphoneSessionDraft> LumaphoneSessionDraftStore::load() const
+{
+    QDir folder(m_rootPath);
+    for (const QString &leftover : folder.entryList({fileName() + QStringLiteral(".??????")}, QDir::Files)) {
+        folder.remove(leftover);
+    }
+    try {
+        const auto bytes = readFile(draftPath());
+        return bytes ? std::optional(sessionDraftFromJson(json::parse(*bytes))) : std::nullopt;
+    } catch (const LocalizedError &) {
+        return std::nullopt;
+    }
+}
+
+} // namespace lumaphone

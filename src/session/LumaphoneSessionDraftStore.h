@@ -1,0 +1,41 @@
+#pragma once
+
+#include "session/CaptionLinesEncoder.h"
+#include "session/LumaphoneSessionDraft.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace lumaphone {
+
+class PlatformFolders;
+
+/// Owns the file with the crash-recovery copy of the running session. Main thread; everything is synchronous
+/// and silent: whatever the file system says, the session goes on.
+class LumaphoneSessionDraftStore
+{
+public:
+    /// `rootPath` is the draft's folder, created when something is saved.
+    explicit LumaphoneSessionDraftStore(QString rootPath);
+    /// In the user's Application Support folder, or the home folder where there is none.
+    explicit LumaphoneSessionDraftStore(const PlatformFolders &folders);
+
+    QString draftPath() const;
+
+    /// Replaces the file in one step. It survives the death of the process, and with each line that has
+    /// become final a power cut as well.
+    void save(const LumaphoneSessionDraft &draft);
+    /// Removes the file.
+    void clear();
+    /// The file's draft, or none if there is no file or it cannot be read; the file stays. Takes away what an
+    /// interrupted save() left beside it.
+    std::optional<LumaphoneSessionDraft> load() const;
+
+private:
+    QString m_rootPath;
+    CaptionLinesEncoder m_lines;
+    bool m_mustFlush = false; ///< a final line has not been flushed to the disk yet
+};
+
+} // namespace lumaphone

@@ -1,0 +1,88 @@
+#include "session/SessionTranslator.h"
+
+#include "glossary/LumaphoneGlossaryStore.h"
+#include "storage/LumaphoneSettings.h"
+#include "translation/GlossarySelection.h"
+#include "translation/LumaphoneAppleTranslationService.h"
+#include "translation/LumaphoneGlossaryProtector.h"
+#include "translation/OpenAICompatibleTranslationService.h"
+
+namespace lumaphone {
+
+namespace {
+
+QString targetIdentifier()
+{
+    return QStringLiteral("zh-Hant");
+}
+
+QCoro::Task<> prepareSilently(LumaphoneAppleTranslationService &translator, QString source)
+{
+    try {
+        co_await translator.prepare(std::move(source), targetIdentifier());
+    } catch (const std::exception &) {
+        // The first translation meets the same obstacle and tells the user.
+    }
+}
+
+} // namespace
+
+QString translationSourceIdentifier(AppleSystemSpeechLanguage language)
+{
+    switch (language) {
+    case AppleSystemSpeechLanguage::english:
+        return QStringLiteral("en");
+    case AppleSystemSpeechLanguage::korean:
+        return QStringLiteral("ko");
+    case AppleSystemSpeechLanguage::mandarin:
+        return QStringLiteral("zh-Hant");
+    case AppleSystemSpeechLanguage::automatic:
+    case AppleSystemSpeechLanguage::japanese:
+        return QStringLiteral("ja");
+    }
+    Q_UNREACHABLE();
+}
+
+SessionTranslator::SessionTranslator(const LumaphoneSettings &settings,
+    const LumaphoneGlossaryStore &glossaryStore, LumaphoneAppleTranslationService &translator,
+    OpenAICompatibleTranslationService &customTranslator)
+    : m_settings(settings)
+    , m_glossaryStore(glossaryStore)
+    , m_translator(translator)
+    , m_customTranslator(customTranslator)
+{
+}
+
+QString SessionTranslator::providerName() const
+{
+    return m_settings.processingMode() == LumaphoneProcessingMode::customAPI
+        ? QStringLiteral("自定義 API")
+        : QStringLiteral("Apple Translation");
+}
+
+QCoro::Task<QString> SessionTranslator::translateText(
+    QString text, AppleSystemSpeechLanguage language, std::stop_token stop)
+{
+    if (language == AppleSystemSpeechLanguage::mandarin) {
+        co_return text;
+    }
+    const auto terms = glossaryTermsOccurring(m_glossaryStore.enabledTerms(), text);
+    const QString source = translationSourceIdentifier(language);
+    if (m_settings.processingMode() == LumaphoneProcessingMode::customAPI) {
+        co_return co_await m_customTranslator.translate(
+            text, source, m_settings.providerConfiguration(), LumaphoneGlossaryPrompt {terms}, stop);
+    }
+    const LumaphoneGlossaryProtector protector(text, terms);
+    const QString translation
+        = co_await m_translator.translate(protector.protectedText(), source, targetIdentifier(), stop);
+    co_return protector.restored(translation);
+}
+
+void SessionTranslator::warm(AppleSystemSpeechLanguage language)
+{
+    if (m_settings.processingMode() == LumaphoneProcessingMode::appleMode) {
+        prepareSilently(m_translator, translationSourceIdentifier(language));
+    }
+}
+
+} // namespace lumaphone

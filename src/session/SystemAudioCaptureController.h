@@ -1,0 +1,230 @@
+#pragma once
+
+#include "base/MainQueue.h"
+#include "base/Record.h"
+#include "capture/LumaphoneLiveAudioPipeline.h"
+#include "capture/SystemAudioPipelineEvent.h"
+#include "platform/Clock.h"
+#include "session/CaptionLineMerger.h"
+#include "session/CaptionTranslator.h"
+#include "session/CaptureAccess.h"
+#include "session/FloatingCaptionPresenter.h"
+#include "session/LumaphoneSessionDraftStore.h"
+#include "session/LumaphoneTranscriptProcessor.h"
+#include "session/TranslationScheduler.h"
+#include "storage/LumaphoneAudioInputSource.h"
+
+#include <QDateTime>
+#include <QObject>
+#include <QPointer>
+#include <QUuid>
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <variant>
+
+namespace lumaphone {
+
+class LumaphoneSettings;
+
+/// Builds the pipeline of one session. The handler may be called on any thread.
+using LivePipelineMaker
+    = std::function<std::shared_ptr<LumaphoneLiveAudioPipeline>(LumaphoneAudioInputSource source,
+        AppleSystemSpeechLanguage language, SystemAudioPipelineEventHandler onEvent)>;
+
+/// What a live session works with. Settings and presenter outlive the controller.
+struct LiveSessionCollaborators
+{
+    LumaphoneSettings &settings;
+    FloatingCaptionPresenter &floatingCaptions;
+    LumaphoneTranscriptProcessor transcriptProcessor;
+    LumaphoneSessionDraftStore draftStore;
+    std::shared_ptr<CaptionTranslator> translator;
+    CaptureAccess access;
+    LivePipelineMaker makePipeline;
+    std::shared_ptr<Clock> clock;
+    std::shared_ptr<MainQueue> mainQueue;
+    UuidGenerator makeUuid;
+};
+
+/// The live session: what the interface observes, and what it asks for. Main thread.
+class SystemAudioCaptureController final : public QObject,
+                                           private CaptionLineListener,
+                                           private TranslationReceiver
+{
+    Q_OBJECT
+    Q_PROPERTY(lumaphone::AppleSystemSpeechLanguage sourceLanguage READ sourceLanguage WRITE setSourceLanguage
+            NOTIFY sourceLanguageChanged)
+    Q_PROPERTY(lumaphone::LumaphoneAudioInputSource audioInputSource READ audioInputSource WRITE
+            setAudioInputSource NOTIFY audioInputSourceChanged)
+    Q_PROPERTY(std::optional<lumaphone::AppleSystemSpeechLanguage> detectedLanguage READ detectedLanguage
+            NOTIFY detectedLanguageChanged)
+    Q_PROPERTY(bool isRunning READ isRunning NOTIFY isRunningChanged)
+    Q_PROPERTY(QString status READ status NOTIFY statusChanged)
+    Q_PROPERTY(qint64 sampleBufferCount READ sampleBufferCount NOTIFY sampleBufferCountChanged)
+    Q_PROPERTY(QString lastSampleSummary READ lastSampleSummary NOTIFY lastSampleSummaryChanged)
+    Q_PROPERTY(QString transcript READ transcript NOTIFY transcriptChanged)
+    Q_PROPERTY(QString translatedText READ translatedText NOTIFY translatedTextChanged)
+    Q_PROPERTY(
+        QList<lumaphone::LumaphoneCaptionLine> captionLines READ captionLines NOTIFY captionLinesChanged)
+    Q_PROPERTY(std::optional<QDateTime> sessionStartedAt READ sessionStartedAt NOTIFY sessionStartedAtChanged)
+    Q_PROPERTY(std::optional<QDateTime> sessionEndedAt READ sessionEndedAt NOTIFY sessionEndedAtChanged)
+    Q_PROPERTY(std::optional<QUuid> savedTranscriptID READ savedTranscriptID NOTIFY savedTranscriptIDChanged)
+    Q_PROPERTY(std::optional<QString> savedTranscriptTitle READ savedTranscriptTitle NOTIFY
+            savedTranscriptTitleChanged)
+    Q_PROPERTY(std::optional<QString> restoredDraftMessage READ restoredDraftMessage NOTIFY
+            restoredDraftMessageChanged)
+
+public:
+    /// Restores the draft of a session that was interrupted, if there is one.
+    explicit SystemAudioCaptureController(LiveSessionCollaborators collaborators, QObject *parent = nullptr);
+    ~SystemAudioCaptureController() override;
+
+    AppleSystemSpeechLanguage sourceLanguage() const { return m_sourceLanguage; }
+    void setSourceLanguage(AppleSystemSpeechLanguage language);
+    LumaphoneAudioInputSource audioInputSource() const { return m_audioInputSource; }
+    void setAudioInputSource(LumaphoneAudioInputSource source);
+    /// Of the newest recognised text.
+    const std::optional<AppleSystemSpeechLanguage> &detectedLanguage() const { return m_detectedLanguage; }
+    bool isRunning() const { return std::holds_alternative<Running>(m_state); }
+    const QString &status() const { return m_status; }
+    /// Received in this session.
+    qint64 sampleBufferCount() const { return m_sampleBufferCount; }
+    const QString &lastSampleSummary() const { return m_lastSampleSummary; }
+    /// The newest recognised text.
+    const QString &transcript() const { return m_transcript; }
+    /// The newest translation, or a hint.
+    const QString &translatedText() const { return m_translatedText; }
+    const QList<LumaphoneCaptionLine> &captionLines() const { return m_merger.captionLines(); }
+    const std::optional<QDateTime> &sessionStartedAt() const { return m_sessionStartedAt; }
+    const std::optional<QDateTime> &sessionEndedAt() const { return m_sessionEndedAt; }
+    /// The library record this session was saved as.
+    const std::optional<QUuid> &savedTranscriptID() const { return m_savedTranscriptID; }
+    const std::optional<QString> &savedTranscriptTitle() const { return m_savedTranscriptTitle; }
+    const std::optional<QString> &restoredDraftMessage() const { return m_restoredDraftMessage; }
+
+    bool hasUnsavedTranscript() const;
+    bool canStartLiveTranslation() const;
+    QString startStatusText() const;
+    QString systemAudioErrorMessage(const std::exception_ptr &error) const;
+
+    /// Returns at once; the session begins when access is granted and the pipeline captures.
+    void start();
+    /// Ends the session, or its beginning. What was recognised is still translated.
+    void stop(bool updateStatus);
+    void clearCaptions();
+    /// The library has saved the session under this identity.
+    void markTranscriptSaved(const QUuid &id, const QString &title);
+    /// Takes whatever a pipeline reports.
+    void handlePipelineEvent(const SystemAudioPipelineEvent &event);
+
+signals:
+    void sourceLanguageChanged();
+    void audioInputSourceChanged();
+    void detectedLanguageChanged();
+    void isRunningChanged();
+    void statusChanged();
+    void sampleBufferCountChanged();
+    void lastSampleSummaryChanged();
+    void transcriptChanged();
+    void translatedTextChanged();
+    void captionLinesChanged();
+    void sessionStartedAtChanged();
+    void sessionEndedAtChanged();
+    void savedTranscriptIDChanged();
+    void savedTranscriptTitleChanged();
+    void restoredDraftMessageChanged();
+    // What exactly changed in the lines, before captionLinesChanged().
+    void lineInserted(qsizetype index);
+    void lineChanged(qsizetype index);
+    void linesReset();
+
+private:
+    struct Idle
+    {
+    };
+    struct Starting
+    {
+        std::shared_ptr<LumaphoneLiveAudioPipeline> pipeline; ///< none while access is asked for
+    };
+    struct Running
+    {
+        std::shared_ptr<LumaphoneLiveAudioPipeline> pipeline;
+    };
+    using State = std::variant<Idle, Starting, Running>;
+
+    static QCoro::Task<> startSession(QPointer<SystemAudioCaptureController> self, int attempt);
+    /// The controller, if it is still there and the session of that attempt has not ended.
+    static SystemAudioCaptureController *wanting(
+        const QPointer<SystemAudioCaptureController> &self, int attempt);
+    std::shared_ptr<LumaphoneLiveAudioPipeline> makePipeline(
+        LumaphoneAudioInputSource source, SystemAudioPipelineEventHandler onEvent) const;
+    /// Brings a pipeline's events to the main thread, as long as the session they belong to is wanted.
+    SystemAudioPipelineEventHandler eventHandler(int attempt);
+    void beginSession();
+    void failToStart(const std::exception_ptr &error);
+    void refuseToStart(const QString &panelText, const QString &message);
+    /// Becomes idle and lets the pipeline stop by itself.
+    void dropPipeline();
+    std::shared_ptr<LumaphoneLiveAudioPipeline> pipeline() const;
+    void enter(State state);
+
+    void handle(const pipeline_event::AudioSample &event);
+    void handle(const pipeline_event::Speech &event);
+    void handle(const pipeline_event::Failed &event);
+    void handleSpeech(const QString &text, AppleSystemSpeechLanguage language, bool isFinal);
+    void updateFloatingCaptionForLiveSource(const QString &text);
+    void updateCaptionTranslation(const QString &translation, const QString &text);
+    /// Publishes a translation whose line has it already.
+    void publish(const CaptionTranslation &translation);
+    void forgetSavedTranscript();
+
+    void saveDraftIfNeeded();
+    void restoreDraftIfAvailable();
+
+    void captionLineInserted(qsizetype index) override;
+    void captionLineChanged(qsizetype index) override;
+    void captionLinesReset() override;
+    void translationArrived(const CaptionTranslation &translation) override;
+    void translationFailed(const QString &text, const QString &description) override;
+    void translationWasKnown(const CaptionTranslation &translation) override;
+    void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation) override;
+    void passedOverLineFailed(const QString &text, const QString &description) override;
+
+    void say(const QString &status);
+    /// Changes a published property, and tells if it differs.
+    template<typename Value>
+    void set(Value &member, const Value &value, void (SystemAudioCaptureController::*changed)());
+
+    LumaphoneSettings &m_settings;
+    FloatingCaptionPresenter &m_floatingCaptions;
+    const LumaphoneTranscriptProcessor m_transcriptProcessor;
+    LumaphoneSessionDraftStore m_draftStore;
+    const std::shared_ptr<CaptionTranslator> m_translator;
+    const CaptureAccess m_access;
+    const LivePipelineMaker m_makePipeline;
+    const std::shared_ptr<Clock> m_clock;
+    const std::shared_ptr<MainQueue> m_mainQueue;
+    CaptionLineMerger m_merger;
+    TranslationScheduler m_scheduler;
+
+    State m_state;
+    int m_attempt = 0; ///< counts what begins or ends a session: events and steps of an older one are void
+    AppleSystemSpeechLanguage m_sourceLanguage;
+    LumaphoneAudioInputSource m_audioInputSource;
+    std::optional<AppleSystemSpeechLanguage> m_detectedLanguage;
+    QString m_status;
+    qint64 m_sampleBufferCount = 0;
+    QString m_lastSampleSummary;
+    QString m_transcript;
+    QString m_translatedText;
+    std::optional<QDateTime> m_sessionStartedAt;
+    std::optional<QDateTime> m_sessionEndedAt;
+    std::optional<QUuid> m_savedTranscriptID;
+    std::optional<QString> m_savedTranscriptTitle;
+    std::optional<QString> m_restoredDraftMessage;
+};
+
+} // namespace lumaphone
