@@ -1,107 +1,92 @@
 #include "cli/CaptionSession.h"
 
-#include <variant>
+#include "base/Text.h"
 
 namespace lumaphone::cli {
 
-namespace {
-
-const QString waitingStatus = QStringLiteral("正在等待語音…");
-
-template<typename... Cases> struct Overloaded : Cases...
-{
-    using Cases::operator()...;
-};
-template<typename... Cases> Overloaded(Cases...) -> Overloaded<Cases...>;
-
-} // namespace
-
-CaptionSession::CaptionSession(
-    std::shared_ptr<MainQueue> mainQueue, CaptionLineMerger &merger, CaptionPrinter &printer)
-    : m_mainQueue(std::move(mainQueue))
-    , m_merger(merger)
+CaptionSession::CaptionSession(SystemAudioCaptureController &controller, CaptionPrinter &printer,
+    bool translates, const std::shared_ptr<MainQueue> &mainQueue)
+    : m_controller(controller)
     , m_printer(printer)
-    , m_ended(m_mainQueue)
-    , m_self(std::make_shared<CaptionSession *>(this))
+    , m_translates(translates)
+    , m_ended(mainQueue)
+    , m_settled(mainQueue)
 {
-    m_merger.setListener(this);
+    using Controller = SystemAudioCaptureController;
+    connect(&m_controller, &Controller::lineInserted, this, &CaptionSession::showLine);
+    connect(&m_controller, &Controller::lineChanged, this, &CaptionSession::showLine);
+    connect(&m_controller, &Controller::statusChanged, this, &CaptionSession::showStatus);
+    connect(
+        &m_controller, &Controller::captionTranslationFailed, this, &CaptionSession::showTranslationFailure);
+    connect(&m_controller, &Controller::sessionFailed, this, [this](const QString &message) {
+        m_printer.failed(message);
+        m_ended.resolve(exitFailure);
+    });
 }
 
-CaptionSession::~CaptionSession()
+QCoro::Task<ExitStatus> CaptionSession::run()
 {
-    *m_self = nullptr;
-    m_merger.setListener(nullptr);
-}
-
-QCoro::Task<ExitStatus> CaptionSession::run(PipelineFactory makePipeline)
-{
-    const auto toMainThread = [mainQueue = m_mainQueue, self = m_self](auto action) {
-        mainQueue->post([self, action = std::move(action)] {
-            if (*self != nullptr) {
-                action(**self);
-            }
-        });
-    };
-    m_pipeline = makePipeline(
-        [toMainThread](const SystemAudioPipelineEvent &event) {
-            toMainThread([event](CaptionSession &session) { session.handlePipelineEvent(event); });
-        },
-        [toMainThread] {
-            toMainThread([](const CaptionSession &session) { session.m_ended.resolve(exitSuccess); });
-        });
-
-    ExitStatus status = exitFailure;
-    try {
-        m_isStarting = true;
-        co_await m_pipeline->start();
-        m_isStarting = false;
-        m_printer.statusChanged(waitingStatus);
-        status = co_await m_ended;
-    } catch (const std::exception &error) {
-        m_printer.failed(localizedDescription(error));
+    m_controller.start();
+    const ExitStatus status = co_await m_ended;
+    // After a failure its message stays the last status.
+    m_controller.stop(status == exitSuccess);
+    if (m_controller.isTranslating()) {
+        connect(&m_controller, &SystemAudioCaptureController::translationsSettled, this,
+            [this] { m_settled.resolve(); });
+        co_await m_settled;
     }
-    m_merger.finalizeOpenCaptionLine();
     m_printer.finish();
-    *m_self = nullptr;
-    co_await m_pipeline->stop();
     co_return status;
 }
 
 void CaptionSession::stop()
 {
     m_ended.resolve(exitSuccess);
-    if (m_isStarting) {
-        // A start that waits for a device or a model returns at once when its pipeline is stopped.
-        m_pipeline->stop();
+}
+
+void CaptionSession::showLine(qsizetype index)
+{
+    const LumaphoneCaptionLine &line = m_controller.captionLines().at(index);
+    m_printer.lineChanged(line, translationOf(line));
+}
+
+void CaptionSession::showStatus()
+{
+    // The count of buffers is worth telling once, as the sign that sound arrives; not fifty times a second.
+    const qint64 samples = m_controller.sampleBufferCount();
+    const bool isCount
+        = m_controller.transcript().isEmpty() && samples > 1 && samples != m_samplesAtLastStatus;
+    m_samplesAtLastStatus = samples;
+    if (!isCount) {
+        m_printer.statusChanged(m_controller.status());
     }
 }
 
-void CaptionSession::handlePipelineEvent(const SystemAudioPipelineEvent &event)
+void CaptionSession::showTranslationFailure(const QString &sourceText, const QString &description)
 {
-    std::visit(Overloaded {
-                   [](const pipeline_event::AudioSample &) {},
-                   [this](const pipeline_event::Speech &speech) {
-                       m_merger.upsertCaptionLine(speech.text, speech.language, speech.isFinal);
-                       if (speech.isFinal) {
-                           m_merger.clearCurrentLine();
-                       }
-                   },
-                   [this](const pipeline_event::Failed &failure) {
-                       m_printer.failed(failure.message);
-                       m_ended.resolve(exitFailure);
-                   },
-               },
-        event);
+    m_untranslatedTexts.insert(text::canonicalForm(sourceText));
+    if (!m_toldFailures.contains(description)) {
+        m_toldFailures.insert(description);
+        m_printer.failed(m_controller.status());
+    }
+    const auto &lines = m_controller.captionLines();
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        if (text::canonicallyEqual(lines[i].sourceText, sourceText)) {
+            showLine(i);
+        }
+    }
 }
 
-void CaptionSession::captionLineInserted(qsizetype index)
+TranslationState CaptionSession::translationOf(const LumaphoneCaptionLine &line) const
 {
-    captionLineChanged(index);
-}
-
-void CaptionSession::captionLineChanged(qsizetype index)
-{
-    m_printer.lineChanged(m_merger.captionLines().at(index), TranslationState::unwanted);
+    if (!m_translates) {
+        return TranslationState::unwanted;
+    }
+    if (line.translatedText != pendingTranslationPlaceholder) {
+        return TranslationState::arrived;
+    }
+    return m_untranslatedTexts.contains(text::canonicalForm(line.sourceText)) ? TranslationState::failed
+                                                                              : TranslationState::pending;
 }
 
 } // namespace lumaphone::cli

@@ -2,55 +2,46 @@
 
 #include "base/Completion.h"
 #include "base/MainQueue.h"
-#include "capture/LumaphoneLiveAudioPipeline.h"
-#include "capture/SystemAudioPipelineEvent.h"
 #include "cli/CaptionPrinter.h"
 #include "cli/CommandLine.h"
-#include "session/CaptionLineMerger.h"
+#include "session/SystemAudioCaptureController.h"
 
 #include <QCoroTask>
 #include <QObject>
+#include <QSet>
 
-#include <functional>
 #include <memory>
 
 namespace lumaphone::cli {
 
-/// Makes the pipeline of a session. The handlers may be called on any thread; `onFinished` once, when a
-/// source that can end, such as a file, has delivered everything.
-using PipelineFactory = std::function<std::shared_ptr<LumaphoneLiveAudioPipeline>(
-    SystemAudioPipelineEventHandler onEvent, std::function<void()> onFinished)>;
-
-/// One run of captions in the terminal: merges what the pipeline recognises and shows every change.
-/// Main thread.
-class CaptionSession final : private CaptionLineListener
+/// One run of captions in the terminal: drives the live session and shows every change of it. Main thread.
+class CaptionSession final : public QObject
 {
 public:
-    /// All must outlive the session.
-    CaptionSession(std::shared_ptr<MainQueue> mainQueue, CaptionLineMerger &merger, CaptionPrinter &printer);
-    ~CaptionSession() override;
-    CaptionSession(const CaptionSession &) = delete;
-    CaptionSession &operator=(const CaptionSession &) = delete;
+    /// Controller and printer outlive the session. `translates` says whether lines will get translations.
+    CaptionSession(SystemAudioCaptureController &controller, CaptionPrinter &printer, bool translates,
+        const std::shared_ptr<MainQueue> &mainQueue);
 
-    /// Captions until the source ends, stop() is called or the pipeline fails. Call once.
-    QCoro::Task<ExitStatus> run(PipelineFactory makePipeline);
+    /// Captions until stop() is called or the session fails; then waits for the translations under way.
+    /// Call once.
+    QCoro::Task<ExitStatus> run();
     /// Ends the session: the open line is finished and shown. Also while the session still starts.
     void stop();
 
 private:
-    void handlePipelineEvent(const SystemAudioPipelineEvent &event);
-    void captionLineInserted(qsizetype index) override;
-    void captionLineChanged(qsizetype index) override;
-    void captionLinesReset() override { }
+    void showLine(qsizetype index);
+    void showStatus();
+    void showTranslationFailure(const QString &sourceText, const QString &description);
+    TranslationState translationOf(const LumaphoneCaptionLine &line) const;
 
-    std::shared_ptr<MainQueue> m_mainQueue;
-    CaptionLineMerger &m_merger;
+    SystemAudioCaptureController &m_controller;
     CaptionPrinter &m_printer;
-    Completion<ExitStatus> m_ended;
-    std::shared_ptr<LumaphoneLiveAudioPipeline> m_pipeline;
-    bool m_isStarting = false;
-    /// Events on their way to the main thread look here whether the session still wants them.
-    std::shared_ptr<CaptionSession *> m_self;
+    const bool m_translates;
+    const Completion<ExitStatus> m_ended;
+    const Completion<> m_settled;
+    QSet<QString> m_untranslatedTexts; ///< whose translation failed, in canonical form
+    QSet<QString> m_toldFailures;
+    qint64 m_samplesAtLastStatus = 0;
 };
 
 } // namespace lumaphone::cli

@@ -33,12 +33,31 @@ AppleSystemSpeechLanguage language(const QString &name)
         QStringLiteral("不認得的語言：%1（可用 %2）").arg(name, names.join(QStringLiteral("、"))));
 }
 
+TranslationChoice translationChoice(const Arguments &arguments)
+{
+    if (!arguments.isSet(QStringLiteral("translate"))) {
+        return TranslationChoice::asInSettings;
+    }
+    const QString name = arguments.value(QStringLiteral("translate"));
+    if (name == QLatin1String("off")) {
+        return TranslationChoice::off;
+    }
+    if (name == QLatin1String("apple")) {
+        return TranslationChoice::apple;
+    }
+    if (name == QLatin1String("custom")) {
+        return TranslationChoice::custom;
+    }
+    throw UsageError(QStringLiteral("不認得的翻譯方式：%1（可用 off、apple、custom）").arg(name));
+}
+
 CommandLine parseCaption(const QStringList &list)
 {
     const Arguments arguments(list,
         {{QStringLiteral("language"), QStringLiteral("LANGUAGE"), QStringLiteral("automatic"), {}},
             {QStringLiteral("format"), QStringLiteral("FORMAT"), QStringLiteral("text"), {}},
-            {QStringLiteral("realtime"), {}, {}, {}}});
+            {QStringLiteral("translate"), QStringLiteral("HOW"), {}, {}},
+            {QStringLiteral("draft"), {}, {}, {}}, {QStringLiteral("realtime"), {}, {}, {}}});
     if (arguments.wantsHelp()) {
         return ShowText {captionHelp()};
     }
@@ -48,6 +67,8 @@ CommandLine parseCaption(const QStringList &list)
     CaptionCommandLine command;
     command.language = language(arguments.value(QStringLiteral("language")));
     command.format = outputFormat(arguments.value(QStringLiteral("format")));
+    command.translation = translationChoice(arguments);
+    command.keepsDraft = arguments.isSet(QStringLiteral("draft"));
     const QString &input = arguments.positional().constFirst();
     const bool isRealtime = arguments.isSet(QStringLiteral("realtime"));
     if (input == QLatin1String("system")) {
@@ -111,6 +132,24 @@ CommandLine parseKey(const QStringList &list)
     }
     if (verb == QLatin1String("status")) {
         return KeyStatus {};
+    }
+    throw UsageError(usage);
+}
+
+CommandLine parseDraft(const QStringList &list)
+{
+    const Arguments arguments(list, {});
+    if (arguments.wantsHelp()) {
+        return ShowText {draftHelp()};
+    }
+    const QString usage = QStringLiteral("draft 的用法：show 或 discard");
+    arguments.requirePositional(1, usage);
+    const QString verb = action(arguments, usage);
+    if (verb == QLatin1String("show")) {
+        return DraftShow {};
+    }
+    if (verb == QLatin1String("discard")) {
+        return DraftDiscard {};
     }
     throw UsageError(usage);
 }
@@ -192,6 +231,9 @@ CommandLine parseCommandLine(const QStringList &arguments)
     }
     if (command == QLatin1String("key")) {
         return parseKey(arguments.mid(1));
+    }
+    if (command == QLatin1String("draft")) {
+        return parseDraft(arguments.mid(1));
     }
     if (command == QLatin1String("glossary")) {
         return parseGlossary(arguments.mid(1));

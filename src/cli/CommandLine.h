@@ -42,11 +42,21 @@ struct SoundFileInput
 
 enum class OutputFormat { text, jsonLines };
 
+/// How the lines of a session are translated.
+enum class TranslationChoice {
+    asInSettings,
+    off,
+    apple,
+    custom,
+};
+
 struct CaptionCommandLine
 {
     std::variant<SystemAudioInput, MicrophoneInputChoice, SoundFileInput> input;
     AppleSystemSpeechLanguage language = AppleSystemSpeechLanguage::automatic;
     OutputFormat format = OutputFormat::text;
+    TranslationChoice translation = TranslationChoice::asInSettings;
+    bool keepsDraft = false; ///< in the place of the window's draft
     bool operator==(const CaptionCommandLine &) const = default;
 };
 
@@ -79,6 +89,13 @@ struct KeyStatus
 {
 };
 
+struct DraftShow
+{
+};
+struct DraftDiscard
+{
+};
+
 struct GlossaryList
 {
 };
@@ -100,8 +117,9 @@ struct GlossarySetEnabled
     bool isEnabled = true;
 };
 
-using CommandLine = std::variant<ShowText, CaptionCommandLine, SettingsList, SettingsGet, SettingsSet, KeySet,
-    KeyClear, KeyStatus, GlossaryList, GlossaryAdd, GlossaryRemove, GlossarySetEnabled>;
+using CommandLine
+    = std::variant<ShowText, CaptionCommandLine, SettingsList, SettingsGet, SettingsSet, KeySet, KeyClear,
+        KeyStatus, DraftShow, DraftDiscard, GlossaryList, GlossaryAdd, GlossaryRemove, GlossarySetEnabled>;
 
 /// Reads the arguments behind the program's name. Throws UsageError.
 CommandLine parseCommandLine(const QStringList &arguments);

@@ -13,6 +13,7 @@ QString programHelp()
   settings       列出、讀取或變更設定
   key            儲存、移除或查看翻譯服務的 API Key
   glossary       管理固定譯法的詞彙
+  draft          查看或捨棄尚未儲存的字幕草稿
 
 選項：
   -h, --help     顯示說明；「lumaphone-cli 指令 --help」顯示該指令的說明
@@ -35,6 +36,9 @@ INPUT：
   --language LANGUAGE  原文語言：automatic（預設）、japanese、english、korean、mandarin
   --format FORMAT      text（預設）：終端機會就地更新進行中的字幕，管線只輸出完成的字幕
                        jsonl：字幕每次變動各輸出一個 JSON 物件
+  --translate HOW      翻譯成台灣繁體中文：off 不翻譯、apple 在這台電腦上、custom 用自定義 API；
+                       預設依照設定（lumaphone.processingMode）
+  --draft              把進行中的字幕存成草稿，當機後可用「lumaphone-cli draft show」取回
   --realtime           以原本的速度播放音訊檔，而不是盡快處理
   -h, --help           顯示這份說明
 
@@ -59,6 +63,15 @@ QString keyHelp()
       lumaphone-cli key status
 
 set 從標準輸入讀取一行 API Key（在終端機上不會顯示），存入鑰匙圈。status 只說明是否已儲存，不會顯示內容。
+)");
+}
+
+QString draftHelp()
+{
+    return QStringLiteral(R"(用法：lumaphone-cli draft show
+      lumaphone-cli draft discard
+
+草稿是上一段還沒有儲存的字幕，每句原文之下是它的譯文。
 )");
 }
 

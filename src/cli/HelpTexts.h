@@ -8,6 +8,7 @@ QString programHelp();
 QString captionHelp();
 QString settingsHelp();
 QString keyHelp();
+QString draftHelp();
 QString glossaryHelp();
 
 } // namespace lumaphone::cli

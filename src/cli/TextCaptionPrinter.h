@@ -11,9 +11,9 @@ namespace lumaphone::cli {
 /// Prints finished lines one under another, each with its translation below it where there is one.
 ///
 /// A line is printed, in the order of the session, once it is final and its translation has arrived or
-/// failed. A line that the session still corrects after that is printed again; one that it gives up for a newer
-/// line before it is final is not printed. On a terminal the lines that
-/// are not ready yet are shown below in place; elsewhere they are not shown.
+/// failed. A line that the session still corrects after that is printed again; one that it gives up for a
+/// newer line before it is final is not printed. On a terminal the lines that are not ready yet are shown
+/// below in place; elsewhere they are not shown.
 class TextCaptionPrinter final : public CaptionPrinter
 {
 public:

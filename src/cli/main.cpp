@@ -1,15 +1,18 @@
 #include "base/DetachedTasks.h"
 #include "base/MainQueue.h"
 #include "capture/LivePipelineServices.h"
-#include "capture/MicrophoneLivePipeline.h"
 #include "capture/SoundFileLivePipeline.h"
-#include "capture/SystemAudioLivePipeline.h"
+#include "capture/SoundFileReader.h"
 #include "cli/CaptionSession.h"
 #include "cli/CommandLine.h"
 #include "cli/CommandStreams.h"
+#include "cli/DraftCommand.h"
 #include "cli/GlossaryCommand.h"
 #include "cli/JsonLinesCaptionPrinter.h"
 #include "cli/KeyCommand.h"
+#include "cli/NoFloatingCaptions.h"
+#include "cli/NoTranslation.h"
+#include "cli/SessionDefaults.h"
 #include "cli/SettingsCommand.h"
 #include "cli/StandardStreams.h"
 #include "cli/TerminationSignals.h"
@@ -18,16 +21,21 @@
 #include "platform/linux/EngineSpeechFramework.h"
 #include "platform/linux/ExecutableFolderResources.h"
 #include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/LockedSingleInstance.h"
+#include "platform/linux/OnDeviceTranslationFramework.h"
 #include "platform/linux/PocketSphinxEngine.h"
 #include "platform/linux/PulseMicrophoneCapture.h"
 #include "platform/linux/PulseScreenAudioCapture.h"
 #include "platform/linux/SecretServiceKeychain.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/XdgFolders.h"
-#include "session/CaptionLineMerger.h"
-#include "session/LumaphoneTranscriptProcessor.h"
+#include "session/LivePipelines.h"
+#include "session/SessionTranslator.h"
+#include "session/SystemAudioCaptureController.h"
 #include "storage/LumaphoneSettings.h"
 #include "storage/UserFiles.h"
+#include "translation/LumaphoneAppleTranslationService.h"
+#include "translation/OpenAICompatibleTranslationService.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -74,6 +82,127 @@ struct UserData
                                      }};
 };
 
+/// The folder in which the instances of the program find each other.
+QString instanceFolder(const XdgFolders &folders)
+{
+    return folders.runtime().value_or(draftsFolder(folders)) + QStringLiteral("/lumaphone");
+}
+
+/// Two processes never share a draft: false, with a message, while another one uses it.
+bool claim(SingleInstance &instance, const CommandStreams &streams)
+{
+    if (instance.claim([] {}) == InstanceRole::first) {
+        return true;
+    }
+    streams.complain(QStringLiteral("Lumaphone 正在執行並使用草稿。請先結束它。"));
+    return false;
+}
+
+/// A live session in the terminal with the machine's own services.
+class LiveCaptions
+{
+public:
+    LiveCaptions(const CaptionCommandLine &command, const CommandStreams &streams)
+        : m_command(command)
+        , m_streams(streams)
+    {
+        m_settings.setSourceLanguage(command.language);
+        m_settings.setAudioInputSource(std::holds_alternative<MicrophoneInputChoice>(command.input)
+                ? LumaphoneAudioInputSource::microphone
+                : LumaphoneAudioInputSource::systemAudio);
+        if (command.translation == TranslationChoice::apple) {
+            m_settings.setProcessingMode(LumaphoneProcessingMode::appleMode);
+        } else if (command.translation == TranslationChoice::custom) {
+            m_settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        }
+    }
+
+    ~LiveCaptions()
+    {
+        m_detachedTasks->wait();
+        m_mainQueue->close();
+    }
+
+    ExitStatus run()
+    {
+        if (m_command.keepsDraft && !claim(m_instance, m_streams)) {
+            return exitFailure;
+        }
+        if (!m_command.keepsDraft && LumaphoneSessionDraftStore(m_user.folders).load()) {
+            m_streams.complain(
+                QStringLiteral("找到上一段尚未儲存的字幕草稿，可用「lumaphone-cli draft show」查看。"));
+        }
+        CaptionSession *running = nullptr;
+        SystemAudioCaptureController controller({
+            .settings = m_settings,
+            .floatingCaptions = m_noPanel,
+            .transcriptProcessor = LumaphoneTranscriptProcessor(ExecutableFolderResources()),
+            .draftStore = m_command.keepsDraft ? LumaphoneSessionDraftStore(m_user.folders)
+                                               : LumaphoneSessionDraftStore(),
+            .translator = makeTranslator(),
+            .access = CaptureAccess(m_screenAudio, m_microphone, m_clock),
+            .makePipeline
+            = pipelineMaker([this, &running] { m_mainQueue->post([&running] { running->stop(); }); }),
+            .clock = m_clock,
+            .mainQueue = m_mainQueue,
+            .makeUuid = &QUuid::createUuid,
+        });
+        const auto printer = makePrinter(m_command.format, m_streams);
+        CaptionSession session(
+            controller, *printer, m_command.translation != TranslationChoice::off, m_mainQueue);
+        running = &session;
+        const TerminationSignals termination([&session] { session.stop(); });
+        return QCoro::waitFor(session.run());
+    }
+
+private:
+    std::shared_ptr<CaptionTranslator> makeTranslator()
+    {
+        if (m_command.translation == TranslationChoice::off) {
+            return std::make_shared<NoTranslation>();
+        }
+        return std::make_shared<SessionTranslator>(
+            m_settings, m_user.glossary, m_onDevice, m_chatCompletions);
+    }
+
+    LivePipelineMaker pipelineMaker(std::function<void()> onFileCompleted)
+    {
+        const LivePipelineServices services {
+            std::make_shared<EngineSpeechFramework>(
+                std::vector<std::shared_ptr<SpeechEngine>> {std::make_shared<PocketSphinxEngine>()},
+                m_mainQueue),
+            m_mainQueue, m_detachedTasks, QLocale::system()};
+        if (const auto *file = std::get_if<SoundFileInput>(&m_command.input)) {
+            return [file = *file, services, clock = m_clock, onFileCompleted](LumaphoneAudioInputSource,
+                       AppleSystemSpeechLanguage language, SystemAudioPipelineEventHandler onEvent) {
+                const auto pace
+                    = file.isRealtime ? SoundFilePace::SpeedOfSound : SoundFilePace::AsFastAsRecognised;
+                return SoundFileLivePipeline::create(
+                    file.path, language, pace, clock, services, std::move(onEvent), onFileCompleted);
+            };
+        }
+        return LivePipelines {m_screenAudio, m_microphone, m_clock, services};
+    }
+
+    const CaptionCommandLine &m_command;
+    const CommandStreams &m_streams;
+    UserData m_user;
+    SessionDefaults m_defaults {m_user.defaults};
+    LumaphoneSettings m_settings {m_defaults, m_user.keychain};
+    LockedSingleInstance m_instance {instanceFolder(m_user.folders)};
+    NoFloatingCaptions m_noPanel;
+    OnDeviceTranslationFramework m_translationFramework;
+    LumaphoneAppleTranslationService m_onDevice {m_translationFramework};
+    OpenAICompatibleTranslationService m_chatCompletions;
+    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
+    std::shared_ptr<DetachedTasks> m_detachedTasks = std::make_shared<DetachedTasks>();
+    std::shared_ptr<SystemClock> m_clock = std::make_shared<SystemClock>();
+    std::shared_ptr<PulseScreenAudioCapture> m_screenAudio
+        = std::make_shared<PulseScreenAudioCapture>(m_mainQueue);
+    std::shared_ptr<PulseMicrophoneCapture> m_microphone
+        = std::make_shared<PulseMicrophoneCapture>(m_mainQueue);
+};
+
 /// Runs one command with the machine's own services.
 class Program
 {
@@ -86,31 +215,26 @@ public:
 
     ExitStatus operator()(const CaptionCommandLine &command) const
     {
-        const auto mainQueue = MainQueue::create();
-        const auto detachedTasks = std::make_shared<DetachedTasks>();
-        const auto clock = std::make_shared<SystemClock>();
-        const auto framework = std::make_shared<EngineSpeechFramework>(
-            std::vector<std::shared_ptr<SpeechEngine>> {std::make_shared<PocketSphinxEngine>()}, mainQueue);
-        const LivePipelineServices services {framework, mainQueue, detachedTasks, QLocale::system()};
+        if (const auto *file = std::get_if<SoundFileInput>(&command.input)) {
+            // Said before a session starts, whose messages speak of devices.
+            SoundFileReader reader(file->path);
+        }
+        return LiveCaptions(command, m_streams).run();
+    }
 
-        const LumaphoneTranscriptProcessor processor {ExecutableFolderResources()};
-        CaptionLineMerger merger(
-            [&processor](const QString &current, const QString &incoming) {
-                return processor.isRevision(current, incoming);
-            },
-            *clock, &QUuid::createUuid);
-        const auto printer = makePrinter(command.format, m_streams);
-        CaptionSession session(mainQueue, merger, *printer);
-        const TerminationSignals termination([&session] { session.stop(); });
-
-        const auto makePipeline = [&](SystemAudioPipelineEventHandler onEvent,
-                                      std::function<void()> onFinished) {
-            return makeInputPipeline(command, clock, services, std::move(onEvent), std::move(onFinished));
-        };
-        const ExitStatus status = QCoro::waitFor(session.run(makePipeline));
-        detachedTasks->wait();
-        mainQueue->close();
-        return status;
+    ExitStatus operator()(const DraftShow &) const
+    {
+        return runDraftShow(LumaphoneSessionDraftStore(XdgFolders()), m_streams);
+    }
+    ExitStatus operator()(const DraftDiscard &) const
+    {
+        const XdgFolders folders;
+        LockedSingleInstance instance(instanceFolder(folders));
+        if (!claim(instance, m_streams)) {
+            return exitFailure;
+        }
+        LumaphoneSessionDraftStore store(folders);
+        return runDraftDiscard(store, m_streams);
     }
 
     ExitStatus operator()(const SettingsList &) const
@@ -162,25 +286,6 @@ public:
     const CommandStreams &streams() const { return m_streams; }
 
 private:
-    static std::shared_ptr<LumaphoneLiveAudioPipeline> makeInputPipeline(const CaptionCommandLine &command,
-        const std::shared_ptr<Clock> &clock, const LivePipelineServices &services,
-        SystemAudioPipelineEventHandler onEvent, std::function<void()> onFinished)
-    {
-        if (const auto *file = std::get_if<SoundFileInput>(&command.input)) {
-            const auto pace
-                = file->isRealtime ? SoundFilePace::SpeedOfSound : SoundFilePace::AsFastAsRecognised;
-            return SoundFileLivePipeline::create(file->path, command.language, pace, clock, services,
-                std::move(onEvent), std::move(onFinished));
-        }
-        if (std::holds_alternative<MicrophoneInputChoice>(command.input)) {
-            return MicrophoneLivePipeline::create(command.language,
-                std::make_shared<PulseMicrophoneCapture>(services.mainQueue), services, std::move(onEvent));
-        }
-        return SystemAudioLivePipeline::create(command.language,
-            std::make_shared<PulseScreenAudioCapture>(services.mainQueue), clock, services,
-            std::move(onEvent));
-    }
-
     CommandStreams m_streams {descriptorSink(STDOUT_FILENO), descriptorSink(STDERR_FILENO)};
 };
 

@@ -14,6 +14,8 @@ class CaptionTranslator
 {
 public:
     virtual ~CaptionTranslator() = default;
+    /// Whether texts are to be translated at all; if not, nothing is asked of the translator.
+    virtual bool translates() const { return true; }
     /// The provider's name in messages.
     virtual QString providerName() const = 0;
     /// The translation; a Mandarin text is its own. Throws what the provider throws. `stop` is requested when

@@ -2,6 +2,7 @@
 
 #include "base/AtomicFile.h"
 #include "platform/PlatformFolders.h"
+#include "storage/UserFiles.h"
 
 #include <QDir>
 
@@ -17,12 +18,6 @@ const QString &fileName()
     return name;
 }
 
-QString folderIn(const PlatformFolders &folders)
-{
-    return QDir(folders.applicationSupport().value_or(QDir::homePath()))
-        .filePath(QStringLiteral("Lumaphone/Drafts"));
-}
-
 } // namespace
 
 LumaphoneSessionDraftStore::LumaphoneSessionDraftStore(QString rootPath)
@@ -31,7 +26,7 @@ LumaphoneSessionDraftStore::LumaphoneSessionDraftStore(QString rootPath)
 }
 
 LumaphoneSessionDraftStore::LumaphoneSessionDraftStore(const PlatformFolders &folders)
-    : LumaphoneSessionDraftStore(folderIn(folders))
+    : LumaphoneSessionDraftStore(draftsFolder(folders))
 {
 }
 
@@ -42,6 +37,9 @@ QString LumaphoneSessionDraftStore::draftPath() const
 
 void LumaphoneSessionDraftStore::save(const LumaphoneSessionDraft &draft)
 {
+    if (m_rootPath.isEmpty()) {
+        return;
+    }
     LumaphoneSessionDraft frame = draft;
     frame.lines.clear();
     // The frame's only list is that of the lines; they are put between its brackets.
@@ -63,6 +61,9 @@ void LumaphoneSessionDraftStore::save(const LumaphoneSessionDraft &draft)
 
 void LumaphoneSessionDraftStore::clear()
 {
+    if (m_rootPath.isEmpty()) {
+        return;
+    }
     m_lines = {};
     m_mustFlush = false;
     try {
@@ -74,6 +75,9 @@ void LumaphoneSessionDraftStore::clear()
 
 std::optional<LumaphoneSessionDraft> LumaphoneSessionDraftStore::load() const
 {
+    if (m_rootPath.isEmpty()) {
+        return std::nullopt;
+    }
     QDir folder(m_rootPath);
     for (const QString &leftover : folder.entryList({fileName() + QStringLiteral(".??????")}, QDir::Files)) {
         folder.remove(leftover);

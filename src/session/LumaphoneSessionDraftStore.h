@@ -16,6 +16,8 @@ class PlatformFolders;
 class LumaphoneSessionDraftStore
 {
 public:
+    /// Keeps nothing, for a session that nobody wants back.
+    LumaphoneSessionDraftStore() = default;
     /// `rootPath` is the draft's folder, created when something is saved.
     explicit LumaphoneSessionDraftStore(QString rootPath);
     /// In the user's Application Support folder, or the home folder where there is none.
@@ -33,7 +35,7 @@ public:
     std::optional<LumaphoneSessionDraft> load() const;
 
 private:
-    QString m_rootPath;
+    QString m_rootPath; ///< empty: nothing is kept
     CaptionLinesEncoder m_lines;
     bool m_mustFlush = false; ///< a final line has not been flushed to the disk yet
 };

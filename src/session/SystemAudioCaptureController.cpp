@@ -231,6 +231,7 @@ void SystemAudioCaptureController::refuseToStart(const QString &panelText, const
 {
     say(message);
     m_floatingCaptions.show(panelText, message);
+    emit sessionFailed(message);
 }
 
 std::shared_ptr<LumaphoneLiveAudioPipeline> SystemAudioCaptureController::pipeline() const
@@ -411,13 +412,14 @@ void SystemAudioCaptureController::translationWasKnown(const CaptionTranslation 
     }
 }
 
-void SystemAudioCaptureController::translationFailed(const QString &, const QString &description)
+void SystemAudioCaptureController::translationFailed(const QString &text, const QString &description)
 {
     const QString provider = m_translator->providerName();
     set(m_translatedText, texts::translationFailed(provider, description),
         &SystemAudioCaptureController::translatedTextChanged);
     say(texts::translationFailedStatus(provider, description));
     m_floatingCaptions.show(texts::panelTranslationFailed(provider), description);
+    emit captionTranslationFailed(text, description);
 }
 
 void SystemAudioCaptureController::passedOverLineTranslated(
@@ -437,9 +439,15 @@ void SystemAudioCaptureController::passedOverLineTranslated(
     }
 }
 
-void SystemAudioCaptureController::passedOverLineFailed(const QString &, const QString &description)
+void SystemAudioCaptureController::passedOverLineFailed(const QString &text, const QString &description)
 {
     say(texts::translationFailedStatus(m_translator->providerName(), description));
+    emit captionTranslationFailed(text, description);
+}
+
+void SystemAudioCaptureController::translationRested()
+{
+    emit translationsSettled();
 }
 
 void SystemAudioCaptureController::captionLineInserted(qsizetype index)

@@ -105,6 +105,9 @@ public:
     const std::optional<QString> &savedTranscriptTitle() const { return m_savedTranscriptTitle; }
     const std::optional<QString> &restoredDraftMessage() const { return m_restoredDraftMessage; }
 
+    /// Whether some text still waits for its translation, also after a stop().
+    bool isTranslating() const { return !m_scheduler.isResting(); }
+
     bool hasUnsavedTranscript() const;
     bool canStartLiveTranslation() const;
     QString startStatusText() const;
@@ -136,6 +139,12 @@ signals:
     void savedTranscriptIDChanged();
     void savedTranscriptTitleChanged();
     void restoredDraftMessageChanged();
+    /// The session could not start, or ended by itself; `message` is the status that says why.
+    void sessionFailed(const QString &message);
+    /// A text remains without its translation.
+    void captionTranslationFailed(const QString &sourceText, const QString &description);
+    /// Nothing is left to translate.
+    void translationsSettled();
     // What exactly changed in the lines, before captionLinesChanged().
     void lineInserted(qsizetype index);
     void lineChanged(qsizetype index);
@@ -192,6 +201,7 @@ private:
     void translationWasKnown(const CaptionTranslation &translation) override;
     void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation) override;
     void passedOverLineFailed(const QString &text, const QString &description) override;
+    void translationRested() override;
 
     void say(const QString &status);
     /// Changes a published property, and tells if it differs.

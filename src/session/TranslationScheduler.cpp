@@ -68,7 +68,7 @@ void TranslationScheduler::abandonRequest()
 
 void TranslationScheduler::startWorker()
 {
-    if (m_translationWorkerID) {
+    if (m_translationWorkerID || !m_translator->translates()) {
         return;
     }
     m_translationWorkerID = m_makeUuid();
@@ -136,6 +136,7 @@ QCoro::Task<> TranslationScheduler::processPendingTranslations(
             }
         } else {
             scheduler->m_translationWorkerID.reset();
+            scheduler->m_receiver.translationRested();
         }
     }
 }

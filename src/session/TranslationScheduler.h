@@ -38,6 +38,8 @@ public:
     /// A final line that newer texts had passed over has its translation.
     virtual void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation) = 0;
     virtual void passedOverLineFailed(const QString &text, const QString &description) = 0;
+    /// Nothing is left to translate.
+    virtual void translationRested() { }
 };
 
 /// Decides when which text is translated. The newest text replaces the pending one; a single worker waits out

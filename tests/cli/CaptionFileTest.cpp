@@ -77,7 +77,7 @@ private slots:
     void theLinesAreWhatTheEngineHears()
     {
         QFETCH(QString, path);
-        RunningProgram captions(program, {"caption", path});
+        RunningProgram captions(program, {"caption", path, "--translate", "off"});
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.messages(), QByteArray());
         QCOMPARE(captions.exitCode(), 0);
@@ -87,7 +87,7 @@ private slots:
 
     void everyChangeOfALineIsOneObject()
     {
-        RunningProgram captions(program, {"caption", speech, "--format", "jsonl"});
+        RunningProgram captions(program, {"caption", speech, "--format", "jsonl", "--translate", "off"});
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.exitCode(), 0);
         QHash<QString, std::int64_t> revisions;
@@ -119,7 +119,7 @@ private slots:
         const QTemporaryDir folder;
         const QString path = folder.filePath("silence.flac");
         writeSilence(path, 600);
-        RunningProgram captions(program, {"caption", path});
+        RunningProgram captions(program, {"caption", path, "--translate", "off"});
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.exitCode(), 0);
         QCOMPARE(captions.output(), QByteArray());
@@ -143,7 +143,7 @@ private slots:
         const QTemporaryDir folder;
         const QString path = folder.filePath(name);
         write(path, content);
-        RunningProgram captions(program, {"caption", path});
+        RunningProgram captions(program, {"caption", path, "--translate", "off"});
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.exitCode(), 1);
         QVERIFY2(captions.messages().contains(name.toUtf8()), captions.messages());
@@ -164,7 +164,7 @@ private slots:
         const QString path = folder.filePath("cut.wav");
         const QByteArray whole = read(speech);
         write(path, whole.left(whole.size() * 3 / 5));
-        RunningProgram captions(program, {"caption", path});
+        RunningProgram captions(program, {"caption", path, "--translate", "off"});
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.exitCode(), 0);
         QVERIFY(!captions.outputLines().isEmpty());
@@ -191,8 +191,9 @@ private slots:
 
     void anInterruptFinishesTheOpenLine()
     {
-        RunningProgram captions(
-            program, {"caption", speech, "--realtime", "--format", "jsonl", "--language", "english"});
+        RunningProgram captions(program,
+            {"caption", speech, "--realtime", "--format", "jsonl", "--language", "english", "--translate",
+                "off"});
         QVERIFY(captions.waitForOutput("\"isFinal\":false"));
         captions.signal(SIGINT);
         QVERIFY(captions.waitForEnd());

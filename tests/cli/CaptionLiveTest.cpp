@@ -18,7 +18,7 @@ const QString program = QStringLiteral(LUMAPHONE_CLI);
 
 QStringList captionCommand(const QString &input)
 {
-    return {"caption", input, "--language", "english", "--format", "jsonl"};
+    return {"caption", input, "--language", "english", "--format", "jsonl", "--translate", "off"};
 }
 
 /// The text of the session: the final lines in order, joined.
@@ -63,7 +63,7 @@ QString heardInFiles(const QStringList &paths)
 {
     QString text;
     for (const QString &path : paths) {
-        RunningProgram captions(program, {"caption", path, "--language", "english"});
+        RunningProgram captions(program, {"caption", path, "--language", "english", "--translate", "off"});
         captions.waitForEnd();
         text += QString::fromUtf8(captions.output()).replace(QLatin1Char('\n'), QLatin1Char(' '));
     }
@@ -168,10 +168,11 @@ private slots:
     void aComputerWithoutAnOutputIsSaid()
     {
         const PrivateSoundServer server;
-        RunningProgram captions(program, {"caption", "system", "--language", "english"});
+        RunningProgram captions(
+            program, {"caption", "system", "--language", "english", "--translate", "off"});
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.exitCode(), 1);
-        QCOMPARE(captions.messages(), QStringLiteral("找不到可擷取的顯示器。\n").toUtf8());
+        QCOMPARE(captions.messages(), QStringLiteral("系統音訊擷取錯誤：找不到可擷取的顯示器。\n").toUtf8());
     }
 
     void aMissingSoundServerIsSaid()
@@ -187,7 +188,8 @@ private slots:
     {
         PrivateSoundServer server;
         server.addOutput("speakers");
-        RunningProgram captions(program, {"caption", "system", "--language", "english"});
+        RunningProgram captions(
+            program, {"caption", "system", "--language", "english", "--translate", "off"});
         QVERIFY(waitUntilRecording(server));
         server.kill();
         QVERIFY(captions.waitForEnd());
