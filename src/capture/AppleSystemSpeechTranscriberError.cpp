@@ -24,7 +24,7 @@ QString description(Case errorCase, const QString &language, const QString &deta
 
 QString assetDetail(const std::exception_ptr &cause)
 {
-    const QString description = localizedDescription(cause);
+    QString description = localizedDescription(cause);
     if (!description.contains(QStringLiteral("No GeneralASR asset"), Qt::CaseInsensitive)) {
         return description;
     }

@@ -74,7 +74,9 @@ std::unique_ptr<AudioConverter> AudioConverter::create(const AudioStreamDescript
     }
     Resampler resampler;
     if (rate != PcmBuffer::sampleRateHz) {
-        soxr_io_spec_t samples = soxr_io_spec(SOXR_FLOAT32_I, SOXR_INT16_I);
+        // Planar, although there is one channel only: of an interleaved output the resampler would read eight
+        // bytes as a pointer, which may lie behind the end of its memory.
+        soxr_io_spec_t samples = soxr_io_spec(SOXR_FLOAT32_S, SOXR_INT16_S);
         samples.flags |= SOXR_NO_DITHER;
         // 20 bits keep the band that recognisers use (up to 7.3 kHz) flat; the smallest blocks keep the
         // delay near 15 ms.
@@ -188,10 +190,12 @@ bool AudioConverter::put(std::span<const float> mono, PcmBuffer &output, std::si
         filled += mono.size();
         return true;
     }
+    const soxr_cbuf_t input = mono.data();
+    soxr_buf_t place = room.data();
     std::size_t produced = 0;
     // Without the count of consumed frames the resampler takes all of them, whatever the room.
-    const soxr_error_t error = soxr_process(
-        m_resampler.get(), mono.data(), mono.size(), nullptr, room.data(), room.size(), &produced);
+    const soxr_error_t error
+        = soxr_process(m_resampler.get(), &input, mono.size(), nullptr, &place, room.size(), &produced);
     filled += produced;
     return !error;
 }
@@ -202,9 +206,10 @@ bool AudioConverter::flush(PcmBuffer &output, std::size_t &filled)
         return true;
     }
     const std::span<std::int16_t> room = output.storage().subspan(filled);
+    soxr_buf_t place = room.data();
     std::size_t produced = 0;
     const soxr_error_t error
-        = soxr_process(m_resampler.get(), nullptr, 0, nullptr, room.data(), room.size(), &produced);
+        = soxr_process(m_resampler.get(), nullptr, 0, nullptr, &place, room.size(), &produced);
     filled += produced;
     return !error;
 }

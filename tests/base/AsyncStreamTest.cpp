@@ -142,6 +142,16 @@ private slots:
         ended.join();
         QVERIFY(!hasRoom);
     }
+
+    void aRequestedStopComesBeforeWhatIsPending()
+    {
+        AsyncStream<int> stream;
+        stream.yield(1);
+        std::stop_source stop;
+        stop.request_stop();
+        QVERIFY(!stream.next(stop.get_token()));
+        QVERIFY(stream.next({}) == 1);
+    }
 };
 
 QTEST_GUILESS_MAIN(AsyncStreamTest)

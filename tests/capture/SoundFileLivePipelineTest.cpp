@@ -81,7 +81,8 @@ private slots:
     {
         m_pipeline = nullptr;
         m_detachedTasks = nullptr;
-        settle();
+        // Lets a reader that still sleeps notice that its pipeline is gone.
+        m_clock->advance(1s);
         QCOMPARE(m_framework->reserved(), QStringList());
     }
 

@@ -122,9 +122,10 @@ private slots:
         QFETCH(const bool, granted);
         m_capture->isGranted = false;
         std::optional<bool> answer;
-        auto asking = [this, &answer]() -> QCoro::Task<> {
+        const auto ask = [this, &answer]() -> QCoro::Task<> {
             answer = co_await SystemAudioLivePipeline::requestScreenCaptureAccessIfNeeded(m_capture, m_clock);
-        }();
+        };
+        const auto asking = ask();
         QCOMPARE(m_capture->requests(), 1);
         for (int sleep = 1; sleep <= 24 && !answer; ++sleep) {
             QCOMPARE(m_clock->sleepCount(), sleep);
@@ -171,13 +172,14 @@ private slots:
     {
         m_capture->isGranted = false;
         std::optional<SystemAudioCaptureError::Case> failure;
-        auto starting = [this, &failure]() -> QCoro::Task<> {
+        const auto tryToStart = [this, &failure]() -> QCoro::Task<> {
             try {
                 co_await m_pipeline->start();
             } catch (const SystemAudioCaptureError &error) {
                 failure = error.errorCase();
             }
-        }();
+        };
+        const auto starting = tryToStart();
         m_clock->advance(5999ms);
         QVERIFY(!failure);
         m_clock->advance(1ms);
