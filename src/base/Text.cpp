@@ -3,6 +3,7 @@
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
+#include <utility>
 
 namespace lumaphone::text {
 
@@ -76,15 +77,15 @@ QString withoutDiacritics(const QString &decomposed)
 /// Full case folding: the library's own keeps ß and ﬁ, which are "ss" and "fi" in capitals.
 QString caseFolded(const QString &text)
 {
-    const QString folded = text.toCaseFolded();
+    QString folded = text.toCaseFolded();
     const auto isLongerInCapitals = [](QChar unit) {
         return unit.unicode() >= 0x80 && unit.isLower() && QString(unit).toUpper().size() > 1;
     };
-    if (std::none_of(folded.begin(), folded.end(), isLongerInCapitals)) {
+    if (std::none_of(folded.cbegin(), folded.cend(), isLongerInCapitals)) {
         return folded;
     }
     QString result;
-    for (const QChar unit : folded) {
+    for (const QChar unit : std::as_const(folded)) {
         result.append(isLongerInCapitals(unit) ? QString(unit).toUpper().toCaseFolded() : QString(unit));
     }
     return result;
