@@ -79,9 +79,10 @@ public:
     virtual CaptureAuthorization authorizationStatus() = 0;
     /// Asks the user and returns the answer.
     virtual QCoro::Task<bool> requestAccess() = 0;
-    /// The current default input, or none. What records an output is not a microphone.
+    /// The current default input, or none. What records an output is not a microphone. Throws
+    /// CaptureServiceError if the service does not answer.
     virtual QCoro::Task<std::optional<MicrophoneDevice>> defaultDevice() = 0;
-    /// Throws CaptureServiceError.
+    /// Takes a device that defaultDevice() gave. Throws CaptureServiceError if it has gone.
     virtual std::shared_ptr<MicrophoneInput> makeInput(const MicrophoneDevice &device) = 0;
     virtual std::shared_ptr<MicrophoneOutput> makeOutput() = 0;
     virtual std::unique_ptr<MicrophoneSession> makeSession() = 0;

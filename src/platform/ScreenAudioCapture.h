@@ -37,7 +37,7 @@ struct ScreenStreamConfiguration
     int widthPixels = 0;
     int heightPixels = 0;
     std::chrono::seconds minimumFrameInterval {0};
-    int queueDepth = 0; ///< buffers that may wait for the queue
+    int queueDepth = 0; ///< pictures that may wait for the queue
     bool showsCursor = true;
     bool capturesAudio = false;
     bool excludesCurrentProcessAudio = false;

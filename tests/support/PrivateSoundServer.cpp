@@ -201,7 +201,7 @@ int PrivateSoundServer::recordings() const
 
 SoundPlayback PrivateSoundServer::play(const QString &filePath, const QString &output) const
 {
-    QStringList command {QStringLiteral("paplay"), QStringLiteral("--latency-msec=50")};
+    QStringList command {QStringLiteral("paplay"), QStringLiteral("--latency-msec=500")};
     if (!output.isEmpty()) {
         command << QStringLiteral("--device=") + output;
     }
@@ -219,7 +219,7 @@ SoundPlayback PrivateSoundServer::playSamples(
     }
     QStringList command {QStringLiteral("pacat"), QStringLiteral("--playback"), QStringLiteral("--raw"),
         QStringLiteral("--format=s16ne"), QStringLiteral("--rate=%1").arg(rateHz),
-        QStringLiteral("--channels=%1").arg(channels), QStringLiteral("--latency-msec=50")};
+        QStringLiteral("--channels=%1").arg(channels), QStringLiteral("--latency-msec=500")};
     if (!output.isEmpty()) {
         command << QStringLiteral("--device=") + output;
     }

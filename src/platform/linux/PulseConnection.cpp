@@ -65,6 +65,12 @@ private:
     pa_operation *m_operation;
 };
 
+/// Some servers answer with a placeholder such as "@DEFAULT_SINK@" while they have no such device.
+std::string defaultName(const char *name)
+{
+    return name && *name != '@' ? name : std::string();
+}
+
 template<typename Row> std::optional<Row> firstOf(std::vector<Row> rows)
 {
     return rows.empty() ? std::nullopt : std::optional<Row>(std::move(rows.front()));
@@ -259,8 +265,8 @@ PulseConnection::Defaults PulseConnection::defaults()
     const auto take = [](pa_context *context, const pa_server_info *info, void *userData) {
         auto &defaults = *static_cast<Defaults *>(userData);
         if (info) {
-            defaults.sink = text(info->default_sink_name);
-            defaults.source = text(info->default_source_name);
+            defaults.sink = defaultName(info->default_sink_name);
+            defaults.source = defaultName(info->default_source_name);
         }
         defaults.arrive(info ? 0 : pa_context_errno(context));
     };
