@@ -2,6 +2,7 @@
 
 #include "base/Json.h"
 #include "capture/AppleSystemSpeechLanguage.h"
+#include "storage/PendingTranslation.h"
 
 #include <QDateTime>
 #include <QString>
@@ -10,9 +11,6 @@
 #include <cstdint>
 
 namespace lumaphone {
-
-/// Shown in the place of a translation that has not arrived.
-inline constexpr QStringView pendingTranslationPlaceholder = u"翻譯中...";
 
 /// One caption line: an utterance and its translation.
 struct LumaphoneCaptionLine

@@ -1,0 +1,125 @@
+#include "storage/TranscriptCompactor.h"
+
+#include "base/Text.h"
+#include "storage/PendingTranslation.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <utility>
+
+namespace lumaphone {
+
+using namespace std::chrono_literals;
+using enum AppleSystemSpeechLanguage;
+
+namespace {
+
+constexpr std::chrono::milliseconds longestPause = 8s;
+
+SavedTranscriptLine normalized(SavedTranscriptLine line)
+{
+    line.sourceText = text::trimmed(line.sourceText);
+    line.translatedText = text::trimmed(line.translatedText);
+    if (line.translatedText == pendingTranslationPlaceholder) {
+        line.translatedText = line.sourceLanguage == mandarin ? line.sourceText : QString();
+    }
+    return line;
+}
+
+SavedTranscriptLine merged(const SavedTranscriptLine &previous, const SavedTranscriptLine &incoming)
+{
+    SavedTranscriptLine line = incoming;
+    line.id = previous.id;
+    line.createdAt = previous.createdAt;
+    line.isFinal = previous.isFinal || incoming.isFinal;
+    if (line.translatedText.isEmpty() && text::canonicallyEqual(previous.sourceText, incoming.sourceText)) {
+        line.translatedText = previous.translatedText;
+    }
+    return line;
+}
+
+QList<QString> comparableCharacters(const QString &line)
+{
+    return text::characters(text::lowercased(text::splitAtWhiteSpace(line).join(QString())));
+}
+
+/// Languages whose recognised texts grow by a few characters that need not continue the former ones.
+bool growsByCharacters(AppleSystemSpeechLanguage language)
+{
+    switch (language) {
+    case japanese:
+    case korean:
+    case mandarin:
+        return true;
+    case automatic:
+    case english:
+        return false;
+    }
+    Q_UNREACHABLE();
+}
+
+/// Whether a short `previous` (p characters) grew into `incoming` (n characters).
+bool hasGrown(const QList<QString> &previous, const QList<QString> &incoming)
+{
+    const qsizetype p = previous.size();
+    const qsizetype n = incoming.size();
+    const auto difference = std::mismatch(previous.begin(), previous.end(), incoming.begin(), incoming.end());
+    const qsizetype commonPrefix = difference.first - previous.begin();
+    if (p <= 14 && n >= p && commonPrefix >= std::min<qsizetype>(p, 4)) {
+        return true;
+    }
+    return p <= 8 && n >= p + 2;
+}
+
+} // namespace
+
+TranscriptCompactor::TranscriptCompactor(RevisionQuestion isRevision)
+    : m_isRevision(std::move(isRevision))
+{
+}
+
+QList<SavedTranscriptLine> TranscriptCompactor::compactSavedLines(
+    const QList<SavedTranscriptLine> &lines) const
+{
+    QList<SavedTranscriptLine> output;
+    output.reserve(lines.size());
+    for (const SavedTranscriptLine &raw : lines) {
+        SavedTranscriptLine line = normalized(raw);
+        if (line.sourceText.isEmpty()) {
+            continue;
+        }
+        if (!output.isEmpty() && shouldMergeAdjacent(output.constLast(), line)) {
+            output.last() = merged(output.constLast(), line);
+        } else {
+            output.append(std::move(line));
+        }
+    }
+    return output;
+}
+
+bool TranscriptCompactor::shouldMergeAdjacent(
+    const SavedTranscriptLine &previous, const SavedTranscriptLine &incoming) const
+{
+    if (m_isRevision(previous.sourceText, incoming.sourceText)) {
+        return true;
+    }
+    if (previous.sourceLanguage != incoming.sourceLanguage) {
+        return false;
+    }
+    if (std::abs(previous.createdAt.msecsTo(incoming.createdAt)) > longestPause.count()) {
+        return false;
+    }
+    const QList<QString> before = comparableCharacters(previous.sourceText);
+    const QList<QString> after = comparableCharacters(incoming.sourceText);
+    if (before.isEmpty() || after.isEmpty()) {
+        return false;
+    }
+    // A text that contains the other is never the shorter one.
+    if (std::search(after.begin(), after.end(), before.begin(), before.end()) != after.end()) {
+        return true;
+    }
+    return growsByCharacters(incoming.sourceLanguage) && hasGrown(before, after);
+}
+
+} // namespace lumaphone

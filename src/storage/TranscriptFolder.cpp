@@ -1,0 +1,78 @@
+#include "storage/TranscriptFolder.h"
+
+#include "base/AtomicFile.h"
+#include "storage/RecordCoding.h"
+#include "storage/TranscriptStorageError.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <filesystem>
+#include <utility>
+
+namespace lumaphone {
+
+namespace {
+const auto metadataFile = QStringLiteral("metadata.json");
+const auto linesFile = QStringLiteral("lines.json");
+} // namespace
+
+TranscriptFolder::TranscriptFolder(QString path)
+    : m_path(std::move(path))
+{
+}
+
+bool TranscriptFolder::exists() const
+{
+    return QFileInfo(m_path).isDir();
+}
+
+TranscriptRecordMetadata TranscriptFolder::readMetadata() const
+{
+    return transcriptRecordMetadataFromJson(json::parse(read(metadataFile)));
+}
+
+QList<SavedTranscriptLine> TranscriptFolder::readLines() const
+{
+    return recordcoding::list(json::parse(read(linesFile)), savedTranscriptLineFromJson);
+}
+
+void TranscriptFolder::write(const TranscriptDocument &document) const
+{
+    createFolder(m_path);
+    write(metadataFile, json::pretty(toJson(document.metadata)));
+    write(linesFile, json::pretty(recordcoding::array(document.lines)));
+    write(QStringLiteral("source.txt"), document.sourceText().toUtf8());
+    write(QStringLiteral("translation.txt"), document.translationText().toUtf8());
+    write(QStringLiteral("bilingual.txt"), document.bilingualText().toUtf8());
+}
+
+void TranscriptFolder::remove() const
+{
+    std::error_code error;
+    std::filesystem::remove_all(QFile::encodeName(m_path).toStdString(), error);
+    if (error) {
+        throw FileError(m_path, error.value());
+    }
+}
+
+QByteArray TranscriptFolder::read(const QString &name) const
+{
+    using enum TranscriptStorageError::Case;
+    if (!exists()) {
+        throw TranscriptStorageError(folderMissing, m_path);
+    }
+    const QString path = m_path + QLatin1Char('/') + name;
+    const std::optional<QByteArray> bytes = readFile(path);
+    if (!bytes) {
+        throw TranscriptStorageError(fileMissing, path);
+    }
+    return *bytes;
+}
+
+void TranscriptFolder::write(const QString &name, const QByteArray &bytes) const
+{
+    replaceFile(m_path + QLatin1Char('/') + name, bytes, Durability::Flushed);
+}
+
+} // namespace lumaphone

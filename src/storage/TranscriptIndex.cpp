@@ -1,0 +1,121 @@
+#include "storage/TranscriptIndex.h"
+
+#include "base/AtomicFile.h"
+#include "storage/RecordCoding.h"
+#include "storage/TranscriptFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSet>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+
+namespace lumaphone {
+
+void sortNewestFirst(QList<TranscriptRecordMetadata> &records)
+{
+    std::stable_sort(records.begin(), records.end(),
+        [](const auto &a, const auto &b) { return a.createdAt > b.createdAt; });
+}
+
+TranscriptIndex::TranscriptIndex(const TranscriptLibraryLayout &layout)
+    : m_layout(layout)
+{
+}
+
+FileLock TranscriptIndex::lock() const
+{
+    return FileLock::wait(m_layout.index + QStringLiteral(".lock"));
+}
+
+bool TranscriptIndex::hasChanged() const
+{
+    return fileSignature() != m_signature;
+}
+
+QList<TranscriptRecordMetadata> TranscriptIndex::read()
+{
+    m_signature = fileSignature();
+    const std::optional<QByteArray> bytes = readFile(m_layout.index);
+    if (!bytes) {
+        return {};
+    }
+    auto records = recordcoding::list(json::parse(*bytes), transcriptRecordMetadataFromJson);
+    sortNewestFirst(records);
+    return records;
+}
+
+void TranscriptIndex::write(const QList<TranscriptRecordMetadata> &records)
+{
+    replaceFile(m_layout.index, json::pretty(recordcoding::array(records)), Durability::Flushed);
+    m_signature = fileSignature();
+}
+
+TranscriptIndex::Rebuilt TranscriptIndex::rebuilt() const
+{
+    Rebuilt result;
+    QSet<QUuid> known;
+    for (const QString &name :
+        QDir(m_layout.sessions).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name)) {
+        try {
+            TranscriptRecordMetadata metadata
+                = TranscriptFolder(m_layout.sessions + QLatin1Char('/') + name).readMetadata();
+            metadata.folderName = name;
+            if (!known.contains(metadata.id)) {
+                known.insert(metadata.id);
+                result.records.append(std::move(metadata));
+            }
+        } catch (const LocalizedError &) {
+            ++result.skippedFolders;
+        }
+    }
+    sortNewestFirst(result.records);
+    return result;
+}
+
+void TranscriptIndex::noteDeletion(const QString &folderName) const
+{
+    replaceFile(deletionNote(), folderName.toUtf8(), Durability::Flushed);
+}
+
+void TranscriptIndex::finishDeletion() const
+{
+    removeFile(deletionNote());
+}
+
+void TranscriptIndex::finishInterruptedDeletion()
+{
+    if (!QFile::exists(deletionNote())) {
+        return;
+    }
+    const FileLock held = lock();
+    const QString name = QString::fromUtf8(readFile(deletionNote()).value_or(QByteArray()));
+    const QList<TranscriptRecordMetadata> records = read();
+    const bool isNamed = std::any_of(
+        records.begin(), records.end(), [&name](const auto &record) { return record.folderName == name; });
+    if (isPlainFolderName(name) && !isNamed) {
+        TranscriptFolder(m_layout.sessions + QLatin1Char('/') + name).remove();
+    }
+    finishDeletion();
+}
+
+QByteArray TranscriptIndex::fileSignature() const
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(m_layout.index).constData(), &status) != 0) {
+        return {};
+    }
+    return QByteArray::number(static_cast<qulonglong>(status.st_ino)) + ' '
+        + QByteArray::number(static_cast<qlonglong>(status.st_size)) + ' '
+        + QByteArray::number(static_cast<qlonglong>(status.st_mtim.tv_sec)) + ' '
+        + QByteArray::number(static_cast<qlonglong>(status.st_mtim.tv_nsec));
+}
+
+QString TranscriptIndex::deletionNote() const
+{
+    return m_layout.index + QStringLiteral(".deleting");
+}
+
+} // namespace lumaphone

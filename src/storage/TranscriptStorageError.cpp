@@ -1,0 +1,31 @@
+#include "storage/TranscriptStorageError.h"
+
+namespace lumaphone {
+
+namespace {
+
+QString description(TranscriptStorageError::Case errorCase, const QString &subject)
+{
+    switch (errorCase) {
+    case TranscriptStorageError::Case::noDataFolder:
+        return QStringLiteral("找不到使用者的資料夾，字幕紀錄暫存於 /tmp。請設定 HOME 或 XDG_DATA_HOME。");
+    case TranscriptStorageError::Case::folderMissing:
+        return QStringLiteral("找不到 session 資料夾「%1」。").arg(subject);
+    case TranscriptStorageError::Case::fileMissing:
+        return QStringLiteral("找不到檔案「%1」。").arg(subject);
+    case TranscriptStorageError::Case::unpairedSurrogate:
+        return QStringLiteral("%1含有不完整的字元（不成對的代理碼），無法儲存。請刪除後再試一次。")
+            .arg(subject);
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+TranscriptStorageError::TranscriptStorageError(Case errorCase, const QString &subject)
+    : LocalizedError(description(errorCase, subject))
+    , m_case(errorCase)
+{
+}
+
+} // namespace lumaphone

@@ -1,0 +1,108 @@
+#include "storage/TranscriptSearch.h"
+
+#include "support/CountedUuids.h"
+
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+TranscriptRecordMetadata record(uint number, const QString &searchText)
+{
+    TranscriptRecordMetadata metadata;
+    metadata.id = countedUuid(number);
+    metadata.searchText = searchText;
+    return metadata;
+}
+
+} // namespace
+
+class TranscriptSearchTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void caseDoesNotMatter_data();
+    void caseDoesNotMatter();
+    void aBlankQueryFindsEverythingInOrder();
+    void titleAndNoteAreSearchedByThemselves();
+    void whatChangedIsSearchedAnew();
+};
+
+void TranscriptSearchTest::caseDoesNotMatter_data()
+{
+    QTest::addColumn<QLocale>("locale");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<bool>("isFound");
+    const QLocale english(QLocale::English, QLocale::UnitedStates);
+    const QLocale turkish(QLocale::Turkish, QLocale::Turkey);
+    const auto row
+        = [](const char *name, const QLocale &locale, const char *text, const char *query, bool isFound) {
+              QTest::newRow(name) << locale << QString::fromUtf8(text) << QString::fromUtf8(query) << isFound;
+          };
+    row("same", english, "Hello world", "lo wo", true);
+    row("capitals", english, "Hello", "HELLO", true);
+    row("small letters", english, "HELLO", "hello", true);
+    row("blanks around the query", english, "Hello", " hello\n", true);
+    row("not there", english, "Hello", "help", false);
+    row("han", english, "今天天氣很好", "天氣", true);
+    row("voiced kana are other letters", english, "ハハ", "パパ", false);
+    row("accents are other letters", english, "resume", "résumé", false);
+    row("composed finds decomposed", english, "re\u0301sume\u0301", "RÉSUMÉ", true);
+    row("greek final sigma", english, "ΟΔΟΣ", "οδος", true);
+    row("english i", english, "ISTANBUL", "istanbul", true);
+    row("turkish dotted i", turkish, "İSTANBUL", "istanbul", true);
+    row("turkish I is not dotted", turkish, "ISPARTA", "isparta", false);
+    row("turkish dotless i", turkish, "ISPARTA", "ısparta", true);
+    row("across a line break", english, "one\ntwo", "one\ntwo", true);
+    row("a pattern is a text", english, "a.b", "a*b", false);
+}
+
+void TranscriptSearchTest::caseDoesNotMatter()
+{
+    QFETCH(const QLocale, locale);
+    QFETCH(const QString, text);
+    QFETCH(const QString, query);
+    QFETCH(const bool, isFound);
+    TranscriptSearch search(locale);
+    QCOMPARE(search.filtered({record(1, text)}, query).size(), isFound ? 1 : 0);
+}
+
+void TranscriptSearchTest::aBlankQueryFindsEverythingInOrder()
+{
+    TranscriptSearch search(QLocale::c());
+    const QList records {
+        record(1, QStringLiteral("b")), record(2, QStringLiteral("a")), record(3, QStringLiteral("ab"))};
+    QVERIFY(search.filtered(records, QString()) == records);
+    QVERIFY(search.filtered(records, QStringLiteral(" \u3000\n")) == records);
+    QVERIFY(search.filtered(records, QStringLiteral("a")) == records.mid(1));
+}
+
+void TranscriptSearchTest::titleAndNoteAreSearchedByThemselves()
+{
+    TranscriptRecordMetadata metadata = record(1, QStringLiteral("only lines"));
+    metadata.title = QStringLiteral("Title");
+    metadata.note = QStringLiteral("Note");
+    TranscriptSearch search(QLocale::c());
+    for (const char *query : {"title", "NOTE", "lines"}) {
+        QCOMPARE(search.filtered({metadata}, QString::fromLatin1(query)).size(), 1);
+    }
+    QVERIFY(search.filtered({metadata}, QStringLiteral("TitleNote")).isEmpty());
+    QVERIFY(search.filtered({metadata}, QStringLiteral("linestitle")).isEmpty());
+}
+
+void TranscriptSearchTest::whatChangedIsSearchedAnew()
+{
+    TranscriptSearch search(QLocale::c());
+    QCOMPARE(search.filtered({record(1, QStringLiteral("old"))}, QStringLiteral("old")).size(), 1);
+    search.forget(countedUuid(1));
+    QCOMPARE(search.filtered({record(1, QStringLiteral("new"))}, QStringLiteral("new")).size(), 1);
+    search.forgetAll();
+    QCOMPARE(search.filtered({record(1, QStringLiteral("newer"))}, QStringLiteral("newer")).size(), 1);
+}
+
+QTEST_GUILESS_MAIN(TranscriptSearchTest)
+#include "TranscriptSearchTest.moc"
