@@ -36,7 +36,9 @@ QCoro::Task<> VirtualClock::sleepFor(std::chrono::nanoseconds duration)
 {
     auto sleeper = std::make_shared<Sleeper>(Sleeper {m_elapsed + duration, m_sleepCount++, nullptr});
     m_sleepers.push_back(sleeper);
-    co_await Awaiter {sleeper};
+    // With a name: the compiler destroys an aggregate twice that is made in the awaiting expression.
+    const Awaiter awaiter {sleeper};
+    co_await awaiter;
 }
 
 void VirtualClock::advance(std::chrono::nanoseconds duration)
