@@ -1,5 +1,5 @@
-#include "LiveSession.h"
 #include "base/Text.h"
+#include "support/LiveSession.h"
 
 #include <QSet>
 #include <QTest>
