@@ -41,6 +41,15 @@ struct LiveSession
     {
     }
 
+    /// Lets everything that still sleeps wake up and end.
+    ~LiveSession()
+    {
+        controller.reset();
+        clock->advance(std::chrono::hours(48));
+    }
+    LiveSession(const LiveSession &) = delete;
+    LiveSession &operator=(const LiveSession &) = delete;
+
     SystemAudioCaptureController &make()
     {
         controller = std::make_unique<SystemAudioCaptureController>(LiveSessionCollaborators {
