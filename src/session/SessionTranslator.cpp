@@ -69,8 +69,9 @@ QCoro::Task<QString> SessionTranslator::translateText(
     const auto terms = glossaryTermsOccurring(m_glossaryStore.enabledTerms(), text);
     const QString source = translationSourceIdentifier(language);
     if (m_settings.processingMode() == LumaphoneProcessingMode::customAPI) {
-        co_return co_await m_customTranslator.translate(
-            text, source, m_settings.providerConfiguration(), LumaphoneGlossaryPrompt {terms}, stop);
+        const OpenAICompatibleProviderConfiguration configuration = m_settings.providerConfiguration();
+        const LumaphoneGlossaryPrompt prompt {terms};
+        co_return co_await m_customTranslator.translate(text, source, configuration, prompt, stop);
     }
     const LumaphoneGlossaryProtector protector(text, terms);
     const QString translation

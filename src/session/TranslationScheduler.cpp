@@ -144,12 +144,14 @@ QCoro::Task<> TranslationScheduler::processPendingTranslations(
 QCoro::Task<TranslationScheduler::Answer> TranslationScheduler::answerTo(
     std::shared_ptr<CaptionTranslator> translator, Request request)
 {
+    Answer answer;
     try {
-        co_return co_await translator->translateText(
+        answer = co_await translator->translateText(
             request.text, request.language, request.stop.get_token());
     } catch (...) {
-        co_return std::current_exception();
+        answer = Failure {localizedDescription(std::current_exception())};
     }
+    co_return answer;
 }
 
 void TranslationScheduler::receive(const Request &request, const Answer &answer)
@@ -169,7 +171,7 @@ void TranslationScheduler::receive(const Request &request, const Answer &answer)
         return;
     }
     m_failedTexts.insert(text::canonicalForm(request.text));
-    const QString description = localizedDescription(std::get<std::exception_ptr>(answer));
+    const QString description = std::get<Failure>(answer).description;
     if (request.passedOverLine) {
         m_receiver.passedOverLineFailed(request.text, description);
     } else {

@@ -11,7 +11,6 @@
 #include <QSet>
 
 #include <chrono>
-#include <exception>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -90,7 +89,11 @@ private:
         std::chrono::milliseconds duration;
     };
     using Turn = std::variant<Rest, Wait, Request>;
-    using Answer = std::variant<QString, std::exception_ptr>;
+    struct Failure
+    {
+        QString description;
+    };
+    using Answer = std::variant<QString, Failure>;
 
     /// The worker's loop. It ends when there is nothing to do, or when it is no longer the current worker.
     static QCoro::Task<> processPendingTranslations(QPointer<TranslationScheduler> self, QUuid workerID);

@@ -18,7 +18,7 @@ struct VirtualClock::Sleeper
 
 struct VirtualClock::Awaiter
 {
-    Sleeper *sleeper; // owned by the coroutine that waits: a counted reference in an awaiter is miscompiled
+    std::shared_ptr<Sleeper> sleeper;
 
     bool await_ready() const { return false; }
     void await_suspend(std::coroutine_handle<> waiting) const { sleeper->waiting = waiting; }
@@ -36,7 +36,9 @@ QCoro::Task<> VirtualClock::sleepFor(std::chrono::nanoseconds duration)
 {
     auto sleeper = std::make_shared<Sleeper>(Sleeper {m_elapsed + duration, m_sleepCount++, nullptr});
     m_sleepers.push_back(sleeper);
-    co_await Awaiter {sleeper.get()};
+    // With a name: the compiler destroys an aggregate twice that is made in the awaiting expression.
+    const Awaiter awaiter {sleeper};
+    co_await awaiter;
 }
 
 void VirtualClock::advance(std::chrono::nanoseconds duration)

@@ -1,0 +1,136 @@
+#include "session/SessionTranslator.h"
+
+#include "glossary/LumaphoneGlossaryStore.h"
+#include "storage/LumaphoneSettings.h"
+#include "support/Coroutines.h"
+#include "support/GlossaryTerms.h"
+#include "support/MemoryDefaultsStore.h"
+#include "support/MemoryKeychain.h"
+#include "support/ScriptedTranslationFramework.h"
+#include "translation/LumaphoneAppleTranslationService.h"
+#include "translation/OpenAICompatibleTranslationError.h"
+#include "translation/OpenAICompatibleTranslationService.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+using enum AppleSystemSpeechLanguage;
+
+namespace {
+
+struct Translators
+{
+    QTemporaryDir folder;
+    MemoryDefaultsStore defaults;
+    MemoryKeychain keychain;
+    LumaphoneSettings settings {defaults, keychain};
+    LumaphoneGlossaryStore glossary {folder.path(), [](const QString &) {
+                                     }};
+    ScriptedTranslationFramework framework;
+    LumaphoneAppleTranslationService apple {framework};
+    OpenAICompatibleTranslationService custom;
+    SessionTranslator translator {settings, glossary, apple, custom};
+
+    QString translate(const char *text, AppleSystemSpeechLanguage language)
+    {
+        return test::waitFor(translator.translateText(QString::fromUtf8(text), language, {}));
+    }
+};
+
+} // namespace
+
+class SessionTranslatorTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theProvidersNameFollowsTheMode()
+    {
+        Translators session;
+        QCOMPARE(session.translator.providerName(), QStringLiteral("Apple Translation"));
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        QCOMPARE(session.translator.providerName(), QStringLiteral("自定義 API"));
+    }
+
+    void languagesHaveSourceIdentifiers()
+    {
+        QCOMPARE(translationSourceIdentifier(japanese), QStringLiteral("ja"));
+        QCOMPARE(translationSourceIdentifier(english), QStringLiteral("en"));
+        QCOMPARE(translationSourceIdentifier(korean), QStringLiteral("ko"));
+        QCOMPARE(translationSourceIdentifier(mandarin), QStringLiteral("zh-Hant"));
+        QCOMPARE(translationSourceIdentifier(automatic), QStringLiteral("ja"));
+    }
+
+    void mandarinReachesNoProvider()
+    {
+        Translators session;
+        QCOMPARE(session.translate("你好", mandarin), QStringLiteral("你好"));
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        QCOMPARE(session.translate("你好", mandarin), QStringLiteral("你好"));
+        QVERIFY(session.framework.translations.isEmpty());
+    }
+
+    void thePlatformTranslatesIntoTraditionalChinese()
+    {
+        Translators session;
+        QCOMPARE(session.translate("hello", english), QStringLiteral("en->zh-Hant:hello"));
+    }
+
+    void preservedTermsAreProtectedOnTheDevice()
+    {
+        Translators session;
+        session.glossary.add(preserved(QStringLiteral("Lumaphone")));
+        session.glossary.add(translated(QStringLiteral("hello"), QStringLiteral("哈囉")));
+        QCOMPARE(
+            session.translate("hello Lumaphone", english), QStringLiteral("en->zh-Hant:hello Lumaphone"));
+        QCOMPARE(session.framework.translations.size(), 1);
+        QVERIFY(!session.framework.translations[0].text.contains(QStringLiteral("Lumaphone")));
+        QVERIFY(session.framework.translations[0].text.startsWith(QStringLiteral("hello ")));
+    }
+
+    void theCustomProviderIsAskedInItsMode()
+    {
+        Translators session;
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        session.settings.setProviderBaseURL(QString());
+        QVERIFY_EXCEPTION_THROWN(session.translate("hello", english), OpenAICompatibleTranslationError);
+        QVERIFY(session.framework.translations.isEmpty());
+    }
+
+    void failuresReachTheCaller()
+    {
+        Translators session;
+        session.framework.translateError
+            = std::make_exception_ptr(TranslationFrameworkError(QStringLiteral("壞了")));
+        QVERIFY_EXCEPTION_THROWN(session.translate("hello", english), LocalizedError);
+    }
+
+    void warmingPreparesThePlatformOnly()
+    {
+        Translators session;
+        session.framework.isReady = false;
+        session.translator.warm(korean);
+        settle();
+        QCOMPARE(session.framework.preparations, QList<QString> {QStringLiteral("ko->zh-Hant")});
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        session.translator.warm(english);
+        settle();
+        QCOMPARE(session.framework.preparations.size(), 1);
+    }
+
+    void aWarmUpThatFailsIsSilent()
+    {
+        Translators session;
+        session.framework.isReady = false;
+        session.framework.prepareError
+            = std::make_exception_ptr(TranslationFrameworkError(QStringLiteral("壞了")));
+        session.translator.warm(korean);
+        settle();
+        QCOMPARE(session.framework.preparations.size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(SessionTranslatorTest)
+#include "SessionTranslatorTest.moc"

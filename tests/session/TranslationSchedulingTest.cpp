@@ -1,0 +1,488 @@
+#include "base/Text.h"
+#include "support/LiveSession.h"
+
+#include <QSet>
+#include <QTest>
+
+#include <random>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+using namespace std::chrono_literals;
+using enum AppleSystemSpeechLanguage;
+
+namespace {
+
+const QString pending = pendingTranslationPlaceholder.toString();
+
+QString t(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+ScriptedTranslator::Plan after(std::chrono::milliseconds delay, bool endsWhenStopped = true)
+{
+    return {delay, QString(), endsWhenStopped};
+}
+
+} // namespace
+
+/// When which text is translated, seen from the session and in virtual time.
+class TranslationSchedulingTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void threePartialResultsMakeOneRequestForTheNewest()
+    {
+        LiveSession session;
+        session.started();
+        for (const char *text : {"今日", "今日は", "今日は雨"}) {
+            session.partial(text);
+            session.clock->advance(100ms);
+        }
+        QVERIFY(session.translator->calls.empty());
+        session.clock->advance(1s);
+        QCOMPARE(session.requested(), QStringList {t("今日は雨")});
+        const auto at = session.translator->calls[0].at;
+        QVERIFY(at >= 450ms && at < 450ms + TranslationScheduler::pollInterval);
+        QCOMPARE(session.translationOfLine(0), t("譯:今日は雨"));
+        QCOMPARE(session.controller->translatedText(), t("譯:今日は雨"));
+        QCOMPARE(session.controller->status(), t("Apple Translation 已完成字幕。"));
+    }
+
+    void aFinalResultIsTranslatedWithoutWaiting()
+    {
+        LiveSession session;
+        session.started();
+        session.final("今日は雨です");
+        QVERIFY(session.translator->calls.empty());
+        settle();
+        QCOMPARE(session.requested(), QStringList {t("今日は雨です")});
+        QCOMPARE(session.translationOfLine(0), t("譯:今日は雨です"));
+    }
+
+    void aFinalResultEndsTheWaitingAtTheWorkersNextTurn()
+    {
+        LiveSession session;
+        session.started();
+        session.partial("今日は");
+        session.clock->advance(100ms);
+        session.final("今日は雨");
+        session.clock->advance(TranslationScheduler::pollInterval);
+        QCOMPARE(session.requested(), QStringList {t("今日は雨")});
+        QCOMPARE(session.translator->calls[0].at, 140ms);
+    }
+
+    void theNextBurstBeginsWithTheNextPartialResult()
+    {
+        LiveSession session;
+        session.started();
+        session.partial("今日は");
+        session.clock->advance(2s);
+        session.partial("今日は雨");
+        session.clock->advance(300ms);
+        QCOMPARE(session.translator->calls.size(), std::size_t(1));
+        session.clock->advance(300ms);
+        QCOMPARE(session.requested(), (QStringList {t("今日は"), t("今日は雨")}));
+        QVERIFY(session.translator->calls[1].at >= 2450ms);
+    }
+
+    void theSameTextIsNotTranslatedTwice()
+    {
+        LiveSession session;
+        session.started();
+        session.partial("がく");
+        session.clock->advance(1s);
+        session.partial("か\u3099く");
+        session.final("がく");
+        session.clock->advance(1s);
+        QCOMPARE(session.translator->calls.size(), std::size_t(1));
+        QCOMPARE(session.translationOfLine(0), t("譯:がく"));
+        QVERIFY(session.controller->captionLines().at(0).isFinal);
+    }
+
+    void theTextUnderWayIsNotRequestedAgain()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return after(1s);
+        };
+        session.started();
+        session.final("はい");
+        session.clock->advance(100ms);
+        session.final("はい");
+        session.clock->advance(5s);
+        QCOMPARE(session.translator->calls.size(), std::size_t(1));
+        QCOMPARE(session.translationOfLine(0), t("譯:はい"));
+    }
+
+    void theSameWordsInANewLineGetTheKnownTranslation()
+    {
+        LiveSession session;
+        session.started();
+        session.final("はい");
+        session.clock->advance(20s);
+        session.final("はい");
+        session.clock->advance(1s);
+        QCOMPARE(session.controller->captionLines().size(), 2);
+        QCOMPARE(session.translator->calls.size(), std::size_t(1));
+        QCOMPARE(session.translationOfLine(1), t("譯:はい"));
+        QCOMPARE(session.controller->status(), t("Apple Translation 已完成字幕。"));
+    }
+
+    void aNewerTextWaitsForTheOneUnderWay()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return after(2s);
+        };
+        session.started();
+        session.final("一番目の文です");
+        session.clock->advance(20ms);
+        session.final("Second sentence");
+        session.clock->advance(1900ms);
+        QCOMPARE(session.translator->calls.size(), std::size_t(1));
+        QVERIFY(!session.translator->calls[0].stop.stop_requested());
+        session.clock->advance(5s);
+        QCOMPARE(session.requested(), (QStringList {t("一番目の文です"), t("Second sentence")}));
+        QCOMPARE(session.translationOfLine(0), t("譯:一番目の文です"));
+        QCOMPARE(session.translationOfLine(1), t("譯:Second sentence"));
+    }
+
+    void passedOverFinalLinesAreCaughtUpOldestFirst()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return after(2s);
+        };
+        session.started();
+        for (const char *text : {"一番目の文です", "Second sentence", "세 번째 문장", "Fourth one of all"}) {
+            session.final(text);
+            session.clock->advance(20ms);
+        }
+        session.clock->advance(20s);
+        QCOMPARE(session.requested(),
+            (QStringList {
+                t("一番目の文です"), t("Fourth one of all"), t("Second sentence"), t("세 번째 문장")}));
+        for (const LumaphoneCaptionLine &line : session.controller->captionLines()) {
+            QCOMPARE(line.translatedText, ScriptedTranslator::translationOf(line.sourceText));
+        }
+        // What was caught up did not take the place of the newest caption.
+        QCOMPARE(session.panel.shown.constLast(), t("Fourth one of all | 譯:Fourth one of all"));
+        QCOMPARE(session.controller->translatedText(), t("譯:Fourth one of all"));
+    }
+
+    void catchingUpYieldsToANewerText_data()
+    {
+        QTest::addColumn<bool>("endsWhenStopped");
+        QTest::newRow("the provider ends at once") << true;
+        QTest::newRow("the provider goes on") << false;
+    }
+    void catchingUpYieldsToANewerText()
+    {
+        QFETCH(bool, endsWhenStopped);
+        LiveSession session;
+        session.translator->plan = [=](const QString &) {
+            return after(2s, endsWhenStopped);
+        };
+        session.started();
+        for (const char *text : {"一番目の文です", "Second sentence", "세 번째 문장"}) {
+            session.final(text);
+            session.clock->advance(20ms);
+        }
+        session.clock->advance(4500ms);
+        QCOMPARE(session.requested().constLast(), t("Second sentence"));
+        session.final("Quite another one");
+        QVERIFY(session.translator->calls[2].stop.stop_requested());
+        session.clock->advance(100ms);
+        QCOMPARE(
+            session.requested().constLast(), endsWhenStopped ? t("Quite another one") : t("Second sentence"));
+        session.clock->advance(20s);
+        for (const LumaphoneCaptionLine &line : session.controller->captionLines()) {
+            QCOMPARE(line.translatedText, ScriptedTranslator::translationOf(line.sourceText));
+        }
+        QCOMPARE(session.translator->calls.size(), std::size_t(endsWhenStopped ? 5 : 4));
+    }
+
+    void aFailedTextIsNotRetriedByItself()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {0ms, t("連線中斷"), true};
+        };
+        session.started();
+        session.partial("今日は");
+        session.clock->advance(30s);
+        QCOMPARE(session.translator->calls.size(), std::size_t(1));
+        QCOMPARE(session.controller->translatedText(), t("Apple Translation 無法完成：連線中斷"));
+        QCOMPARE(session.controller->status(), t("Apple Translation 錯誤：連線中斷"));
+        QCOMPARE(session.panel.shown.constLast(), t("Apple Translation 無法完成 | 連線中斷"));
+        QCOMPARE(session.translationOfLine(0), pending);
+        session.translator->plan = nullptr;
+        session.final("今日は");
+        settle();
+        QCOMPARE(session.translator->calls.size(), std::size_t(2));
+        QCOMPARE(session.translationOfLine(0), t("譯:今日は"));
+    }
+
+    void aFailureIsShownAlsoForAnOlderText()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &text) {
+            return ScriptedTranslator::Plan {1s, text == t("一") ? t("壞了") : QString(), true};
+        };
+        session.started();
+        session.final("一");
+        session.clock->advance(500ms);
+        session.partial("Another text");
+        session.clock->advance(500ms);
+        QCOMPARE(session.controller->status(), t("Apple Translation 錯誤：壞了"));
+        session.clock->advance(5s);
+        QCOMPARE(session.translationOfLine(1), t("譯:Another text"));
+        QCOMPARE(session.translationOfLine(0), pending);
+        QCOMPARE(session.translator->calls.size(), std::size_t(2));
+    }
+
+    void aCaughtUpLineThatFailsIsTriedOnce()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &text) {
+            return ScriptedTranslator::Plan {
+                500ms, text == t("Second sentence") ? t("壞了") : QString(), true};
+        };
+        session.started();
+        for (const char *text : {"一番目の文です", "Second sentence", "세 번째 문장"}) {
+            session.final(text);
+            session.clock->advance(20ms);
+        }
+        session.clock->advance(60s);
+        QCOMPARE(session.requested().count(t("Second sentence")), 1);
+        QCOMPARE(session.translationOfLine(1), pending);
+        QCOMPARE(session.translationOfLine(2), t("譯:세 번째 문장"));
+        QCOMPARE(session.controller->status(), t("Apple Translation 錯誤：壞了"));
+    }
+
+    void clearingGivesUpWhatIsUnderWay()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return after(1h, false);
+        };
+        session.started();
+        session.final("一番目の文です");
+        session.clock->advance(1s);
+        session.controller->clearCaptions();
+        QVERIFY(session.translator->calls[0].stop.stop_requested());
+        const QString hint = session.controller->translatedText();
+        session.translator->plan = nullptr;
+        session.final("Another text");
+        settle();
+        QCOMPARE(session.translationOfLine(0), t("譯:Another text"));
+        const QStringList shown = session.panel.shown;
+        session.clock->advance(2h);
+        QCOMPARE(session.panel.shown, shown);
+        QCOMPARE(session.controller->translatedText(), t("譯:Another text"));
+        QVERIFY(hint != session.controller->translatedText());
+    }
+
+    void aReplacedWorkersAnswerWritesNothing_data()
+    {
+        QTest::addColumn<QString>("error");
+        QTest::newRow("success") << QString();
+        QTest::newRow("failure") << QStringLiteral("壞了");
+    }
+    void aReplacedWorkersAnswerWritesNothing()
+    {
+        QFETCH(QString, error);
+        LiveSession session;
+        session.translator->plan = [=](const QString &) {
+            return ScriptedTranslator::Plan {5s, error, false};
+        };
+        session.started();
+        session.final("一番目の文です");
+        session.clock->advance(1s);
+        session.controller->clearCaptions();
+        // The same words in the next line: the late answer is not theirs.
+        session.translator->plan = [](const QString &) {
+            return after(20s);
+        };
+        session.final("一番目の文です");
+        const QString status = session.controller->status();
+        session.clock->advance(10s);
+        QCOMPARE(session.translationOfLine(0), pending);
+        QCOMPARE(session.controller->status(), status);
+        session.clock->advance(20s);
+        QCOMPARE(session.translationOfLine(0), t("譯:一番目の文です"));
+    }
+
+    void whatWasTranslatedBeforeClearingIsRequestedAgain()
+    {
+        LiveSession session;
+        session.started();
+        session.final("はい");
+        settle();
+        session.controller->clearCaptions();
+        session.final("はい");
+        settle();
+        QCOMPARE(session.translator->calls.size(), std::size_t(2));
+    }
+
+    void mandarinIsItsOwnTranslation()
+    {
+        LiveSession session;
+        session.started();
+        session.speech(t("你好嗎朋友"), true, mandarin);
+        settle();
+        QCOMPARE(session.translationOfLine(0), t("你好嗎朋友"));
+        QCOMPARE(session.controller->status(), t("原文已是中文，直接顯示。"));
+    }
+
+    void latinTextAttributedToMandarinIsTranslatedFromEnglish()
+    {
+        LiveSession session;
+        session.started();
+        session.speech(t("hello world"), true, mandarin);
+        settle();
+        QCOMPARE(session.translator->calls[0].language, english);
+        QCOMPARE(session.controller->captionLines()[0].sourceLanguage, mandarin);
+        QCOMPARE(session.controller->status(), t("Apple Translation 已完成字幕。"));
+    }
+
+    void aTranslationOfAnOlderTextLeavesTheNewestsStatusAlone()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return after(1s);
+        };
+        session.started();
+        session.final("一番目の文です");
+        session.clock->advance(500ms);
+        session.partial("Another text");
+        session.clock->advance(510ms);
+        QCOMPARE(session.translationOfLine(0), t("譯:一番目の文です"));
+        QCOMPARE(session.controller->status(), t("Apple Speech 即時轉錄中，正在更新台灣繁中翻譯。"));
+        QCOMPARE(session.panel.shown.constLast(), t("一番目の文です | 譯:一番目の文です"));
+    }
+
+    void theNewestOfEqualLinesGetsTheTranslation()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return after(30s);
+        };
+        session.started();
+        session.final("はい");
+        session.clock->advance(15s);
+        session.final("はい");
+        session.clock->advance(16s);
+        QCOMPARE(session.translationOfLine(1), t("譯:はい"));
+        session.clock->advance(60s);
+        QCOMPARE(session.translationOfLine(0), t("譯:はい"));
+    }
+
+    void stoppingLetsTheWorkerFinish()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return after(2s);
+        };
+        session.started();
+        session.final("一番目の文です");
+        session.clock->advance(20ms);
+        session.final("Second sentence");
+        session.clock->advance(20ms);
+        session.partial("세 번째");
+        session.controller->stop(true);
+        QVERIFY(!session.controller->isRunning());
+        session.clock->advance(20s);
+        QCOMPARE(
+            session.requested(), (QStringList {t("一番目の文です"), t("세 번째"), t("Second sentence")}));
+        for (const LumaphoneCaptionLine &line : session.controller->captionLines()) {
+            QVERIFY(line.isFinal);
+            QCOMPARE(line.translatedText, ScriptedTranslator::translationOf(line.sourceText));
+        }
+        QCOMPARE(session.clock->sleepers(), std::size_t(0));
+    }
+
+    void aControllerThatIsGoneEndsItsWorker()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return after(2s);
+        };
+        session.started();
+        session.final("一番目の文です");
+        session.clock->advance(100ms);
+        session.partial("Another text");
+        session.controller.reset();
+        session.clock->advance(10s);
+        QCOMPARE(session.translator->calls.size(), std::size_t(1));
+        QVERIFY(session.translator->calls[0].stop.stop_requested());
+        QCOMPARE(session.clock->sleepers(), std::size_t(0));
+    }
+
+    void everyFinalLineIsTranslatedOrItsRequestFailed_data()
+    {
+        QTest::addColumn<int>("failPercent");
+        QTest::addColumn<int>("slowestMs");
+        QTest::newRow("quick") << 0 << 50;
+        QTest::newRow("slow") << 0 << 6000;
+        QTest::newRow("slow and failing") << 40 << 3000;
+        QTest::newRow("broken") << 100 << 500;
+    }
+    void everyFinalLineIsTranslatedOrItsRequestFailed()
+    {
+        QFETCH(int, failPercent);
+        QFETCH(int, slowestMs);
+        for (unsigned seed = 0; seed < 25; ++seed) {
+            std::mt19937 random(seed);
+            const auto below = [&random](int limit) {
+                return int(random() % unsigned(limit));
+            };
+            LiveSession session;
+            QSet<QString> failed;
+            session.translator->plan = [&](const QString &text) {
+                const bool fails = below(100) < failPercent;
+                if (fails) {
+                    failed.insert(text);
+                }
+                return ScriptedTranslator::Plan {std::chrono::milliseconds(below(slowestMs)),
+                    fails ? QStringLiteral("壞了") : QString(), below(2) == 0};
+            };
+            session.started();
+            const QStringList stems {
+                t("今日は雨が降ります"), t("Good morning everyone"), t("안녕하세요 여러분"), t("はい")};
+            QString stem = stems[0];
+            int stopAt = below(40);
+            for (int event = 0; event < 40; ++event) {
+                if (event == stopAt) {
+                    session.controller->stop(false);
+                    break;
+                }
+                const bool isFinal = below(3) == 0;
+                session.speech(stem.left(1 + below(int(stem.size()))), isFinal);
+                if (isFinal) {
+                    stem = stems[below(int(stems.size()))]
+                        + (below(2) == 0 ? QString() : QString::number(event));
+                }
+                session.clock->advance(std::chrono::milliseconds(below(4) == 0 ? below(15'000) : below(300)));
+            }
+            session.clock->advance(10min);
+            QCOMPARE(session.clock->sleepers(), std::size_t(0));
+            int untranslated = 0;
+            for (const LumaphoneCaptionLine &line : session.controller->captionLines()) {
+                const bool isPending = line.translatedText == pending;
+                QVERIFY(
+                    isPending || line.translatedText == ScriptedTranslator::translationOf(line.sourceText));
+                QVERIFY2(!isPending || !line.isFinal || failed.contains(line.sourceText),
+                    qPrintable(line.sourceText));
+                untranslated += isPending ? 1 : 0;
+            }
+            QVERIFY(failPercent < 100 || untranslated == session.controller->captionLines().size());
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TranslationSchedulingTest)
+#include "TranslationSchedulingTest.moc"
