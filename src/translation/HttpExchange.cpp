@@ -53,26 +53,36 @@ HttpExchange::HttpExchange(std::shared_ptr<MainQueue> mainQueue, QNetworkAccessM
 
 void HttpExchange::abort(TransportError::Reason reason)
 {
-    if (!m_abortReason && !m_reply->isFinished()) {
+    if (!m_hasEnded) {
         m_abortReason = reason;
-        m_reply->abort();
+        end();
     }
 }
 
 void HttpExchange::readBody()
 {
+    if (m_hasEnded || !m_reply->isReadable()) {
+        return;
+    }
     m_body += m_reply->readAll();
     if (m_body.size() > m_limits.maximumBodyBytes) {
-        abort(TransportError::Reason::responseTooLarge);
+        end();
     }
 }
 
 void HttpExchange::finish()
 {
-    m_deadline.stop();
-    if (m_reply->isReadable()) {
-        m_body += m_reply->readAll();
+    readBody();
+    if (!m_hasEnded) {
+        end();
     }
+}
+
+void HttpExchange::end()
+{
+    // The reply may be going on: its connection ends with this object, once the answer has been received.
+    m_hasEnded = true;
+    m_deadline.stop();
     try {
         m_completion.resolve(outcome());
     } catch (const TransportError &) {

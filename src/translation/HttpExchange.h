@@ -50,6 +50,7 @@ private:
     void abort(TransportError::Reason reason);
     void readBody();
     void finish();
+    void end();
     HttpReply outcome() const;
     TransportError timedOut() const;
 
@@ -59,6 +60,7 @@ private:
     QTimer m_deadline;
     QByteArray m_body;
     std::optional<TransportError::Reason> m_abortReason;
+    bool m_hasEnded = false;
 };
 
 } // namespace lumaphone
