@@ -40,7 +40,8 @@ HttpExchange::HttpExchange(std::shared_ptr<MainQueue> mainQueue, QNetworkAccessM
     const QNetworkRequest &request, const QByteArray &body, HttpLimits limits)
     : m_limits(limits)
     , m_completion(std::move(mainQueue))
-    , m_reply(manager.post(request, body))
+    , m_request(body)
+    , m_reply(manager.post(request, &m_request))
 {
     // What the network delivers faster than it is read waits in the socket, not in memory.
     m_reply->setReadBufferSize(readBufferBytes);
@@ -121,6 +122,9 @@ HttpReply HttpExchange::outcome() const
     }
     if (error == QNetworkReply::OperationCanceledError) { // nobody aborted it: the library's own time-out
         throw timedOut();
+    }
+    if (m_request.wasReadAgain()) {
+        throw TransportError::closedUnanswered(m_reply->url());
     }
     throw TransportError::connectionFailed(m_reply->errorString());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Completion.h"
+#include "translation/OneShotBody.h"
 #include "translation/TransportError.h"
 
 #include <QByteArray>
@@ -56,6 +57,7 @@ private:
 
     HttpLimits m_limits;
     Completion<HttpReply> m_completion;
+    OneShotBody m_request;
     std::unique_ptr<QNetworkReply> m_reply;
     QTimer m_deadline;
     QByteArray m_body;
