@@ -123,7 +123,7 @@ HttpReply HttpExchange::outcome() const
     if (error == QNetworkReply::OperationCanceledError) { // nobody aborted it: the library's own time-out
         throw timedOut();
     }
-    if (m_request.wasReadAgain()) {
+    if (m_request.wasReadAgain() || (error == QNetworkReply::RemoteHostClosedError && !status)) {
         throw TransportError::closedUnanswered(m_reply->url());
     }
     throw TransportError::connectionFailed(m_reply->errorString());
