@@ -9,7 +9,7 @@ namespace lumaphone {
 
 namespace {
 
-constexpr qint64 readBufferBytes = 64 * 1024;
+constexpr qint64 readBufferBytes = 64LL * 1024;
 
 bool isSuccess(int status)
 {

@@ -72,7 +72,7 @@ QString translation(const HttpReply &reply, const QString &apiKey)
         throw Error::httpFailure(*reply.status, error_body::withoutSecret(body, apiKey));
     }
     const auto response = ChatCompletionResponse::decoded(reply.body);
-    const QString content
+    QString content
         = response.choices.isEmpty() ? QString() : text::trimmed(response.choices.first().message.content);
     if (content.isEmpty()) {
         throw Error(Error::Case::emptyResponse);
