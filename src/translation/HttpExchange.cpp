@@ -9,7 +9,7 @@ namespace lumaphone {
 
 namespace {
 
-constexpr qint64 readBufferBytes = 64 * 1024;
+constexpr qint64 readBufferBytes = 64LL * 1024;
 
 bool isSuccess(int status)
 {
@@ -40,7 +40,8 @@ HttpExchange::HttpExchange(std::shared_ptr<MainQueue> mainQueue, QNetworkAccessM
     const QNetworkRequest &request, const QByteArray &body, HttpLimits limits)
     : m_limits(limits)
     , m_completion(std::move(mainQueue))
-    , m_reply(manager.post(request, body))
+    , m_request(body)
+    , m_reply(manager.post(request, &m_request))
 {
     // What the network delivers faster than it is read waits in the socket, not in memory.
     m_reply->setReadBufferSize(readBufferBytes);
@@ -53,26 +54,36 @@ HttpExchange::HttpExchange(std::shared_ptr<MainQueue> mainQueue, QNetworkAccessM
 
 void HttpExchange::abort(TransportError::Reason reason)
 {
-    if (!m_abortReason && !m_reply->isFinished()) {
+    if (!m_hasEnded) {
         m_abortReason = reason;
-        m_reply->abort();
+        end();
     }
 }
 
 void HttpExchange::readBody()
 {
+    if (m_hasEnded || !m_reply->isReadable()) {
+        return;
+    }
     m_body += m_reply->readAll();
     if (m_body.size() > m_limits.maximumBodyBytes) {
-        abort(TransportError::Reason::responseTooLarge);
+        end();
     }
 }
 
 void HttpExchange::finish()
 {
-    m_deadline.stop();
-    if (m_reply->isReadable()) {
-        m_body += m_reply->readAll();
+    readBody();
+    if (!m_hasEnded) {
+        end();
     }
+}
+
+void HttpExchange::end()
+{
+    // The reply may be going on: its connection ends with this object, once the answer has been received.
+    m_hasEnded = true;
+    m_deadline.stop();
     try {
         m_completion.resolve(outcome());
     } catch (const TransportError &) {
@@ -111,6 +122,9 @@ HttpReply HttpExchange::outcome() const
     }
     if (error == QNetworkReply::OperationCanceledError) { // nobody aborted it: the library's own time-out
         throw timedOut();
+    }
+    if (m_request.wasReadAgain() || (error == QNetworkReply::RemoteHostClosedError && !status)) {
+        throw TransportError::closedUnanswered(m_reply->url());
     }
     throw TransportError::connectionFailed(m_reply->errorString());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Completion.h"
+#include "translation/OneShotBody.h"
 #include "translation/TransportError.h"
 
 #include <QByteArray>
@@ -50,15 +51,18 @@ private:
     void abort(TransportError::Reason reason);
     void readBody();
     void finish();
+    void end();
     HttpReply outcome() const;
     TransportError timedOut() const;
 
     HttpLimits m_limits;
     Completion<HttpReply> m_completion;
+    OneShotBody m_request;
     std::unique_ptr<QNetworkReply> m_reply;
     QTimer m_deadline;
     QByteArray m_body;
     std::optional<TransportError::Reason> m_abortReason;
+    bool m_hasEnded = false;
 };
 
 } // namespace lumaphone

@@ -72,7 +72,7 @@ QString translation(const HttpReply &reply, const QString &apiKey)
         throw Error::httpFailure(*reply.status, error_body::withoutSecret(body, apiKey));
     }
     const auto response = ChatCompletionResponse::decoded(reply.body);
-    const QString content
+    QString content
         = response.choices.isEmpty() ? QString() : text::trimmed(response.choices.first().message.content);
     if (content.isEmpty()) {
         throw Error(Error::Case::emptyResponse);
@@ -90,11 +90,17 @@ struct OpenAICompatibleTranslationService::State
     QNetworkAccessManager network;
     LruCache<QString, QString> translatedTextBySource {cacheCapacity};
     std::stop_source serviceIsGone;
+    /// An exchange succeeded, so that the next one may meet a connection that the server is about to close.
+    bool mayReuseConnection = false;
 
     static QCoro::Task<QString> translate(std::shared_ptr<State> state, QString text, QString source,
         OpenAICompatibleProviderConfiguration configuration, LumaphoneGlossaryPrompt glossaryPrompt,
         std::stop_token stop);
+    /// Sends and follows redirections.
     QCoro::Task<HttpReply> send(QNetworkRequest request, QByteArray body, std::stop_token stop);
+    /// Sends once; once more if a connection that was kept open since the last exchange ends unanswered.
+    QCoro::Task<HttpReply> exchange(
+        QNetworkRequest request, QByteArray body, QDeadlineTimer deadline, std::stop_token stop);
 };
 
 OpenAICompatibleTranslationService::OpenAICompatibleTranslationService(std::chrono::milliseconds timeout)
@@ -146,20 +152,39 @@ QCoro::Task<HttpReply> OpenAICompatibleTranslationService::State::send(
 {
     const QDeadlineTimer deadline(timeout, Qt::PreciseTimer);
     for (int redirections = 0;; ++redirections) {
-        if (stop.stop_requested()) {
-            throw TransportError::cancelled();
-        }
-        const std::chrono::milliseconds remaining(deadline.remainingTime());
-        HttpExchange exchange(mainQueue, network, request, body, {remaining, maximumResponseBytes});
-        const std::stop_callback cancelByCaller(stop, [&exchange] { exchange.cancel(); });
-        const std::stop_callback cancelByService(
-            serviceIsGone.get_token(), [&exchange] { exchange.cancel(); });
-        const HttpReply reply = co_await exchange.reply();
+        const HttpReply reply = co_await exchange(request, body, deadline, stop);
         const auto target = redirectionWithinOrigin(request.url(), reply);
         if (!target || redirections == maximumRedirections) {
             co_return reply;
         }
         request.setUrl(*target);
+    }
+}
+
+QCoro::Task<HttpReply> OpenAICompatibleTranslationService::State::exchange(
+    QNetworkRequest request, QByteArray body, QDeadlineTimer deadline, std::stop_token stop)
+{
+    for (;;) {
+        if (stop.stop_requested() || serviceIsGone.stop_requested()) {
+            throw TransportError::cancelled();
+        }
+        const std::chrono::milliseconds remaining(deadline.remainingTime());
+        HttpExchange attempt(mainQueue, network, request, body, {remaining, maximumResponseBytes});
+        const auto cancel = [&attempt] {
+            attempt.cancel();
+        };
+        const std::stop_callback cancelledByCaller(stop, cancel);
+        const std::stop_callback cancelledByService(serviceIsGone.get_token(), cancel);
+        try {
+            const HttpReply reply = co_await attempt.reply();
+            mayReuseConnection = true;
+            co_return reply;
+        } catch (const TransportError &error) {
+            const bool wasReused = std::exchange(mayReuseConnection, false);
+            if (error.reason() != TransportError::Reason::closedUnanswered || !wasReused) {
+                throw;
+            }
+        }
     }
 }
 

@@ -21,7 +21,7 @@ public:
     static constexpr std::chrono::milliseconds defaultTimeout = std::chrono::seconds(60);
     static constexpr std::size_t cacheCapacity = 1000;
     /// A successful response that is longer than this is not read to its end.
-    static constexpr qint64 maximumResponseBytes = 2 * 1024 * 1024;
+    static constexpr qint64 maximumResponseBytes = 2LL * 1024 * 1024;
 
     /// `timeout` bounds one whole exchange, redirections included.
     explicit OpenAICompatibleTranslationService(std::chrono::milliseconds timeout = defaultTimeout);

@@ -50,6 +50,11 @@ TransportError TransportError::unusableKey()
     return {Reason::unusableKey, QStringLiteral("API Key 含有換行或控制字元，無法傳送，請重新輸入。")};
 }
 
+TransportError TransportError::closedUnanswered(const QUrl &address)
+{
+    return {Reason::closedUnanswered, QStringLiteral("%1 沒有回應就關閉了連線。").arg(forPeople(address))};
+}
+
 TransportError TransportError::connectionFailed(const QString &description)
 {
     return {Reason::connectionFailed, description};

@@ -18,6 +18,7 @@ public:
         responseTooLarge, ///< a successful response is longer than any translation
         unsupportedAddress, ///< neither http nor https
         unusableKey, ///< the key holds line breaks or other control characters
+        closedUnanswered, ///< the server ended the connection instead of answering
         connectionFailed, ///< refused, unreachable, cut, not trusted, not HTTP: the text says which
     };
 
@@ -26,6 +27,7 @@ public:
     static TransportError responseTooLarge(const QUrl &address, qint64 maximumBytes);
     static TransportError unsupportedAddress(const QUrl &address);
     static TransportError unusableKey();
+    static TransportError closedUnanswered(const QUrl &address);
     /// With the text of the network library.
     static TransportError connectionFailed(const QString &description);
 

@@ -204,7 +204,7 @@ MisbehavingHttpServer::Behaviour flood(QByteArray head, qint64 size)
         connection.write(head);
         const auto left = std::make_shared<qint64>(size);
         const auto writeMore = [&connection, left] {
-            constexpr qint64 block = 64 * 1024;
+            constexpr qint64 block = 64LL * 1024;
             while (*left > 0 && connection.bytesToWrite() < 4 * block) {
                 const qint64 count = std::min(block, *left);
                 connection.write(QByteArray(count, 'x'));

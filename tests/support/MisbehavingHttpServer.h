@@ -49,6 +49,9 @@ public:
     /// Appends the behaviour for the next request that has none. The last one of all is used again and again.
     void thenAnswer(Behaviour behaviour) { m_script.push_back(std::move(behaviour)); }
 
+    /// The behaviour for every further request.
+    void alwaysAnswer(Behaviour behaviour) { m_script = {std::move(behaviour)}; }
+
     const QList<RecordedRequest> &requests() const { return m_requests; }
     /// Connections accepted so far, and those still open.
     int connections() const { return m_connections; }

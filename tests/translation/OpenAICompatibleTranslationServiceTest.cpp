@@ -368,13 +368,12 @@ private slots:
     void aTaskThatIsGivenUpStillFillsTheCache()
     {
         m_server->thenAnswer(behaviour::complete(QStringLiteral("好")));
+        m_server->thenAnswer(behaviour::complete(QStringLiteral("again")));
         {
             const auto givenUp = translate(QStringLiteral("Hello"));
         }
-        QVERIFY(test::waitUntil([this] { return m_server->requests().size() == 1; }));
-        m_server->thenAnswer(behaviour::complete(QStringLiteral("again")));
-        QVERIFY(test::waitUntil(
-            [this] { return translated(QStringLiteral("other")) == QStringLiteral("again"); }));
+        QVERIFY(test::waitUntil([this] { return m_server->bytesWritten() > 0; }));
+        QCOMPARE(translated(QStringLiteral("other")), QStringLiteral("again"));
         QCOMPARE(translated(QStringLiteral("Hello")), QStringLiteral("好"));
         QCOMPARE(m_server->requests().size(), 2);
     }

@@ -8,7 +8,7 @@ class SessionWithoutModel final : public TranslationSession
 {
 public:
     SessionWithoutModel(const LocaleLanguage &source, const LocaleLanguage &target)
-        : m_error(QStringLiteral("沒有安裝 %1 到 %2 的翻譯模型。").arg(source.identifier, target.identifier))
+        : m_reason(QStringLiteral("沒有安裝 %1 到 %2 的翻譯模型。").arg(source.identifier, target.identifier))
     {
     }
 
@@ -16,18 +16,18 @@ public:
 
     QCoro::Task<> prepareTranslation(std::stop_token) override
     {
-        throw m_error;
+        throw TranslationFrameworkError(m_reason);
         co_return;
     }
 
     QCoro::Task<TranslationResponse> translate(QString, std::stop_token) override
     {
-        throw m_error;
+        throw TranslationFrameworkError(m_reason);
         co_return {};
     }
 
 private:
-    TranslationFrameworkError m_error;
+    QString m_reason;
 };
 
 } // namespace
