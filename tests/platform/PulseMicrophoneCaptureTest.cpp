@@ -90,10 +90,9 @@ private slots:
     void makingAnInputRecordsNothing()
     {
         m_server->addMicrophone(QStringLiteral("microphone"));
-        const int before = m_server->recordings();
         const auto input = m_capture->makeInput(*defaultDevice());
         QVERIFY(m_capture->makeSession()->canAddInput(*input));
-        QCOMPARE(m_server->recordings(), before);
+        QCOMPARE(m_server->recordings(), 0);
     }
 
     void aDeviceThatHasGoneIsRefused()

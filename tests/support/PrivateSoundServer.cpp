@@ -5,6 +5,7 @@
 
 #include <sys/prctl.h>
 
+#include <algorithm>
 #include <csignal>
 #include <stdexcept>
 
@@ -196,7 +197,10 @@ int PrivateSoundServer::recordings() const
 {
     const QString list
         = control({QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("source-outputs")});
-    return static_cast<int>(list.split(QLatin1Char('\n'), Qt::SkipEmptyParts).size());
+    // Index, source, client, driver, format. A module that records for itself has no client.
+    const QStringList rows = list.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return static_cast<int>(std::count_if(rows.begin(), rows.end(),
+        [](const QString &row) { return row.section(QLatin1Char('\t'), 2, 2) != QStringLiteral("-"); }));
 }
 
 SoundPlayback PrivateSoundServer::play(const QString &filePath, const QString &output) const

@@ -69,7 +69,7 @@ public:
     void setDefaultMicrophone(const QString &name);
     /// What `pactl` prints, such as for {"list", "short", "source-outputs"}.
     QString control(const QStringList &arguments) const;
-    /// Number of streams that record at the moment.
+    /// Number of programs' streams that record at the moment.
     int recordings() const;
 
     /// Plays an audio file, on the default output if none is named.
