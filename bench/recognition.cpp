@@ -177,6 +177,7 @@ void compare(const DataSet &set)
     ours.print("lumaphone", words, soundSeconds);
     theirs.print("pocketsphinx_continuous", words, soundSeconds);
     std::printf("  user CPU, ratio          %.2f\n", ours.userSeconds / theirs.userSeconds);
+    std::fflush(stdout);
 }
 
 void recognise(const QString &path)
