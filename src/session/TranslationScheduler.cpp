@@ -146,8 +146,7 @@ QCoro::Task<TranslationScheduler::Answer> TranslationScheduler::answerTo(
 {
     Answer answer;
     try {
-        answer = co_await translator->translateText(
-            request.text, request.language, request.stop.get_token());
+        answer = co_await translator->translateText(request.text, request.language, request.stop.get_token());
     } catch (...) {
         answer = Failure {localizedDescription(std::current_exception())};
     }

@@ -215,8 +215,8 @@ private slots:
     void anotherSampleRateIsRefused()
     {
         Analysis analysis({sayingValues(english)});
-        const auto error
-            = thrownBy<SpeechFrameworkError>([&] { test::waitFor(analysis.analyzer().prepareToAnalyze(48000)); });
+        const auto error = thrownBy<SpeechFrameworkError>(
+            [&] { test::waitFor(analysis.analyzer().prepareToAnalyze(48000)); });
         QVERIFY(error);
         QCOMPARE(error->errorDescription(), QStringLiteral("語音辨識只接受 16000 Hz 的聲音。"));
     }
