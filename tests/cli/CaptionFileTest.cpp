@@ -199,7 +199,11 @@ private slots:
         QVERIFY(captions.waitForEnd());
         QVERIFY(!captions.crashed());
         QCOMPARE(captions.exitCode(), 0);
-        const json::Value last = json::parse(captions.outputLines().constLast());
+        json::Value last;
+        for (const QByteArray &line : captions.outputLines()) {
+            const json::Value event = json::parse(line);
+            last = json::text(event, "event") == "line" ? event : last;
+        }
         QCOMPARE(json::boolean(last, "isFinal"), true);
         QVERIFY(!json::text(last, "sourceText").isEmpty());
     }

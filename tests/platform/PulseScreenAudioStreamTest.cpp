@@ -311,7 +311,8 @@ private slots:
         m_server->unloadModule(speakers);
         const auto tone
             = m_server->playSamples(sine(700, 0.5, 20, 48000), 48000, 1, QStringLiteral("headphones"));
-        QVERIFY(waitUntil([&] { return hears(700); }));
+        QVERIFY2(waitUntil([&] { return hears(700); }),
+            qPrintable(m_sound->errors().join(u' ') + recordedSources().join(u' ')));
         QCOMPARE(m_sound->errors(), QStringList());
     }
 

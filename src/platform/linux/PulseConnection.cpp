@@ -234,7 +234,8 @@ void PulseConnection::waitForAnswer(const std::function<bool()> &condition)
     }
 }
 
-void PulseConnection::ask(Reply &reply, const std::function<pa_operation *()> &start)
+void PulseConnection::ask(
+    Reply &reply, const std::function<pa_operation *()> &start, const std::function<bool()> &isVoid)
 {
     const auto begin = [&] {
         const LoopLock lock(m_loop.get());
@@ -246,7 +247,10 @@ void PulseConnection::ask(Reply &reply, const std::function<pa_operation *()> &s
         return operation;
     };
     const OperationGuard operation(m_loop.get(), begin());
-    waitForAnswer([&reply] { return reply.hasArrived; });
+    waitForAnswer([&] { return reply.hasArrived || (isVoid && isVoid()); });
+    if (!reply.hasArrived) {
+        throw pulseError(QStringLiteral("聲音伺服器拒絕了要求"), PA_ERR_KILLED);
+    }
     if (reply.error != 0) {
         throw pulseError(QStringLiteral("聲音伺服器拒絕了要求"), reply.error);
     }

@@ -87,8 +87,10 @@ public:
 
     pa_context *context() const { return m_context.get(); }
     pa_threaded_mainloop *loop() const { return m_loop.get(); }
-    /// Starts an operation under the main loop's lock and waits for its reply.
-    void ask(Reply &reply, const std::function<pa_operation *()> &start);
+    /// Starts an operation under the main loop's lock and waits for its reply, or until `isVoid` says that
+    /// none will come, which is an error. `isVoid` is looked at whenever something has changed.
+    void ask(
+        Reply &reply, const std::function<pa_operation *()> &start, const std::function<bool()> &isVoid = {});
     /// Waits until `condition`, evaluated under the connection's lock, holds. False if `limit` passes first;
     /// without a limit it waits as long as the connection lasts.
     bool waitUntil(const std::function<bool()> &condition,

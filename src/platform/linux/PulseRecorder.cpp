@@ -107,7 +107,10 @@ void PulseRecorder::start()
         static_cast<PulseConnection::Reply *>(userData)->arrive(
             success ? 0 : pa_context_errno(pa_stream_get_context(stream)));
     };
-    m_connection.ask(reply, [&] { return pa_stream_cork(m_stream.get(), 0, takeSuccess, &reply); });
+    // The server forgets the request of a stream that it ends meanwhile.
+    m_connection.ask(
+        reply, [&] { return pa_stream_cork(m_stream.get(), 0, takeSuccess, &reply); },
+        [this] { return m_hasEnded.load(); });
 }
 
 void PulseRecorder::takeState()
