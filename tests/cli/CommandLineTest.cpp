@@ -31,6 +31,10 @@ private slots:
             {SoundFileInput {"talk.wav", true}, Language::automatic, OutputFormat::text});
         row("a file named like an input", {"./system"},
             {SoundFileInput {"./system", false}, Language::automatic, OutputFormat::text});
+        row("translated by the service", {"system", "--translate", "custom"},
+            {SystemAudioInput {}, Language::automatic, OutputFormat::text, TranslationChoice::custom});
+        row("not translated, with a draft", {"system", "--translate=off", "--draft"},
+            {SystemAudioInput {}, Language::automatic, OutputFormat::text, TranslationChoice::off, true});
         row("options in front", {"--language", "korean", "--format", "jsonl", "system"},
             {SystemAudioInput {}, Language::korean, OutputFormat::jsonLines});
         row("options with an equals sign", {"system", "--language=mandarin", "--format=text"},
@@ -68,6 +72,9 @@ private slots:
             QStringLiteral("不認得的語言：Japanese（可用 automatic、japanese、english、korean、mandarin）"));
         row("unknown format", {"caption", "system", "--format", "json"},
             QStringLiteral("不認得的輸出格式：json（可用 text、jsonl）"));
+        row("unknown translation", {"caption", "system", "--translate", "deepl"},
+            QStringLiteral("不認得的翻譯方式：deepl（可用 off、apple、custom）"));
+        row("draft without a verb", {"draft"}, QStringLiteral("draft 的用法：show 或 discard"));
         row("settings without a verb", {"settings"},
             QStringLiteral("settings 的用法：list、get KEY 或 set KEY VALUE"));
         row("settings set without a value", {"settings", "set", "lumaphone.provider.model"},
