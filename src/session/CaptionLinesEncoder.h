@@ -6,6 +6,7 @@
 #include <QByteArrayView>
 #include <QList>
 
+#include <utility>
 #include <vector>
 
 namespace lumaphone {
