@@ -35,6 +35,7 @@ std::vector<std::shared_ptr<StreamingRecognizer>> MissingModelEngine::makeRecogn
     const std::vector<QString> &localeIdentifiers, RecognitionSink) const
 {
     std::vector<std::shared_ptr<StreamingRecognizer>> recognizers;
+    recognizers.reserve(localeIdentifiers.size());
     for (const QString &locale : localeIdentifiers) {
         recognizers.push_back(std::make_shared<MissingModelRecognizer>(locale, m_description));
     }

@@ -41,6 +41,7 @@ std::vector<std::shared_ptr<StreamingRecognizer>> PocketSphinxEngine::makeRecogn
     const std::vector<QString> &localeIdentifiers, RecognitionSink sink) const
 {
     std::vector<std::shared_ptr<StreamingRecognizer>> recognizers;
+    recognizers.reserve(localeIdentifiers.size());
     for (const QString &locale : localeIdentifiers) {
         recognizers.push_back(
             std::make_shared<PocketSphinxRecognizer>(locale, PocketSphinxModel(m_modelFolder), sink));

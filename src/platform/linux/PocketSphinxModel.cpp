@@ -55,7 +55,7 @@ public:
     {
         const qsizetype end = m_bytes.indexOf('\0', m_position);
         require(end >= 0);
-        const QByteArray text(m_bytes.constData() + m_position, end - m_position);
+        QByteArray text(m_bytes.constData() + m_position, end - m_position);
         m_position = end + 1;
         return text;
     }
@@ -186,7 +186,7 @@ void validateMixtureWeights(const QByteArray &bytes)
     const qint64 rowSize = bits == 4 ? (qint64(columns) + 1) / 2 : columns;
     reader.take(clusters == 15 ? 16 : clusters);
     reader.require(features > 0 && rows > 0 && columns > 0);
-    reader.take(features * rows * rowSize);
+    reader.take(qint64(features) * rows * rowSize);
 }
 
 QByteArray bytesOf(const QString &path)
