@@ -3,6 +3,7 @@
 #include "platform/PcmBuffer.h"
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -25,7 +26,17 @@ public:
     void resetReusablePCMBuffers();
 
 private:
-    std::array<std::shared_ptr<PcmBuffer>, slotCount> m_slots;
+    struct Slot
+    {
+        std::shared_ptr<PcmBuffer> buffer;
+        /// Cleared by whoever drops the last reference, perhaps on another thread: what was read from the
+        /// buffer there happened before it is written again here.
+        std::shared_ptr<std::atomic<bool>> isLent;
+    };
+
+    static std::shared_ptr<PcmBuffer> lend(const Slot &slot);
+
+    std::array<Slot, slotCount> m_slots;
     std::size_t m_cursor = 0;
 };
 
