@@ -119,6 +119,23 @@ QString text(const Value &object, const char *key)
     return toText(value.get_ref<const std::string &>());
 }
 
+QList<QString> texts(const Value &object, const char *key)
+{
+    const Value &value = member(object, key);
+    if (!value.is_array()) {
+        failAt(key, "陣列");
+    }
+    QList<QString> result;
+    result.reserve(static_cast<qsizetype>(value.size()));
+    for (const Value &element : value) {
+        if (!element.is_string()) {
+            failAt(key, "字串的陣列");
+        }
+        result.append(toText(element.get_ref<const std::string &>()));
+    }
+    return result;
+}
+
 bool boolean(const Value &object, const char *key)
 {
     const Value &value = member(object, key);
@@ -164,6 +181,12 @@ QDateTime date(const Value &object, const char *key)
         failAt(key, "ISO 8601 日期");
     }
     return *value;
+}
+
+QString excerpt(const QString &text)
+{
+    constexpr qsizetype longest = 60;
+    return text.size() <= longest ? text : text.left(longest) + QStringLiteral("…");
 }
 
 bool has(const Value &object, const char *key)

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QList>
 #include <QString>
 #include <QUuid>
 
@@ -40,11 +41,14 @@ std::string fromText(const QString &text);
 // value is of another kind.
 const Value &member(const Value &object, const char *key);
 QString text(const Value &object, const char *key);
+QList<QString> texts(const Value &object, const char *key); ///< an array of strings
 bool boolean(const Value &object, const char *key);
 std::int64_t integer(const Value &object, const char *key);
 double number(const Value &object, const char *key);
 QUuid uuid(const Value &object, const char *key);
 QDateTime date(const Value &object, const char *key);
+/// What a message says of a text that should be another one: its beginning, if it is long.
+QString excerpt(const QString &text);
 /// Whether the key is present and not null.
 bool has(const Value &object, const char *key);
 

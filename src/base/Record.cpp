@@ -42,7 +42,11 @@ std::optional<QDateTime> dateFromIso8601(const QString &text)
         return std::nullopt;
     }
     const bool west = match.captured(3) == QLatin1String("-");
-    return QDateTime(day, time, QTimeZone::utc()).addSecs(west ? offsetSeconds : -offsetSeconds);
+    const QDateTime date
+        = QDateTime(day, time, QTimeZone::utc()).addSecs(west ? offsetSeconds : -offsetSeconds);
+    // The offset may lead to a year that cannot be written in four digits.
+    const int year = date.date().year();
+    return year >= 1 && year <= 9999 ? std::optional(date) : std::nullopt;
 }
 
 } // namespace lumaphone

@@ -13,6 +13,26 @@ class JsonTest : public QObject
     Q_OBJECT
 
 private slots:
+    void listsOfTextsAreRead()
+    {
+        const json::Value object = json::parse(R"({"a": ["x", "\ufeffy", ""], "b": [], "c": [1], "d": "x"})");
+        QCOMPARE(json::texts(object, "a"), (QStringList {"x", QStringLiteral("\ufeffy"), ""}));
+        QCOMPARE(json::texts(object, "b"), QStringList());
+        for (const char *key : {"c", "d", "e"}) {
+            const auto error = test::thrownBy<json::DecodingError>([&] { json::texts(object, key); });
+            QVERIFY(error);
+            QVERIFY(error->errorDescription().contains(QString::fromLatin1(key)));
+        }
+    }
+
+    void aMessageQuotesTheBeginningOfALongText()
+    {
+        QCOMPARE(json::excerpt(QStringLiteral("short")), QStringLiteral("short"));
+        QCOMPARE(json::excerpt(QString(60, QLatin1Char('x'))).size(), 60);
+        QCOMPARE(json::excerpt(QString(61, QLatin1Char('x'))),
+            QString(60, QLatin1Char('x')) + QStringLiteral("…"));
+    }
+
     void prettyTextHasSortedKeysAndTwoBlanks()
     {
         const json::Value value {{"b", {1, true, nullptr}}, {"a", "台\"\n"}, {"c", json::Value::object()}};

@@ -81,6 +81,12 @@ private slots:
         QTest::newRow("offset of 24 hours") << "2026-01-31T08:05:09+24:00" << none;
         QTest::newRow("offset of 60 minutes") << "2026-01-31T08:05:09+01:60" << none;
         QTest::newRow("blank at the end") << "2026-01-31T08:05:09Z " << none;
+        QTest::newRow("the last second") << "9999-12-31T23:59:59Z"
+                                         << "9999-12-31T23:59:59Z";
+        QTest::newRow("a second after the last") << "9999-12-31T23:59:59-00:01" << none;
+        QTest::newRow("the first second") << "0001-01-01T00:00:00Z"
+                                          << "0001-01-01T00:00:00Z";
+        QTest::newRow("before the first second") << "0001-01-01T00:00:00+00:01" << none;
         QTest::newRow("empty") << "" << none;
     }
     void datesAreRead()

@@ -1,0 +1,16 @@
+#include "base/LocalizedDate.h"
+
+namespace lumaphone {
+
+QString localizedDateText(const QDateTime &date, const QLocale &locale)
+{
+    QString format = locale.dateTimeFormat(QLocale::ShortFormat);
+    // Some languages part the day into more than two halves, which the toolkit does not know how to write.
+    const bool isQuoted = format.contains(QLatin1Char('\''));
+    if (!isQuoted) {
+        format.replace(QLatin1Char('B'), QStringLiteral("AP"));
+    }
+    return locale.toString(date.toLocalTime(), format);
+}
+
+} // namespace lumaphone
