@@ -11,6 +11,7 @@ namespace lumaphone {
 struct SystemAudioSampleSummary
 {
     QString detail;
+    bool isSilent = false; ///< it held samples, and all of them were zero
 
     bool operator==(const SystemAudioSampleSummary &) const = default;
 };

@@ -2,7 +2,9 @@
 
 #include <QTest>
 
+#include <array>
 #include <limits>
+#include <span>
 
 using namespace lumaphone;
 
@@ -72,6 +74,20 @@ private slots:
         buffer.durationSeconds = 0.25;
         QCOMPARE(makeSummary(buffer, QLocale(QLocale::English, QLocale::UnitedStates)).detail,
             QStringLiteral("12000 frames, duration 0.250s"));
+    }
+
+    void soundThatIsAllZeroIsSilent()
+    {
+        std::array<std::byte, 8> left {};
+        std::array<std::byte, 8> right {};
+        const std::array<std::span<const std::byte>, 2> planes {left, right};
+        AudioSampleBuffer buffer;
+        buffer.frames = 4;
+        QVERIFY2(!makeSummary(buffer, QLocale::c()).isSilent, "no samples at all");
+        buffer.planes = planes;
+        QVERIFY(makeSummary(buffer, QLocale::c()).isSilent);
+        right.back() = std::byte {1};
+        QVERIFY(!makeSummary(buffer, QLocale::c()).isSilent);
     }
 };
 

@@ -6,6 +6,7 @@
 #include <QSet>
 #include <QTest>
 
+#include <algorithm>
 #include <csignal>
 
 using namespace lumaphone;
@@ -70,9 +71,24 @@ QString heardInFiles(const QStringList &paths)
     return text;
 }
 
-bool waitUntilRecording(const PrivateSoundServer &server)
+/// Whether final lines with most of these words come, while the sound goes on in silence.
+bool waitUntilHeard(RunningProgram &captions, const QString &expected)
 {
-    return test::waitUntil([&server] { return server.recordings() > 0; }, 30000);
+    return test::waitUntil(
+        [&] { return heardShare(expected, finalLines(captions).join(QLatin1Char(' '))) > 0.6; }, 30000);
+}
+
+bool records(const PrivateSoundServer &server, const QString &source)
+{
+    const std::vector<test::SoundRecording> recordings = server.recordings();
+    return std::any_of(recordings.begin(), recordings.end(), [&](const test::SoundRecording &recording) {
+        return !recording.isPaused && recording.source == source;
+    });
+}
+
+bool waitUntilRecording(const PrivateSoundServer &server, const QString &source = "speakers.monitor")
+{
+    return test::waitUntil([&] { return records(server, source); }, 30000);
 }
 
 bool waitUntilPlayed(const test::SoundPlayback &playback)
@@ -98,13 +114,11 @@ private slots:
             const auto playback = server.play(file);
             QVERIFY(waitUntilPlayed(playback));
         }
+        QVERIFY2(waitUntilHeard(captions, heardInFiles(files)), captions.output());
         captions.signal(SIGINT);
         QVERIFY(captions.waitForEnd());
         QVERIFY(!captions.crashed());
         QCOMPARE(captions.exitCode(), 0);
-        const QString heard = finalLines(captions).join(QLatin1Char(' '));
-        const double share = heardShare(heardInFiles(files), heard);
-        QVERIFY2(share > 0.7, qPrintable(QStringLiteral("%1: %2").arg(share).arg(heard)));
     }
 
     void theSessionFollowsTheDefaultOutput()
@@ -116,22 +130,15 @@ private slots:
         RunningProgram captions(program, captionCommand("system"));
         QVERIFY(waitUntilRecording(server));
         server.setDefaultOutput("headphones");
-        QVERIFY(test::waitUntil(
-            [&server] {
-                const QString sources = server.control({"list", "sources"});
-                const qsizetype headphones = sources.indexOf("headphones.monitor");
-                return server.control({"list", "source-outputs"}).contains("Lumaphone") && headphones >= 0
-                    && server.recordings() == 1;
-            },
-            30000));
+        QVERIFY(waitUntilRecording(server, "headphones.monitor"));
+        QVERIFY(!records(server, "speakers.monitor"));
         const QString file = PrivateSoundServer::speechFiles().constFirst();
         const auto playback = server.play(file, "headphones");
         QVERIFY(waitUntilPlayed(playback));
+        QVERIFY2(waitUntilHeard(captions, heardInFiles({file})), captions.output());
         captions.signal(SIGTERM);
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.exitCode(), 0);
-        const QString heard = finalLines(captions).join(QLatin1Char(' '));
-        QVERIFY2(heardShare(heardInFiles({file}), heard) > 0.6, qPrintable(heard));
     }
 
     void theMicrophoneIsCaptioned()
@@ -141,15 +148,14 @@ private slots:
         server.addMicrophone("desk", 48000, 2);
         server.setDefaultMicrophone("desk");
         RunningProgram captions(program, captionCommand("microphone"));
-        QVERIFY(waitUntilRecording(server));
+        QVERIFY(waitUntilRecording(server, "desk"));
         const QString file = PrivateSoundServer::speechFiles().constFirst();
         const auto playback = server.play(file, "desk_room");
         QVERIFY(waitUntilPlayed(playback));
+        QVERIFY2(waitUntilHeard(captions, heardInFiles({file})), captions.output());
         captions.signal(SIGINT);
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.exitCode(), 0);
-        const QString heard = finalLines(captions).join(QLatin1Char(' '));
-        QVERIFY2(heardShare(heardInFiles({file}), heard) > 0.7, qPrintable(heard));
     }
 
     void aMonitorIsNoMicrophone()
@@ -162,7 +168,7 @@ private slots:
         QVERIFY2(captions.output().contains(
                      "目前找不到可用的麥克風輸入。請確認外接麥克風已連接，並在系統設定選成目前輸入裝置。"),
             captions.output());
-        QCOMPARE(server.recordings(), 0);
+        QVERIFY(server.recordings().empty());
     }
 
     void aComputerWithoutAnOutputIsSaid()

@@ -232,11 +232,11 @@ private slots:
         start();
         QCOMPARE(m_session->inputs().size(), std::size_t(1));
         QCOMPARE(m_session->outputs().size(), std::size_t(1));
-        QVERIFY(waitUntil([&] { return m_server->recordings() == 1; }));
+        QVERIFY(waitUntil([&] { return m_server->recordings().size() == 1; }));
         const std::size_t buffers = m_sound->buffers();
         QVERIFY(waitUntil([&] { return m_sound->buffers() > buffers; }));
         test::waitFor(m_session->startRunning());
-        QCOMPARE(m_server->recordings(), 1);
+        QCOMPARE(m_server->recordings().size(), std::size_t(1));
         QCOMPARE(m_sound->errors(), QStringList());
     }
 
@@ -254,7 +254,7 @@ private slots:
         start();
         m_session->removeInput(m_session->inputs().front());
         QVERIFY(!m_session->isRunning());
-        QVERIFY(waitUntil([&] { return m_server->recordings() == 0; }));
+        QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
     }
 
     void aStuckServerDelaysNoStop()
@@ -291,7 +291,7 @@ private slots:
             m_session->stopRunning();
             QVERIFY(!m_session->isRunning());
         }
-        QVERIFY(waitUntil([&] { return m_server->recordings() == 0; }));
+        QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
         QVERIFY(waitUntil([&] { return threadCount() == threads; }));
         QCOMPARE(m_sound->errors(), QStringList());
     }

@@ -95,7 +95,7 @@ private slots:
             [&] { PulseRecorder recorder(*m_connection, wanted, speech, m_sink); });
         QVERIFY(error);
         QVERIFY2(error->errorDescription().contains(name), error->what());
-        QVERIFY(waitUntil([&] { return m_server->recordings() == 0; }));
+        QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
         QCOMPARE(m_bytes.load(), std::size_t(0));
     }
 

@@ -2,6 +2,9 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <sys/prctl.h>
 
@@ -193,14 +196,28 @@ void PrivateSoundServer::setDefaultMicrophone(const QString &name)
     control({QStringLiteral("set-default-source"), name});
 }
 
-int PrivateSoundServer::recordings() const
+std::vector<SoundRecording> PrivateSoundServer::recordings() const
 {
-    const QString list
-        = control({QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("source-outputs")});
-    // Index, source, client, driver, format. A module that records for itself has no client.
-    const QStringList rows = list.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    return static_cast<int>(std::count_if(rows.begin(), rows.end(),
-        [](const QString &row) { return row.section(QLatin1Char('\t'), 2, 2) != QStringLiteral("-"); }));
+    const auto rows = [this](const QString &kind) {
+        return QJsonDocument::fromJson(
+            control({QStringLiteral("--format=json"), QStringLiteral("list"), kind}).toUtf8())
+            .array();
+    };
+    const QJsonArray sources = rows(QStringLiteral("sources"));
+    const auto nameOf = [&](int index) {
+        const auto found = std::find_if(sources.begin(), sources.end(),
+            [&](const QJsonValue &source) { return source[u"index"].toInt() == index; });
+        return found == sources.end() ? QString() : (*found)[u"name"].toString();
+    };
+    std::vector<SoundRecording> recordings;
+    for (const QJsonValue &row : rows(QStringLiteral("source-outputs"))) {
+        // A module that records for itself has no client.
+        if (!row[u"client"].isNull()) {
+            recordings.push_back(
+                {row[u"index"].toInt(), nameOf(row[u"source"].toInt()), row[u"corked"].toBool()});
+        }
+    }
+    return recordings;
 }
 
 SoundPlayback PrivateSoundServer::play(const QString &filePath, const QString &output) const
@@ -212,8 +229,8 @@ SoundPlayback PrivateSoundServer::play(const QString &filePath, const QString &o
     return {command << filePath, nullptr};
 }
 
-SoundPlayback PrivateSoundServer::playSamples(
-    const std::vector<qint16> &samples, int rateHz, int channels, const QString &output) const
+SoundPlayback PrivateSoundServer::playSamples(const std::vector<qint16> &samples, int rateHz, int channels,
+    const QString &output, std::chrono::milliseconds ahead) const
 {
     auto file = std::make_unique<QTemporaryFile>(m_folder.filePath(QStringLiteral("samples")));
     const auto bytes = static_cast<qint64>(samples.size() * sizeof(qint16));
@@ -223,7 +240,8 @@ SoundPlayback PrivateSoundServer::playSamples(
     }
     QStringList command {QStringLiteral("pacat"), QStringLiteral("--playback"), QStringLiteral("--raw"),
         QStringLiteral("--format=s16ne"), QStringLiteral("--rate=%1").arg(rateHz),
-        QStringLiteral("--channels=%1").arg(channels), QStringLiteral("--latency-msec=500")};
+        QStringLiteral("--channels=%1").arg(channels),
+        QStringLiteral("--latency-msec=%1").arg(ahead.count())};
     if (!output.isEmpty()) {
         command << QStringLiteral("--device=") + output;
     }

@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -30,6 +31,14 @@ public:
 private:
     std::unique_ptr<QTemporaryFile> m_samples;
     std::unique_ptr<QProcess> m_player;
+};
+
+/// A program's recording, as the server lists it.
+struct SoundRecording
+{
+    int index;
+    QString source;
+    bool isPaused;
 };
 
 /// A sound server of the test's own, without hardware. While this object lives, PULSE_SERVER points to it,
@@ -69,14 +78,15 @@ public:
     void setDefaultMicrophone(const QString &name);
     /// What `pactl` prints, such as for {"list", "short", "source-outputs"}.
     QString control(const QStringList &arguments) const;
-    /// Number of programs' streams that record at the moment.
-    int recordings() const;
+    /// The recordings of programs, oldest first.
+    std::vector<SoundRecording> recordings() const;
 
     /// Plays an audio file, on the default output if none is named.
     SoundPlayback play(const QString &filePath, const QString &output = {}) const;
-    /// Plays interleaved 16-bit samples of this machine's byte order.
-    SoundPlayback playSamples(
-        const std::vector<qint16> &samples, int rateHz, int channels, const QString &output = {}) const;
+    /// Plays interleaved 16-bit samples of this machine's byte order. The server keeps `ahead` of it in
+    /// store: much of it bridges the pauses of a busy machine.
+    SoundPlayback playSamples(const std::vector<qint16> &samples, int rateHz, int channels,
+        const QString &output = {}, std::chrono::milliseconds ahead = std::chrono::milliseconds(500)) const;
 
     /// Recordings of read English sentences that lie on the machine, in order.
     static QStringList speechFiles();

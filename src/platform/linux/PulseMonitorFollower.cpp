@@ -1,5 +1,6 @@
 #include "platform/linux/PulseMonitorFollower.h"
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <utility>
@@ -29,17 +30,25 @@ PulseMonitorFollower::PulseMonitorFollower(const PulseOptions &options, std::sto
 void PulseMonitorFollower::start(const std::string &sinkName)
 {
     // Opening a stream causes events of its own; only the server's own entry tells of a new default.
-    m_connection.watch(PA_SUBSCRIPTION_MASK_SERVER, [this](pa_subscription_event_type_t, std::uint32_t) {
-        m_connection.change([this] { m_defaultMayHaveChanged = true; });
-    });
+    m_connection.watch(
+        static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SERVER | PA_SUBSCRIPTION_MASK_SINK),
+        [this](pa_subscription_event_type_t event, std::uint32_t) {
+            if ((event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) == PA_SUBSCRIPTION_EVENT_SERVER) {
+                m_connection.change([this] { m_defaultMayHaveChanged = true; });
+            } else if ((event & PA_SUBSCRIPTION_EVENT_TYPE_MASK) != PA_SUBSCRIPTION_EVENT_CHANGE) {
+                m_connection.change([this] { m_outputsMayHaveChanged = true; });
+            }
+        });
     record(sinkName);
 }
 
 void PulseMonitorFollower::follow()
 {
     for (;;) {
-        m_connection.waitUntil([this] { return m_defaultMayHaveChanged || m_recorder->hasEnded(); });
+        m_connection.waitUntil(
+            [this] { return m_defaultMayHaveChanged || m_outputsMayHaveChanged || m_recorder->hasEnded(); });
         goToDefault();
+        prepareOthers();
     }
 }
 
@@ -81,10 +90,46 @@ void PulseMonitorFollower::record(const std::string &sinkName)
         throw CaptureServiceError(
             QStringLiteral("聲音伺服器中止了聲音輸出「%1」的錄音。").arg(readable(sinkName)));
     }
-    auto recorder = std::make_unique<PulseRecorder>(m_connection, monitor, m_sampleSpec, m_sink);
+    std::unique_ptr<PulseRecorder> recorder = recorderOf(monitor);
     recorder->start();
     m_recorder = std::move(recorder);
     m_sinkName = sinkName;
+    m_connection.change([this] { m_outputsMayHaveChanged = true; });
+}
+
+/// The one prepared, or one made now.
+std::unique_ptr<PulseRecorder> PulseMonitorFollower::recorderOf(const PulseSource &monitor)
+{
+    const auto prepared = std::find_if(m_prepared.begin(), m_prepared.end(), [&](const auto &recorder) {
+        return recorder->source().index == monitor.index && !recorder->hasEnded();
+    });
+    if (prepared == m_prepared.end()) {
+        return std::make_unique<PulseRecorder>(m_connection, monitor, m_sampleSpec, m_sink);
+    }
+    std::unique_ptr<PulseRecorder> recorder = std::move(*prepared);
+    m_prepared.erase(prepared);
+    return recorder;
+}
+
+void PulseMonitorFollower::prepareOthers()
+{
+    m_connection.change([this] { m_outputsMayHaveChanged = false; });
+    std::erase_if(m_prepared, [](const auto &recorder) { return recorder->hasEnded(); });
+    for (const PulseSink &sink : m_connection.sinks()) {
+        const bool isKnown = sink.index == m_recorder->source().monitorOfSink
+            || std::any_of(m_prepared.begin(), m_prepared.end(),
+                [&](const auto &recorder) { return recorder->source().monitorOfSink == sink.index; });
+        if (isKnown) {
+            continue;
+        }
+        try {
+            m_prepared.push_back(
+                std::make_unique<PulseRecorder>(m_connection, monitorOf(sink.name), m_sampleSpec, m_sink));
+        } catch (const CaptureServiceError &) {
+            // An output that cannot be recorded matters once it is the default, and is asked again then.
+            m_connection.throwIfLost();
+        }
+    }
 }
 
 /// By name and by index, both ways: what is found under a monitor's name must record this very output.
