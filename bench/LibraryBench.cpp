@@ -1,6 +1,7 @@
 // The transcript library: opening and searching 10,000 records, saving and loading long sessions. The
-// revision question is answered by the built-in rule.
+// revision question is answered by the built-in rule, or by the helper as in the program.
 
+#include "session/LumaphoneTranscriptProcessor.h"
 #include "session/revision/RevisionRule.h"
 #include "storage/LumaphoneSettings.h"
 #include "storage/TranscriptLibraryStore.h"
@@ -40,15 +41,20 @@ struct Library
     MemoryDefaultsStore defaults;
     MemoryKeychain keychain;
     LumaphoneSettings settings {defaults, keychain};
+    RevisionQuestion areRevisions;
     std::unique_ptr<TranscriptLibraryStore> store;
 
-    Library() { open(); }
+    explicit Library(RevisionQuestion question = fallbackIsRevisionOfCurrentPartial)
+        : areRevisions(std::move(question))
+    {
+        open();
+    }
     TranscriptLibraryLayout layout() const { return TranscriptLibraryLayout::at(folder.path()); }
     void open()
     {
         store = std::make_unique<TranscriptLibraryStore>(TranscriptLibraryStore::Environment {
             .layout = layout(),
-            .isRevision = fallbackIsRevisionOfCurrentPartial,
+            .areRevisions = areRevisions,
             .clock = clock,
             .fileViewer = viewer,
             .makeUuid = &QUuid::createUuid,
@@ -133,6 +139,31 @@ void loadASession(benchmark::State &state)
     }
 }
 
+RevisionQuestion questionToTheHelper()
+{
+    return RevisionQuestion::aboutAll(
+        [processor = LumaphoneTranscriptProcessor(QStringLiteral(LUMAPHONE_CORE_CLI))](
+            const QStringList &texts) { return processor.areRevisions(texts); });
+}
+
+void saveASessionWithTheHelper(benchmark::State &state)
+{
+    Library library(questionToTheHelper());
+    const LiveTranscript live = library.live(state.range(0));
+    for (auto _ : state) {
+        library.store->save(live, library.settings);
+    }
+}
+
+void loadASessionWithTheHelper(benchmark::State &state)
+{
+    Library library(questionToTheHelper());
+    library.store->save(library.live(state.range(0)), library.settings);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(library.store->loadRecord(countedUuid(1)));
+    }
+}
+
 void compactLines(benchmark::State &state)
 {
     const TranscriptCompactor compactor(fallbackIsRevisionOfCurrentPartial);
@@ -160,6 +191,8 @@ BENCHMARK(filterByOneMoreLetter)->Arg(10'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(filterForTheFirstTime)->Arg(10'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(saveASession)->Arg(5'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(loadASession)->Arg(5'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(saveASessionWithTheHelper)->Arg(5'000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(loadASessionWithTheHelper)->Arg(5'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(saveIntoAFullLibrary)->Arg(10'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(compactLines)
     ->RangeMultiplier(10)

@@ -2,7 +2,6 @@
 // exits with status 0. A request it does not understand ends it with status 1 and no output.
 
 #include "session/revision/CoreRevisionExchange.h"
-#include "session/revision/RevisionRule.h"
 
 #include <unistd.h>
 
@@ -55,10 +54,7 @@ int main()
         return EXIT_FAILURE;
     }
     try {
-        const CoreRevisionRequest request = decodeCoreRevisionRequest(*input);
-        const CoreRevisionResponse response {
-            fallbackIsRevisionOfCurrentPartial(request.currentText, request.incomingText)};
-        return writeStandardOutput(encode(response)) ? EXIT_SUCCESS : EXIT_FAILURE;
+        return writeStandardOutput(answerOfTheRule(*input)) ? EXIT_SUCCESS : EXIT_FAILURE;
     } catch (const std::exception &) {
         return EXIT_FAILURE;
     }

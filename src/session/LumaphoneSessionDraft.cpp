@@ -8,7 +8,7 @@ namespace lumaphone {
 namespace {
 
 constexpr auto linesKey = "lines";
-constexpr auto sourceLanguageKey = "sourceLanguage";
+constexpr auto draftLanguageKey = "sourceLanguage";
 constexpr auto detectedLanguageKey = "detectedLanguage";
 constexpr auto startedAtKey = "startedAt";
 constexpr auto endedAtKey = "endedAt";
@@ -42,7 +42,7 @@ json::Value toJson(const LumaphoneSessionDraft &draft)
     }
     json::Value value {
         {linesKey, std::move(lines)},
-        {sourceLanguageKey, toJson(draft.sourceLanguage)},
+        {draftLanguageKey, toJson(draft.sourceLanguage)},
         {updatedAtKey, json::fromText(iso8601Text(draft.updatedAt))},
     };
     if (draft.detectedLanguage) {
@@ -61,7 +61,7 @@ LumaphoneSessionDraft sessionDraftFromJson(const json::Value &value)
 {
     return {
         .lines = linesFromJson(json::member(value, linesKey)),
-        .sourceLanguage = speechLanguage(value, sourceLanguageKey),
+        .sourceLanguage = speechLanguage(value, draftLanguageKey),
         .detectedLanguage = json::has(value, detectedLanguageKey)
             ? std::optional(speechLanguage(value, detectedLanguageKey))
             : std::nullopt,

@@ -50,4 +50,33 @@ bool LumaphoneTranscriptProcessor::isRevision(const QString &current, const QStr
     Q_UNREACHABLE();
 }
 
+QList<bool> LumaphoneTranscriptProcessor::areRevisions(const QStringList &texts) const
+{
+    if (const auto answers = coreRevisionDecisions(texts)) {
+        return *answers;
+    }
+    QList<bool> answers;
+    answers.reserve(texts.size());
+    for (qsizetype i = 1; i < texts.size(); ++i) {
+        answers.append(isRevision(texts[i - 1], texts[i]));
+    }
+    return answers;
+}
+
+/// The helper's answers to all questions at once, or none. Silent like a single question.
+std::optional<QList<bool>> LumaphoneTranscriptProcessor::coreRevisionDecisions(const QStringList &texts) const
+{
+    constexpr qsizetype fewestTexts = 3; // two make a single question
+    if (!m_executableURL || texts.size() < fewestTexts) {
+        return std::nullopt;
+    }
+    try {
+        const auto output = exchangeWithHelper(*m_executableURL, encode(CoreRevisionsRequest {texts}));
+        return output ? std::optional(decodeCoreRevisionsResponse(*output, texts.size() - 1).areRevisions)
+                      : std::nullopt;
+    } catch (const json::DecodingError &) {
+        return std::nullopt;
+    }
+}
+
 } // namespace lumaphone

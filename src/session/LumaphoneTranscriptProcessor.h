@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -34,7 +36,13 @@ public:
     /// The question as every caller puts it: the helper's answer, else the built-in rule's.
     bool isRevision(const QString &current, const QString &incoming) const;
 
+    /// isRevision() of each text but the first, and the one before it. A helper that understands it is asked
+    /// once for all, which spares thousands of processes for a long transcript; any other once for each.
+    QList<bool> areRevisions(const QStringList &texts) const;
+
 private:
+    std::optional<QList<bool>> coreRevisionDecisions(const QStringList &texts) const;
+
     std::optional<QString> m_executableURL;
 };
 

@@ -111,6 +111,16 @@ QString SystemAudioCaptureController::systemAudioErrorMessage(const std::excepti
     return texts::systemAudioErrorMessage(localizedDescription(error), m_audioInputSource);
 }
 
+void SystemAudioCaptureController::requestSystemAudioAccessIfNeeded()
+{
+    const auto sayStatus = [self = QPointer(this)](const QString &status) {
+        if (self) {
+            self->say(status);
+        }
+    };
+    m_access.request(LumaphoneAudioInputSource::systemAudio, sayStatus);
+}
+
 void SystemAudioCaptureController::start()
 {
     if (!std::holds_alternative<Idle>(m_state)) {
@@ -258,7 +268,11 @@ void SystemAudioCaptureController::dropPipeline()
 void SystemAudioCaptureController::enter(State state)
 {
     const bool wasRunning = isRunning();
+    const bool wasStarting = isStarting();
     m_state = std::move(state);
+    if (wasStarting != isStarting()) {
+        emit isStartingChanged();
+    }
     if (wasRunning != isRunning()) {
         emit isRunningChanged();
     }
@@ -328,6 +342,9 @@ void SystemAudioCaptureController::handle(const pipeline_event::AudioSample &eve
     }
     set(m_sampleBufferCount, m_sampleBufferCount + 1, &Self::sampleBufferCountChanged);
     set(m_lastSampleSummary, event.summary.detail, &Self::lastSampleSummaryChanged);
+    if (!event.summary.isSilent) {
+        emit soundArrived();
+    }
     if (m_transcript.isEmpty()) {
         say(texts::samplesReceived(m_sampleBufferCount, m_audioInputSource));
     }

@@ -89,6 +89,8 @@ public:
     /// Of the newest recognised text.
     const std::optional<AppleSystemSpeechLanguage> &detectedLanguage() const { return m_detectedLanguage; }
     bool isRunning() const { return std::holds_alternative<Running>(m_state); }
+    /// From start() until the session runs or could not start.
+    bool isStarting() const { return std::holds_alternative<Starting>(m_state); }
     const QString &status() const { return m_status; }
     /// Received in this session.
     qint64 sampleBufferCount() const { return m_sampleBufferCount; }
@@ -113,6 +115,9 @@ public:
     QString startStatusText() const;
     QString systemAudioErrorMessage(const std::exception_ptr &error) const;
 
+    /// Asks for the right to capture the computer's sound, unless it is there. Returns at once; every step is
+    /// a status.
+    void requestSystemAudioAccessIfNeeded();
     /// Returns at once; the session begins when access is granted and the pipeline captures.
     void start();
     /// Ends the session, or its beginning. What was recognised is still translated.
@@ -141,6 +146,9 @@ signals:
     void restoredDraftMessageChanged();
     /// The session could not start, or ended by itself; `message` is the status that says why.
     void sessionFailed(const QString &message);
+    void isStartingChanged();
+    /// A buffer that is not silent has come.
+    void soundArrived();
     /// A text remains without its translation.
     void captionTranslationFailed(const QString &sourceText, const QString &description);
     /// Nothing is left to translate.

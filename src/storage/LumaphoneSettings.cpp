@@ -125,8 +125,12 @@ void LumaphoneSettings::setProviderModel(const QString &model)
 
 OpenAICompatibleProviderConfiguration LumaphoneSettings::providerConfiguration() const
 {
-    return {text::trimmed(m_providerBaseURL), m_keychain.read(apiKeyAccount).value_or(QString()),
-        text::trimmed(m_providerModel)};
+    return {text::trimmed(m_providerBaseURL), readProviderAPIKey(m_keychain), text::trimmed(m_providerModel)};
+}
+
+QString LumaphoneSettings::readProviderAPIKey(const LumaphoneKeychain &keychain)
+{
+    return keychain.read(apiKeyAccount).value_or(QString());
 }
 
 void LumaphoneSettings::saveProviderAPIKey(const QString &key)

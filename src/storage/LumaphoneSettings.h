@@ -85,6 +85,8 @@ public:
 
     /// Base URL and model without white space at their ends, with the key that the keychain holds now, or "".
     OpenAICompatibleProviderConfiguration providerConfiguration() const;
+    /// The key in a keychain like keychain(), or "". May be called on any thread that may block.
+    static QString readProviderAPIKey(const LumaphoneKeychain &keychain);
     /// Keeps the key, without white space at its ends, in the keychain; a blank one deletes what is there.
     void saveProviderAPIKey(const QString &key);
 

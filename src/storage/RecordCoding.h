@@ -16,8 +16,8 @@ Enum choice(const json::Value &object, const char *key, std::optional<Enum> (*fr
     const QString raw = json::text(object, key);
     const std::optional<Enum> value = fromRawValue(raw);
     if (!value) {
-        throw json::DecodingError(
-            QStringLiteral("JSON 欄位「%1」的值「%2」不是已知的值。").arg(QString::fromUtf8(key), raw));
+        throw json::DecodingError(QStringLiteral("JSON 欄位「%1」的值「%2」不是已知的值。")
+                                      .arg(QString::fromUtf8(key), json::excerpt(raw)));
     }
     return *value;
 }

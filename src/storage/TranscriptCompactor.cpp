@@ -72,36 +72,11 @@ bool hasGrown(const QList<QString> &previous, const QList<QString> &incoming)
     return p <= 8 && n >= p + 2;
 }
 
-} // namespace
-
-TranscriptCompactor::TranscriptCompactor(RevisionQuestion isRevision)
-    : m_isRevision(std::move(isRevision))
+/// Whether two adjacent lines are one utterance.
+bool shouldMergeAdjacent(
+    const SavedTranscriptLine &previous, const SavedTranscriptLine &incoming, bool isRevision)
 {
-}
-
-QList<SavedTranscriptLine> TranscriptCompactor::compactSavedLines(
-    const QList<SavedTranscriptLine> &lines) const
-{
-    QList<SavedTranscriptLine> output;
-    output.reserve(lines.size());
-    for (const SavedTranscriptLine &raw : lines) {
-        SavedTranscriptLine line = normalized(raw);
-        if (line.sourceText.isEmpty()) {
-            continue;
-        }
-        if (!output.isEmpty() && shouldMergeAdjacent(output.constLast(), line)) {
-            output.last() = merged(output.constLast(), line);
-        } else {
-            output.append(std::move(line));
-        }
-    }
-    return output;
-}
-
-bool TranscriptCompactor::shouldMergeAdjacent(
-    const SavedTranscriptLine &previous, const SavedTranscriptLine &incoming) const
-{
-    if (m_isRevision(previous.sourceText, incoming.sourceText)) {
+    if (isRevision) {
         return true;
     }
     if (previous.sourceLanguage != incoming.sourceLanguage) {
@@ -120,6 +95,59 @@ bool TranscriptCompactor::shouldMergeAdjacent(
         return true;
     }
     return growsByCharacters(incoming.sourceLanguage) && hasGrown(before, after);
+}
+
+QList<SavedTranscriptLine> normalizedLines(const QList<SavedTranscriptLine> &lines)
+{
+    QList<SavedTranscriptLine> kept;
+    kept.reserve(lines.size());
+    for (const SavedTranscriptLine &raw : lines) {
+        SavedTranscriptLine line = normalized(raw);
+        if (!line.sourceText.isEmpty()) {
+            kept.append(std::move(line));
+        }
+    }
+    return kept;
+}
+
+QStringList sourceTexts(const QList<SavedTranscriptLine> &lines)
+{
+    QStringList texts;
+    texts.reserve(lines.size());
+    for (const SavedTranscriptLine &line : lines) {
+        texts.append(line.sourceText);
+    }
+    return texts;
+}
+
+} // namespace
+
+TranscriptCompactor::TranscriptCompactor(RevisionQuestion areRevisions)
+    : m_areRevisions(std::move(areRevisions))
+{
+}
+
+QList<SavedTranscriptLine> TranscriptCompactor::compactSavedLines(
+    const QList<SavedTranscriptLine> &lines) const
+{
+    const QList<SavedTranscriptLine> normalized = normalizedLines(lines);
+    if (normalized.isEmpty()) {
+        return {};
+    }
+    // A merged line has the text of the newer one, so that each line is compared with the one before it,
+    // whatever has been merged: all questions are known from the beginning.
+    const QList<bool> isRevision = m_areRevisions(sourceTexts(normalized));
+    Q_ASSERT(isRevision.size() == normalized.size() - 1);
+    QList<SavedTranscriptLine> output {normalized.constFirst()};
+    output.reserve(normalized.size());
+    for (qsizetype i = 1; i < normalized.size(); ++i) {
+        if (shouldMergeAdjacent(output.constLast(), normalized[i], isRevision[i - 1])) {
+            output.last() = merged(output.constLast(), normalized[i]);
+        } else {
+            output.append(normalized[i]);
+        }
+    }
+    return output;
 }
 
 } // namespace lumaphone

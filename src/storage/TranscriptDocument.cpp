@@ -1,5 +1,6 @@
 #include "storage/TranscriptDocument.h"
 
+#include "base/LocalizedDate.h"
 #include "storage/RecordCoding.h"
 
 #include <QStringList>
@@ -22,7 +23,7 @@ QString joined(const QList<Element> &elements, const QString &separator, Text te
 
 QString dateText(const std::optional<QDateTime> &date, const QLocale &locale)
 {
-    return date ? locale.toString(date->toLocalTime(), QLocale::ShortFormat) : QStringLiteral("未記錄");
+    return date ? localizedDateText(*date, locale) : QStringLiteral("未記錄");
 }
 
 QString markdownTerms(const QList<SavedGlossaryTerm> &terms)

@@ -1,6 +1,7 @@
 #include "storage/TranscriptLibraryStore.h"
 
 #include "base/AtomicFile.h"
+#include "base/LocalizedDate.h"
 #include "base/Text.h"
 #include "storage/LumaphoneSettings.h"
 #include "storage/RecordCoding.h"
@@ -83,7 +84,7 @@ auto hasId(const QUuid &id)
 TranscriptLibraryStore::TranscriptLibraryStore(Environment environment, QObject *parent)
     : QObject(parent)
     , m_environment(std::move(environment))
-    , m_compactor(m_environment.isRevision)
+    , m_compactor(m_environment.areRevisions)
     , m_index(m_environment.layout)
     , m_search(m_environment.locale)
 {
@@ -207,7 +208,7 @@ TranscriptRecordMetadata TranscriptLibraryStore::newRecord(const LiveTranscript 
     TranscriptRecordMetadata metadata;
     metadata.id = id;
     metadata.title = QStringLiteral("Lumaphone Transcript ")
-        + m_environment.locale.toString(live.startedAt.value_or(now).toLocalTime(), QLocale::ShortFormat);
+        + localizedDateText(live.startedAt.value_or(now), m_environment.locale);
     metadata.createdAt = recordcoding::wholeSeconds(now);
     metadata.folderName
         = iso8601Text(metadata.createdAt).remove(QLatin1Char(':')) + QLatin1Char('-') + uuidText(id).first(8);

@@ -37,7 +37,7 @@ public:
     struct Environment
     {
         TranscriptLibraryLayout layout;
-        RevisionQuestion isRevision;
+        RevisionQuestion areRevisions;
         Clock &clock;
         FileViewer &fileViewer;
         UuidGenerator makeUuid = &QUuid::createUuid;

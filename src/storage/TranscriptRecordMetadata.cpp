@@ -17,7 +17,7 @@ QString folderName(const json::Value &value)
     QString name = json::text(value, "folderName");
     if (!isPlainFolderName(name)) {
         throw json::DecodingError(
-            QStringLiteral("JSON 欄位「folderName」不是資料夾名稱：「%1」。").arg(name));
+            QStringLiteral("JSON 欄位「folderName」不是資料夾名稱：「%1」。").arg(json::excerpt(name)));
     }
     return name;
 }

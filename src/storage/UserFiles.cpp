@@ -34,4 +34,9 @@ QString transcriptsFolder(const PlatformFolders &folders)
     return applicationFolder(folders, QStringLiteral("Transcripts"));
 }
 
+QString modelsFolder(const PlatformFolders &folders)
+{
+    return applicationFolder(folders, QStringLiteral("Models"));
+}
+
 } // namespace lumaphone

@@ -16,5 +16,7 @@ QString draftsFolder(const PlatformFolders &folders);
 QString glossaryFolder(const PlatformFolders &folders);
 /// The folder of the transcript library.
 QString transcriptsFolder(const PlatformFolders &folders);
+/// The folder of the models that the user installs.
+QString modelsFolder(const PlatformFolders &folders);
 
 } // namespace lumaphone

@@ -35,6 +35,24 @@ private slots:
         QCOMPARE(request.incomingText, QString());
     }
 
+    void manyQuestionsSurviveTheExchange()
+    {
+        const QStringList texts {QStringLiteral("今日\n"), QString(), QStringLiteral("\"は\"")};
+        const QByteArray bytes = encode(CoreRevisionsRequest {texts});
+        QCOMPARE(bytes,
+            QByteArray("{\"operation\":\"are_revisions\",\"texts\":[\"今日\\n\",\"\",\"\\\"は\\\"\"]}"));
+        QCOMPARE(decodeCoreRevisionsRequest(bytes).texts, texts);
+        const QList<bool> answers {true, false};
+        QCOMPARE(encode(CoreRevisionsResponse {answers}), QByteArray("{\"are_revisions\":[true,false]}"));
+        QCOMPARE(encode(CoreRevisionsResponse {}), QByteArray("{\"are_revisions\":[]}"));
+        QCOMPARE(
+            decodeCoreRevisionsResponse(encode(CoreRevisionsResponse {answers}), 2).areRevisions, answers);
+        QVERIFY(thrownBy<json::DecodingError>(
+            [&] { decodeCoreRevisionsResponse(encode(CoreRevisionsResponse {answers}), 3); }));
+        QVERIFY(thrownBy<json::DecodingError>(
+            [] { decodeCoreRevisionsRequest(encode(CoreRevisionRequest {})); }));
+    }
+
     void malformedRequestsAreRefused_data()
     {
         QTest::addColumn<QByteArray>("bytes");

@@ -247,6 +247,53 @@ private slots:
             CoreRevisionDecision::No);
     }
 
+    void theShippedHelperAnswersManyQuestionsInOneRun()
+    {
+        const QString runs = m_folder.filePath(QStringLiteral("runs"));
+        const LumaphoneTranscriptProcessor processor(
+            helper("echo run >>'" + QFile::encodeName(runs) + "'\nexec \"" LUMAPHONE_CORE_CLI "\"\n"));
+        const QStringList texts {QStringLiteral("ガラス"), QStringLiteral("がらすの"),
+            QStringLiteral("いいえ"), QString(), QStringLiteral("hello word"), QStringLiteral("hello world")};
+        const QList<bool> answers {true, false, false, false, true};
+        QCOMPARE(processor.areRevisions(texts), answers);
+        QFile file(runs);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("run\n"));
+        QCOMPARE(LumaphoneTranscriptProcessor(std::nullopt).areRevisions(texts), answers);
+    }
+
+    void aHelperThatKnowsOnlySingleQuestionsIsAskedThose_data()
+    {
+        QTest::addColumn<QByteArray>("toMany");
+        QTest::newRow("fails") << QByteArray("exit 1");
+        QTest::newRow("answers as to a single one") << QByteArray("printf '{\"is_revision\":true}'");
+        QTest::newRow("too few answers") << QByteArray("printf '{\"are_revisions\":[true]}'");
+        QTest::newRow("too many answers") << QByteArray("printf '{\"are_revisions\":[true,true,true]}'");
+        QTest::newRow("answers of another kind") << QByteArray("printf '{\"are_revisions\":[1,0]}'");
+        QTest::newRow("no list") << QByteArray("printf '{\"are_revisions\":true}'");
+    }
+    void aHelperThatKnowsOnlySingleQuestionsIsAskedThose()
+    {
+        QFETCH(QByteArray, toMany);
+        // Its decisions are the opposite of the rule's.
+        const LumaphoneTranscriptProcessor processor(helper("case $(cat) in\n"
+                                                            "*'\"are_revisions\"'*) "
+            + toMany
+            + ";;\n"
+              "*'\"current_text\":\"a\"'*) printf '{\"is_revision\":false}';;\n"
+              "*) printf '{\"is_revision\":true}';;\nesac\n"));
+        QCOMPARE(processor.areRevisions({QStringLiteral("a"), QStringLiteral("ab"), QStringLiteral("xyz")}),
+            (QList<bool> {false, true}));
+    }
+
+    void fewTextsAreNoOrOneQuestion()
+    {
+        const LumaphoneTranscriptProcessor processor(helper(answering(R"({"is_revision":true})")));
+        QCOMPARE(processor.areRevisions({}), QList<bool>());
+        QCOMPARE(processor.areRevisions({QStringLiteral("a")}), QList<bool>());
+        QCOMPARE(processor.areRevisions({QStringLiteral("a"), QStringLiteral("b")}), QList<bool> {true});
+    }
+
     void theShippedHelperRefusesMalformedRequests()
     {
         const QString helper = QStringLiteral(LUMAPHONE_CORE_CLI);
@@ -254,6 +301,10 @@ private slots:
         QCOMPARE(exchangeWithHelper(helper, QByteArray("{}")), std::nullopt);
         QCOMPARE(exchangeWithHelper(
                      helper, QByteArray(R"({"operation":"x","current_text":"a","incoming_text":"a"})")),
+            std::nullopt);
+        QCOMPARE(exchangeWithHelper(helper, QByteArray(R"({"operation":"are_revisions","texts":["a",1]})")),
+            std::nullopt);
+        QCOMPARE(exchangeWithHelper(helper, QByteArray(R"({"operation":"are_revisions","texts":"a"})")),
             std::nullopt);
         QCOMPARE(exchangeWithHelper(
                      this->helper("\"" LUMAPHONE_CORE_CLI "\" <<END\nno JSON\nEND\necho \" $?\"\n"), {}),

@@ -648,6 +648,54 @@ private slots:
         controller.stop(true);
         QCOMPARE(session.translationOfLine(0), t("譯:はい"));
     }
+
+    void aSessionTellsWhileItStarts()
+    {
+        LiveSession session;
+        auto &controller = session.make();
+        QSignalSpy changed(&controller, &SystemAudioCaptureController::isStartingChanged);
+        session.nextPipeline->gate.close();
+        controller.start();
+        QVERIFY(controller.isStarting());
+        settle();
+        QVERIFY(controller.isStarting());
+        QVERIFY(!controller.isRunning());
+        session.nextPipeline->gate.open();
+        settle();
+        QVERIFY(!controller.isStarting());
+        QVERIFY(controller.isRunning());
+        QCOMPARE(changed.size(), 2);
+    }
+
+    void onlySoundThatIsNotSilentIsTold()
+    {
+        LiveSession session;
+        auto &controller = session.started();
+        QSignalSpy sound(&controller, &SystemAudioCaptureController::soundArrived);
+        controller.handlePipelineEvent(pipeline_event::AudioSample {{t("silence"), true}});
+        QCOMPARE(sound.size(), 0);
+        controller.handlePipelineEvent(pipeline_event::AudioSample {{t("sound"), false}});
+        QCOMPARE(sound.size(), 1);
+        QCOMPARE(controller.sampleBufferCount(), 2);
+    }
+
+    void accessToTheComputersSoundCanBeAskedForAhead()
+    {
+        LiveSession session;
+        auto &controller = session.make();
+        const QString before = controller.status();
+        controller.requestSystemAudioAccessIfNeeded();
+        settle();
+        QCOMPARE(controller.status(), before);
+        session.screenAudio->isGranted = false;
+        controller.requestSystemAudioAccessIfNeeded();
+        QCOMPARE(controller.status(), t("正在向 macOS 請求螢幕與系統錄音權限..."));
+        session.screenAudio->isGranted = true;
+        session.clock->advance(std::chrono::seconds(1));
+        settle();
+        QCOMPARE(controller.status(), t("系統音訊權限已允許，正在準備即時字幕..."));
+        QVERIFY(!controller.isRunning());
+    }
 };
 
 QTEST_GUILESS_MAIN(SystemAudioCaptureControllerTest)

@@ -90,7 +90,7 @@ struct Library
     explicit Library(const QString &root)
         : store({
             .layout = TranscriptLibraryLayout::at(root),
-            .isRevision = [](const QString &, const QString &) { return false; },
+            .areRevisions = [](const QString &, const QString &) { return false; },
             .clock = clock,
             .fileViewer = viewer,
             .makeUuid = &QUuid::createUuid,

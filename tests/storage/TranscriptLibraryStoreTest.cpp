@@ -57,7 +57,7 @@ struct Fixture
     {
         return std::make_unique<TranscriptLibraryStore>(TranscriptLibraryStore::Environment {
             .layout = TranscriptLibraryLayout::at(root()),
-            .isRevision = [](const QString &, const QString &) { return false; },
+            .areRevisions = [](const QString &, const QString &) { return false; },
             .clock = clock,
             .fileViewer = viewer,
             .makeUuid = uuids,

@@ -57,6 +57,13 @@ void TranscriptSearchTest::caseDoesNotMatter_data()
     row("turkish dotted i", turkish, "İSTANBUL", "istanbul", true);
     row("turkish I is not dotted", turkish, "ISPARTA", "isparta", false);
     row("turkish dotless i", turkish, "ISPARTA", "ısparta", true);
+    row("han, kana and capitals", english, "会議のAlpha版、한국어", "のALPHA版、한국어", true);
+    row("decomposed kana", english, "会議か\u3099", "議が", true);
+    row("composed kana by decomposed", english, "会議が", "か\u3099", true);
+    row("decomposed hangul", english, "\u1112\u1161\u11ab국", "한국", true);
+    row("full-width capitals", english, "会議ＡＢ", "ａｂ", true);
+    row("sharp s is not folded", english, "Straße", "STRASSE", false);
+    row("turkish capitals among han", turkish, "会議 I", "i", false);
     row("across a line break", english, "one\ntwo", "one\ntwo", true);
     row("a pattern is a text", english, "a.b", "a*b", false);
 }

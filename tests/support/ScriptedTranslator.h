@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -59,12 +60,14 @@ public:
         if (!planned.error.isEmpty()) {
             throw PlatformError(planned.error);
         }
-        co_return translationOf(text);
+        const auto known = translations.find(text);
+        co_return known == translations.end() ? translationOf(text) : known->second;
     }
     void warm(AppleSystemSpeechLanguage language) override { warmed.push_back(language); }
 
     QString name = QStringLiteral("Apple Translation");
     std::function<Plan(const QString &text)> plan;
+    std::map<QString, QString> translations; ///< those that are not "譯:" and the text
     std::vector<Call> calls;
     std::vector<AppleSystemSpeechLanguage> warmed;
 

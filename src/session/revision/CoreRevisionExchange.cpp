@@ -1,6 +1,7 @@
 #include "session/revision/CoreRevisionExchange.h"
 
 #include "base/Json.h"
+#include "session/revision/RevisionRule.h"
 
 namespace lumaphone {
 
@@ -11,6 +12,24 @@ constexpr auto currentTextKey = "current_text";
 constexpr auto incomingTextKey = "incoming_text";
 constexpr auto isRevisionKey = "is_revision";
 constexpr auto isRevisionOperation = "is_revision";
+constexpr auto textsKey = "texts";
+constexpr auto areRevisionsKey = "are_revisions";
+constexpr auto areRevisionsOperation = "are_revisions";
+
+QString operationOf(const json::Value &request)
+{
+    return json::text(request, operationKey);
+}
+
+[[noreturn]] void refuseOperation()
+{
+    throw json::DecodingError(QStringLiteral("不支援的 operation。"));
+}
+
+CoreRevisionRequest requestFrom(const json::Value &value)
+{
+    return {json::text(value, currentTextKey), json::text(value, incomingTextKey)};
+}
 
 } // namespace
 
@@ -31,15 +50,85 @@ QByteArray encode(CoreRevisionResponse response)
 CoreRevisionRequest decodeCoreRevisionRequest(const QByteArray &bytes)
 {
     const json::Value request = json::parse(bytes);
-    if (json::text(request, operationKey) != QLatin1String(isRevisionOperation)) {
-        throw json::DecodingError(QStringLiteral("不支援的 operation。"));
+    if (operationOf(request) != QLatin1String(isRevisionOperation)) {
+        refuseOperation();
     }
-    return {json::text(request, currentTextKey), json::text(request, incomingTextKey)};
+    return requestFrom(request);
 }
 
 CoreRevisionResponse decodeCoreRevisionResponse(const QByteArray &bytes)
 {
     return {json::boolean(json::parse(bytes), isRevisionKey)};
+}
+
+QByteArray encode(const CoreRevisionsRequest &request)
+{
+    json::OrderedValue texts = json::OrderedValue::array();
+    for (const QString &text : request.texts) {
+        texts.push_back(json::fromText(text));
+    }
+    return json::compact(
+        json::OrderedValue {{operationKey, areRevisionsOperation}, {textsKey, std::move(texts)}});
+}
+
+QByteArray encode(const CoreRevisionsResponse &response)
+{
+    json::OrderedValue answers = json::OrderedValue::array();
+    for (const bool answer : response.areRevisions) {
+        answers.push_back(answer);
+    }
+    json::OrderedValue object;
+    object[areRevisionsKey] = std::move(answers);
+    return json::compact(object);
+}
+
+CoreRevisionsRequest decodeCoreRevisionsRequest(const QByteArray &bytes)
+{
+    const json::Value request = json::parse(bytes);
+    if (operationOf(request) != QLatin1String(areRevisionsOperation)) {
+        refuseOperation();
+    }
+    return {json::texts(request, textsKey)};
+}
+
+CoreRevisionsResponse decodeCoreRevisionsResponse(const QByteArray &bytes, qsizetype count)
+{
+    const json::Value root = json::parse(bytes);
+    const json::Value &answers = json::member(root, areRevisionsKey);
+    if (!answers.is_array()) {
+        throw json::DecodingError(QStringLiteral("JSON 欄位「are_revisions」應為陣列。"));
+    }
+    CoreRevisionsResponse response;
+    for (const json::Value &answer : answers) {
+        if (!answer.is_boolean()) {
+            throw json::DecodingError(QStringLiteral("JSON 欄位「are_revisions」應只含布林值。"));
+        }
+        response.areRevisions.append(answer.get<bool>());
+    }
+    if (response.areRevisions.size() != count) {
+        throw json::DecodingError(QStringLiteral("JSON 欄位「are_revisions」應有 %1 個值。").arg(count));
+    }
+    return response;
+}
+
+QByteArray answerOfTheRule(const QByteArray &bytes)
+{
+    const json::Value value = json::parse(bytes);
+    const QString operation = operationOf(value);
+    if (operation == QLatin1String(isRevisionOperation)) {
+        const CoreRevisionRequest request = requestFrom(value);
+        return encode(CoreRevisionResponse {
+            fallbackIsRevisionOfCurrentPartial(request.currentText, request.incomingText)});
+    }
+    if (operation == QLatin1String(areRevisionsOperation)) {
+        const QStringList texts = json::texts(value, textsKey);
+        CoreRevisionsResponse response;
+        for (qsizetype i = 1; i < texts.size(); ++i) {
+            response.areRevisions.append(fallbackIsRevisionOfCurrentPartial(texts[i - 1], texts[i]));
+        }
+        return encode(response);
+    }
+    refuseOperation();
 }
 
 } // namespace lumaphone
