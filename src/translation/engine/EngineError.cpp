@@ -1,0 +1,44 @@
+#include "translation/engine/EngineError.h"
+
+#include <QFileInfo>
+
+namespace lumaphone::engine {
+namespace {
+
+QString describe(EngineError::Case which, const QString &path, const QString &subject)
+{
+    const QString name = QFileInfo(path).fileName();
+    using enum EngineError::Case;
+    switch (which) {
+    case Unreadable:
+        return QStringLiteral("無法讀取翻譯模型檔「%1」：%2").arg(name, subject);
+    case Truncated:
+        return QStringLiteral("翻譯模型檔「%1」不完整，請重新安裝模型：%2").arg(name, subject);
+    case NotRecognised:
+        return QStringLiteral("「%1」不是可以辨識的翻譯模型檔：%2").arg(name, subject);
+    case Damaged:
+        return QStringLiteral("翻譯模型檔「%1」已損壞，請重新安裝模型：%2").arg(name, subject);
+    case Unsupported:
+        return QStringLiteral("不支援翻譯模型檔「%1」的結構：%2").arg(name, subject);
+    case Mismatched:
+        return QStringLiteral("翻譯模型檔「%1」與同組的其他檔案不相符，請重新安裝模型：%2")
+            .arg(name, subject);
+    case Cancelled:
+        return QStringLiteral("翻譯已取消。");
+    case Unavailable:
+        return QStringLiteral("無法載入中文用詞轉換資料「%1」，請安裝 OpenCC：%2").arg(name, subject);
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+EngineError::EngineError(Case which, const QString &path, const QString &subject)
+    : LocalizedError(describe(which, path, subject))
+    , m_which(which)
+    , m_path(path)
+    , m_subject(subject)
+{
+}
+
+} // namespace lumaphone::engine

@@ -1,0 +1,174 @@
+#include "translation/engine/LayerRunner.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+
+namespace lumaphone::engine {
+namespace {
+
+constexpr std::size_t mostJobs = 3;
+// Outputs computed at a time: few enough for the integers to stay close to the processor.
+constexpr int block = 64;
+
+struct Range
+{
+    int first;
+    int last;
+};
+
+/// One of `pieces` shares of `count` outputs, in whole groups of eight.
+Range shareOf(int count, int piece, int pieces)
+{
+    const int groups = (count + 7) / 8;
+    const auto border = [&](int index) {
+        return std::min(count, int(std::int64_t(groups) * index / pieces) * 8);
+    };
+    return {border(piece), border(piece + 1)};
+}
+
+/// Two pieces per member even out what members get done.
+int piecesFor(const WorkerTeam &team)
+{
+    return team.members() == 1 ? 1 : 2 * team.members();
+}
+
+std::vector<const AffineLayer *> layersOf(const StudentModel &model)
+{
+    std::vector<const AffineLayer *> layers = {&model.output()};
+    const auto append = [&](const AttentionLayer &attention, const FeedForwardLayer &feedForward) {
+        layers.insert(layers.end(),
+            {&attention.query, &attention.key, &attention.value, &attention.output, &feedForward.inner,
+                &feedForward.outer});
+    };
+    for (const EncoderLayer &layer : model.encoder())
+        append(layer.attention, layer.feedForward);
+    for (const DecoderLayer &layer : model.decoder()) {
+        append(layer.attention, layer.feedForward);
+        layers.insert(layers.end(), {&layer.input, &layer.forget});
+    }
+    return layers;
+}
+
+/// The bias less what a shift of the codes adds, in the order of operations of programs that shift.
+std::vector<float> unshiftedBias(const AffineLayer &layer, int shift)
+{
+    const QuantizedMatrix &matrix = layer.matrix;
+    const float range = static_cast<float>(shift);
+    const float factor = -((range / matrix.inputMultiplier) * (range / matrix.weightMultiplier)) / range;
+    std::vector<float> bias(std::size_t(matrix.outputs));
+    for (std::size_t output = 0; output < bias.size(); ++output) {
+        const std::int8_t *row = matrix.weights + output * std::size_t(matrix.depth);
+        const int sum = std::accumulate(row, row + matrix.depth, 0);
+        bias[output] = static_cast<float>(sum) * factor + (layer.bias.empty() ? 0.0F : layer.bias[output]);
+    }
+    return bias;
+}
+
+bool isBetter(const BestWord &a, const BestWord &b)
+{
+    if (b.word < 0 || a.word < 0)
+        return a.word >= 0;
+    return a.score > b.score || (a.score == b.score && a.word < b.word);
+}
+
+} // namespace
+
+LayerRunner::LayerRunner(const StudentModel &model, const Kernels &kernels, WorkerTeam &team, int mostRows)
+    : m_kernels(kernels)
+    , m_team(team)
+    , m_codesPerJob(
+          std::size_t(mostRows) * std::size_t(std::max(model.settings().width, model.settings().innerWidth)))
+    , m_codes(m_codesPerJob * mostJobs)
+    , m_products(std::size_t(team.members()), std::vector<std::int32_t>(std::size_t(mostRows) * block))
+    , m_bestOfPiece(std::size_t(piecesFor(team)))
+{
+    if (kernels.shift == 0)
+        return;
+    for (const AffineLayer *layer : layersOf(model))
+        m_unshiftedBias.emplace(layer, unshiftedBias(*layer, kernels.shift));
+}
+
+const float *LayerRunner::biasFor(const AffineLayer &layer) const
+{
+    if (m_kernels.shift != 0)
+        return m_unshiftedBias.at(&layer).data();
+    return layer.bias.empty() ? nullptr : layer.bias.data();
+}
+
+void LayerRunner::run(std::span<const LayerJob> jobs, int rows)
+{
+    Q_ASSERT(jobs.size() <= mostJobs);
+    for (std::size_t index = 0; index < jobs.size(); ++index) {
+        const QuantizedMatrix &matrix = jobs[index].layer->matrix;
+        m_kernels.quantize(jobs[index].inputs, rows * matrix.depth, matrix.inputMultiplier,
+            m_codes.data() + index * m_codesPerJob);
+    }
+    const int pieces = piecesFor(m_team);
+    m_team.run(pieces * int(jobs.size()), [&](int member, int piece) {
+        const std::size_t index = std::size_t(piece / pieces);
+        computePiece(jobs[index], m_codes.data() + index * m_codesPerJob, rows, member, piece % pieces);
+    });
+}
+
+void LayerRunner::computePiece(const LayerJob &job, const std::int8_t *codes, int rows, int member, int piece)
+{
+    const QuantizedMatrix &matrix = job.layer->matrix;
+    const float toReal = 1.0F / (matrix.inputMultiplier * matrix.weightMultiplier);
+    const float *bias = biasFor(*job.layer);
+    const float least = job.activation == Activation::Relu ? 0.0F : -std::numeric_limits<float>::infinity();
+    std::int32_t *products = m_products[std::size_t(member)].data();
+    const Range share = shareOf(matrix.outputs, piece, piecesFor(m_team));
+    for (int first = share.first; first < share.last; first += block) {
+        const int count = std::min(block, share.last - first);
+        m_kernels.multiply(codes, rows, matrix.depth,
+            matrix.weights + std::size_t(first) * std::size_t(matrix.depth), nullptr, count, products);
+        for (int row = 0; row < rows; ++row) {
+            float *outputs = job.outputs + std::size_t(row) * std::size_t(matrix.outputs) + first;
+            const std::int32_t *sums = products + std::size_t(row) * std::size_t(count);
+            for (int index = 0; index < count; ++index) {
+                const float value
+                    = static_cast<float>(sums[index]) * toReal + (bias ? bias[first + index] : 0.0F);
+                outputs[index] = value > least ? value : least;
+            }
+        }
+    }
+}
+
+BestWord LayerRunner::best(const AffineLayer &layer, const float *input,
+    std::span<const std::uint32_t> candidates, int words, int excluded)
+{
+    m_kernels.quantize(input, layer.matrix.depth, layer.matrix.inputMultiplier, m_codes.data());
+    m_team.run(piecesFor(m_team), [&](int member, int piece) {
+        m_bestOfPiece[std::size_t(piece)] = bestOfPiece(layer, candidates, words, excluded, member, piece);
+    });
+    return *std::min_element(m_bestOfPiece.begin(), m_bestOfPiece.end(), isBetter);
+}
+
+BestWord LayerRunner::bestOfPiece(const AffineLayer &layer, std::span<const std::uint32_t> candidates,
+    int words, int excluded, int member, int piece)
+{
+    const QuantizedMatrix &matrix = layer.matrix;
+    const float toReal = 1.0F / (matrix.inputMultiplier * matrix.weightMultiplier);
+    const float *bias = biasFor(layer);
+    std::int32_t *products = m_products[std::size_t(member)].data();
+    const int count = candidates.empty() ? std::min(matrix.outputs, words) : int(candidates.size());
+    const Range share = shareOf(count, piece, piecesFor(m_team));
+    BestWord best;
+    for (int first = share.first; first < share.last; first += block) {
+        const int size = std::min(block, share.last - first);
+        const std::uint32_t *selected = candidates.empty() ? nullptr : candidates.data() + first;
+        const std::int8_t *weights
+            = selected ? matrix.weights : matrix.weights + std::size_t(first) * std::size_t(matrix.depth);
+        m_kernels.multiply(m_codes.data(), 1, matrix.depth, weights, selected, size, products);
+        for (int index = 0; index < size; ++index) {
+            const int word = selected ? int(selected[index]) : first + index;
+            const BestWord found = {word, static_cast<float>(products[index]) * toReal + bias[word]};
+            if (word != excluded && word < words && isBetter(found, best))
+                best = found;
+        }
+    }
+    return best;
+}
+
+} // namespace lumaphone::engine

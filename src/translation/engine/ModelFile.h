@@ -1,0 +1,62 @@
+#pragma once
+
+#include "translation/engine/EngineError.h"
+#include "translation/engine/MappedFile.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lumaphone::engine {
+
+/// The numbers that a model file uses for the types of its tensors.
+enum class TensorType : std::uint64_t {
+    Int8 = 0x101,
+    Int32 = 0x104,
+    UInt32 = 0x204,
+    Float16 = 0x402,
+    Float32 = 0x404,
+    /// 8-bit weights followed by one float32, the multiplier that quantised them; matrices lie transposed.
+    QuantizedInt8 = 0x4101,
+    QuantizedInt16 = 0x4102,
+};
+
+/// One named array of a model file. The data lies in the mapped file.
+struct Tensor
+{
+    TensorType type;
+    std::vector<std::int32_t> shape; ///< every extent is positive
+    std::uint64_t elements; ///< product of the shape
+    std::span<const std::byte> data; ///< at least what the type and the shape ask for, padding included
+};
+
+/// A Marian ".bin" model: named tensors behind a header. Reading checks the header as a whole; the weights
+/// stay where the file is mapped.
+class ModelFile
+{
+public:
+    /// Throws EngineError.
+    explicit ModelFile(const QString &path);
+    /// The same for bytes that somebody else keeps; `path` names them in errors.
+    ModelFile(std::span<const std::byte> bytes, const QString &path);
+
+    const QString &path() const { return m_path; }
+    /// The tensor of that name, or none.
+    const Tensor *find(std::string_view name) const;
+    std::size_t tensorCount() const { return m_tensors.size(); }
+
+    [[noreturn]] void fail(EngineError::Case which, const QString &subject) const;
+
+private:
+    void read(std::span<const std::byte> bytes);
+
+    QString m_path;
+    std::optional<MappedFile> m_mapping;
+    std::map<std::string, Tensor, std::less<>> m_tensors;
+};
+
+} // namespace lumaphone::engine

@@ -1,0 +1,148 @@
+#include "models/ModelCatalogue.h"
+
+#include "models/ModelError.h"
+#include "support/Coroutines.h"
+
+#include <QObject>
+#include <QTest>
+
+using namespace lumaphone;
+
+namespace {
+
+// The meta-object compiler takes two slashes in a raw text for a comment.
+const QByteArray sound
+    = R"({"models": [{"id": "xx-yy", "kind": "translation", "title": "X", "languages": ["xx", "yy"],
+    "licence": {"text": "free", "mustBeAccepted": false},
+    "downloads": [{"url": "https:\/\/example.org/a/model.bin.gz", "compression": "gzip",
+        "files": [{"role": "model", "name": "model.bin", "size": 5, "sha256": "0123abcd"}]}]}]})";
+
+} // namespace
+
+class ModelCatalogueTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theProgramKnowsItsModels()
+    {
+        const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+        QStringList ids;
+        for (const ModelEntry &entry : catalogue.entries()) {
+            ids.append(entry.id);
+            QVERIFY(!entry.title.isEmpty());
+            QVERIFY(!entry.licence.text.isEmpty());
+        }
+        QCOMPARE(ids, (QStringList {"en-zh-Hant", "ja-en", "ko-en", "silero-vad", "sense-voice"}));
+    }
+
+    void filesCarryWhatIsKnownOfThem()
+    {
+        const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+        const ModelEntry &english = catalogue.entry("en-zh-Hant");
+        QCOMPARE(english.kind, ModelKind::translation);
+        QCOMPARE(english.files().size(), 4);
+        const ModelFile model = english.files().constFirst();
+        QCOMPARE(model.role, QStringLiteral("model"));
+        QCOMPARE(model.size, std::optional<qint64>(43849787));
+        QCOMPARE(model.sha256, QStringLiteral("559ab90d"));
+        QVERIFY(!english.knownDownloadSize());
+        QVERIFY(!english.licence.mustBeAccepted);
+
+        const ModelEntry &speech = catalogue.entry("sense-voice");
+        QCOMPARE(speech.kind, ModelKind::speech);
+        QVERIFY(speech.licence.mustBeAccepted);
+        QCOMPARE(speech.knownDownloadSize(), std::optional<qint64>(163002883));
+        for (const ModelDownload &download : speech.downloads) {
+            QCOMPARE(download.sha256.size(), 64);
+        }
+    }
+
+    void aPairLeadsDirectlyOrThroughEnglish_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QStringList>("legs");
+        QTest::newRow("direct") << "en"
+                                << "zh-Hant" << QStringList {"en-zh-Hant"};
+        QTest::newRow("Japanese") << "ja"
+                                  << "zh-Hant" << QStringList {"ja-en", "en-zh-Hant"};
+        QTest::newRow("Korean") << "ko"
+                                << "zh-Hant" << QStringList {"ko-en", "en-zh-Hant"};
+        QTest::newRow("to English") << "ja"
+                                    << "en" << QStringList {"ja-en"};
+        QTest::newRow("other way round") << "zh-Hant"
+                                         << "ja" << QStringList {};
+        QTest::newRow("unknown target") << "ja"
+                                        << "fr" << QStringList {};
+        QTest::newRow("empty") << ""
+                               << "" << QStringList {};
+    }
+    void aPairLeadsDirectlyOrThroughEnglish()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, target);
+        QFETCH(QStringList, legs);
+        const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+        QStringList found;
+        for (const ModelEntry *leg : catalogue.translationLegs(source, target)) {
+            found.append(leg->id);
+        }
+        QCOMPARE(found, legs);
+    }
+
+    void anUnknownModelIsNamed()
+    {
+        const auto error = test::thrownBy<ModelError>([] { ModelCatalogue::builtIn().entry("nobody"); });
+        QVERIFY(error);
+        QCOMPARE(error->errorCase(), ModelError::Case::unknownModel);
+        QCOMPARE(error->errorDescription(), QStringLiteral("沒有名為「nobody」的模型。"));
+    }
+
+    void aFileOfOnesOwnIsRead()
+    {
+        const ModelCatalogue catalogue = ModelCatalogue::fromJson(sound, "own");
+        QCOMPARE(catalogue.entries().size(), 1);
+        QCOMPARE(catalogue.entry("xx-yy").downloads.constFirst().name(), QStringLiteral("model.bin.gz"));
+    }
+
+    void whatCannotBeIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        QTest::newRow("no list") << QByteArray("\"models\"") << QByteArray("\"model\"");
+        QTest::newRow("name that leaves its folder")
+            << QByteArray("\"name\": \"model.bin\"") << QByteArray("\"name\": \"../model.bin\"");
+        QTest::newRow("hidden name") << QByteArray("\"xx-yy\"") << QByteArray("\".xx\"");
+        QTest::newRow("address of a file")
+            << QByteArray("https:\\/\\/example.org") << QByteArray("file:///etc");
+        QTest::newRow("address without a name") << QByteArray("model.bin.gz") << QByteArray();
+        QTest::newRow("hash of other digits") << QByteArray("0123abcd") << QByteArray("0123wxyz");
+        QTest::newRow("hash of few digits") << QByteArray("0123abcd") << QByteArray("0123");
+        QTest::newRow("negative size") << QByteArray("\"size\": 5") << QByteArray("\"size\": -5");
+        QTest::newRow("unknown kind") << QByteArray("\"translation\"") << QByteArray("\"picture\"");
+        QTest::newRow("unknown compression") << QByteArray("\"gzip\"") << QByteArray("\"rar\"");
+        QTest::newRow("one language") << QByteArray("[\"xx\", \"yy\"]") << QByteArray("[\"xx\"]");
+        QTest::newRow("no text as language") << QByteArray("[\"xx\", \"yy\"]") << QByteArray("[\"xx\", 1]");
+        QTest::newRow("no licence") << QByteArray("\"licence\"") << QByteArray("\"license\"");
+        QTest::newRow("no JSON") << QByteArray("]}]}") << QByteArray();
+        QTest::newRow("the same file twice")
+            << QByteArray("\"sha256\": \"0123abcd\"}]}]")
+            << QByteArray(R"("sha256": "0123abcd"}]},{"url": "https:\/\/example.org/b", "compression": "none",
+                "files": [{"role": "other", "name": "model.bin"}]}])");
+    }
+    void whatCannotBeIsRefused()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        QVERIFY(sound.contains(before));
+        const QByteArray changed = QByteArray(sound).replace(before, after);
+        const auto error = test::thrownBy<ModelError>([&] { ModelCatalogue::fromJson(changed, "own"); });
+        QVERIFY(error);
+        QCOMPARE(error->errorCase(), ModelError::Case::catalogueUnreadable);
+        QVERIFY(error->errorDescription().startsWith("無法讀取模型目錄 own："));
+    }
+};
+
+QTEST_GUILESS_MAIN(ModelCatalogueTest)
+#include "ModelCatalogueTest.moc"

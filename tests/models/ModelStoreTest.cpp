@@ -1,0 +1,164 @@
+#include "models/ModelStore.h"
+
+#include "base/FileLock.h"
+#include "models/ModelError.h"
+#include "models/ModelManifest.h"
+#include "support/Coroutines.h"
+#include "support/ModelFixtures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lumaphone;
+
+namespace {
+
+// The meta-object compiler takes two slashes in a raw text for a comment.
+const QByteArray listing
+    = R"({"models": [{"id": "ja-en", "kind": "translation", "title": "J", "languages": ["ja", "en"],
+    "licence": {"text": "free", "mustBeAccepted": false},
+    "downloads": [{"url": "https:\/\/example.org/model.bin", "compression": "none",
+            "files": [{"role": "model", "name": "model.bin"}]},
+        {"url": "https:\/\/example.org/vocab.spm", "compression": "none",
+            "files": [{"role": "sourceVocabulary", "name": "vocab.spm"}]}]}]})";
+
+} // namespace
+
+class ModelStoreTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_scratch = std::make_unique<QTemporaryDir>();
+        m_store = std::make_unique<ModelStore>(
+            m_scratch->filePath("資料 데이터/Models"), ModelCatalogue::fromJson(listing, "test"));
+    }
+
+    void nothingIsMissing()
+    {
+        QCOMPARE(m_store->state(entry()), ModelState::missing);
+        QVERIFY(!m_store->installed(entry()));
+        m_store->remove(entry());
+        QVERIFY(!QDir(m_store->folder()).exists());
+    }
+
+    void whatWasBegunIsPartial()
+    {
+        QVERIFY(QDir().mkpath(m_store->partialFolder(entry())));
+        QCOMPARE(m_store->state(entry()), ModelState::partial);
+        QVERIFY(!m_store->installed(entry()));
+    }
+
+    void aCompleteFolderIsInstalled()
+    {
+        install();
+        QCOMPARE(m_store->state(entry()), ModelState::installed);
+        const auto model = m_store->installed(entry());
+        QVERIFY(model);
+        QCOMPARE(model->require("model"), m_store->modelFolder(entry()) + "/model.bin");
+        QCOMPARE(model->path("shortlist"), std::nullopt);
+        m_store->verify(entry());
+    }
+
+    void changesAreNoticed_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("content"); // null: removed
+        QTest::addColumn<bool>("atOnce"); // without reading the files
+        QTest::newRow("a file is gone") << "vocab.spm" << QByteArray() << true;
+        QTest::newRow("a file is shorter") << "model.bin" << QByteArray("w") << true;
+        QTest::newRow("a byte is another") << "model.bin" << QByteArray("weighty") << false;
+        QTest::newRow("the record is gone") << "installed.json" << QByteArray() << true;
+        QTest::newRow("the record is no record") << "installed.json" << QByteArray("{}") << true;
+        QTest::newRow("the record is of other kinds")
+            << "installed.json" << QByteArray(R"({"files": [1], "installedAt": 2, "isDamaged": 3})") << true;
+    }
+    void changesAreNoticed()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, content);
+        QFETCH(bool, atOnce);
+        install();
+        if (content.isNull()) {
+            QVERIFY(QFile::remove(m_store->modelFolder(entry()) + '/' + name));
+        } else {
+            write(name, content);
+        }
+        QCOMPARE(m_store->state(entry()), atOnce ? ModelState::damaged : ModelState::installed);
+        QVERIFY(test::thrownBy<ModelError>([this] { m_store->verify(entry()); }));
+        QCOMPARE(m_store->state(entry()), ModelState::damaged);
+        QVERIFY(!m_store->installed(entry()));
+    }
+
+    void aRepairedModelIsUsedAgainAfterACheck()
+    {
+        install();
+        write("model.bin", "weighty");
+        QVERIFY(test::thrownBy<ModelError>([this] { m_store->verify(entry()); }));
+        write("model.bin", "weights");
+        QCOMPARE(m_store->state(entry()), ModelState::damaged);
+        m_store->verify(entry());
+        QCOMPARE(m_store->state(entry()), ModelState::installed);
+    }
+
+    void aRemovedModelIsGone()
+    {
+        install();
+        QVERIFY(QDir().mkpath(m_store->partialFolder(entry())));
+        m_store->remove(entry());
+        QCOMPARE(m_store->state(entry()), ModelState::missing);
+        QCOMPARE(QDir(m_store->folder()).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot),
+            QStringList());
+    }
+
+    void whoUsesAModelGoesOnWhenItIsRemoved()
+    {
+        install();
+        QFile open(m_store->modelFolder(entry()) + "/model.bin");
+        QVERIFY(open.open(QIODevice::ReadOnly));
+        m_store->remove(entry());
+        QCOMPARE(open.readAll(), QByteArray("weights"));
+    }
+
+    void aModelThatIsBeingInstalledStays()
+    {
+        install();
+        const auto lock = FileLock::tryTake(m_store->lockPath(entry()));
+        QVERIFY(lock);
+        const auto error = test::thrownBy<ModelError>([this] { m_store->remove(entry()); });
+        QVERIFY(error);
+        QCOMPARE(error->errorCase(), ModelError::Case::busy);
+        QCOMPARE(m_store->state(entry()), ModelState::installed);
+    }
+
+private:
+    const ModelEntry &entry() const { return m_store->catalogue().entry("ja-en"); }
+    void write(const QString &name, const QByteArray &bytes) const
+    {
+        QFile file(m_store->modelFolder(entry()) + '/' + name);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(bytes), bytes.size());
+    }
+    void install() const
+    {
+        QVERIFY(QDir().mkpath(m_store->modelFolder(entry())));
+        write("model.bin", "weights");
+        write("vocab.spm", "words");
+        ModelManifest manifest;
+        manifest.files
+            = {{"model.bin", 7, test::sha256Of("weights")}, {"vocab.spm", 5, test::sha256Of("words")}};
+        manifest.installedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 5), Qt::UTC);
+        manifest.write(m_store->modelFolder(entry()));
+    }
+
+    std::unique_ptr<QTemporaryDir> m_scratch;
+    std::unique_ptr<ModelStore> m_store;
+};
+
+QTEST_GUILESS_MAIN(ModelStoreTest)
+#include "ModelStoreTest.moc"

@@ -1,0 +1,207 @@
+#include "models/ModelsModel.h"
+
+#include "support/Coroutines.h"
+#include "support/FileServer.h"
+#include "support/ModelFixtures.h"
+
+#include <QAbstractItemModelTester>
+#include <QFile>
+#include <QObject>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lumaphone;
+
+namespace {
+
+QByteArray listing(const QString &server)
+{
+    const QString model = QStringLiteral(R"({"id": "%1", "kind": "%2", "title": "%1!", "languages": [%3],
+        "licence": {"text": "terms of %1", "mustBeAccepted": %4},
+        "downloads": [{"url": "%5/%1.bin", "compression": "none",
+            "files": [{"role": "model", "name": "%1.bin"}]}]})");
+    const QStringList models {model.arg("en-zh-Hant", "translation", R"("en", "zh-Hant")", "false", server),
+        model.arg("ja-en", "translation", R"("ja", "en")", "false", server),
+        model.arg("ko-en", "translation", R"("ko", "en")", "false", server),
+        model.arg("speech", "speech", R"("ja")", "true", server)};
+    return ("{\"models\": [" + models.join(QLatin1Char(',')) + "]}").toUtf8();
+}
+
+enum Rows { english, japanese, korean, speech };
+
+} // namespace
+
+class ModelsModelTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_scratch = std::make_unique<QTemporaryDir>();
+        m_server = std::make_unique<test::FileServer>();
+        for (const char *name : {"en-zh-Hant", "ja-en", "ko-en", "speech"}) {
+            m_server->put(QStringLiteral("/%1.bin").arg(name), test::noise(100'000, 3));
+        }
+        m_store = std::make_unique<ModelStore>(
+            m_scratch->filePath("Models"), ModelCatalogue::fromJson(listing(m_server->url({})), "test"));
+        m_model = std::make_unique<ModelsModel>(*m_store, m_mainQueue);
+        m_tester = std::make_unique<QAbstractItemModelTester>(
+            m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    }
+    void cleanup()
+    {
+        m_tester.reset();
+        m_model.reset();
+    }
+
+    void thereIsARowForEachThingAUserMayWant()
+    {
+        QCOMPARE(m_model->rowCount(), 4);
+        QCOMPARE(text(english, ModelsModel::TitleRole), QStringLiteral("英文翻譯成繁體中文"));
+        QCOMPARE(text(japanese, ModelsModel::TitleRole), QStringLiteral("日文翻譯成繁體中文"));
+        QCOMPARE(text(korean, ModelsModel::TitleRole), QStringLiteral("韓文翻譯成繁體中文"));
+        QCOMPARE(text(speech, ModelsModel::TitleRole), QStringLiteral("speech!"));
+        for (int row = 0; row < 4; ++row) {
+            QVERIFY(!flag(row, ModelsModel::IsReadyRole));
+            QCOMPARE(text(row, ModelsModel::StatusTextRole), QStringLiteral("尚未安裝"));
+            QCOMPARE(text(row, ModelsModel::InstallTitleRole), QStringLiteral("安裝"));
+        }
+        QVERIFY(m_server->requests().isEmpty());
+    }
+
+    void anInstallationBringsAllModelsOfItsRow()
+    {
+        QSignalSpy changes(m_model.get(), &ModelsModel::isInstallingChanged);
+        m_model->install(japanese);
+        QVERIFY(flag(japanese, ModelsModel::IsInstallingRole));
+        QVERIFY(m_model->isInstalling());
+        QVERIFY(ends());
+        QCOMPARE(changes.size(), 2);
+        QVERIFY(flag(japanese, ModelsModel::IsReadyRole));
+        QVERIFY(flag(english, ModelsModel::IsReadyRole)); // it was on the way
+        QVERIFY(!flag(korean, ModelsModel::IsReadyRole));
+        QCOMPARE(text(japanese, ModelsModel::StatusTextRole), QStringLiteral("已安裝，可離線使用"));
+    }
+
+    void progressIsShown()
+    {
+        m_server->muteAfter = 50'000;
+        m_model->install(english);
+        QVERIFY(test::waitUntil([this] { return number(english, ModelsModel::ProgressRole) < 0; }));
+        QVERIFY(test::waitUntil([this] {
+            return text(english, ModelsModel::StatusTextRole).startsWith(QStringLiteral("下載中... 5"));
+        }));
+        m_model->cancel(english);
+        QVERIFY(ends());
+        QCOMPARE(text(english, ModelsModel::StatusTextRole), QStringLiteral("還沒有安裝完成"));
+        QCOMPARE(text(english, ModelsModel::InstallTitleRole), QStringLiteral("繼續安裝"));
+        QVERIFY(!flag(english, ModelsModel::IsErrorRole));
+    }
+
+    void oneWaitsForTheOther()
+    {
+        m_model->install(japanese);
+        m_model->install(korean);
+        m_model->install(korean); // a second click
+        QCOMPARE(text(korean, ModelsModel::StatusTextRole), QStringLiteral("等候中..."));
+        QVERIFY(ends());
+        QVERIFY(flag(japanese, ModelsModel::IsReadyRole));
+        QVERIFY(flag(korean, ModelsModel::IsReadyRole));
+        QCOMPARE(m_server->requestsFor("/en-zh-Hant.bin").size(), 1);
+    }
+
+    void oneThatWaitsCanBeCancelled()
+    {
+        m_model->install(japanese);
+        m_model->install(korean);
+        m_model->cancel(korean);
+        QVERIFY(!flag(korean, ModelsModel::IsInstallingRole));
+        QVERIFY(ends());
+        QVERIFY(flag(japanese, ModelsModel::IsReadyRole));
+        QVERIFY(m_server->requestsFor("/ko-en.bin").isEmpty());
+    }
+
+    void aFailureIsSaidAndCanBeTriedAgain()
+    {
+        m_server->status = 503;
+        m_model->install(english);
+        QVERIFY(ends());
+        QVERIFY(flag(english, ModelsModel::IsErrorRole));
+        QCOMPARE(text(english, ModelsModel::StatusTextRole),
+            QStringLiteral("無法下載 en-zh-Hant.bin：伺服器回應 HTTP 503。"));
+        m_server->status.reset();
+        m_model->install(english);
+        QVERIFY(!flag(english, ModelsModel::IsErrorRole));
+        QVERIFY(ends());
+        QVERIFY(flag(english, ModelsModel::IsReadyRole));
+    }
+
+    void aLicenceHasToBeAccepted()
+    {
+        QVERIFY(flag(speech, ModelsModel::MustAcceptLicenceRole));
+        QVERIFY(!flag(english, ModelsModel::MustAcceptLicenceRole));
+        QCOMPARE(text(speech, ModelsModel::LicenceTextRole), QStringLiteral("terms of speech"));
+        m_model->install(speech);
+        QVERIFY(ends());
+        QVERIFY(flag(speech, ModelsModel::IsErrorRole));
+        QVERIFY(m_server->requests().isEmpty());
+        m_model->install(speech, true);
+        QVERIFY(ends());
+        QVERIFY(flag(speech, ModelsModel::IsReadyRole));
+        QVERIFY(!flag(speech, ModelsModel::MustAcceptLicenceRole));
+    }
+
+    void aRemovedRowLeavesWhatOthersUse()
+    {
+        m_model->install(japanese);
+        QVERIFY(ends());
+        m_model->remove(japanese);
+        QVERIFY(!flag(japanese, ModelsModel::IsReadyRole));
+        QVERIFY(flag(english, ModelsModel::IsReadyRole));
+    }
+
+    void damageIsSeenWhenTheDiskIsLookedAtAgain()
+    {
+        m_model->install(english);
+        QVERIFY(ends());
+        QVERIFY(QFile::remove(m_store->folder() + "/en-zh-Hant/en-zh-Hant.bin"));
+        QSignalSpy changes(m_model.get(), &QAbstractItemModel::dataChanged);
+        m_model->refresh();
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(text(english, ModelsModel::StatusTextRole), QStringLiteral("檔案已損壞"));
+        QCOMPARE(text(english, ModelsModel::InstallTitleRole), QStringLiteral("重新安裝"));
+        QCOMPARE(text(korean, ModelsModel::StatusTextRole), QStringLiteral("檔案已損壞"));
+    }
+
+    void itMayGoAwayDuringAnInstallation()
+    {
+        m_server->muteAfter = 1000;
+        m_model->install(japanese);
+        QVERIFY(test::waitUntil([this] { return m_server->requests().size() == 1; }));
+        cleanup();
+        test::settle();
+        QCOMPARE(m_store->state(m_store->catalogue().entry("ja-en")), ModelState::partial);
+    }
+
+private:
+    QVariant value(int row, int role) const { return m_model->data(m_model->index(row), role); }
+    QString text(int row, int role) const { return value(row, role).toString(); }
+    bool flag(int row, int role) const { return value(row, role).toBool(); }
+    double number(int row, int role) const { return value(row, role).toDouble(); }
+    bool ends() const
+    {
+        return test::waitUntil([this] { return !m_model->isInstalling(); }, 30000);
+    }
+
+    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
+    std::unique_ptr<QTemporaryDir> m_scratch;
+    std::unique_ptr<test::FileServer> m_server;
+    std::unique_ptr<ModelStore> m_store;
+    std::unique_ptr<ModelsModel> m_model;
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
+};
+
+QTEST_GUILESS_MAIN(ModelsModelTest)
+#include "ModelsModelTest.moc"

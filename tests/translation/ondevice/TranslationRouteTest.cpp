@@ -1,0 +1,86 @@
+#include "translation/ondevice/TranslationRoute.h"
+
+#include <QObject>
+#include <QTest>
+
+using namespace lumaphone;
+using engine::WrittenChinese;
+
+namespace {
+
+ModelCatalogue catalogue(const QList<std::pair<QString, QString>> &pairs)
+{
+    QStringList models;
+    for (const auto &[source, target] : pairs) {
+        models.append(
+            QStringLiteral(R"({"id": "%1-%2", "kind": "translation", "title": "x", "languages": ["%1", "%2"],
+            "licence": {"text": "x", "mustBeAccepted": false}, "downloads": [{"url": "http:\/\/x\/x",
+            "compression": "none", "files": [{"role": "model", "name": "x"}]}]})")
+                .arg(source, target));
+    }
+    return ModelCatalogue::fromJson(
+        ("{\"models\": [" + models.join(QLatin1Char(',')) + "]}").toUtf8(), QStringLiteral("test"));
+}
+
+} // namespace
+
+class TranslationRouteTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void languagesAreFoundHoweverTheyAreWritten_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QStringList>("legs");
+        const QStringList direct {"en-zh-Hant"};
+        const QStringList pivoted {"ja-en", "en-zh-Hant"};
+        QTest::newRow("as they stand") << "en"
+                                       << "zh-Hant" << direct;
+        QTest::newRow("with regions") << "en-US"
+                                      << "zh-TW" << direct;
+        QTest::newRow("with underscores") << "ja_JP"
+                                          << "zh_Hant_TW" << pivoted;
+        QTest::newRow("any case") << "JA"
+                                  << "ZH-HANT" << pivoted;
+        QTest::newRow("Chinese alone is Traditional") << "ja"
+                                                      << "zh" << pivoted;
+        QTest::newRow("Simplified is another language") << "ja"
+                                                        << "zh-Hans" << QStringList();
+        QTest::newRow("Simplified by its region") << "ja"
+                                                  << "zh-CN" << QStringList();
+        QTest::newRow("no model") << "fr"
+                                  << "zh-Hant" << QStringList();
+        QTest::newRow("nothing") << ""
+                                 << "" << QStringList();
+    }
+    void languagesAreFoundHoweverTheyAreWritten()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, target);
+        QFETCH(QStringList, legs);
+        const ModelCatalogue models = catalogue({{"en", "zh-Hant"}, {"ja", "en"}});
+        const TranslationRoute route = translationRoute(models, {source}, {target});
+        QStringList found;
+        for (const ModelEntry *leg : route.legs) {
+            found.append(leg->id);
+        }
+        QCOMPARE(found, legs);
+    }
+
+    void theLastLegSaysWhatItsTextStillNeeds()
+    {
+        const ModelCatalogue both = catalogue({{"en", "zh-Hans"}, {"en", "zh-Hant"}, {"ja", "en"}});
+        QCOMPARE(translationRoute(both, {"ja"}, {"zh-Hant"}).written, WrittenChinese::Traditional);
+        QCOMPARE(translationRoute(both, {"ja"}, {"en"}).written, WrittenChinese::None);
+        QCOMPARE(translationRoute(both, {"ja"}, {"zh-Hans"}).written, WrittenChinese::None);
+        const ModelCatalogue simplified = catalogue({{"en", "zh-Hans"}, {"ja", "en"}});
+        const TranslationRoute route = translationRoute(simplified, {"ja"}, {"zh-Hant"});
+        QCOMPARE(route.written, WrittenChinese::Simplified);
+        QCOMPARE(route.legs.last()->id, QStringLiteral("en-zh-Hans"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TranslationRouteTest)
+#include "TranslationRouteTest.moc"
