@@ -74,11 +74,12 @@ private slots:
         QTemporaryDir empty;
         EngineSpeechFramework framework({std::make_shared<PocketSphinxEngine>(empty.path())}, m_mainQueue);
         QCOMPARE(errorOfReserving(framework, QStringLiteral("ja-JP")),
-            QStringLiteral("尚未安裝 ja-JP 的語音辨識模型。"));
+            QStringLiteral("尚未安裝「日文」（ja-JP）的語音辨識模型。"));
         QCOMPARE(errorOfReserving(framework, QStringLiteral("en")),
-            QStringLiteral("尚未安裝 en-US 的語音辨識模型。請安裝 Debian 套件 pocketsphinx-en-us。"));
+            QStringLiteral(
+                "尚未安裝「英文」（en-US）的語音辨識模型。請安裝 Debian 套件 pocketsphinx-en-us。"));
         QCOMPARE(errorOfReserving(framework, QStringLiteral("fr-FR")),
-            QStringLiteral("尚未安裝 fr-FR 的語音辨識模型。"));
+            QStringLiteral("尚未安裝「fr-FR」的語音辨識模型。"));
         QCOMPARE(framework.reservations(QStringLiteral("ja-JP")), 0);
     }
 
@@ -113,7 +114,7 @@ private slots:
         const auto error
             = thrownBy<SpeechFrameworkError>([&] { test::waitFor(analyzer->prepareToAnalyze(16000)); });
         QVERIFY(error);
-        QCOMPARE(error->errorDescription(), QStringLiteral("尚未安裝 ko-KR 的語音辨識模型。"));
+        QCOMPARE(error->errorDescription(), QStringLiteral("尚未安裝「韓文」（ko-KR）的語音辨識模型。"));
     }
 };
 

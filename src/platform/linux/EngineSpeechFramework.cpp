@@ -97,7 +97,10 @@ std::shared_ptr<SpeechEngine> EngineSpeechFramework::engineFor(const QString &lo
 
 QString EngineSpeechFramework::missingModelText(const QString &localeIdentifier) const
 {
-    QString text = QStringLiteral("尚未安裝 %1 的語音辨識模型。").arg(localeIdentifier);
+    const QString name = speechLanguageName(localeIdentifier);
+    QString text = (name == localeIdentifier
+            ? QStringLiteral("尚未安裝「%1」的語音辨識模型。").arg(name)
+            : QStringLiteral("尚未安裝「%1」（%2）的語音辨識模型。").arg(name, localeIdentifier));
     for (const auto &engine : m_engines) {
         if (const auto hint = engine->installationHint(localeIdentifier)) {
             return text + *hint;

@@ -16,7 +16,7 @@ QString resolved(const QString &path)
     return target.isEmpty() ? path : target;
 }
 
-QString lockPath(const QString &path)
+QString settingsLockPath(const QString &path)
 {
     return path + QStringLiteral(".lock");
 }
@@ -134,7 +134,7 @@ void JsonDefaultsStore::change(const QString &key, Change change)
 void JsonDefaultsStore::write()
 {
     createFolder(QFileInfo(m_path).absolutePath());
-    const FileLock lock = FileLock::wait(lockPath(m_path));
+    const FileLock lock = FileLock::wait(settingsLockPath(m_path));
     // Others may have written since: only our own changes go on top of what is there now.
     json::Value values = readOrKeepAside(m_path, m_values);
     for (const auto &[key, change] : m_unwritten) {

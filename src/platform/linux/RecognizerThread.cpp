@@ -88,9 +88,10 @@ void RecognizerThread::run()
             module->finish();
         }
     } catch (...) {
-        const QString description = localizedDescription(std::current_exception());
+        // One failure is told once, however many languages it concerns.
+        m_modules.front()->fail(localizedDescription(std::current_exception()));
         for (const auto &module : m_modules) {
-            module->fail(description);
+            module->finish();
         }
     }
     m_queue.close();

@@ -12,6 +12,7 @@ namespace {
 struct SupportedLocale
 {
     const char16_t *identifier;
+    const char16_t *name;
     QStringView language;
     QStringView script;
     QStringView region;
@@ -20,9 +21,11 @@ struct SupportedLocale
 };
 
 constexpr std::array<SupportedLocale, 4> supportedLocales {{
-    {u"ja-JP", u"ja", u"jpan", u"jp", true}, {u"en-US", u"en", u"latn", u"us", true},
-    {u"ko-KR", u"ko", u"kore", u"kr", true},
-    {u"zh-Hant-TW", u"zh", u"hant", u"tw", false}, // "zh" alone is written in simplified script
+    {u"ja-JP", u"日文", u"ja", u"jpan", u"jp", true},
+    {u"en-US", u"英文", u"en", u"latn", u"us", true},
+    {u"ko-KR", u"韓文", u"ko", u"kore", u"kr", true},
+    // "zh" alone is written in simplified script
+    {u"zh-Hant-TW", u"中文", u"zh", u"hant", u"tw", false},
 }};
 
 struct Subtags
@@ -62,17 +65,26 @@ bool agrees(const SupportedLocale &supported, const Subtags &subtags)
         && (!isBareLanguage || supported.isLanguageDefault);
 }
 
-} // namespace
-
-std::optional<QString> supportedSpeechLocale(const QString &localeIdentifier)
+const SupportedLocale *supportedLocale(const QString &localeIdentifier)
 {
     const Subtags subtags = subtagsOf(localeIdentifier);
     const auto found = std::find_if(supportedLocales.begin(), supportedLocales.end(),
         [&subtags](const SupportedLocale &supported) { return agrees(supported, subtags); });
-    if (found == supportedLocales.end()) {
-        return std::nullopt;
-    }
-    return QString::fromUtf16(found->identifier);
+    return found == supportedLocales.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+std::optional<QString> supportedSpeechLocale(const QString &localeIdentifier)
+{
+    const SupportedLocale *const supported = supportedLocale(localeIdentifier);
+    return supported == nullptr ? std::nullopt : std::optional(QString::fromUtf16(supported->identifier));
+}
+
+QString speechLanguageName(const QString &localeIdentifier)
+{
+    const SupportedLocale *const supported = supportedLocale(localeIdentifier);
+    return supported == nullptr ? localeIdentifier : QString::fromUtf16(supported->name);
 }
 
 } // namespace lumaphone

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "models/ModelStore.h"
+#include "platform/linux/SpeechInstallations.h"
+
+namespace lumaphone {
+
+/// The files of the speech model in the user's store, which is made of a voice detector and a network. Where
+/// one of them is missing, a sentence for the user: what to run and how much will be fetched.
+std::variant<SpeechModelFiles, QString> installedSpeechModel(const ModelStore &store);
+
+} // namespace lumaphone

@@ -1,0 +1,40 @@
+#include "platform/linux/SpeechInstallations.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace lumaphone {
+
+namespace {
+
+std::string pathOf(const QString &path)
+{
+    return QFile::encodeName(path).toStdString();
+}
+
+} // namespace
+
+SpeechInstallations::SpeechInstallations(std::shared_ptr<const BundleResources> resources, Models models)
+    : m_resources(std::move(resources))
+    , m_models(std::move(models))
+{
+}
+
+HostedSpeechEngine::Installation SpeechInstallations::operator()() const
+{
+    const auto program = m_resources->path(QStringLiteral("lumaphone-speech-host"));
+    const auto runtime = m_resources->path(QStringLiteral("libsherpa-onnx-c-api.so"));
+    if (!program || !runtime || !m_resources->path(QStringLiteral("libonnxruntime.so"))) {
+        return QStringLiteral("這個版本的 Lumaphone 缺少語音辨識執行庫（libsherpa-onnx-c-api.so）。"
+                              "請執行 packaging/install-speech-runtime 後重新建置，或改裝完整的套件。");
+    }
+    auto models = m_models();
+    if (auto *const hint = std::get_if<QString>(&models)) {
+        return std::move(*hint);
+    }
+    const auto &files = std::get<SpeechModelFiles>(models);
+    return SpeechInstallation {*program, QFileInfo(*runtime).absolutePath(), files.voiceDetector,
+        {host::NetworkKind::senseVoice, {pathOf(files.network)}, pathOf(files.tokens)}, {}};
+}
+
+} // namespace lumaphone

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/BundleResources.h"
+#include "platform/linux/HostedSpeechEngine.h"
+
+namespace lumaphone {
+
+/// The files of an installed speech model.
+struct SpeechModelFiles
+{
+    QString voiceDetector;
+    QString network;
+    QString tokens;
+};
+
+/// Finds what the hosted engine needs: its program and the runtime library among the program's resources, and
+/// the model where `models` says.
+class SpeechInstallations
+{
+public:
+    /// The installed model, or a sentence for the user: how to install it.
+    using Models = std::function<std::variant<SpeechModelFiles, QString>()>;
+
+    SpeechInstallations(std::shared_ptr<const BundleResources> resources, Models models);
+
+    HostedSpeechEngine::Installation operator()() const;
+
+private:
+    std::shared_ptr<const BundleResources> m_resources;
+    Models m_models;
+};
+
+} // namespace lumaphone

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "speech-host/SegmentDecoder.h"
+#include "speech-host/SpeechRuntime.h"
+#include "speech/SpeechHostMessages.h"
+
+#include <memory>
+
+namespace lumaphone::host {
+
+/// A network that hears whole segments and names their language: decodes a segment from its start each time.
+class OfflineNetwork final : public SegmentDecoder
+{
+public:
+    /// `language`: empty to let the network find out. Throws HostFailure (network).
+    OfflineNetwork(
+        const SpeechRuntime &runtime, const Network &network, const std::string &language, int threads);
+
+    Hearing decode(std::int64_t start, std::span<const float> samples, bool isComplete) override;
+
+private:
+    const SpeechRuntime &m_runtime;
+    std::unique_ptr<const void, void (*)(const void *)> m_recognizer;
+};
+
+} // namespace lumaphone::host

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace lumaphone::host {
+
+/// What a network heard in a segment.
+struct Hearing
+{
+    std::string text;
+    std::string language; ///< empty if the network names none
+    std::string event; ///< likewise
+};
+
+/// Decodes segments, one after another. Throws HostFailure (decoding).
+class SegmentDecoder
+{
+public:
+    virtual ~SegmentDecoder() = default;
+    /// Decodes a segment so far. `start` names it; of one segment, `samples` only grow from call to call.
+    /// No more calls follow for a segment that is complete.
+    virtual Hearing decode(std::int64_t start, std::span<const float> samples, bool isComplete) = 0;
+};
+
+} // namespace lumaphone::host

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "speech-host/SpeechRuntime.h"
+
+#include <span>
+
+namespace lumaphone::host {
+
+/// Tells speech from everything else, window by window.
+class VoiceDetector
+{
+public:
+    /// Samples of one decision.
+    static constexpr std::size_t windowSize = 512;
+
+    /// Throws HostFailure (voiceDetector).
+    VoiceDetector(const SpeechRuntime &runtime, const std::string &model);
+
+    /// Whether speech is going on at the end of the next window. Decisions against speech come 0.1 s late.
+    bool isSpeech(std::span<const float> window);
+    /// To be called when a segment was cut within speech: what came before is not needed any more.
+    void forgetSound();
+
+private:
+    const SpeechRuntime &m_runtime;
+    std::unique_ptr<const void, void (*)(const void *)> m_detector;
+};
+
+} // namespace lumaphone::host

@@ -1,0 +1,138 @@
+#include "platform/linux/InstalledSpeechModel.h"
+
+#include "platform/linux/EngineSpeechFramework.h"
+#include "support/Coroutines.h"
+#include "support/ToySpeechModel.h"
+
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+/// Says that everything is there, or nothing.
+class Resources final : public BundleResources
+{
+public:
+    explicit Resources(bool isComplete)
+        : m_isComplete(isComplete)
+    {
+    }
+    std::optional<QString> path(const QString &name) const override
+    {
+        return m_isComplete ? std::optional(QStringLiteral("/bin/") + name) : std::nullopt;
+    }
+
+private:
+    const bool m_isComplete;
+};
+
+} // namespace
+
+class InstalledSpeechModelTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void whatIsMissingIsNamedWithItsSize_data()
+    {
+        QTest::addColumn<QStringList>("installed");
+        QTest::addColumn<QString>("hint");
+        QTest::newRow("nothing there")
+            << QStringList()
+            << "請執行「lumaphone-cli models install silero-vad sense-voice」下載並安裝（約 164 MB）。";
+        QTest::newRow("no network") << QStringList {
+            "silero-vad"} << "請執行「lumaphone-cli models install sense-voice」下載並安裝（約 163 MB）。";
+        QTest::newRow("no voice detector") << QStringList {
+            "sense-voice"} << "請執行「lumaphone-cli models install silero-vad」下載並安裝（約 644 kB）。";
+    }
+    void whatIsMissingIsNamedWithItsSize()
+    {
+        QFETCH(QStringList, installed);
+        QFETCH(QString, hint);
+        const QTemporaryDir folder;
+        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        for (const QString &id : installed) {
+            installToySpeechModel(store, id);
+        }
+        QCOMPARE(std::get<QString>(installedSpeechModel(store)), hint);
+    }
+
+    void anInstalledModelIsFound()
+    {
+        const QTemporaryDir folder;
+        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        installToySpeechModels(store);
+        const auto files = std::get<SpeechModelFiles>(installedSpeechModel(store));
+        QCOMPARE(files.voiceDetector, folder.filePath("silero-vad/silero_vad.onnx"));
+        QCOMPARE(files.network, folder.filePath("sense-voice/model.int8.onnx"));
+        QCOMPARE(files.tokens, folder.filePath("sense-voice/tokens.txt"));
+    }
+
+    void theFrameworkFollowsWhatIsInstalled()
+    {
+        const QTemporaryDir folder;
+        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const auto engine = std::make_shared<HostedSpeechEngine>(SpeechInstallations(
+            std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
+        EngineSpeechFramework framework({engine}, MainQueue::create());
+        const auto error
+            = thrownBy<SpeechFrameworkError>([&] { test::waitFor(framework.reserve("zh-Hant-TW")); });
+        QCOMPARE(error->errorDescription(),
+            QStringLiteral("尚未安裝「中文」（zh-Hant-TW）的語音辨識模型。請執行「lumaphone-cli models "
+                           "install silero-vad "
+                           "sense-voice」下載並安裝（約 164 MB）。"));
+        QVERIFY(engine->installedLocales().empty());
+
+        installToySpeechModels(store);
+        for (const char *const locale : {"ja-JP", "en-US", "ko-KR", "zh-Hant-TW"}) {
+            test::waitFor(framework.reserve(locale));
+            QCOMPARE(framework.reservations(locale), 1);
+        }
+        QCOMPARE(engine->installedLocales().size(), std::size_t(4));
+        QVERIFY(!engine->installationHint("ja-JP"));
+
+        store.remove(store.catalogue().entry("sense-voice"));
+        QVERIFY(thrownBy<SpeechFrameworkError>([&] { test::waitFor(framework.reserve("ja-JP")); }));
+    }
+
+    void aMissingRuntimeIsSaid()
+    {
+        const QTemporaryDir folder;
+        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        installToySpeechModels(store);
+        const HostedSpeechEngine engine(SpeechInstallations(
+            std::make_shared<Resources>(false), [&store] { return installedSpeechModel(store); }));
+        QVERIFY(engine.installedLocales().empty());
+        QVERIFY(engine.installationHint("ja-JP")->contains("libsherpa-onnx-c-api.so"));
+        QVERIFY(!engine.installationHint("fr-FR"));
+    }
+
+    void oneRecognizerServesAllLanguages()
+    {
+        const QTemporaryDir folder;
+        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        installToySpeechModels(store);
+        const HostedSpeechEngine engine(SpeechInstallations(
+            std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
+        const auto recognizers
+            = engine.makeRecognizers({"ja-JP", "ko-KR"}, [](const QString &, const SpeechResult &) {});
+        QCOMPARE(recognizers.size(), std::size_t(1));
+        QCOMPARE(recognizers.front()->localeIdentifiers(), std::vector<QString>({"ja-JP", "ko-KR"}));
+    }
+
+    void aModelRemovedInBetweenFailsToLoad()
+    {
+        const QTemporaryDir folder;
+        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const HostedSpeechEngine engine(SpeechInstallations(
+            std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
+        const auto recognizers
+            = engine.makeRecognizers({"ja-JP"}, [](const QString &, const SpeechResult &) {});
+        QVERIFY(thrownBy<SpeechFrameworkError>([&] { recognizers.front()->load(); }));
+    }
+};
+
+QTEST_GUILESS_MAIN(InstalledSpeechModelTest)
+#include "InstalledSpeechModelTest.moc"

@@ -1,0 +1,4 @@
+extern "C" const char *SherpaOnnxGetVersionStr()
+{
+    return "1.99.0";
+}
