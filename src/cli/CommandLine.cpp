@@ -94,6 +94,45 @@ QString action(const Arguments &arguments, const QString &usage)
     return arguments.positional().constFirst();
 }
 
+CommandLine parseModels(const QStringList &list)
+{
+    const Arguments arguments(list,
+        {{QStringLiteral("from"), QStringLiteral("PATH"), {}, {}},
+            {QStringLiteral("accept-licence"), {}, {}, {}}});
+    if (arguments.wantsHelp()) {
+        return ShowText {modelsHelp()};
+    }
+    const QString usage
+        = QStringLiteral("models 的用法：list、install PAIR…、remove PAIR… 或 verify [PAIR…]");
+    const QString verb = action(arguments, usage);
+    const QStringList names = arguments.positional().mid(1);
+    const bool isInstall = verb == QLatin1String("install");
+    if (!isInstall
+        && (arguments.isSet(QStringLiteral("from")) || arguments.isSet(QStringLiteral("accept-licence")))) {
+        throw UsageError(QStringLiteral("--from 和 --accept-licence 只能用於 models install"));
+    }
+    if (names.contains(QString())) {
+        throw UsageError(usage);
+    }
+    if (verb == QLatin1String("list") && names.isEmpty()) {
+        return ModelsList {};
+    }
+    if (isInstall && !names.isEmpty()) {
+        if (arguments.isSet(QStringLiteral("from")) && arguments.value(QStringLiteral("from")).isEmpty()) {
+            throw UsageError(QStringLiteral("--from 需要資料夾或檔案"));
+        }
+        return ModelsInstall {names, arguments.value(QStringLiteral("from")),
+            arguments.isSet(QStringLiteral("accept-licence"))};
+    }
+    if (verb == QLatin1String("remove") && !names.isEmpty()) {
+        return ModelsRemove {names};
+    }
+    if (verb == QLatin1String("verify")) {
+        return ModelsVerify {names};
+    }
+    throw UsageError(usage);
+}
+
 CommandLine parseSettings(const QStringList &list)
 {
     const Arguments arguments(list, {});
@@ -181,14 +220,20 @@ CommandLine parseGlossary(const QStringList &list)
     if (arguments.wantsHelp()) {
         return ShowText {glossaryHelp()};
     }
-    const QString usage
-        = QStringLiteral("glossary 的用法：list、add SOURCE、remove SOURCE、enable SOURCE 或 disable SOURCE");
+    const QString usage = QStringLiteral("glossary 的用法：list、add SOURCE、remove SOURCE、enable SOURCE、"
+                                         "disable SOURCE、import FILE 或 export FILE");
     const QString verb = action(arguments, usage);
     if (verb == QLatin1String("list")) {
         arguments.requirePositional(1, usage);
         return GlossaryList {};
     }
     arguments.requirePositional(2, usage);
+    if (verb == QLatin1String("import")) {
+        return GlossaryImport {arguments.positional().at(1)};
+    }
+    if (verb == QLatin1String("export")) {
+        return GlossaryExport {arguments.positional().at(1)};
+    }
     const QString source = text::trimmed(arguments.positional().at(1));
     if (source.isEmpty()) {
         throw UsageError(usage);
@@ -205,6 +250,112 @@ CommandLine parseGlossary(const QStringList &list)
     }
     if (verb == QLatin1String("disable")) {
         return GlossarySetEnabled {source, false};
+    }
+    throw UsageError(usage);
+}
+
+TranscriptFormat transcriptFormat(const Arguments &arguments)
+{
+    if (!arguments.isSet(QStringLiteral("format"))) {
+        throw UsageError(QStringLiteral("library export 需要 --format（可用 md、txt、srt、vtt、json）"));
+    }
+    const QString name = arguments.value(QStringLiteral("format"));
+    if (name == QLatin1String("md")) {
+        return TranscriptFormat::markdown;
+    }
+    if (name == QLatin1String("txt")) {
+        return TranscriptFormat::text;
+    }
+    if (name == QLatin1String("srt")) {
+        return TranscriptFormat::srt;
+    }
+    if (name == QLatin1String("vtt")) {
+        return TranscriptFormat::vtt;
+    }
+    if (name == QLatin1String("json")) {
+        return TranscriptFormat::json;
+    }
+    throw UsageError(QStringLiteral("不認得的輸出格式：%1（可用 md、txt、srt、vtt、json）").arg(name));
+}
+
+SubtitleText exportedText(const Arguments &arguments, TranscriptFormat format)
+{
+    if (!arguments.isSet(QStringLiteral("text"))) {
+        return SubtitleText::bilingual;
+    }
+    if (format == TranscriptFormat::markdown || format == TranscriptFormat::json) {
+        throw UsageError(QStringLiteral("--text 只能用於 txt、srt 和 vtt；md 和 json 一律包含原文與譯文"));
+    }
+    const QString name = arguments.value(QStringLiteral("text"));
+    if (name == QLatin1String("source")) {
+        return SubtitleText::source;
+    }
+    if (name == QLatin1String("translation")) {
+        return SubtitleText::translation;
+    }
+    if (name == QLatin1String("bilingual")) {
+        return SubtitleText::bilingual;
+    }
+    throw UsageError(QStringLiteral("不認得的內容：%1（可用 source、translation、bilingual）").arg(name));
+}
+
+/// Each verb of "library" takes options of its own; those of another one are refused.
+void requireOptions(const Arguments &arguments, const QString &verb, const QStringList &known)
+{
+    for (const QString &option : {QStringLiteral("search"), QStringLiteral("format"), QStringLiteral("text"),
+             QStringLiteral("output"), QStringLiteral("yes")}) {
+        if (arguments.isSet(option) && !known.contains(option)) {
+            throw UsageError(QStringLiteral("library %1 沒有選項 --%2").arg(verb, option));
+        }
+    }
+}
+
+LibraryExport parseLibraryExport(const Arguments &arguments)
+{
+    const TranscriptFormat format = transcriptFormat(arguments);
+    const QString path = arguments.value(QStringLiteral("output"));
+    if (arguments.isSet(QStringLiteral("output")) && path.isEmpty()) {
+        throw UsageError(QStringLiteral("--output 需要檔案名稱"));
+    }
+    return {arguments.positional().at(1), format, exportedText(arguments, format), path};
+}
+
+CommandLine parseLibrary(const QStringList &list)
+{
+    const Arguments arguments(list,
+        {{QStringLiteral("search"), QStringLiteral("TEXT"), {}, {}},
+            {QStringLiteral("format"), QStringLiteral("FORMAT"), {}, {}},
+            {QStringLiteral("text"), QStringLiteral("WHICH"), {}, {}},
+            {QStringLiteral("output"), QStringLiteral("FILE"), {}, QStringLiteral("o")},
+            {QStringLiteral("yes"), {}, {}, QStringLiteral("y")}});
+    if (arguments.wantsHelp()) {
+        return ShowText {libraryHelp()};
+    }
+    const QString usage = QStringLiteral("library 的用法：list、show ID、export ID、delete ID 或 save");
+    const QString verb = action(arguments, usage);
+    if (verb == QLatin1String("list")) {
+        arguments.requirePositional(1, usage);
+        requireOptions(arguments, verb, {QStringLiteral("search")});
+        return LibraryList {arguments.value(QStringLiteral("search"))};
+    }
+    if (verb == QLatin1String("save")) {
+        arguments.requirePositional(1, usage);
+        requireOptions(arguments, verb, {});
+        return LibrarySave {};
+    }
+    arguments.requirePositional(2, usage);
+    if (verb == QLatin1String("show")) {
+        requireOptions(arguments, verb, {});
+        return LibraryShow {arguments.positional().at(1)};
+    }
+    if (verb == QLatin1String("export")) {
+        requireOptions(
+            arguments, verb, {QStringLiteral("format"), QStringLiteral("text"), QStringLiteral("output")});
+        return parseLibraryExport(arguments);
+    }
+    if (verb == QLatin1String("delete")) {
+        requireOptions(arguments, verb, {QStringLiteral("yes")});
+        return LibraryDelete {arguments.positional().at(1), arguments.isSet(QStringLiteral("yes"))};
     }
     throw UsageError(usage);
 }
@@ -226,6 +377,9 @@ CommandLine parseCommandLine(const QStringList &arguments)
     if (command == QLatin1String("caption")) {
         return parseCaption(arguments.mid(1));
     }
+    if (command == QLatin1String("models")) {
+        return parseModels(arguments.mid(1));
+    }
     if (command == QLatin1String("settings")) {
         return parseSettings(arguments.mid(1));
     }
@@ -237,6 +391,9 @@ CommandLine parseCommandLine(const QStringList &arguments)
     }
     if (command == QLatin1String("glossary")) {
         return parseGlossary(arguments.mid(1));
+    }
+    if (command == QLatin1String("library")) {
+        return parseLibrary(arguments.mid(1));
     }
     throw UsageError(QStringLiteral("不認得的指令：%1").arg(command));
 }

@@ -3,6 +3,7 @@
 #include "base/LocalizedError.h"
 #include "capture/AppleSystemSpeechLanguage.h"
 #include "glossary/LumaphoneGlossaryTermMode.h"
+#include "storage/TranscriptSubtitles.h"
 
 #include <QString>
 #include <QStringList>
@@ -66,6 +67,26 @@ struct ShowText
     bool operator==(const ShowText &) const = default;
 };
 
+/// Models are named by themselves or by the pair that they lead from and to, such as "ja-zh-Hant".
+struct ModelsList
+{
+};
+struct ModelsInstall
+{
+    QStringList names;
+    QString from; ///< a folder or file of the user's; empty: from the publisher
+    bool acceptsLicence = false;
+    bool operator==(const ModelsInstall &) const = default;
+};
+struct ModelsRemove
+{
+    QStringList names;
+};
+struct ModelsVerify
+{
+    QStringList names; ///< empty: all that are installed
+};
+
 struct SettingsList
 {
 };
@@ -117,9 +138,47 @@ struct GlossarySetEnabled
     bool isEnabled = true;
 };
 
-using CommandLine
-    = std::variant<ShowText, CaptionCommandLine, SettingsList, SettingsGet, SettingsSet, KeySet, KeyClear,
-        KeyStatus, DraftShow, DraftDiscard, GlossaryList, GlossaryAdd, GlossaryRemove, GlossarySetEnabled>;
+struct GlossaryImport
+{
+    QString path;
+};
+struct GlossaryExport
+{
+    QString path;
+};
+
+/// The forms in which a saved transcript is exported.
+enum class TranscriptFormat { markdown, text, srt, vtt, json };
+
+struct LibraryList
+{
+    QString search; ///< blank: everything
+};
+struct LibraryShow
+{
+    QString id; ///< or its beginning
+};
+struct LibraryExport
+{
+    QString id;
+    TranscriptFormat format = TranscriptFormat::markdown;
+    SubtitleText text = SubtitleText::bilingual; ///< of text and subtitles
+    QString path; ///< empty: standard output
+    bool operator==(const LibraryExport &) const = default;
+};
+struct LibraryDelete
+{
+    QString id;
+    bool isConfirmed = false;
+};
+struct LibrarySave
+{
+};
+
+using CommandLine = std::variant<ShowText, CaptionCommandLine, ModelsList, ModelsInstall, ModelsRemove,
+    ModelsVerify, SettingsList, SettingsGet, SettingsSet, KeySet, KeyClear, KeyStatus, DraftShow,
+    DraftDiscard, GlossaryList, GlossaryAdd, GlossaryRemove, GlossarySetEnabled, GlossaryImport,
+    GlossaryExport, LibraryList, LibraryShow, LibraryExport, LibraryDelete, LibrarySave>;
 
 /// Reads the arguments behind the program's name. Throws UsageError.
 CommandLine parseCommandLine(const QStringList &arguments);

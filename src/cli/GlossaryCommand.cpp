@@ -102,4 +102,36 @@ ExitStatus runGlossarySetEnabled(
     return complained(store, streams) ? exitFailure : exitSuccess;
 }
 
+ExitStatus runGlossaryImport(
+    const GlossaryImport &command, LumaphoneGlossaryStore &store, const CommandStreams &streams)
+{
+    if (complained(store, streams)) {
+        return exitFailure;
+    }
+    const qsizetype before = store.terms().size();
+    store.importTerms(command.path);
+    if (complained(store, streams)) {
+        return exitFailure;
+    }
+    streams.print(QStringLiteral("已加入 %1 個詞彙。").arg(store.terms().size() - before));
+    return exitSuccess;
+}
+
+ExitStatus runGlossaryExport(
+    const GlossaryExport &command, const LumaphoneGlossaryStore &store, const CommandStreams &streams)
+{
+    if (complained(store, streams)) {
+        return exitFailure;
+    }
+    store.exportYAML(command.path);
+    for (const LumaphoneGlossaryTerm &term : store.terms()) {
+        if ((term.source + term.target).contains(QLatin1Char('\n'))) {
+            streams.complain(
+                QStringLiteral("「%1」含有換行，再匯入時會不完整。").arg(singleRow(term.source)));
+        }
+    }
+    streams.print(QStringLiteral("已匯出 %1 個詞彙。").arg(store.terms().size()));
+    return exitSuccess;
+}
+
 } // namespace lumaphone::cli

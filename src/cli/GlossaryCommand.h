@@ -21,5 +21,12 @@ ExitStatus runGlossaryRemove(
 /// Switches every term with that source on or off.
 ExitStatus runGlossarySetEnabled(
     const GlossarySetEnabled &command, LumaphoneGlossaryStore &store, const CommandStreams &streams);
+/// Adds the terms of a file whose sources are new, and says how many there were. Throws LocalizedError when
+/// the file cannot be read.
+ExitStatus runGlossaryImport(
+    const GlossaryImport &command, LumaphoneGlossaryStore &store, const CommandStreams &streams);
+/// Writes every term into a YAML file; names those that the format cannot carry whole. Throws LocalizedError.
+ExitStatus runGlossaryExport(
+    const GlossaryExport &command, const LumaphoneGlossaryStore &store, const CommandStreams &streams);
 
 } // namespace lumaphone::cli

@@ -10,10 +10,12 @@ QString programHelp()
 
 指令：
   caption INPUT  聆聽系統音訊、麥克風或音訊檔，即時印出字幕
+  models         安裝、檢查或移除翻譯與語音的模型
   settings       列出、讀取或變更設定
   key            儲存、移除或查看翻譯服務的 API Key
   glossary       管理固定譯法的詞彙
   draft          查看或捨棄尚未儲存的字幕草稿
+  library        儲存、搜尋、匯出或刪除字幕紀錄
 
 選項：
   -h, --help     顯示說明；「lumaphone-cli 指令 --help」顯示該指令的說明
@@ -43,6 +45,25 @@ INPUT：
   -h, --help           顯示這份說明
 
 結束狀態：0 正常結束；1 無法開始或中途失敗，原因在標準錯誤輸出；2 用法錯誤。
+)");
+}
+
+QString modelsHelp()
+{
+    return QStringLiteral(R"(用法：lumaphone-cli models list
+      lumaphone-cli models install [--from PATH] [--accept-licence] PAIR...
+      lumaphone-cli models remove PAIR...
+      lumaphone-cli models verify [PAIR...]
+
+PAIR 是模型的名稱（例如 ja-en），或原文與譯文的語言（例如 ja-zh-Hant，經由英文，會用到兩個模型）。
+沒有人要求就不會下載。中斷或按 Ctrl-C 後，下次會從中斷處繼續。
+
+list 每行列出一個模型：名稱、狀態（missing、partial、installed 或 damaged）、說明，以 TAB 分隔。
+remove 移除模型；語言對只移除第一個，另一個可能還有別的語言在用。
+verify 讀取所有檔案並比對大小與 SHA-256。
+
+  --from PATH       從資料夾或檔案安裝，不下載
+  --accept-licence  接受模型的授權條款；有些模型必須先接受
 )");
 }
 
@@ -82,13 +103,36 @@ QString glossaryHelp()
       lumaphone-cli glossary remove SOURCE
       lumaphone-cli glossary enable SOURCE
       lumaphone-cli glossary disable SOURCE
+      lumaphone-cli glossary import FILE
+      lumaphone-cli glossary export FILE
 
+import 讀取 JSON、YAML 或 CSV 檔（依副檔名），加入尚未收錄的詞彙。export 把所有詞彙寫成 YAML 檔；
+備註不會匯出，含有換行的詞彙也無法完整匯出。
 list 每行列出一個詞彙：on 或 off、處理方式、原文、譯文、備註，以 TAB 分隔。
 
   --target TEXT     固定的譯文；指定後處理方式預設為 translate
   --mode MODE       preserve：譯文保留原文；translate：一律譯成 --target
   --note TEXT       備註，不會送出
   --case-sensitive  比對時區分大小寫
+)");
+}
+
+QString libraryHelp()
+{
+    return QStringLiteral(R"(用法：lumaphone-cli library list [--search TEXT]
+      lumaphone-cli library show ID
+      lumaphone-cli library export ID --format FORMAT [--text WHICH] [-o FILE]
+      lumaphone-cli library delete ID [--yes]
+      lumaphone-cli library save
+
+list 每行列出一筆字幕紀錄，由新到舊：ID、建立時間、段落數、標題，以 TAB 分隔。ID 可以只寫開頭幾個字元，
+只要沒有別的紀錄以它開頭。save 把目前的草稿存成字幕紀錄，然後刪除草稿。
+
+  --search TEXT      只列出標題、備註、原文、譯文或術語含有這段文字的紀錄，不分大小寫
+  --format FORMAT    md、txt、srt（SubRip 字幕）、vtt（WebVTT 字幕）或 json（完整內容）
+  --text WHICH       txt、srt 和 vtt 的內容：source 原文、translation 譯文、bilingual 兩者（預設）
+  -o, --output FILE  寫入檔案，而不是標準輸出；已有的檔案會被取代
+  -y, --yes          刪除前不再詢問；不在終端機上時必須指定
 )");
 }
 

@@ -6,9 +6,11 @@ namespace lumaphone::cli {
 
 QString programHelp();
 QString captionHelp();
+QString modelsHelp();
 QString settingsHelp();
 QString keyHelp();
 QString draftHelp();
 QString glossaryHelp();
+QString libraryHelp();
 
 } // namespace lumaphone::cli

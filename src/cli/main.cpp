@@ -10,6 +10,8 @@
 #include "cli/GlossaryCommand.h"
 #include "cli/JsonLinesCaptionPrinter.h"
 #include "cli/KeyCommand.h"
+#include "cli/LibraryCommand.h"
+#include "cli/ModelsCommand.h"
 #include "cli/NoFloatingCaptions.h"
 #include "cli/NoTranslation.h"
 #include "cli/SessionDefaults.h"
@@ -18,12 +20,14 @@
 #include "cli/TerminationSignals.h"
 #include "cli/TextCaptionPrinter.h"
 #include "glossary/LumaphoneGlossaryStore.h"
+#include "models/ModelInstaller.h"
+#include "models/ModelStore.h"
+#include "platform/linux/DesktopFileViewer.h"
 #include "platform/linux/EngineSpeechFramework.h"
 #include "platform/linux/ExecutableFolderResources.h"
+#include "platform/linux/InstalledSpeechEngines.h"
 #include "platform/linux/JsonDefaultsStore.h"
 #include "platform/linux/LockedSingleInstance.h"
-#include "platform/linux/OnDeviceTranslationFramework.h"
-#include "platform/linux/PocketSphinxEngine.h"
 #include "platform/linux/PulseMicrophoneCapture.h"
 #include "platform/linux/PulseScreenAudioCapture.h"
 #include "platform/linux/SecretServiceKeychain.h"
@@ -33,9 +37,11 @@
 #include "session/SessionTranslator.h"
 #include "session/SystemAudioCaptureController.h"
 #include "storage/LumaphoneSettings.h"
+#include "storage/TranscriptLibraryStore.h"
 #include "storage/UserFiles.h"
 #include "translation/LumaphoneAppleTranslationService.h"
 #include "translation/OpenAICompatibleTranslationService.h"
+#include "translation/ondevice/OnDeviceTranslationFramework.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -80,6 +86,23 @@ struct UserData
     LumaphoneSettings settings {defaults, keychain};
     LumaphoneGlossaryStore glossary {glossaryFolder(folders), [](const QString &) {
                                      }};
+};
+
+/// The user's transcripts.
+struct Library
+{
+    SystemClock clock;
+    DesktopFileViewer viewer;
+    TranscriptLibraryStore store {{
+        .layout = TranscriptLibraryLayout::standard(XdgFolders()),
+        .areRevisions
+        = RevisionQuestion::aboutAll([processor = LumaphoneTranscriptProcessor(ExecutableFolderResources())](
+                                         const QStringList &texts) { return processor.areRevisions(texts); }),
+        .clock = clock,
+        .fileViewer = viewer,
+        .makeUuid = &QUuid::createUuid,
+        .locale = QLocale::system(),
+    }};
 };
 
 /// The folder in which the instances of the program find each other.
@@ -168,9 +191,7 @@ private:
     LivePipelineMaker pipelineMaker(std::function<void()> onFileCompleted)
     {
         const LivePipelineServices services {
-            std::make_shared<EngineSpeechFramework>(
-                std::vector<std::shared_ptr<SpeechEngine>> {std::make_shared<PocketSphinxEngine>()},
-                m_mainQueue),
+            std::make_shared<EngineSpeechFramework>(installedSpeechEngines(m_models), m_mainQueue),
             m_mainQueue, m_detachedTasks, QLocale::system()};
         if (const auto *file = std::get_if<SoundFileInput>(&m_command.input)) {
             return [file = *file, services, clock = m_clock, onFileCompleted](LumaphoneAudioInputSource,
@@ -191,10 +212,11 @@ private:
     LumaphoneSettings m_settings {m_defaults, m_user.keychain};
     LockedSingleInstance m_instance {instanceFolder(m_user.folders)};
     NoFloatingCaptions m_noPanel;
-    OnDeviceTranslationFramework m_translationFramework;
+    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
+    ModelStore m_models {modelsFolder(m_user.folders), ModelCatalogue::configured()};
+    OnDeviceTranslationFramework m_translationFramework {m_models, m_mainQueue};
     LumaphoneAppleTranslationService m_onDevice {m_translationFramework};
     OpenAICompatibleTranslationService m_chatCompletions;
-    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
     std::shared_ptr<DetachedTasks> m_detachedTasks = std::make_shared<DetachedTasks>();
     std::shared_ptr<SystemClock> m_clock = std::make_shared<SystemClock>();
     std::shared_ptr<PulseScreenAudioCapture> m_screenAudio
@@ -235,6 +257,26 @@ public:
         }
         LumaphoneSessionDraftStore store(folders);
         return runDraftDiscard(store, m_streams);
+    }
+
+    ExitStatus operator()(const ModelsList &) const { return runModelsList(models(), m_streams); }
+    ExitStatus operator()(const ModelsInstall &command) const
+    {
+        const ModelStore store = models();
+        const auto mainQueue = MainQueue::create();
+        ModelInstaller installer(store, mainQueue);
+        std::stop_source stop;
+        const TerminationSignals termination([&stop] { stop.request_stop(); });
+        return QCoro::waitFor(runModelsInstall(
+            command, store, installer, m_streams, terminalColumnsOf(STDERR_FILENO), stop.get_token()));
+    }
+    ExitStatus operator()(const ModelsRemove &command) const
+    {
+        return runModelsRemove(command, models(), m_streams);
+    }
+    ExitStatus operator()(const ModelsVerify &command) const
+    {
+        return runModelsVerify(command, models(), m_streams);
     }
 
     ExitStatus operator()(const SettingsList &) const
@@ -283,9 +325,52 @@ public:
         return runGlossarySetEnabled(command, user.glossary, m_streams);
     }
 
+    ExitStatus operator()(const GlossaryImport &command) const
+    {
+        UserData user;
+        return runGlossaryImport(command, user.glossary, m_streams);
+    }
+    ExitStatus operator()(const GlossaryExport &command) const
+    {
+        return runGlossaryExport(command, UserData().glossary, m_streams);
+    }
+
+    ExitStatus operator()(const LibraryList &command) const
+    {
+        return runLibraryList(command, Library().store, m_streams);
+    }
+    ExitStatus operator()(const LibraryShow &command) const
+    {
+        Library library;
+        return runLibraryShow(command, library.store, m_streams);
+    }
+    ExitStatus operator()(const LibraryExport &command) const
+    {
+        Library library;
+        return runLibraryExport(command, library.store, m_streams);
+    }
+    ExitStatus operator()(const LibraryDelete &command) const
+    {
+        Library library;
+        return runLibraryDelete(command, library.store, terminalQuestion(m_streams), m_streams);
+    }
+    ExitStatus operator()(const LibrarySave &) const
+    {
+        const UserData user;
+        LockedSingleInstance instance(instanceFolder(user.folders));
+        if (!claim(instance, m_streams)) {
+            return exitFailure;
+        }
+        Library library;
+        LumaphoneSessionDraftStore drafts(user.folders);
+        return runLibrarySave(drafts, library.store, user.settings, user.glossary.enabledTerms(), m_streams);
+    }
+
     const CommandStreams &streams() const { return m_streams; }
 
 private:
+    static ModelStore models() { return {modelsFolder(XdgFolders()), ModelCatalogue::configured()}; }
+
     CommandStreams m_streams {descriptorSink(STDOUT_FILENO), descriptorSink(STDERR_FILENO)};
 };
 

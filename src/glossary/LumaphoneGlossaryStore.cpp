@@ -94,7 +94,11 @@ void LumaphoneGlossaryStore::remove(const LumaphoneGlossaryTerm &term)
 
 void LumaphoneGlossaryStore::importTerms(const QString &path)
 {
-    const QList<LumaphoneGlossaryTerm> imported = decodeTerms(path, m_makeUuid);
+    importTerms(decodeTerms(path, m_makeUuid));
+}
+
+void LumaphoneGlossaryStore::importTerms(const QList<LumaphoneGlossaryTerm> &imported)
+{
     QSet<QString> known;
     for (const LumaphoneGlossaryTerm &term : std::as_const(m_terms)) {
         known.insert(mergeKey(term.source));

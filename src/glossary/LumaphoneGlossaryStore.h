@@ -48,6 +48,8 @@ public:
     /// Appends the terms of a JSON, YAML or CSV file whose sources are new, whatever their case. Throws
     /// what decodeTerms() throws, and changes nothing then.
     void importTerms(const QString &path);
+    /// The same for terms that were read already.
+    void importTerms(const QList<LumaphoneGlossaryTerm> &imported);
     /// Writes all terms as YAML. Throws FileError.
     void exportYAML(const QString &path) const;
     /// Shows the glossary file in the file viewer, whether it exists or not.

@@ -82,11 +82,33 @@ private slots:
         row("a key among the arguments", {"key", "set", "sk-123"},
             QStringLiteral("key 的用法：set、clear 或 status；API Key 由標準輸入讀取"));
         row("glossary without a term", {"glossary", "add"},
-            QStringLiteral(
-                "glossary 的用法：list、add SOURCE、remove SOURCE、enable SOURCE 或 disable SOURCE"));
+            QStringLiteral("glossary 的用法：list、add SOURCE、remove SOURCE、enable SOURCE、"
+                           "disable SOURCE、import FILE 或 export FILE"));
         row("a blank term", {"glossary", "add", " "},
-            QStringLiteral(
-                "glossary 的用法：list、add SOURCE、remove SOURCE、enable SOURCE 或 disable SOURCE"));
+            QStringLiteral("glossary 的用法：list、add SOURCE、remove SOURCE、enable SOURCE、"
+                           "disable SOURCE、import FILE 或 export FILE"));
+        row("library without a verb", {"library"},
+            QStringLiteral("library 的用法：list、show ID、export ID、delete ID 或 save"));
+        row("library show without an id", {"library", "show"},
+            QStringLiteral("library 的用法：list、show ID、export ID、delete ID 或 save"));
+        row("an empty id", {"library", "delete", "", "--yes"},
+            QStringLiteral("library 的用法：list、show ID、export ID、delete ID 或 save"));
+        row("an unknown verb of the library", {"library", "rename", "a"},
+            QStringLiteral("library 的用法：list、show ID、export ID、delete ID 或 save"));
+        row("export without a format", {"library", "export", "a"},
+            QStringLiteral("library export 需要 --format（可用 md、txt、srt、vtt、json）"));
+        row("export in an unknown format", {"library", "export", "a", "--format", "pdf"},
+            QStringLiteral("不認得的輸出格式：pdf（可用 md、txt、srt、vtt、json）"));
+        row("a part of the Markdown", {"library", "export", "a", "--format", "md", "--text", "source"},
+            QStringLiteral("--text 只能用於 txt、srt 和 vtt；md 和 json 一律包含原文與譯文"));
+        row("a part of the JSON", {"library", "export", "a", "--format", "json", "--text", "bilingual"},
+            QStringLiteral("--text 只能用於 txt、srt 和 vtt；md 和 json 一律包含原文與譯文"));
+        row("an unknown part", {"library", "export", "a", "--format", "srt", "--text", "both"},
+            QStringLiteral("不認得的內容：both（可用 source、translation、bilingual）"));
+        row("an empty file name", {"library", "export", "a", "--format", "srt", "-o", ""},
+            QStringLiteral("--output 需要檔案名稱"));
+        row("another verb's option", {"library", "list", "--yes"},
+            QStringLiteral("library list 沒有選項 --yes"));
         row("translate without a target", {"glossary", "add", "tea", "--mode", "translate"},
             QStringLiteral("translate 需要 --target"));
         row("unknown mode", {"glossary", "add", "tea", "--mode", "keep"},
@@ -134,6 +156,26 @@ private slots:
             QStringLiteral("tea"));
         QVERIFY(std::get<GlossarySetEnabled>(parseCommandLine({"glossary", "enable", "tea"})).isEnabled);
         QVERIFY(!std::get<GlossarySetEnabled>(parseCommandLine({"glossary", "disable", "tea"})).isEnabled);
+    }
+
+    void libraryCommandsAreRead()
+    {
+        QCOMPARE(std::get<LibraryList>(parseCommandLine({"library", "list"})).search, QString());
+        QCOMPARE(std::get<LibraryList>(parseCommandLine({"library", "list", "--search", "tea"})).search,
+            QStringLiteral("tea"));
+        QCOMPARE(std::get<LibraryShow>(parseCommandLine({"library", "show", "1A"})).id, QStringLiteral("1A"));
+        QVERIFY(std::holds_alternative<LibrarySave>(parseCommandLine({"library", "save"})));
+        QVERIFY(!std::get<LibraryDelete>(parseCommandLine({"library", "delete", "1A"})).isConfirmed);
+        QVERIFY(std::get<LibraryDelete>(parseCommandLine({"library", "delete", "1A", "-y"})).isConfirmed);
+        QVERIFY(std::get<LibraryExport>(parseCommandLine({"library", "export", "1A", "--format", "md"}))
+            == (LibraryExport {"1A", TranscriptFormat::markdown, SubtitleText::bilingual, {}}));
+        QVERIFY(std::get<LibraryExport>(parseCommandLine(
+                    {"library", "export", "--format=vtt", "--text=translation", "-o", "a.vtt", "1A"}))
+            == (LibraryExport {"1A", TranscriptFormat::vtt, SubtitleText::translation, "a.vtt"}));
+        QCOMPARE(std::get<GlossaryImport>(parseCommandLine({"glossary", "import", "a.csv"})).path,
+            QStringLiteral("a.csv"));
+        QCOMPARE(std::get<GlossaryExport>(parseCommandLine({"glossary", "export", "a.yaml"})).path,
+            QStringLiteral("a.yaml"));
     }
 
     void aMissingValueIsRefused()

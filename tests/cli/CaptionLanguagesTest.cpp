@@ -1,0 +1,276 @@
+#include "base/Json.h"
+#include "models/ModelStore.h"
+#include "speech/TaiwanTraditional.h"
+#include "support/Coroutines.h"
+#include "support/PrivateSoundServer.h"
+#include "support/RunningProgram.h"
+#include "support/ToySpeech.h"
+#include "support/ToySpeechModel.h"
+#include "support/WavFile.h"
+
+#include <QDir>
+#include <QMap>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <random>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+const QString program = QStringLiteral(LUMAPHONE_CLI);
+
+/// The user's folder of models with the toy networks in it.
+class UserWithModels
+{
+public:
+    UserWithModels()
+    {
+        installToySpeechModels(ModelStore(m_folder.filePath("Lumaphone/Models"), ModelCatalogue::builtIn()));
+    }
+
+    QList<std::pair<QString, QString>> environment() const { return {{"XDG_DATA_HOME", m_folder.path()}}; }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+struct Line
+{
+    QString text;
+    QString language;
+};
+
+/// The final lines in order.
+QList<Line> finalLines(RunningProgram &captions)
+{
+    QStringList ids;
+    QHash<QString, Line> lines;
+    for (const QByteArray &output : captions.outputLines()) {
+        const json::Value event = json::parse(output);
+        if (json::text(event, "event") != "line" || !json::boolean(event, "isFinal")) {
+            continue;
+        }
+        const QString id = json::text(event, "id");
+        if (!lines.contains(id)) {
+            ids.append(id);
+        }
+        lines[id] = {json::text(event, "sourceText"), json::text(event, "sourceLanguage")};
+    }
+    QList<Line> inOrder;
+    for (const QString &id : ids) {
+        inOrder.append(lines[id]);
+    }
+    return inOrder;
+}
+
+QString captionLanguage(const QString &name)
+{
+    static const QHash<QString, QString> languages {
+        {"ja", "japanese"}, {"en", "english"}, {"ko", "korean"}, {"zh", "mandarin"}};
+    return languages.value(name);
+}
+
+QString captionText(const ToyPhrase &phrase)
+{
+    static const TaiwanTraditional traditional;
+    return phrase.language == "zh" ? traditional.convert(phrase.text) : phrase.text;
+}
+
+void append(std::vector<std::int16_t> &sound, const std::vector<std::int16_t> &part)
+{
+    sound.insert(sound.end(), part.begin(), part.end());
+}
+
+/// Phrases of all languages in turn, by voices at speeds and pitches that the networks have not learned from.
+struct Conversation
+{
+    std::vector<ToyPhrase> phrases;
+    std::vector<std::int16_t> sound;
+};
+
+Conversation conversation(std::size_t count)
+{
+    static const QStringList voices {"m6", "m8", "f3", "f5", "Andy", "Denis", "anika"};
+    std::mt19937 random(21);
+    const std::vector<ToyPhrase> all = toyPhrases();
+    const std::size_t perLanguage = all.size() / 4;
+    Conversation conversation;
+    append(conversation.sound, silence(0.5));
+    for (std::size_t i = 0; i < count; ++i) {
+        const ToyPhrase &phrase = all[i % 4 * perLanguage + random() % perLanguage];
+        ToyVoice voice;
+        if (i % 3 == 0) {
+            voice.variant = voices[qsizetype(random() % std::size_t(voices.size()))];
+        }
+        voice.wordsPerMinute = 140 + int(random() % 60);
+        voice.pitch = 40 + int(random() % 30);
+        append(conversation.sound, speak(phrase, voice));
+        append(conversation.sound, silence(0.9));
+        conversation.phrases.push_back(phrase);
+    }
+    return conversation;
+}
+
+/// How many lines are as they were spoken. Lines and phrases are matched in order, so that one that is
+/// missing costs one.
+struct Score
+{
+    int spoken = 0;
+    int exact = 0;
+    int rightLanguage = 0;
+};
+
+/// The best alignment of lines to phrases that skips either where it must.
+std::vector<std::pair<const ToyPhrase *, const Line *>> aligned(
+    const std::vector<ToyPhrase> &phrases, const QList<Line> &lines)
+{
+    const auto worth = [](const ToyPhrase &phrase, const Line &line) {
+        return 1 + 4 * int(captionLanguage(phrase.language) == line.language)
+            + 8 * int(captionText(phrase) == line.text);
+    };
+    const std::size_t columns = std::size_t(lines.size()) + 1;
+    std::vector<int> best((phrases.size() + 1) * columns);
+    const auto at = [&best, columns](std::size_t i, std::size_t j) -> int & {
+        return best[i * columns + j];
+    };
+    for (std::size_t i = phrases.size(); i-- > 0;) {
+        for (std::size_t j = columns - 1; j-- > 0;) {
+            at(i, j) = std::max(
+                {at(i + 1, j), at(i, j + 1), at(i + 1, j + 1) + worth(phrases[i], lines[qsizetype(j)])});
+        }
+    }
+    std::vector<std::pair<const ToyPhrase *, const Line *>> pairs;
+    for (std::size_t i = 0, j = 0; i < phrases.size(); ++i) {
+        while (j + 1 < columns && at(i, j) == at(i, j + 1)) {
+            ++j;
+        }
+        const bool isSkipped = j + 1 >= columns || at(i, j) == at(i + 1, j);
+        pairs.emplace_back(&phrases[i], isSkipped ? nullptr : &lines[qsizetype(j++)]);
+    }
+    return pairs;
+}
+
+QMap<QString, Score> scores(const std::vector<ToyPhrase> &phrases, const QList<Line> &lines)
+{
+    QMap<QString, Score> scores;
+    for (const auto &[phrase, line] : aligned(phrases, lines)) {
+        Score &score = scores[phrase->language];
+        ++score.spoken;
+        score.exact += line != nullptr && line->text == captionText(*phrase) ? 1 : 0;
+        score.rightLanguage += line != nullptr && line->language == captionLanguage(phrase->language) ? 1 : 0;
+        if (line == nullptr || line->text != captionText(*phrase)) {
+            qInfo("%s: %s heard as %s", qPrintable(phrase->language), qPrintable(captionText(*phrase)),
+                line == nullptr ? "nothing" : qPrintable(line->text));
+        }
+    }
+    return scores;
+}
+
+QStringList captionCommand(const QString &input)
+{
+    return {"caption", input, "--language", "automatic", "--format", "jsonl", "--translate", "off"};
+}
+
+/// Every process whose program is the speech host.
+QStringList runningHosts()
+{
+    QStringList hosts;
+    for (const QString &process : QDir("/proc").entryList(QDir::Dirs)) {
+        QFile name(QStringLiteral("/proc/%1/comm").arg(process));
+        if (name.open(QIODevice::ReadOnly) && name.readAll().startsWith("lumaphone-speec")) {
+            hosts.append(process);
+        }
+    }
+    return hosts;
+}
+
+} // namespace
+
+class CaptionLanguagesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup()
+    {
+        QVERIFY(waitUntil([] { return runningHosts().isEmpty(); }));
+    }
+
+    /// What the computer plays, in four languages by turns, is captioned in its own language and script.
+    void fourLanguagesOfTheComputersSoundAreCaptioned()
+    {
+        constexpr int phraseCount = 24;
+        const UserWithModels user;
+        const Conversation spoken = conversation(phraseCount);
+        PrivateSoundServer server;
+        server.addOutput("speakers");
+        RunningProgram captions(program, captionCommand("system"), user.environment());
+        QVERIFY(waitUntil([&server] { return !server.recordings().empty(); }, 30000));
+        const auto playback = server.playSamples(spoken.sound, 16000, 1);
+        QVERIFY(waitUntil([&playback] { return playback.isFinished(); }, 120000));
+        captions.signal(SIGINT);
+        QVERIFY(captions.waitForEnd());
+        QCOMPARE(captions.exitCode(), 0);
+
+        int exact = 0;
+        int rightLanguage = 0;
+        const auto found = scores(spoken.phrases, finalLines(captions));
+        for (auto score = found.begin(); score != found.end(); ++score) {
+            qInfo("%s: %d of %d phrases exact, %d in the right language", qPrintable(score.key()),
+                score->exact, score->spoken, score->rightLanguage);
+            exact += score->exact;
+            rightLanguage += score->rightLanguage;
+        }
+        // The networks are small; they are asked for most, not for all.
+        QVERIFY2(exact * 100 >= 70 * phraseCount, qPrintable(QString::number(exact)));
+        QVERIFY2(rightLanguage * 100 >= 85 * phraseCount, qPrintable(QString::number(rightLanguage)));
+    }
+
+    void aLanguageWithoutAModelSaysWhatToInstall()
+    {
+        const QTemporaryDir empty;
+        const QTemporaryDir sounds;
+        const QString file = sounds.filePath("speech.wav");
+        writeWav(file, silence(1));
+        RunningProgram captions(program, {"caption", file, "--language", "korean", "--translate", "off"},
+            {{"XDG_DATA_HOME", empty.path()}});
+        QVERIFY(captions.waitForEnd());
+        QCOMPARE(captions.exitCode(), 1);
+        QVERIFY2(
+            captions.messages().contains(
+                "尚未安裝「韓文」（ko-KR）的語音辨識模型。請執行「lumaphone-cli models install silero-vad "
+                "sense-voice」下載並安裝（約 164 MB）。"),
+            captions.messages());
+    }
+
+    void withoutAModelEnglishStillWorks()
+    {
+        const QTemporaryDir empty;
+        RunningProgram captions(program, captionCommand(PrivateSoundServer::speechFiles().constFirst()),
+            {{"XDG_DATA_HOME", empty.path()}});
+        QVERIFY(captions.waitForEnd(120000));
+        QCOMPARE(captions.exitCode(), 0);
+        const QList<Line> lines = finalLines(captions);
+        QVERIFY(!lines.isEmpty());
+        QCOMPARE(lines.constFirst().language, QStringLiteral("english"));
+    }
+
+    void theHostDoesNotOutliveAKilledProgram()
+    {
+        const UserWithModels user;
+        PrivateSoundServer server;
+        server.addOutput("speakers");
+        RunningProgram captions(program, captionCommand("system"), user.environment());
+        QVERIFY(waitUntil([&server] { return !server.recordings().empty(); }, 30000));
+        QVERIFY(waitUntil([] { return !runningHosts().isEmpty(); }));
+        captions.signal(SIGKILL);
+        QVERIFY(captions.waitForEnd());
+    }
+};
+
+QTEST_GUILESS_MAIN(CaptionLanguagesTest)
+#include "CaptionLanguagesTest.moc"

@@ -1,0 +1,200 @@
+#include "cli/ModelsCommand.h"
+
+#include "models/ModelError.h"
+#include "models/ModelInstaller.h"
+#include "models/ModelStore.h"
+#include "support/CollectedStreams.h"
+#include "support/Coroutines.h"
+#include "support/FileServer.h"
+#include "support/ModelFixtures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::cli;
+
+namespace {
+
+QByteArray listing(const QString &server)
+{
+    const QString model
+        = QStringLiteral(R"({"id": "%1", "kind": "translation", "title": "%1!", "languages": [%2],
+        "licence": {"text": "terms of %1", "mustBeAccepted": %3},
+        "downloads": [{"url": "%4/%1.bin", "compression": "none",
+            "files": [{"role": "model", "name": "%1.bin"}]}]})");
+    const QStringList models {model.arg("ja-en", R"("ja", "en")", "false", server),
+        model.arg("en-zh-Hant", R"("en", "zh-Hant")", "false", server),
+        model.arg("own-terms", R"("xx", "yy")", "true", server)};
+    return ("{\"models\": [" + models.join(QLatin1Char(',')) + "]}").toUtf8();
+}
+
+} // namespace
+
+class ModelsCommandTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_scratch = std::make_unique<QTemporaryDir>();
+        m_server = std::make_unique<test::FileServer>();
+        for (const char *name : {"ja-en", "en-zh-Hant", "own-terms"}) {
+            m_server->put(QStringLiteral("/%1.bin").arg(name), test::noise(100'000, 3));
+        }
+        m_store = std::make_unique<ModelStore>(
+            m_scratch->filePath("Models"), ModelCatalogue::fromJson(listing(m_server->url({})), "test"));
+        m_installer = std::make_unique<ModelInstaller>(*m_store, m_mainQueue);
+        m_printed = std::make_unique<test::CollectedStreams>();
+    }
+
+    void theCommandLineIsRead()
+    {
+        QVERIFY(std::holds_alternative<ModelsList>(parseCommandLine({"models", "list"})));
+        const CommandLine install = parseCommandLine(
+            {"models", "install", "ja-zh-Hant", "ja-en", "--from", "/folder", "--accept-licence"});
+        const ModelsInstall expected {{"ja-zh-Hant", "ja-en"}, "/folder", true};
+        QVERIFY(std::get<ModelsInstall>(install) == expected);
+        QCOMPARE(std::get<ModelsRemove>(parseCommandLine({"models", "remove", "ja-en"})).names,
+            QStringList {"ja-en"});
+        QCOMPARE(std::get<ModelsVerify>(parseCommandLine({"models", "verify"})).names, QStringList());
+        QVERIFY(std::get<ShowText>(parseCommandLine({"models", "--help"})).text.contains("models install"));
+    }
+
+    void wrongUsageIsRefused_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("no verb") << QStringList {"models"};
+        QTest::newRow("unknown verb") << QStringList {"models", "get", "ja-en"};
+        QTest::newRow("nothing to install") << QStringList {"models", "install"};
+        QTest::newRow("nothing to remove") << QStringList {"models", "remove"};
+        QTest::newRow("list takes no name") << QStringList {"models", "list", "ja-en"};
+        QTest::newRow("empty name") << QStringList {"models", "install", ""};
+        QTest::newRow("empty folder") << QStringList {"models", "install", "ja-en", "--from", ""};
+        QTest::newRow("a folder for another verb") << QStringList {"models", "verify", "--from", "x"};
+    }
+    void wrongUsageIsRefused()
+    {
+        QFETCH(QStringList, arguments);
+        QVERIFY(test::thrownBy<UsageError>([&] { parseCommandLine(arguments); }));
+    }
+
+    void theListTellsEachState()
+    {
+        QCOMPARE(install({"en-zh-Hant"}), exitSuccess);
+        QVERIFY(QDir().mkpath(m_store->partialFolder(m_store->catalogue().entry("ja-en"))));
+        QCOMPARE(runModelsList(*m_store, m_printed->streams), exitSuccess);
+        QCOMPARE(m_printed->output,
+            QByteArray("en-zh-Hant 安裝完成。\n"
+                       "ja-en\tpartial\tja-en!\nen-zh-Hant\tinstalled\ten-zh-Hant!\n"
+                       "own-terms\tmissing\town-terms!\n"));
+    }
+
+    void aPairInstallsItsLegs()
+    {
+        QCOMPARE(install({"ja-zh-Hant"}), exitSuccess);
+        QCOMPARE(m_printed->output, QByteArray("ja-en 安裝完成。\nen-zh-Hant 安裝完成。\n"));
+        QVERIFY(m_printed->messages.contains("ja-en：terms of ja-en\n"));
+        QVERIFY(m_printed->messages.contains("ja-en：下載中"));
+        QCOMPARE(install({"ja-en", "ja-zh-Hant"}), exitSuccess);
+        QVERIFY(m_printed->output.endsWith("ja-en 已經安裝。\nen-zh-Hant 已經安裝。\n"));
+    }
+
+    void aTerminalShowsProgressInPlace()
+    {
+        QCOMPARE(install({"ja-en"}, 80), exitSuccess);
+        QVERIFY(m_printed->messages.contains("\r\033[Kja-en：下載中"));
+        QVERIFY(m_printed->messages.contains("檢查並解開 100%"));
+        QVERIFY(m_printed->messages.endsWith('\n'));
+    }
+
+    void aLicenceIsShownAndAskedFor()
+    {
+        QCOMPARE(install({"own-terms"}), exitFailure);
+        QVERIFY(m_printed->messages.contains("terms of own-terms"));
+        QVERIFY(m_printed->messages.contains("--accept-licence"));
+        QVERIFY(m_server->requests().isEmpty());
+        QCOMPARE(install({{"own-terms"}, {}, true}), exitSuccess);
+    }
+
+    void anUnknownPairIsNamed()
+    {
+        const auto error = test::thrownBy<ModelError>([this] { install({"xx-zh-Hant"}); });
+        QVERIFY(error);
+        QCOMPARE(error->errorDescription(), QStringLiteral("沒有名為「xx-zh-Hant」的模型。"));
+    }
+
+    void aFolderServesAsWell()
+    {
+        QFile file(m_scratch->filePath("ja-en.bin"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("weights");
+        file.close();
+        QCOMPARE(install({{"ja-en"}, m_scratch->path(), false}), exitSuccess);
+        QVERIFY(m_server->requests().isEmpty());
+    }
+
+    void itEndsWhenItIsStopped()
+    {
+        m_server->muteAfter = 1000;
+        std::stop_source stop;
+        const QCoro::Task<ExitStatus> running = runModelsInstall(
+            {{"ja-en"}, {}, false}, *m_store, *m_installer, m_printed->streams, {}, stop.get_token());
+        QVERIFY(test::waitUntil(
+            [this] { return !m_printed->messages.isEmpty() && m_server->requests().size() == 1; }));
+        QVERIFY(!running.isReady());
+        stop.request_stop();
+        QVERIFY(test::waitUntil([&running] { return running.isReady(); }));
+        QCOMPARE(m_store->state(m_store->catalogue().entry("ja-en")), ModelState::partial);
+    }
+
+    void aRemovedPairLeavesTheLegThatOthersUse()
+    {
+        QCOMPARE(install({"ja-zh-Hant"}), exitSuccess);
+        QCOMPARE(runModelsRemove({{"ja-zh-Hant"}}, *m_store, m_printed->streams), exitSuccess);
+        QCOMPARE(m_store->state(m_store->catalogue().entry("ja-en")), ModelState::missing);
+        QCOMPARE(m_store->state(m_store->catalogue().entry("en-zh-Hant")), ModelState::installed);
+        QCOMPARE(runModelsRemove({{"ja-en"}}, *m_store, m_printed->streams), exitSuccess);
+        QVERIFY(m_printed->output.endsWith("ja-en 已移除。\nja-en 沒有安裝。\n"));
+    }
+
+    void aCheckFindsDamage()
+    {
+        QCOMPARE(install({"ja-zh-Hant"}), exitSuccess);
+        QCOMPARE(runModelsVerify({}, *m_store, m_printed->streams), exitSuccess);
+        QVERIFY(m_printed->output.endsWith("ja-en 完好。\nen-zh-Hant 完好。\n"));
+        QFile file(m_store->folder() + "/ja-en/ja-en.bin");
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        file.write("another");
+        file.close();
+        QCOMPARE(runModelsVerify({}, *m_store, m_printed->streams), exitFailure);
+        QVERIFY(m_printed->messages.contains("SHA-256 不符"));
+        QCOMPARE(runModelsVerify({{"en-zh-Hant"}}, *m_store, m_printed->streams), exitSuccess);
+        QCOMPARE(runModelsVerify({{"own-terms"}}, *m_store, m_printed->streams), exitFailure);
+    }
+
+private:
+    ExitStatus install(const ModelsInstall &command, std::optional<int> columns = {})
+    {
+        return test::waitFor(
+            runModelsInstall(command, *m_store, *m_installer, m_printed->streams, columns, {}));
+    }
+    ExitStatus install(const QStringList &names, std::optional<int> columns = {})
+    {
+        return install(ModelsInstall {names, {}, false}, columns);
+    }
+
+    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
+    std::unique_ptr<QTemporaryDir> m_scratch;
+    std::unique_ptr<test::FileServer> m_server;
+    std::unique_ptr<ModelStore> m_store;
+    std::unique_ptr<ModelInstaller> m_installer;
+    std::unique_ptr<test::CollectedStreams> m_printed;
+};
+
+QTEST_GUILESS_MAIN(ModelsCommandTest)
+#include "ModelsCommandTest.moc"
