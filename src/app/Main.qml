@@ -1,0 +1,58 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Lumaphone
+
+/// The main window.
+ApplicationWindow {
+    id: window
+
+    required property LiveSessionModel session
+    required property InspectorModel inspector
+    required property ProviderSettingsModel provider
+    required property FloatingCaptionWindowController floatingCaptions
+    required property TranscriptLibraryWorkspaceModel transcriptLibrary
+    required property GlossarySettingsModel glossary
+    /// Whether the desktop wants dark colours.
+    property bool isDark: false
+    readonly property alias content: view
+
+    width: 1280
+    height: 800
+    minimumWidth: 1040
+    minimumHeight: 680
+    title: "Lumaphone"
+    color: Theme.window
+    font.family: Theme.fontFamily
+    font.pixelSize: Theme.body
+
+    Binding {
+        target: Theme
+        property: "isDark"
+        value: window.isDark
+    }
+
+    ContentView {
+        id: view
+
+        anchors.fill: parent
+        session: window.session
+        inspector: window.inspector
+        provider: window.provider
+        floatingCaptions: window.floatingCaptions
+        transcriptLibrary: window.transcriptLibrary
+        glossary: window.glossary
+    }
+
+    onVisibleChanged: {
+        if (visible)
+            view.requestStartupPermission();
+    }
+
+    // A running session ends and leaves its draft; what was edited is saved.
+    onClosing: {
+        window.session.endSession();
+        window.transcriptLibrary.finishEditing();
+        window.floatingCaptions.close();
+        Qt.quit();
+    }
+}

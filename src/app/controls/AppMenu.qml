@@ -1,0 +1,32 @@
+import QtQuick
+import QtQuick.Templates as T
+import Lumaphone
+
+/// A menu in the program's look; its entries are AppMenuItem and AppMenuSeparator.
+T.Menu {
+    id: menu
+
+    implicitWidth: Math.max(200, contentItem.implicitWidth + leftPadding + rightPadding)
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    margins: Theme.unit
+    padding: 6
+    overlap: 1
+
+    delegate: AppMenuItem {}
+
+    contentItem: ListView {
+        implicitHeight: contentHeight
+        implicitWidth: {
+            let widest = 0;
+            for (let i = 0; i < menu.count; ++i)
+                widest = Math.max(widest, menu.itemAt(i).implicitWidth);
+            return widest;
+        }
+        model: menu.contentModel
+        interactive: Window.window ? contentHeight + menu.topPadding + menu.bottomPadding > Window.window.height : false
+        clip: true
+        currentIndex: menu.currentIndex
+    }
+
+    background: PopupSurface {}
+}

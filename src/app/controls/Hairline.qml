@@ -1,0 +1,13 @@
+import QtQuick
+import Lumaphone
+
+/// A separator one pixel thick, lying unless `isUpright`.
+Rectangle {
+    property bool isUpright: false
+
+    implicitWidth: 1
+    implicitHeight: 1
+    color: Theme.hairline
+    Accessible.role: Accessible.Separator
+    Accessible.ignored: true
+}

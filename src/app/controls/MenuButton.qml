@@ -1,0 +1,13 @@
+import QtQuick
+import Lumaphone
+
+/// A command-bar button that opens the menu given as its child.
+ToolbarIconButton {
+    id: button
+
+    default property AppMenu menu
+
+    isSelected: menu && menu.visible
+    onClicked: menu.visible ? menu.close() : menu.popup(button, button.width - menu.implicitWidth, button.height + Theme.half)
+    Accessible.role: Accessible.ButtonMenu
+}

@@ -1,0 +1,41 @@
+import QtQuick
+import QtQuick.Templates as T
+import Lumaphone
+
+/// One choice in the opened list of a PopUpPicker.
+T.ItemDelegate {
+    id: choice
+
+    required property int index
+    required property var modelData
+    readonly property PickerList list: ListView.view as PickerList
+    readonly property bool isChosen: list !== null && list.chosenIndex === index
+
+    width: list ? Math.max(list.width, implicitWidth) : implicitWidth
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: Theme.controlHeightSmall + 2
+    leftPadding: Theme.unit
+    rightPadding: Theme.space
+    highlighted: ListView.isCurrentItem
+    hoverEnabled: true
+    font.family: Theme.fontFamily
+    font.pixelSize: Theme.body
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: modelData.title
+    Accessible.selected: isChosen
+
+    contentItem: IconAndText {
+        systemImage: choice.isChosen ? "checkmark" : ""
+        reservesSymbol: true
+        symbolSize: 16
+        symbolColor: Theme.accentText
+        text: choice.modelData.title
+        font: choice.font
+    }
+
+    background: Rectangle {
+        radius: Theme.radiusSmall
+        color: choice.highlighted || choice.hovered ? Theme.wellHovered : "transparent"
+    }
+}

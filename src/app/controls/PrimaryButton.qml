@@ -1,0 +1,6 @@
+import Lumaphone
+
+/// The one action that a view is about.
+ActionButton {
+    kind: ActionButton.Kind.Primary
+}

@@ -1,0 +1,12 @@
+import QtQuick
+import Lumaphone
+
+/// Text of the interface itself, in Taiwan Traditional Chinese.
+Text {
+    color: Theme.text
+    font.family: Theme.fontFamily
+    font.pixelSize: Theme.body
+    textFormat: Text.PlainText
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QPointF>
+#include <QRect>
+#include <QRectF>
+#include <QSize>
+#include <QSizeF>
+#include <Qt>
+
+// Where the caption panel lies. The program counts as its stored frames do: the origin is the lower left
+// corner of the main screen, y points upwards, and a rectangle's origin is its lower left corner.
+namespace lumaphone::floatingcaption {
+
+inline constexpr QSize initialSize(820, 180);
+inline constexpr QSize minimumSize(360, 96);
+inline constexpr QSize maximumSize(1280, 520);
+/// How near to an edge a press resizes the panel rather than moving it.
+inline constexpr int edgeWidth = 8;
+
+/// Where a panel of `panelSize` is put for the first time on a screen whose part without docks and bars is
+/// `visibleFrame`: centred, a little above the lower edge.
+QPointF initialOrigin(const QRectF &visibleFrame, const QSizeF &panelSize);
+
+/// A rectangle of the toolkit, whose y points downwards from the top of the main screen, in our coordinates,
+/// and the other way round.
+QRectF upwards(const QRect &geometry, const QRect &mainScreen);
+QRect downwards(const QRectF &frame, const QRect &mainScreen);
+
+/// The edges that a press at `position` takes hold of; none in the middle.
+Qt::Edges edgesAt(const QPointF &position, const QSizeF &panelSize);
+Qt::CursorShape cursorFor(Qt::Edges edges);
+
+/// `geometry` (y downwards) after its `edges` have been dragged by `delta`, within the sizes allowed; moved
+/// as a whole when there are no edges.
+QRect dragged(const QRect &geometry, Qt::Edges edges, const QPoint &delta);
+
+} // namespace lumaphone::floatingcaption

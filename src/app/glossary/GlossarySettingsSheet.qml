@@ -1,0 +1,278 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Dialogs
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Lumaphone
+
+/// Manages the glossary: new terms above, the list below, import and export at the bottom. A glossary file can be dropped
+/// anywhere on it.
+Sheet {
+    id: sheet
+
+    required property GlossarySettingsModel settings
+
+    objectName: "glossary"
+    width: 680
+    title: "術語表"
+    subtitle: "固定專有名詞、產品名和字幕裡最不想被翻壞的詞。"
+    systemImage: "text.book.closed"
+    initialFocus: source
+    onClosed: settings.dismissMessages()
+
+    RowLayout {
+        Layout.fillWidth: true
+        spacing: Theme.gap
+
+        TextFieldBox {
+            id: source
+
+            Layout.fillWidth: true
+            objectName: "glossary.new.source"
+            accessibleName: "新術語的原文"
+            placeholderText: "原文，例如 ScreenCaptureKit"
+            text: sheet.settings.newTerm.source
+            onEdited: sheet.settings.newTerm.source = source.text
+            onAccepted: sheet.addTerm()
+        }
+
+        TextFieldBox {
+            id: target
+
+            Layout.fillWidth: true
+            objectName: "glossary.new.target"
+            accessibleName: "新術語的固定譯法"
+            placeholderText: "固定譯法，例如 ScreenCaptureKit"
+            text: sheet.settings.newTerm.target
+            onEdited: sheet.settings.newTerm.target = target.text
+            onAccepted: sheet.addTerm()
+        }
+    }
+
+    RowLayout {
+        Layout.fillWidth: true
+        Layout.topMargin: -Theme.half
+        spacing: Theme.gap
+
+        UiText {
+            text: "模式"
+            color: Theme.textSecondary
+            Accessible.ignored: true
+        }
+
+        PopUpPicker {
+            objectName: "glossary.new.mode"
+            help: "模式"
+            model: sheet.settings.modes
+            selection: sheet.settings.newTerm.mode
+            alignment: Qt.AlignLeft
+            onPicked: value => sheet.settings.newTerm.mode = value
+        }
+
+        ToggleSwitch {
+            Layout.leftMargin: Theme.unit
+            objectName: "glossary.new.caseSensitive"
+            text: "大小寫敏感"
+            checked: sheet.settings.newTerm.caseSensitive
+            onToggled: sheet.settings.newTerm.caseSensitive = checked
+        }
+
+        Item {
+            Layout.fillWidth: true
+        }
+
+        ActionButton {
+            objectName: "glossary.new.add"
+            text: "加入"
+            systemImage: "plus"
+            kind: ActionButton.Kind.Primary
+            enabled: sheet.settings.newTerm.isUsable
+            onClicked: sheet.addTerm()
+        }
+    }
+
+    MessageBanner {
+        Layout.fillWidth: true
+        objectName: "glossary.importError"
+        visible: text !== ""
+        text: sheet.settings.importError
+        onDismissed: sheet.settings.dismissMessages()
+    }
+
+    MessageBanner {
+        Layout.fillWidth: true
+        objectName: "glossary.storeError"
+        visible: text !== ""
+        isDismissable: false
+        text: sheet.settings.storeError
+    }
+
+    MessageBanner {
+        Layout.fillWidth: true
+        objectName: "glossary.notice"
+        visible: text !== ""
+        tone: MessageBanner.Tone.Success
+        text: sheet.settings.notice
+        onDismissed: sheet.settings.dismissMessages()
+    }
+
+    Rectangle {
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        Layout.preferredHeight: 320
+        Layout.minimumHeight: 120
+        radius: Theme.radius
+        color: Theme.field
+        border.width: drop.containsDrag ? 2 : 1
+        border.color: drop.containsDrag ? Theme.accent : Theme.hairline
+
+        ListView {
+            id: list
+
+            objectName: "glossary.list"
+            anchors.fill: parent
+            anchors.margins: Theme.half
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            activeFocusOnTab: count > 0
+            model: sheet.settings.terms
+            highlightMoveDuration: 0
+            T.ScrollBar.vertical: AppScrollBar {}
+
+            Accessible.role: Accessible.List
+            Accessible.name: "術語"
+            Keys.onSpacePressed: sheet.settings.toggle(currentIndex)
+            Keys.onReturnPressed: sheet.settings.edit(currentIndex)
+            Keys.onEnterPressed: sheet.settings.edit(currentIndex)
+            Keys.onDeletePressed: {
+                sheet.settings.remove(currentIndex);
+                // The row that had the keyboard is gone.
+                list.forceActiveFocus();
+            }
+
+            delegate: GlossaryTermRow {
+                required property int index
+                required property bool isEnabled
+
+                width: list.width
+                objectName: "glossary.term." + index
+                isTermEnabled: isEnabled
+                isCurrent: list.activeFocus && list.currentIndex === index
+                onClicked: {
+                    list.currentIndex = index;
+                    list.forceActiveFocus();
+                }
+                onToggled: sheet.settings.toggle(index)
+                onEdited: sheet.settings.edit(index)
+                onDeleted: sheet.settings.remove(index)
+            }
+        }
+
+        EmptyState {
+            objectName: "glossary.empty"
+            anchors.fill: parent
+            visible: list.count === 0
+            systemImage: "text.book.closed"
+            title: "先加 Lumaphone、Codex、專案代號，翻譯就比較聽話。"
+        }
+
+        DropArea {
+            id: drop
+
+            objectName: "glossary.drop"
+            anchors.fill: parent
+            keys: ["text/uri-list"]
+            onDropped: event => {
+                sheet.settings.importFiles(event.urls);
+                event.acceptProposedAction();
+            }
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            visible: drop.containsDrag
+            radius: parent.radius
+            color: Theme.accentWell
+            opacity: 0.94
+
+            UiText {
+                anchors.centerIn: parent
+                text: "放開以匯入 YAML、JSON 或 CSV"
+                color: Theme.accentText
+                font.bold: true
+            }
+        }
+    }
+
+    footer: [
+        ActionButton {
+            objectName: "glossary.import"
+            text: sheet.settings.isImporting ? "正在匯入..." : "匯入 YAML / JSON / CSV"
+            systemImage: "square.and.arrow.down"
+            enabled: !sheet.settings.isImporting
+            onClicked: importDialog.open()
+        },
+        ActionButton {
+            objectName: "glossary.export"
+            text: "匯出 YAML"
+            systemImage: "square.and.arrow.up"
+            enabled: list.count > 0
+            onClicked: {
+                exportDialog.selectedFile = sheet.settings.exportFile;
+                exportDialog.open();
+            }
+        },
+        ToolbarIconButton {
+            objectName: "glossary.reveal"
+            systemImage: "folder"
+            help: "在檔案管理員中顯示"
+            onClicked: sheet.settings.openGlossaryFolder()
+        },
+        Item {
+            Layout.fillWidth: true
+        },
+        ActionButton {
+            objectName: "glossary.done"
+            text: "完成"
+            onClicked: sheet.close()
+        }
+    ]
+
+    function addTerm(): void {
+        if (!settings.newTerm.isUsable)
+            return;
+        settings.addTerm();
+        list.positionViewAtEnd();
+        source.forceActiveFocus();
+    }
+
+    GlossaryTermEditorSheet {
+        term: sheet.settings.editingTerm
+        modes: sheet.settings.modes
+        visible: sheet.settings.isEditing
+        onSaved: sheet.settings.saveEditedTerm()
+        onClosed: sheet.settings.cancelEditing()
+    }
+
+    FileDialog {
+        id: importDialog
+
+        objectName: "glossary.importDialog"
+        title: "匯入術語表"
+        fileMode: FileDialog.OpenFiles
+        nameFilters: ["術語表 (*.yaml *.yml *.json *.csv)", "所有檔案 (*)"]
+        onAccepted: sheet.settings.importFiles(selectedFiles)
+    }
+
+    FileDialog {
+        id: exportDialog
+
+        objectName: "glossary.exportDialog"
+        title: "匯出術語表"
+        fileMode: FileDialog.SaveFile
+        defaultSuffix: "yaml"
+        nameFilters: ["YAML (*.yaml)"]
+        onAccepted: sheet.settings.exportYAML(selectedFile)
+    }
+}

@@ -1,0 +1,282 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Lumaphone
+
+/// The controls that affect the current captions.
+Rectangle {
+    id: panel
+
+    required property InspectorModel inspector
+    required property LiveSessionModel session
+    readonly property bool isLocked: session.isRunning || session.isStarting
+
+    signal openProvider
+    signal openGlossary
+    signal clear
+
+    implicitWidth: 312
+    color: Theme.surface
+    Accessible.role: Accessible.Grouping
+    Accessible.name: "Inspector"
+
+    Hairline {
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+    }
+
+    Flickable {
+        id: flickable
+
+        anchors.fill: parent
+        anchors.leftMargin: 1
+        contentWidth: width
+        contentHeight: column.implicitHeight + 2 * column.anchors.margins
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        T.ScrollBar.vertical: AppScrollBar {}
+
+        /// Brings what has the keyboard into view.
+        function reveal(item: Item): void {
+            const top = item.mapToItem(flickable.contentItem, 0, 0).y - Theme.margin;
+            const bottom = top + item.height + 2 * Theme.margin;
+            if (top < contentY)
+                contentY = Math.max(0, top);
+            else if (bottom > contentY + height)
+                contentY = Math.min(contentHeight - height, bottom - height);
+        }
+
+        ColumnLayout {
+            id: column
+
+            anchors.fill: parent
+            anchors.margins: 20
+            spacing: Theme.margin
+
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: Theme.gap
+
+                UiText {
+                    Layout.fillWidth: true
+                    text: "只放會影響這次字幕的控制。"
+                    font.pixelSize: Theme.small
+                    color: Theme.textSecondary
+                    wrapMode: Text.Wrap
+                }
+
+                Notice {
+                    objectName: "inspector.unsaved"
+                    Layout.fillWidth: true
+                    visible: panel.session.hasUnsavedTranscript
+                    text: "上一段已保留，先儲存或清除。"
+                    systemImage: "exclamationmark.circle.fill"
+                    tone: Chip.Tone.Warning
+                }
+            }
+
+            InspectorSection {
+                Layout.fillWidth: true
+                title: "輸入"
+
+                PickerRow {
+                    objectName: "inspector.source"
+                    Layout.fillWidth: true
+                    title: "音訊來源"
+                    systemImage: panel.session.audioSourceSymbol
+                    model: panel.inspector.audioInputSources
+                    selection: panel.inspector.audioInputSource
+                    isDisabled: panel.isLocked
+                    onPicked: value => panel.inspector.audioInputSource = value
+                }
+
+                PickerRow {
+                    objectName: "inspector.language"
+                    Layout.fillWidth: true
+                    title: "原文語言"
+                    systemImage: "character.cursor.ibeam"
+                    model: panel.inspector.sourceLanguages
+                    selection: panel.inspector.sourceLanguage
+                    isDisabled: panel.isLocked
+                    onPicked: value => panel.inspector.sourceLanguage = value
+                }
+
+                PickerRow {
+                    objectName: "inspector.mode"
+                    Layout.fillWidth: true
+                    title: "處理模式"
+                    systemImage: "bolt.horizontal.circle"
+                    model: panel.inspector.processingModes
+                    selection: panel.inspector.processingMode
+                    onPicked: value => panel.inspector.processingMode = value
+                }
+
+                RowLayout {
+                    Layout.topMargin: Theme.half
+                    spacing: Theme.unit
+
+                    Symbol {
+                        name: "character.book.closed"
+                        size: 18
+                    }
+
+                    UiText {
+                        Layout.fillWidth: true
+                        text: "輸出字幕：繁中"
+                    }
+                }
+            }
+
+            Hairline {
+                Layout.fillWidth: true
+            }
+
+            InspectorSection {
+                Layout.fillWidth: true
+                title: "浮動字幕"
+
+                PickerRow {
+                    objectName: "inspector.theme"
+                    Layout.fillWidth: true
+                    title: "主題"
+                    systemImage: "circle.lefthalf.filled"
+                    model: panel.inspector.captionThemes
+                    selection: panel.inspector.captionTheme
+                    onPicked: value => panel.inspector.captionTheme = value
+                }
+
+                PickerRow {
+                    objectName: "inspector.display"
+                    Layout.fillWidth: true
+                    title: "顯示"
+                    systemImage: "rectangle.split.1x2"
+                    model: panel.inspector.captionDisplayModes
+                    selection: panel.inspector.captionDisplayMode
+                    onPicked: value => panel.inspector.captionDisplayMode = value
+                }
+
+                LabeledSlider {
+                    objectName: "inspector.fontSize"
+                    Layout.fillWidth: true
+                    Layout.topMargin: Theme.half
+                    title: "字級"
+                    systemImage: "textformat.size"
+                    valueText: panel.inspector.fontSizeText
+                    from: panel.inspector.minimumFontSize
+                    to: panel.inspector.maximumFontSize
+                    stepSize: 1
+                    value: panel.inspector.captionFontSize
+                    onMoved: value => panel.inspector.captionFontSize = value
+                }
+
+                LabeledSlider {
+                    objectName: "inspector.opacity"
+                    Layout.fillWidth: true
+                    title: "背景不透明度"
+                    systemImage: "drop.halffull"
+                    valueText: panel.inspector.opacityText
+                    from: 0
+                    to: 1
+                    stepSize: 0.01
+                    value: panel.inspector.captionOpacity
+                    onMoved: value => panel.inspector.captionOpacity = value
+                }
+
+                FloatingCaptionPreview {
+                    Layout.fillWidth: true
+                    Layout.topMargin: Theme.half
+                    inspector: panel.inspector
+                }
+            }
+
+            Hairline {
+                Layout.fillWidth: true
+            }
+
+            InspectorSection {
+                Layout.fillWidth: true
+                title: "自定義 API"
+
+                UiText {
+                    objectName: "inspector.providerSummary"
+                    Layout.fillWidth: true
+                    text: panel.inspector.providerSummary
+                    font.pixelSize: Theme.small
+                    color: Theme.textSecondary
+                    lineHeight: 1.3
+                    wrapMode: Text.Wrap
+                }
+
+                CapabilityRow {
+                    Layout.fillWidth: true
+                    title: "文字翻譯"
+                    isEnabled: panel.inspector.supportsTextTranslation
+                }
+
+                CapabilityRow {
+                    Layout.fillWidth: true
+                    title: "文字整理"
+                    isEnabled: panel.inspector.supportsTextPolishing
+                }
+
+                CapabilityRow {
+                    Layout.fillWidth: true
+                    title: "術語表"
+                    isEnabled: panel.inspector.supportsGlossary
+                }
+
+                ActionButton {
+                    objectName: "inspector.manageProvider"
+                    Layout.topMargin: Theme.half
+                    Layout.fillWidth: true
+                    text: "管理提供者"
+                    systemImage: "server.rack"
+                    onClicked: panel.openProvider()
+                }
+            }
+
+            Hairline {
+                Layout.fillWidth: true
+            }
+
+            InspectorSection {
+                Layout.fillWidth: true
+                title: "術語"
+
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: Theme.unit
+
+                    Symbol {
+                        name: "text.book.closed"
+                        size: 18
+                    }
+
+                    UiText {
+                        objectName: "inspector.glossarySummary"
+                        Layout.fillWidth: true
+                        text: panel.inspector.glossarySummary
+                    }
+
+                    ActionButton {
+                        objectName: "inspector.manageGlossary"
+                        text: "管理"
+                        isCompact: true
+                        Accessible.name: "管理術語"
+                        onClicked: panel.openGlossary()
+                    }
+                }
+            }
+
+            ActionButton {
+                objectName: "inspector.clear"
+                Layout.fillWidth: true
+                text: "清除目前字幕"
+                systemImage: "trash"
+                kind: ActionButton.Kind.Destructive
+                enabled: panel.session.canClear
+                onClicked: panel.clear()
+            }
+        }
+    }
+}

@@ -1,0 +1,165 @@
+#include "app/inspector/ProviderSettingsModel.h"
+
+#include "app/inspector/ProviderTexts.h"
+#include "base/Completion.h"
+#include "base/LocalizedError.h"
+#include "base/Text.h"
+#include "storage/LumaphoneSettings.h"
+
+#include <QMetaEnum>
+
+namespace lumaphone {
+
+ProviderSettingsModel::ProviderSettingsModel(
+    LumaphoneSettings &settings, std::shared_ptr<MainQueue> mainQueue, QObject *parent)
+    : QObject(parent)
+    , m_settings(settings)
+    , m_mainQueue(std::move(mainQueue))
+{
+    connect(&settings, &LumaphoneSettings::hasProviderAPIKeyChanged, this,
+        &ProviderSettingsModel::apiKeyStatusTextChanged);
+    open();
+}
+
+ProviderSettingsModel::~ProviderSettingsModel()
+{
+    m_test.request_stop();
+}
+
+void ProviderSettingsModel::setBaseURL(const QString &url)
+{
+    if (m_baseURL != url) {
+        m_baseURL = url;
+        forgetTest();
+        emit baseURLChanged();
+    }
+}
+
+void ProviderSettingsModel::setModel(const QString &model)
+{
+    if (m_model != model) {
+        m_model = model;
+        forgetTest();
+        emit modelChanged();
+    }
+}
+
+void ProviderSettingsModel::setApiKey(const QString &key)
+{
+    if (m_apiKey != key) {
+        m_apiKey = key;
+        forgetTest();
+        emit apiKeyChanged();
+        emit apiKeyStatusTextChanged();
+    }
+}
+
+QString ProviderSettingsModel::baseURLPlaceholder() const
+{
+    return LumaphoneSettings::defaultProviderBaseURL();
+}
+
+QString ProviderSettingsModel::apiKeyPlaceholder() const
+{
+    return providertexts::apiKeyPlaceholder(hasProviderAPIKey());
+}
+
+QString ProviderSettingsModel::apiKeyStatusText() const
+{
+    return providertexts::apiKeyStatusText(!m_apiKey.isEmpty(), hasProviderAPIKey());
+}
+
+bool ProviderSettingsModel::hasProviderAPIKey() const
+{
+    return m_settings.hasProviderAPIKey();
+}
+
+QString ProviderSettingsModel::testStatusName() const
+{
+    return QString::fromLatin1(QMetaEnum::fromType<ProviderTestStatus>().valueToKey(m_testStatus));
+}
+
+void ProviderSettingsModel::open()
+{
+    setBaseURL(m_settings.providerBaseURL());
+    setModel(m_settings.providerModel());
+    setApiKey({});
+    forgetTest();
+}
+
+void ProviderSettingsModel::close()
+{
+    open();
+}
+
+void ProviderSettingsModel::save()
+{
+    m_settings.setProviderBaseURL(m_baseURL);
+    m_settings.setProviderModel(m_model);
+    if (!text::trimmed(m_apiKey).isEmpty()) {
+        m_settings.saveProviderAPIKey(m_apiKey);
+    }
+    setApiKey({});
+}
+
+void ProviderSettingsModel::clearKey()
+{
+    setApiKey({});
+    m_settings.saveProviderAPIKey({});
+    setTestStatus(success, providertexts::apiKeyCleared());
+}
+
+void ProviderSettingsModel::testProvider()
+{
+    if (isTestingProvider()) {
+        return;
+    }
+    m_test = std::stop_source();
+    setTestStatus(testing, providertexts::testing(!m_apiKey.isEmpty(), hasProviderAPIKey()));
+    runTest(this, m_test.get_token());
+}
+
+QCoro::Task<> ProviderSettingsModel::runTest(QPointer<ProviderSettingsModel> self, std::stop_token stop)
+{
+    OpenAICompatibleProviderConfiguration configuration {
+        text::trimmed(self->m_baseURL), text::trimmed(self->m_apiKey), text::trimmed(self->m_model)};
+    ProviderTestStatus status = failure;
+    QString text;
+    try {
+        if (configuration.apiKey.isEmpty()) {
+            // A locked keychain asks the user first, however long that takes; the window goes on meanwhile.
+            const LumaphoneKeychain keychain = self->m_settings.keychain();
+            configuration.apiKey = co_await runInBackground(self->m_mainQueue, "provider-key",
+                [keychain] { return LumaphoneSettings::readProviderAPIKey(keychain); });
+        }
+        if (!self || stop.stop_requested()) {
+            co_return;
+        }
+        const LumaphoneGlossaryPrompt noGlossary;
+        text = providertexts::testSucceeded(co_await self->m_testTranslator.translate(
+            providertexts::testSentence(), providertexts::testLanguage(), configuration, noGlossary, stop));
+        status = success;
+    } catch (const std::exception &error) {
+        text = localizedDescription(error);
+    }
+    if (self && !stop.stop_requested()) {
+        self->setTestStatus(status, text);
+    }
+}
+
+void ProviderSettingsModel::setTestStatus(ProviderTestStatus status, const QString &text)
+{
+    if (m_testStatus != status || m_testStatusText != text) {
+        m_testStatus = status;
+        m_testStatusText = text;
+        emit testStatusChanged();
+    }
+}
+
+void ProviderSettingsModel::forgetTest()
+{
+    m_test.request_stop();
+    setTestStatus(none, {});
+}
+
+} // namespace lumaphone

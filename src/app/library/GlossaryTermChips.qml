@@ -1,0 +1,28 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Lumaphone
+
+/// The glossary terms that matched in a session.
+FlowLayout {
+    id: chips
+
+    required property list<string> terms
+
+    spacing: Theme.unit
+    visible: terms.length > 0
+    Accessible.role: Accessible.List
+    Accessible.name: "命中的術語"
+
+    Repeater {
+        model: chips.terms
+
+        Chip {
+            required property string modelData
+
+            text: modelData
+            systemImage: "text.book.closed"
+            maximumWidth: chips.width
+        }
+    }
+}

@@ -1,0 +1,387 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Dialogs
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Lumaphone
+
+/// The library of saved transcripts: the list with its search, and the selected transcript.
+FocusScope {
+    id: library
+
+    required property TranscriptLibraryWorkspaceModel workspace
+
+    objectName: "library"
+    Accessible.role: Accessible.Pane
+    Accessible.name: "紀錄庫"
+
+    onVisibleChanged: {
+        if (visible)
+            workspace.selectInitialRecordIfNeeded();
+    }
+    Component.onCompleted: {
+        if (visible)
+            workspace.selectInitialRecordIfNeeded();
+    }
+
+    function askForFile(format: string): void {
+        exportDialog.defaultSuffix = format;
+        exportDialog.nameFilters = [workspace.exportNameFilter(format)];
+        exportDialog.selectedFile = workspace.exportFile(format);
+        exportDialog.open();
+    }
+
+    Shortcut {
+        enabled: library.visible
+        sequence: "Ctrl+F"
+        onActivated: search.selectAll()
+    }
+
+    Shortcut {
+        enabled: library.visible && library.workspace.hasUnsavedEdits
+        sequence: "Ctrl+S"
+        onActivated: library.workspace.saveEdits()
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.margins: Theme.margin
+        spacing: Theme.margin
+
+        ColumnLayout {
+            Layout.preferredWidth: 320
+            Layout.maximumWidth: 320
+            Layout.fillHeight: true
+            spacing: Theme.gap
+
+            TextFieldBox {
+                id: search
+
+                Layout.fillWidth: true
+                objectName: "library.search"
+                accessibleName: "搜尋字幕紀錄"
+                placeholderText: "搜尋標題、備註、原文、譯文或術語"
+                systemImage: "magnifyingglass"
+                isClearable: true
+                text: library.workspace.searchText
+                onEdited: library.workspace.searchText = search.text
+                Keys.onDownPressed: list.forceActiveFocus()
+                Keys.onEscapePressed: search.clear()
+            }
+
+            Card {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                padding: Theme.unit
+
+                Item {
+                    anchors.fill: parent
+
+                    ListView {
+                        id: list
+
+                        objectName: "library.list"
+                        anchors.fill: parent
+                        clip: true
+                        spacing: 2
+                        boundsBehavior: Flickable.StopAtBounds
+                        activeFocusOnTab: true
+                        reuseItems: true
+                        model: library.workspace.records
+                        currentIndex: library.workspace.selectedRow
+                        highlightMoveDuration: 0
+                        T.ScrollBar.vertical: AppScrollBar {}
+
+                        Accessible.role: Accessible.List
+                        Accessible.name: "字幕紀錄"
+                        Keys.onUpPressed: library.workspace.selectRow(library.workspace.selectedRow - 1)
+                        Keys.onDownPressed: library.workspace.selectRow(library.workspace.selectedRow + 1)
+                        Keys.onDeletePressed: library.workspace.requestDelete()
+
+                        delegate: TranscriptRecordRow {
+                            required property string recordId
+                            required property int index
+
+                            width: list.width
+                            objectName: "library.record." + index
+                            isSelected: library.workspace.selectedID === recordId
+                            isListFocused: list.activeFocus
+                            onClicked: {
+                                list.forceActiveFocus();
+                                library.workspace.select(recordId);
+                            }
+                        }
+                    }
+
+                    EmptyState {
+                        objectName: "library.empty"
+                        anchors.fill: parent
+                        visible: library.workspace.emptyListText !== ""
+                        systemImage: library.workspace.searchText === "" ? "tray.and.arrow.down" : "magnifyingglass"
+                        title: library.workspace.emptyListText
+                    }
+                }
+            }
+        }
+
+        Card {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            Item {
+                anchors.fill: parent
+
+                EmptyState {
+                    objectName: "library.noSelection"
+                    anchors.fill: parent
+                    visible: library.workspace.selectedID === ""
+                    systemImage: "captions.bubble"
+                    title: "選擇一筆字幕紀錄"
+                    message: "儲存 live session 後，紀錄會出現在這裡。"
+                }
+
+                EmptyState {
+                    objectName: "library.broken"
+                    anchors.fill: parent
+                    anchors.topMargin: Theme.wide * 2
+                    visible: library.workspace.selectedID !== "" && !library.workspace.isLoaded
+                    systemImage: "exclamationmark.triangle.fill"
+                    title: "無法開啟這筆字幕紀錄"
+                    message: "檔案可能已損毀或被移走。可以在檔案管理員裡查看，或刪除這筆紀錄。"
+
+                    ActionButton {
+                        objectName: "library.broken.reveal"
+                        text: "開啟資料夾"
+                        systemImage: "folder"
+                        onClicked: library.workspace.openFolder()
+                    }
+
+                    ActionButton {
+                        objectName: "library.broken.delete"
+                        text: "刪除字幕紀錄"
+                        systemImage: "trash"
+                        kind: ActionButton.Kind.Destructive
+                        onClicked: library.workspace.requestDelete()
+                    }
+                }
+
+                ColumnLayout {
+                    anchors.fill: parent
+                    spacing: 0
+
+                    RowLayout {
+                        Layout.fillWidth: true
+                        Layout.margins: Theme.space
+                        Layout.bottomMargin: 0
+                        Layout.leftMargin: Theme.gap
+                        visible: library.workspace.isLoaded
+                        spacing: Theme.half
+
+                        TextFieldBox {
+                            id: title
+
+                            Layout.fillWidth: true
+                            objectName: "library.title"
+                            accessibleName: "標題"
+                            placeholderText: "字幕紀錄標題"
+                            isTitle: true
+                            text: library.workspace.title
+                            onEdited: library.workspace.title = title.text
+                            onAccepted: library.workspace.finishEditing()
+                        }
+
+                        ToolbarIconButton {
+                            objectName: "library.edit"
+                            systemImage: "pencil"
+                            help: library.workspace.isEditingTranscript ? "結束編輯" : "編輯原文與譯文"
+                            isToggle: true
+                            isSelected: library.workspace.isEditingTranscript
+                            onClicked: library.workspace.isEditingTranscript = !library.workspace.isEditingTranscript
+                        }
+
+                        MenuButton {
+                            objectName: "library.copy"
+                            systemImage: "doc.on.doc"
+                            help: "拷貝文字"
+
+                            AppMenu {
+                                AppMenuItem {
+                                    objectName: "library.copy.bilingual"
+                                    text: "拷貝原文與譯文"
+                                    onTriggered: library.workspace.copyBilingualText()
+                                }
+                                AppMenuItem {
+                                    objectName: "library.copy.source"
+                                    text: "拷貝原文"
+                                    onTriggered: library.workspace.copySourceText()
+                                }
+                                AppMenuItem {
+                                    objectName: "library.copy.translation"
+                                    text: "拷貝譯文"
+                                    onTriggered: library.workspace.copyTranslationText()
+                                }
+                            }
+                        }
+
+                        MenuButton {
+                            objectName: "library.export"
+                            systemImage: "square.and.arrow.up"
+                            help: "匯出"
+
+                            AppMenu {
+                                AppMenuItem {
+                                    objectName: "library.export.markdown"
+                                    text: "匯出 Markdown…"
+                                    systemImage: "square.and.arrow.down"
+                                    onTriggered: library.askForFile("md")
+                                }
+                                AppMenuItem {
+                                    objectName: "library.export.plainText"
+                                    text: "匯出雙語純文字…"
+                                    systemImage: "square.and.arrow.down"
+                                    onTriggered: library.askForFile("txt")
+                                }
+                                AppMenuItem {
+                                    objectName: "library.export.subRip"
+                                    text: "匯出 SRT 字幕…"
+                                    systemImage: "square.and.arrow.down"
+                                    onTriggered: library.askForFile("srt")
+                                }
+                                AppMenuItem {
+                                    objectName: "library.export.webVtt"
+                                    text: "匯出 WebVTT 字幕…"
+                                    systemImage: "square.and.arrow.down"
+                                    onTriggered: library.askForFile("vtt")
+                                }
+                                AppMenuItem {
+                                    objectName: "library.export.json"
+                                    text: "匯出 JSON…"
+                                    systemImage: "square.and.arrow.down"
+                                    onTriggered: library.askForFile("json")
+                                }
+                            }
+                        }
+
+                        ToolbarIconButton {
+                            objectName: "library.reveal"
+                            systemImage: "folder"
+                            help: "在檔案管理員中顯示"
+                            onClicked: library.workspace.openFolder()
+                        }
+
+                        ToolbarIconButton {
+                            objectName: "library.delete"
+                            systemImage: "trash"
+                            help: "刪除字幕紀錄"
+                            onClicked: library.workspace.requestDelete()
+                        }
+                    }
+
+                    RowLayout {
+                        Layout.fillWidth: true
+                        Layout.leftMargin: Theme.margin
+                        Layout.rightMargin: Theme.space
+                        Layout.bottomMargin: Theme.gap
+                        Layout.minimumHeight: Theme.controlHeightSmall
+                        visible: library.workspace.isLoaded
+                        spacing: Theme.unit
+
+                        UiText {
+                            Layout.fillWidth: true
+                            objectName: "library.subtitle"
+                            text: library.workspace.subtitle
+                            font.pixelSize: Theme.small
+                            color: Theme.textSecondary
+                            elide: Text.ElideRight
+                        }
+
+                        ActionButton {
+                            objectName: "library.revert"
+                            visible: library.workspace.hasUnsavedEdits
+                            isCompact: true
+                            text: "還原"
+                            help: "放棄尚未儲存的修改"
+                            systemImage: "arrow.counterclockwise.circle.fill"
+                            onClicked: library.workspace.revertEdits()
+                        }
+
+                        ActionButton {
+                            objectName: "library.save"
+                            visible: library.workspace.hasUnsavedEdits
+                            isCompact: true
+                            text: "儲存修改"
+                            help: "儲存修改（Ctrl+S）"
+                            kind: ActionButton.Kind.Primary
+                            onClicked: library.workspace.saveEdits()
+                        }
+                    }
+
+                    MessageBanner {
+                        Layout.fillWidth: true
+                        Layout.leftMargin: Theme.margin
+                        Layout.rightMargin: Theme.margin
+                        Layout.topMargin: library.workspace.isLoaded ? 0 : Theme.margin
+                        Layout.bottomMargin: Theme.gap
+                        objectName: "library.error"
+                        visible: text !== ""
+                        text: library.workspace.errorMessage
+                        onDismissed: library.workspace.dismissError()
+                    }
+
+                    Hairline {
+                        Layout.fillWidth: true
+                        visible: library.workspace.isLoaded
+                    }
+
+                    TranscriptReaderView {
+                        Layout.fillWidth: true
+                        Layout.fillHeight: true
+                        objectName: "library.reader"
+                        visible: library.workspace.isLoaded
+                        note: library.workspace.note
+                        lines: library.workspace.draftLines
+                        glossaryTerms: library.workspace.glossaryTerms
+                        isEditing: library.workspace.isEditingTranscript
+                        onNoteEdited: text => library.workspace.note = text
+                    }
+
+                    Item {
+                        Layout.fillHeight: true
+                        visible: !library.workspace.isLoaded
+                    }
+                }
+            }
+        }
+    }
+
+    ConfirmationAlert {
+        id: deleteAlert
+
+        objectName: "library.deleteAlert"
+        title: "刪除字幕紀錄？"
+        subtitle: library.workspace.pendingDeleteTitle
+        message: "這會移除索引與本機 session 資料夾。"
+        confirmText: "刪除"
+        onConfirmed: library.workspace.deletePendingRecord()
+        onClosed: library.workspace.cancelDelete()
+    }
+
+    Connections {
+        target: library.workspace
+
+        function onPendingDeleteChanged(): void {
+            if (library.workspace.hasPendingDelete)
+                deleteAlert.open();
+        }
+    }
+
+    FileDialog {
+        id: exportDialog
+
+        objectName: "library.exportDialog"
+        title: "匯出字幕紀錄"
+        fileMode: FileDialog.SaveFile
+        onAccepted: library.workspace.exportRecord(defaultSuffix, selectedFile)
+    }
+}

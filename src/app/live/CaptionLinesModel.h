@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
+
+#include <vector>
+
+namespace lumaphone {
+
+class SystemAudioCaptureController;
+
+/// The lines of the live session for a view, oldest first. A change of one line touches one row, however long
+/// the session is.
+class CaptionLinesModel final : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The live session's model has one.")
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+    Q_PROPERTY(bool hasPendingTranslation READ hasPendingTranslation NOTIFY hasPendingTranslationChanged)
+    Q_PROPERTY(bool hasTranslatedText READ hasTranslatedText NOTIFY hasTranslatedTextChanged)
+
+public:
+    enum Role {
+        SourceTextRole = Qt::UserRole + 1,
+        TranslatedTextRole,
+        SourceLanguageRole, ///< raw value, such as "japanese"
+        IsFinalRole,
+        IsPendingRole, ///< the translation has not arrived
+        TimeRole, ///< when the line was opened, such as "14:05:09"
+    };
+
+    /// The controller must outlive the model.
+    explicit CaptionLinesModel(const SystemAudioCaptureController &controller, QObject *parent = nullptr);
+
+    int count() const { return int(m_rows.size()); }
+    /// Whether some line still waits for its translation.
+    bool hasPendingTranslation() const { return m_pending > 0; }
+    /// Whether some line has a translation side that is not blank.
+    bool hasTranslatedText() const { return m_translated > 0; }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+signals:
+    void countChanged();
+    void hasPendingTranslationChanged();
+    void hasTranslatedTextChanged();
+    /// A line has become final.
+    void lineFinished(int row);
+
+private:
+    /// What a row contributed to the counts.
+    struct Row
+    {
+        bool isPending = false;
+        bool isTranslated = false;
+        bool isFinal = false;
+    };
+
+    Row rowOf(qsizetype index) const;
+    void insertRow(qsizetype index);
+    void changeRow(qsizetype index);
+    void reset();
+    void publishCounts();
+
+    const SystemAudioCaptureController &m_controller;
+    std::vector<Row> m_rows;
+    int m_pending = 0;
+    int m_translated = 0;
+    bool m_publishedPending = false;
+    bool m_publishedTranslated = false;
+};
+
+} // namespace lumaphone

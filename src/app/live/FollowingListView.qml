@@ -1,0 +1,69 @@
+import QtQuick
+import QtQuick.Templates as T
+import Lumaphone
+
+/// A list that stays at its newest row until the user scrolls away, and returns there on request.
+ListView {
+    id: list
+
+    /// Whether the newest row is kept in view.
+    property bool isFollowing: true
+
+    function follow(): void {
+        list.isFollowing = true;
+        list.positionViewAtEnd();
+    }
+    function settle(): void {
+        if (list.isFollowing)
+            list.positionViewAtEnd();
+    }
+    function scrollBy(distance: real): void {
+        const lowest = Math.max(list.originY, list.originY + list.contentHeight - list.height);
+        list.contentY = Math.min(lowest, Math.max(list.originY, list.contentY + distance));
+        list.isFollowing = list.atYEnd;
+    }
+
+    clip: true
+    reuseItems: true
+    boundsBehavior: Flickable.StopAtBounds
+    activeFocusOnTab: true
+    keyNavigationEnabled: false
+    currentIndex: -1
+
+    onContentHeightChanged: settling.restart()
+    onHeightChanged: settling.restart()
+    onCountChanged: {
+        if (list.count === 0)
+            list.isFollowing = true;
+    }
+    onMovementStarted: list.isFollowing = false
+    onMovementEnded: list.isFollowing = list.atYEnd
+
+    Keys.onUpPressed: list.scrollBy(-48)
+    Keys.onDownPressed: list.scrollBy(48)
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_PageUp)
+            list.scrollBy(-list.height * 0.9);
+        else if (event.key === Qt.Key_PageDown)
+            list.scrollBy(list.height * 0.9);
+        else if (event.key === Qt.Key_Home)
+            list.scrollBy(-list.contentHeight);
+        else if (event.key === Qt.Key_End)
+            list.follow();
+        else
+            return;
+        event.accepted = true;
+    }
+
+    // Once for all that changes in one turn.
+    Timer {
+        id: settling
+
+        interval: 0
+        onTriggered: list.settle()
+    }
+
+    T.ScrollBar.vertical: AppScrollBar {
+        onPressedChanged: list.isFollowing = !pressed && list.atYEnd
+    }
+}

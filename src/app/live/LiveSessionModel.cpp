@@ -1,0 +1,255 @@
+#include "app/live/LiveSessionModel.h"
+
+#include "app/live/LiveTexts.h"
+#include "base/LocalizedError.h"
+#include "glossary/LumaphoneGlossaryStore.h"
+#include "session/SessionTexts.h"
+#include "session/SessionTranscript.h"
+#include "storage/LumaphoneSettings.h"
+#include "storage/TranscriptLibraryStore.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+namespace lumaphone {
+
+namespace {
+
+/// The session as the library saves it.
+LiveTranscript transcriptOf(
+    const SystemAudioCaptureController &controller, const QList<LumaphoneGlossaryTerm> &terms)
+{
+    const LumaphoneSessionDraft session {
+        .lines = controller.captionLines(),
+        .sourceLanguage = controller.sourceLanguage(),
+        .detectedLanguage = controller.detectedLanguage(),
+        .startedAt = controller.sessionStartedAt(),
+        .endedAt = controller.sessionEndedAt(),
+        .updatedAt = {},
+    };
+    LiveTranscript transcript = liveTranscript(session, terms);
+    transcript.savedTranscriptID = controller.savedTranscriptID();
+    return transcript;
+}
+
+} // namespace
+
+LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
+    const LumaphoneSettings &settings, TranscriptLibraryStore &library,
+    const LumaphoneGlossaryStore &glossary, std::chrono::milliseconds soundPatience, QObject *parent)
+    : QObject(parent)
+    , m_controller(controller)
+    , m_settings(settings)
+    , m_library(library)
+    , m_glossary(glossary)
+    , m_soundWatch(soundPatience)
+    , m_lines(controller)
+{
+    using Controller = SystemAudioCaptureController;
+    connect(&controller, &Controller::isRunningChanged, this, [this] {
+        m_soundWatch.setRunning(m_controller.isRunning());
+        if (m_controller.isRunning()) {
+            setFailureMessage({});
+            set(m_saveErrorMessage, QString(), &LiveSessionModel::saveErrorMessageChanged);
+        }
+        update();
+    });
+    connect(&controller, &Controller::isStartingChanged, this, [this] {
+        if (m_controller.isStarting()) {
+            setFailureMessage({});
+        }
+        update();
+    });
+    connect(&controller, &Controller::sessionFailed, this, [this](const QString &message) {
+        // Lines that wait to be saved are no failure; the review bar asks for them.
+        if (message != texts::unsavedTranscript()) {
+            setFailureMessage(message);
+        }
+        update();
+    });
+    connect(&controller, &Controller::soundArrived, &m_soundWatch, &SoundWatch::soundArrived);
+    connect(&m_soundWatch, &SoundWatch::isWithoutSoundChanged, this, &LiveSessionModel::update);
+    connect(&controller, &Controller::savedTranscriptIDChanged, this, &LiveSessionModel::update);
+    connect(
+        &controller, &Controller::savedTranscriptTitleChanged, this, &LiveSessionModel::savedTitleChanged);
+    connect(&controller, &Controller::restoredDraftMessageChanged, this, [this] {
+        update();
+        emit restoredDraftMessageChanged();
+    });
+    connect(&controller, &Controller::statusChanged, this, &LiveSessionModel::statusChanged);
+    connect(&controller, &Controller::captionLinesChanged, this, &LiveSessionModel::update);
+    connect(&controller, &Controller::detectedLanguageChanged, this, &LiveSessionModel::updateStage);
+    connect(&controller, &Controller::sourceLanguageChanged, this, [this] {
+        updateStage();
+        emit sourceLanguageChanged();
+    });
+    connect(&controller, &Controller::audioInputSourceChanged, this, [this] {
+        updateStage();
+        emit audioInputSourceChanged();
+    });
+    connect(&m_lines, &CaptionLinesModel::hasPendingTranslationChanged, this,
+        &LiveSessionModel::cardStatusTextChanged);
+    connect(&m_lines, &CaptionLinesModel::lineFinished, this,
+        [this](int row) { emit lineFinished(m_controller.captionLines().at(row).sourceText); });
+    m_soundWatch.setRunning(controller.isRunning());
+    update();
+}
+
+template<typename Value>
+void LiveSessionModel::set(Value &member, const Value &value, void (LiveSessionModel::*changed)())
+{
+    if (member != value) {
+        member = value;
+        emit(this->*changed)();
+    }
+}
+
+void LiveSessionModel::update()
+{
+    const SessionFacts facts {
+        .isStarting = m_controller.isStarting(),
+        .isRunning = m_controller.isRunning(),
+        .hasLines = !m_controller.captionLines().isEmpty(),
+        .isSaved = m_controller.savedTranscriptID().has_value(),
+        .isRestored = m_controller.restoredDraftMessage().has_value(),
+        .isWithoutSound = m_soundWatch.isWithoutSound(),
+        .hasFailed = !m_failureMessage.isEmpty(),
+    };
+    set(m_facts, facts, &LiveSessionModel::factsChanged);
+    updateStage();
+}
+
+void LiveSessionModel::updateStage()
+{
+    const auto &lines = m_controller.captionLines();
+    const LumaphoneCaptionLine *newest = lines.isEmpty() ? nullptr : &lines.constLast();
+    set(m_sourceText, livetexts::sourceText(newest, m_facts, m_controller.audioInputSource()),
+        &LiveSessionModel::sourceTextChanged);
+    set(m_translationText, livetexts::translationText(newest, m_facts),
+        &LiveSessionModel::translationTextChanged);
+    set(m_stageLanguage, newest ? rawValue(newest->sourceLanguage) : QString(),
+        &LiveSessionModel::stageLanguageChanged);
+    set(m_isStageFinal, newest && newest->isFinal, &LiveSessionModel::isStageFinalChanged);
+    set(m_isStageTranslated, newest && newest->translatedText != pendingTranslationPlaceholder,
+        &LiveSessionModel::isStageTranslatedChanged);
+    set(m_languageStatusText,
+        livetexts::languageStatusText(m_controller.sourceLanguage(), m_controller.detectedLanguage()),
+        &LiveSessionModel::languageStatusTextChanged);
+}
+
+void LiveSessionModel::setFailureMessage(const QString &message)
+{
+    set(m_failureMessage, message, &LiveSessionModel::failureMessageChanged);
+}
+
+QString LiveSessionModel::startStopText() const
+{
+    return livetexts::startStopText(m_facts);
+}
+
+QString LiveSessionModel::startStopSymbol() const
+{
+    return livetexts::startStopSymbol(m_facts);
+}
+
+QString LiveSessionModel::saveHelp() const
+{
+    return livetexts::saveHelp(m_facts);
+}
+
+QString LiveSessionModel::newCaptionsHelp() const
+{
+    return livetexts::newCaptionsHelp(m_facts);
+}
+
+QString LiveSessionModel::withoutSoundText() const
+{
+    return livetexts::withoutSoundText(m_controller.audioInputSource());
+}
+
+QString LiveSessionModel::stageStateText() const
+{
+    return livetexts::stageStateText(m_facts);
+}
+
+QString LiveSessionModel::cardStatusText() const
+{
+    return livetexts::cardStatusText(m_lines.hasPendingTranslation());
+}
+
+void LiveSessionModel::startOrStop()
+{
+    if (m_controller.isRunning()) {
+        m_controller.stop(true);
+    } else {
+        m_controller.start();
+    }
+}
+
+void LiveSessionModel::endSession()
+{
+    if (m_controller.isRunning() || m_controller.isStarting()) {
+        m_controller.stop(true);
+    }
+}
+
+void LiveSessionModel::saveTranscript()
+{
+    if (!canSave()) {
+        return;
+    }
+    QString failure;
+    try {
+        const TranscriptRecordMetadata record
+            = m_library.save(transcriptOf(m_controller, m_glossary.enabledTerms()), m_settings);
+        m_controller.markTranscriptSaved(record.id, record.title);
+        setFailureMessage({});
+        update();
+    } catch (const std::exception &error) {
+        failure = localizedDescription(error);
+    }
+    set(m_saveErrorMessage, failure, &LiveSessionModel::saveErrorMessageChanged);
+}
+
+void LiveSessionModel::clearCaptions()
+{
+    setFailureMessage({});
+    set(m_saveErrorMessage, QString(), &LiveSessionModel::saveErrorMessageChanged);
+    m_controller.clearCaptions();
+    update();
+}
+
+void LiveSessionModel::startNew()
+{
+    clearCaptions();
+    m_controller.start();
+}
+
+void LiveSessionModel::setSourceLanguage(const QString &language)
+{
+    if (const auto known = appleSystemSpeechLanguage(language)) {
+        m_controller.setSourceLanguage(*known);
+    }
+}
+
+void LiveSessionModel::requestSystemAudioAccessIfNeeded()
+{
+    m_controller.requestSystemAudioAccessIfNeeded();
+}
+
+QString LiveSessionModel::joinedSourceText() const
+{
+    return livetexts::joinedSourceText(m_controller.captionLines());
+}
+
+QString LiveSessionModel::joinedTranslatedText() const
+{
+    return livetexts::joinedTranslatedText(m_controller.captionLines());
+}
+
+void LiveSessionModel::copyText(const QString &text) const
+{
+    QGuiApplication::clipboard()->setText(text);
+}
+
+} // namespace lumaphone

@@ -1,0 +1,173 @@
+#pragma once
+
+#include "app/live/CaptionLinesModel.h"
+#include "app/live/SessionPhase.h"
+#include "app/live/SoundWatch.h"
+#include "session/SystemAudioCaptureController.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <chrono>
+
+namespace lumaphone {
+
+class LumaphoneGlossaryStore;
+class LumaphoneSettings;
+class TranscriptLibraryStore;
+
+/// The live session as the command bar and the live workspace show it: every text, state and permission,
+/// derived from the controller, and the actions of the user. Main thread.
+class LiveSessionModel final : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The program makes the one model.")
+    // The session.
+    Q_PROPERTY(bool isStarting READ isStarting NOTIFY factsChanged)
+    Q_PROPERTY(bool isRunning READ isRunning NOTIFY factsChanged)
+    Q_PROPERTY(bool hasLines READ hasLines NOTIFY factsChanged)
+    Q_PROPERTY(bool hasUnsavedTranscript READ hasUnsavedTranscript NOTIFY factsChanged)
+    Q_PROPERTY(bool isSaved READ isSaved NOTIFY factsChanged)
+    Q_PROPERTY(bool isReviewing READ isReviewing NOTIFY factsChanged)
+    Q_PROPERTY(bool isWithoutSound READ isWithoutSound NOTIFY factsChanged)
+    Q_PROPERTY(bool hasFailed READ hasFailed NOTIFY factsChanged)
+    Q_PROPERTY(QString failureMessage READ failureMessage NOTIFY failureMessageChanged)
+    Q_PROPERTY(QString status READ status NOTIFY statusChanged)
+    Q_PROPERTY(QString restoredDraftMessage READ restoredDraftMessage NOTIFY restoredDraftMessageChanged)
+    Q_PROPERTY(QString savedTitle READ savedTitle NOTIFY savedTitleChanged)
+    Q_PROPERTY(QString saveErrorMessage READ saveErrorMessage NOTIFY saveErrorMessageChanged)
+    // The command bar.
+    Q_PROPERTY(QString startStopText READ startStopText NOTIFY factsChanged)
+    Q_PROPERTY(QString startStopSymbol READ startStopSymbol NOTIFY factsChanged)
+    Q_PROPERTY(bool canStartOrStop READ canStartOrStop NOTIFY factsChanged)
+    Q_PROPERTY(QString saveHelp READ saveHelp NOTIFY factsChanged)
+    Q_PROPERTY(bool canSave READ canSave NOTIFY factsChanged)
+    Q_PROPERTY(QString newCaptionsHelp READ newCaptionsHelp NOTIFY factsChanged)
+    Q_PROPERTY(bool canStartNew READ canStartNew NOTIFY factsChanged)
+    Q_PROPERTY(bool canClear READ canClear NOTIFY factsChanged)
+    // The source.
+    Q_PROPERTY(QString sourceLanguage READ sourceLanguage NOTIFY sourceLanguageChanged)
+    Q_PROPERTY(QString audioInputSource READ audioInputSource NOTIFY audioInputSourceChanged)
+    Q_PROPERTY(QString audioSourceTitle READ audioSourceTitle NOTIFY audioInputSourceChanged)
+    Q_PROPERTY(QString audioSourceSymbol READ audioSourceSymbol NOTIFY audioInputSourceChanged)
+    Q_PROPERTY(QString withoutSoundText READ withoutSoundText NOTIFY audioInputSourceChanged)
+    // The stage.
+    Q_PROPERTY(QString sourceText READ sourceText NOTIFY sourceTextChanged)
+    Q_PROPERTY(QString translationText READ translationText NOTIFY translationTextChanged)
+    Q_PROPERTY(QString stageLanguage READ stageLanguage NOTIFY stageLanguageChanged)
+    Q_PROPERTY(bool isStageFinal READ isStageFinal NOTIFY isStageFinalChanged)
+    Q_PROPERTY(bool isStageTranslated READ isStageTranslated NOTIFY isStageTranslatedChanged)
+    Q_PROPERTY(QString languageStatusText READ languageStatusText NOTIFY languageStatusTextChanged)
+    Q_PROPERTY(QString stageStateText READ stageStateText NOTIFY factsChanged)
+    // The card.
+    Q_PROPERTY(lumaphone::CaptionLinesModel *lines READ lines CONSTANT)
+    Q_PROPERTY(QString cardStatusText READ cardStatusText NOTIFY cardStatusTextChanged)
+
+public:
+    /// Everything given must outlive the model.
+    LiveSessionModel(SystemAudioCaptureController &controller, const LumaphoneSettings &settings,
+        TranscriptLibraryStore &library, const LumaphoneGlossaryStore &glossary,
+        std::chrono::milliseconds soundPatience = SoundWatch::defaultPatience, QObject *parent = nullptr);
+
+    bool isStarting() const { return m_facts.isStarting; }
+    bool isRunning() const { return m_facts.isRunning; }
+    bool hasLines() const { return m_facts.hasLines; }
+    bool hasUnsavedTranscript() const { return lumaphone::hasUnsavedTranscript(m_facts); }
+    bool isSaved() const { return m_facts.isSaved; }
+    bool isReviewing() const { return lumaphone::isReviewing(m_facts); }
+    bool isWithoutSound() const { return m_facts.isWithoutSound; }
+    bool hasFailed() const { return m_facts.hasFailed; }
+    const QString &failureMessage() const { return m_failureMessage; }
+    const QString &status() const { return m_controller.status(); }
+    QString restoredDraftMessage() const { return m_controller.restoredDraftMessage().value_or(QString()); }
+    QString savedTitle() const { return m_controller.savedTranscriptTitle().value_or(QString()); }
+    /// Why the last save failed; empty when it did not.
+    const QString &saveErrorMessage() const { return m_saveErrorMessage; }
+
+    QString startStopText() const;
+    QString startStopSymbol() const;
+    bool canStartOrStop() const { return !isStarting(); }
+    QString saveHelp() const;
+    bool canSave() const { return isReviewing(); }
+    QString newCaptionsHelp() const;
+    bool canStartNew() const { return isReviewing(); }
+    bool canClear() const { return hasLines(); }
+
+    QString sourceLanguage() const { return rawValue(m_controller.sourceLanguage()); }
+    QString audioInputSource() const { return rawValue(m_controller.audioInputSource()); }
+    QString audioSourceTitle() const { return title(m_controller.audioInputSource()); }
+    QString audioSourceSymbol() const { return symbolName(m_controller.audioInputSource()); }
+    QString withoutSoundText() const;
+
+    const QString &sourceText() const { return m_sourceText; }
+    const QString &translationText() const { return m_translationText; }
+    /// The raw value of the language of `sourceText`; empty for what the program itself says.
+    const QString &stageLanguage() const { return m_stageLanguage; }
+    bool isStageFinal() const { return m_isStageFinal; }
+    /// Whether `translationText` is a translation and not a remark of the program.
+    bool isStageTranslated() const { return m_isStageTranslated; }
+    const QString &languageStatusText() const { return m_languageStatusText; }
+    QString stageStateText() const;
+
+    CaptionLinesModel *lines() { return &m_lines; }
+    QString cardStatusText() const;
+
+    /// Starts a session, or ends the one that runs. Unsaved lines are not lost: the controller refuses then.
+    Q_INVOKABLE void startOrStop();
+    /// Ends a session that runs or starts; its draft stays.
+    Q_INVOKABLE void endSession();
+    /// Saves the lines into the library, again if they were saved before. A failure is `saveErrorMessage`.
+    Q_INVOKABLE void saveTranscript();
+    Q_INVOKABLE void clearCaptions();
+    /// Drops the lines, saved or not, and starts the next session.
+    Q_INVOKABLE void startNew();
+    Q_INVOKABLE void setSourceLanguage(const QString &language);
+    Q_INVOKABLE void requestSystemAudioAccessIfNeeded();
+    Q_INVOKABLE QString joinedSourceText() const;
+    Q_INVOKABLE QString joinedTranslatedText() const;
+    Q_INVOKABLE void copyText(const QString &text) const;
+
+signals:
+    void factsChanged();
+    void failureMessageChanged();
+    void statusChanged();
+    void restoredDraftMessageChanged();
+    void savedTitleChanged();
+    void saveErrorMessageChanged();
+    void sourceLanguageChanged();
+    void audioInputSourceChanged();
+    void sourceTextChanged();
+    void translationTextChanged();
+    void stageLanguageChanged();
+    void isStageFinalChanged();
+    void isStageTranslatedChanged();
+    void languageStatusTextChanged();
+    void cardStatusTextChanged();
+    /// A line is complete: worth telling someone who listens instead of reading.
+    void lineFinished(const QString &text);
+
+private:
+    template<typename Value> void set(Value &member, const Value &value, void (LiveSessionModel::*changed)());
+    void update();
+    void updateStage();
+    void setFailureMessage(const QString &message);
+
+    SystemAudioCaptureController &m_controller;
+    const LumaphoneSettings &m_settings;
+    TranscriptLibraryStore &m_library;
+    const LumaphoneGlossaryStore &m_glossary;
+    SoundWatch m_soundWatch;
+    CaptionLinesModel m_lines;
+    SessionFacts m_facts;
+    QString m_failureMessage;
+    QString m_saveErrorMessage;
+    QString m_sourceText;
+    QString m_translationText;
+    QString m_stageLanguage;
+    QString m_languageStatusText;
+    bool m_isStageFinal = false;
+    bool m_isStageTranslated = false;
+};
+
+} // namespace lumaphone

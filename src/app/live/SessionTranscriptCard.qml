@@ -1,0 +1,135 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumaphone
+
+/// Everything heard in the session so far.
+Card {
+    id: card
+
+    required property LiveSessionModel session
+    readonly property CaptionLinesModel lines: session.lines
+    /// Of each side; the rows and their heads lie in the same two columns.
+    readonly property real columnWidth: Math.floor((width - 2 * Theme.margin - Theme.margin) / 2)
+
+    padding: 0
+    Accessible.role: Accessible.Grouping
+    Accessible.name: "剛剛聽到的內容"
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.margin
+            Layout.rightMargin: Theme.margin
+            Layout.preferredHeight: 52
+            spacing: 6
+
+            UiText {
+                Layout.fillWidth: true
+                text: "剛剛聽到的內容"
+                font.pixelSize: Theme.title
+                font.bold: true
+                Accessible.role: Accessible.Heading
+            }
+
+            Symbol {
+                visible: card.lines.count > 0 && !card.lines.hasPendingTranslation
+                name: "checkmark.circle.fill"
+                color: Theme.success
+                size: 16
+            }
+
+            UiText {
+                objectName: "card.status"
+                visible: card.lines.count > 0
+                text: card.session.cardStatusText
+                color: Theme.textSecondary
+                font.pixelSize: Theme.small
+            }
+        }
+
+        Hairline {
+            Layout.fillWidth: true
+        }
+
+        Item {
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.margin
+            implicitHeight: 40
+
+            TranscriptPane {
+                objectName: "card.source"
+                anchors.verticalCenter: parent.verticalCenter
+                width: card.columnWidth
+                title: "原文"
+                isCopyable: card.lines.count > 0
+                onCopied: card.session.copyText(card.session.joinedSourceText())
+            }
+
+            TranscriptPane {
+                objectName: "card.translation"
+                anchors.verticalCenter: parent.verticalCenter
+                x: card.columnWidth + Theme.margin
+                width: card.columnWidth
+                title: "台灣繁中"
+                isPrimary: true
+                description: card.lines.count > 0 && !card.lines.hasTranslatedText ? "翻譯還在整理，完成後會更新到這裡。" : ""
+                isCopyable: card.lines.count > 0 && card.lines.hasTranslatedText
+                onCopied: card.session.copyText(card.session.joinedTranslatedText())
+            }
+        }
+
+        Item {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            FollowingListView {
+                id: list
+
+                objectName: "card.lines"
+                anchors.fill: parent
+                anchors.leftMargin: Theme.margin
+                anchors.rightMargin: Theme.half
+                topMargin: Theme.half
+                bottomMargin: Theme.half
+                model: card.lines
+                delegate: CaptionLineRow {}
+                Accessible.role: Accessible.List
+                Accessible.name: "剛剛聽到的內容"
+            }
+
+            FocusRing {
+                isShown: list.activeFocus
+                gap: -4
+            }
+
+            Hairline {
+                x: Theme.margin + card.columnWidth + Theme.gap
+                anchors.top: parent.top
+                anchors.bottom: parent.bottom
+                visible: card.lines.count > 0
+            }
+
+            UiText {
+                anchors.centerIn: parent
+                visible: card.lines.count === 0
+                text: card.session.isRunning ? "正在聽，第一句話很快就會出現在這裡。" : "開始之後，聽到的每一句話都會留在這裡。"
+                color: Theme.textSoft
+            }
+
+            ActionButton {
+                objectName: "card.toNewest"
+                anchors.horizontalCenter: parent.horizontalCenter
+                anchors.bottom: parent.bottom
+                anchors.bottomMargin: Theme.gap
+                visible: !list.isFollowing && card.lines.count > 0
+                isCompact: true
+                systemImage: "arrow.down"
+                text: "回到最新一句"
+                onClicked: list.follow()
+            }
+        }
+    }
+}

@@ -1,0 +1,5 @@
+import Lumaphone
+
+/// A short fact about the session.
+Chip {
+}

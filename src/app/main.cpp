@@ -1,0 +1,257 @@
+#include "app/QmlEngineSetup.h"
+#include "app/floating/FloatingCaptionPanel.h"
+#include "app/floating/FloatingCaptionWindowController.h"
+#include "app/floating/WindowSystem.h"
+#include "app/glossary/GlossarySettingsModel.h"
+#include "app/inspector/InspectorModel.h"
+#include "app/inspector/ProviderSettingsModel.h"
+#include "app/library/TranscriptLibraryWorkspaceModel.h"
+#include "app/live/LiveSessionModel.h"
+#include "base/DetachedTasks.h"
+#include "base/MainQueue.h"
+#include "capture/LivePipelineServices.h"
+#include "glossary/LumaphoneGlossaryStore.h"
+#include "models/ModelStore.h"
+#include "platform/linux/DesktopFileViewer.h"
+#include "platform/linux/EngineSpeechFramework.h"
+#include "platform/linux/ExecutableFolderResources.h"
+#include "platform/linux/InstalledSpeechEngines.h"
+#include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/LockedSingleInstance.h"
+#include "platform/linux/PortalAppearance.h"
+#include "platform/linux/PulseMicrophoneCapture.h"
+#include "platform/linux/PulseScreenAudioCapture.h"
+#include "platform/linux/SecretServiceKeychain.h"
+#include "platform/linux/SystemClock.h"
+#include "platform/linux/XdgFolders.h"
+#include "session/LivePipelines.h"
+#include "session/SessionTranslator.h"
+#include "session/SystemAudioCaptureController.h"
+#include "storage/LumaphoneSettings.h"
+#include "storage/TranscriptLibraryStore.h"
+#include "storage/UserFiles.h"
+#include "translation/LumaphoneAppleTranslationService.h"
+#include "translation/OpenAICompatibleTranslationService.h"
+#include "translation/ondevice/OnDeviceTranslationFramework.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QPalette>
+#include <QProcessEnvironment>
+#include <QQmlApplicationEngine>
+#include <QWindow>
+
+#include <cstdio>
+
+using namespace lumaphone;
+
+namespace {
+
+void complain(const QString &message)
+{
+    std::fprintf(stderr, "lumaphone: %s\n", qUtf8Printable(message));
+}
+
+/// The folder in which the instances of the program find each other.
+QString instanceFolder(const XdgFolders &folders)
+{
+    return folders.runtime().value_or(draftsFolder(folders)) + QStringLiteral("/lumaphone");
+}
+
+/// What is true of the toolkit as a whole.
+void setUpApplication()
+{
+    QGuiApplication::setApplicationName(QStringLiteral("lumaphone"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Lumaphone"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("app.lumaphone.Lumaphone"));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("app.lumaphone.Lumaphone"),
+        QIcon(QStringLiteral(":/qt/qml/Lumaphone/icons/lumaphone.png"))));
+    // The panel may stay open when the window closes; the window says when to end.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QFont font = QGuiApplication::font();
+    font.setFamilies({QStringLiteral("Noto Sans CJK TC"), font.family()});
+    QGuiApplication::setFont(font);
+}
+
+ColorScheme schemeOfPalette()
+{
+    return QGuiApplication::palette().color(QPalette::Window).lightness() < 128 ? ColorScheme::dark
+                                                                                : ColorScheme::light;
+}
+
+/// What the user has stored on this machine, and the machine's services. Outlives the session.
+struct Machine
+{
+    XdgFolders folders;
+    std::shared_ptr<MainQueue> mainQueue = MainQueue::create();
+    std::shared_ptr<DetachedTasks> detachedTasks = std::make_shared<DetachedTasks>();
+    std::shared_ptr<SystemClock> clock = std::make_shared<SystemClock>();
+    std::shared_ptr<PulseScreenAudioCapture> screenAudio
+        = std::make_shared<PulseScreenAudioCapture>(mainQueue);
+    std::shared_ptr<PulseMicrophoneCapture> microphone = std::make_shared<PulseMicrophoneCapture>(mainQueue);
+    JsonDefaultsStore defaults {defaultsPath(folders)};
+    SecretServiceKeychain keychain;
+    DesktopFileViewer fileViewer;
+    ModelStore models {modelsFolder(folders), ModelCatalogue::configured()};
+    OnDeviceTranslationFramework translationFramework {models, mainQueue};
+    LumaphoneAppleTranslationService onDevice {translationFramework};
+    OpenAICompatibleTranslationService chatCompletions;
+    LumaphoneTranscriptProcessor transcriptProcessor {ExecutableFolderResources()};
+    PortalAppearance appearance {schemeOfPalette()};
+
+    LumaphoneSettings settings {defaults, keychain};
+    LumaphoneGlossaryStore glossary {glossaryFolder(folders), [this](const QString &path) {
+                                         fileViewer.reveal(path);
+                                     }};
+    TranscriptLibraryStore library {{
+        .layout = TranscriptLibraryLayout::standard(folders),
+        .areRevisions = RevisionQuestion::aboutAll(
+            [this](const QStringList &texts) { return transcriptProcessor.areRevisions(texts); }),
+        .clock = *clock,
+        .fileViewer = fileViewer,
+        .makeUuid = &QUuid::createUuid,
+        .locale = QLocale::system(),
+    }};
+
+    ~Machine()
+    {
+        detachedTasks->wait();
+        mainQueue->close();
+    }
+
+    LivePipelines pipelines() const
+    {
+        return {screenAudio, microphone, clock,
+            {std::make_shared<EngineSpeechFramework>(installedSpeechEngines(models), mainQueue), mainQueue,
+                detachedTasks, QLocale::system()}};
+    }
+};
+
+/// The window with everything that it shows.
+class MainWindow
+{
+public:
+    explicit MainWindow(Machine &machine)
+        : m_machine(machine)
+        , m_floatingCaptions(machine.settings, [this] { return makePanel(); })
+        , m_controller({
+              .settings = machine.settings,
+              .floatingCaptions = m_floatingCaptions,
+              .transcriptProcessor = machine.transcriptProcessor,
+              .draftStore = LumaphoneSessionDraftStore(machine.folders),
+              .translator = std::make_shared<SessionTranslator>(
+                  machine.settings, machine.glossary, machine.onDevice, machine.chatCompletions),
+              .access = CaptureAccess(machine.screenAudio, machine.microphone, machine.clock),
+              .makePipeline = machine.pipelines(),
+              .clock = machine.clock,
+              .mainQueue = machine.mainQueue,
+              .makeUuid = &QUuid::createUuid,
+          })
+        , m_session(m_controller, machine.settings, machine.library, machine.glossary)
+        , m_inspector(m_controller, machine.settings, machine.glossary)
+        , m_provider(machine.settings, machine.mainQueue)
+        , m_library(machine.library, QLocale::system())
+        , m_glossary(machine.glossary, machine.mainQueue)
+    {
+        setUpQmlEngine(m_engine);
+    }
+    ~MainWindow()
+    {
+        m_machine.appearance.observe({});
+        m_floatingCaptions.close();
+    }
+    MainWindow(const MainWindow &) = delete;
+    MainWindow &operator=(const MainWindow &) = delete;
+
+    /// False if the views could not be loaded.
+    bool open()
+    {
+        m_engine.setInitialProperties({
+            {QStringLiteral("session"), QVariant::fromValue(&m_session)},
+            {QStringLiteral("inspector"), QVariant::fromValue(&m_inspector)},
+            {QStringLiteral("provider"), QVariant::fromValue(&m_provider)},
+            {QStringLiteral("floatingCaptions"), QVariant::fromValue(&m_floatingCaptions)},
+            {QStringLiteral("transcriptLibrary"), QVariant::fromValue(&m_library)},
+            {QStringLiteral("glossary"), QVariant::fromValue(&m_glossary)},
+            {QStringLiteral("isDark"), isDark()},
+        });
+        m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Main.qml")));
+        if (m_engine.rootObjects().isEmpty()) {
+            return false;
+        }
+        m_window = qobject_cast<QWindow *>(m_engine.rootObjects().first());
+        m_machine.appearance.observe([this] { m_window->setProperty("isDark", isDark()); });
+        raise();
+        return true;
+    }
+
+    void raise() const
+    {
+        if (m_window) {
+            m_window->show();
+            m_window->raise();
+            m_window->requestActivate();
+        }
+    }
+
+private:
+    bool isDark() const { return m_machine.appearance.colorScheme() == ColorScheme::dark; }
+
+    std::unique_ptr<FloatingCaptionPanel> makePanel()
+    {
+        return std::make_unique<FloatingCaptionPanel>(m_engine,
+            QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/floating/FloatingCaptionView.qml")),
+            QVariantMap {{QStringLiteral("settings"), QVariant::fromValue(&m_machine.settings)}});
+    }
+
+    Machine &m_machine;
+    FloatingCaptionWindowController m_floatingCaptions;
+    SystemAudioCaptureController m_controller;
+    LiveSessionModel m_session;
+    InspectorModel m_inspector;
+    ProviderSettingsModel m_provider;
+    TranscriptLibraryWorkspaceModel m_library;
+    GlossarySettingsModel m_glossary;
+    QQmlApplicationEngine m_engine; ///< goes first, while what it shows is there
+    QWindow *m_window = nullptr;
+};
+
+int run()
+{
+    MainWindow *raised = nullptr;
+    LockedSingleInstance instance(instanceFolder(XdgFolders()));
+    const auto raise = [&raised] {
+        if (raised) {
+            raised->raise();
+        }
+    };
+    if (instance.claim(raise) == InstanceRole::second) {
+        complain(QStringLiteral("Lumaphone 已經在執行，視窗會移到最前面。"));
+        return 0;
+    }
+    Machine machine;
+    MainWindow window(machine);
+    raised = &window;
+    const int status = window.open() ? QGuiApplication::exec() : 1;
+    raised = nullptr;
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QString windowSystem = preferredWindowSystem(QProcessEnvironment::systemEnvironment());
+    if (!windowSystem.isEmpty()) {
+        qputenv("QT_QPA_PLATFORM", windowSystem.toUtf8());
+    }
+    const QGuiApplication application(argc, argv);
+    setUpApplication();
+    try {
+        return run();
+    } catch (const std::exception &error) {
+        complain(localizedDescription(error));
+        return 1;
+    }
+}

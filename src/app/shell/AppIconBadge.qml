@@ -1,0 +1,19 @@
+import QtQuick
+import Lumaphone
+
+/// The program's mark.
+Rectangle {
+    implicitWidth: Theme.controlHeight
+    implicitHeight: Theme.controlHeight
+    radius: Theme.radius
+    color: Theme.accent
+    Accessible.role: Accessible.Graphic
+    Accessible.name: "Lumaphone"
+
+    Symbol {
+        anchors.centerIn: parent
+        name: "captions.bubble.fill"
+        color: Theme.accentContrast
+        size: 22
+    }
+}

@@ -1,0 +1,153 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumaphone
+
+/// The root view of the main window: command bar, workspace, inspector, and the sheets over them.
+FocusScope {
+    id: content
+
+    required property LiveSessionModel session
+    required property InspectorModel inspector
+    required property ProviderSettingsModel provider
+    required property FloatingCaptionWindowController floatingCaptions
+    required property TranscriptLibraryWorkspaceModel transcriptLibrary
+    required property GlossarySettingsModel glossary
+
+    property string workspaceMode: "live"
+    property bool isInspectorVisible: true
+    property alias isProviderSettingsPresented: providerSheet.visible
+    property alias isGlossaryPresented: glossarySheet.visible
+    property alias isClearConfirmationPresented: clearConfirmation.visible
+    property bool didRequestStartupSystemAudioPermission: false
+    readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
+
+    /// To be called when the window is shown; asks once.
+    function requestStartupPermission(): void {
+        if (content.didRequestStartupSystemAudioPermission)
+            return;
+        content.didRequestStartupSystemAudioPermission = true;
+        content.session.requestSystemAudioAccessIfNeeded();
+    }
+    function clear(): void {
+        if (content.session.hasUnsavedTranscript)
+            clearConfirmation.open();
+        else
+            content.session.clearCaptions();
+    }
+
+    focus: true
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        LumaphoneCommandBar {
+            Layout.fillWidth: true
+            session: content.session
+            languages: content.inspector.sourceLanguages
+            workspaceMode: content.workspaceMode
+            isInspectorVisible: content.isInspectorVisible
+            isFloatingCaptionOpen: content.floatingCaptions.isOpen
+            onWorkspacePicked: workspace => content.workspaceMode = workspace
+            onInspectorToggled: content.isInspectorVisible = !content.isInspectorVisible
+            onFloatingCaptionToggled: content.floatingCaptions.toggle()
+            onFloatingCaptionClosed: content.floatingCaptions.close()
+            onSaveTranscript: content.session.saveTranscript()
+            onClear: content.clear()
+            onStartNew: content.session.startNew()
+            onOpenProvider: providerSheet.open()
+            onOpenGlossary: glossarySheet.open()
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            spacing: 0
+
+            StackLayout {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                currentIndex: content.workspaceMode === "library" ? 1 : 0
+
+                LumaphoneCaptionWorkspace {
+                    session: content.session
+                    onSaveTranscript: content.session.saveTranscript()
+                    onDiscardTranscript: content.session.clearCaptions()
+                    onStartNew: content.session.startNew()
+                }
+
+                TranscriptLibraryWorkspace {
+                    workspace: content.transcriptLibrary
+                }
+            }
+
+            LumaphoneInspectorPanel {
+                objectName: "inspectorPanel"
+                Layout.fillHeight: true
+                visible: content.isInspectorVisible
+                inspector: content.inspector
+                session: content.session
+                onOpenProvider: providerSheet.open()
+                onOpenGlossary: glossarySheet.open()
+                onClear: content.clear()
+            }
+        }
+    }
+
+    ProviderSettingsSheet {
+        id: providerSheet
+
+        provider: content.provider
+    }
+
+    GlossarySettingsSheet {
+        id: glossarySheet
+
+        settings: content.glossary
+    }
+
+    ConfirmationAlert {
+        id: clearConfirmation
+
+        objectName: "clearConfirmation"
+        title: "清除目前字幕？"
+        message: "這段字幕尚未儲存。清除後，目前原文、譯文與命中的術語紀錄都會從畫面上移除。"
+        confirmText: "清除"
+        onConfirmed: content.session.clearCaptions()
+    }
+
+    Announcer {
+        id: announcer
+    }
+
+    Connections {
+        target: content.session
+
+        function onLineFinished(text: string): void {
+            announcer.announce(text);
+        }
+    }
+
+    Shortcut {
+        sequence: "Ctrl+Shift+F"
+        onActivated: content.floatingCaptions.toggle()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+S"
+        enabled: content.workspaceMode === "live" && content.session.canSave && !content.isSheetPresented
+        onActivated: content.session.saveTranscript()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+Return", "Ctrl+Enter"]
+        enabled: content.session.canStartOrStop && !content.isSheetPresented
+        onActivated: content.session.startOrStop()
+    }
+
+    // Where no control wants the space bar, it starts and stops.
+    Keys.onSpacePressed: {
+        if (content.workspaceMode === "live" && content.session.canStartOrStop)
+            content.session.startOrStop();
+    }
+}

@@ -1,0 +1,172 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumaphone
+
+/// The bar across the top of the window.
+Rectangle {
+    id: bar
+
+    required property LiveSessionModel session
+    required property var languages
+    required property string workspaceMode
+    required property bool isInspectorVisible
+    required property bool isFloatingCaptionOpen
+
+    signal workspacePicked(workspace: string)
+    signal inspectorToggled
+    signal floatingCaptionToggled
+    signal floatingCaptionClosed
+    signal saveTranscript
+    signal clear
+    signal startNew
+    signal openProvider
+    signal openGlossary
+
+    implicitHeight: 56
+    color: Theme.surface
+    Accessible.role: Accessible.ToolBar
+    Accessible.name: "工具列"
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: Theme.space
+        anchors.rightMargin: Theme.space
+        spacing: Theme.unit
+
+        AppIconBadge {}
+
+        UiText {
+            Layout.leftMargin: Theme.half
+            Layout.fillWidth: true
+            text: "聽不懂沒關係，交給 Luma"
+            color: Theme.textSecondary
+            elide: Text.ElideRight
+        }
+
+        ToolbarWorkspaceSwitcher {
+            selection: bar.workspaceMode
+            onPicked: workspace => bar.workspacePicked(workspace)
+        }
+
+        Hairline {
+            Layout.leftMargin: Theme.half
+            Layout.rightMargin: Theme.half
+            implicitHeight: Theme.margin
+        }
+
+        ToolbarLanguageMenu {
+            model: bar.languages
+            selection: bar.session.sourceLanguage
+            isDisabled: bar.session.isRunning || bar.session.isStarting
+            onPicked: value => bar.session.setSourceLanguage(value)
+        }
+
+        PrimaryButton {
+            objectName: "startStop"
+            implicitWidth: 96
+            text: bar.session.startStopText
+            systemImage: bar.session.startStopSymbol
+            help: bar.session.isRunning ? "停止即時字幕（Ctrl+Enter）" : "開始即時字幕（Ctrl+Enter）"
+            enabled: bar.session.canStartOrStop
+            onClicked: bar.session.startOrStop()
+        }
+
+        Hairline {
+            Layout.leftMargin: Theme.half
+            Layout.rightMargin: Theme.half
+            implicitHeight: Theme.margin
+        }
+
+        ToolbarIconButton {
+            objectName: "save"
+            systemImage: "tray.and.arrow.down"
+            help: bar.session.saveHelp
+            isDisabled: !bar.session.canSave
+            onClicked: bar.saveTranscript()
+        }
+
+        ToolbarIconButton {
+            objectName: "newCaptions"
+            systemImage: "arrow.triangle.2.circlepath"
+            help: bar.session.newCaptionsHelp
+            isDisabled: !bar.session.canStartNew
+            onClicked: bar.startNew()
+        }
+
+        ToolbarIconButton {
+            objectName: "clear"
+            systemImage: "trash"
+            help: "清除目前字幕"
+            isDisabled: !bar.session.canClear
+            onClicked: bar.clear()
+        }
+
+        ToolbarIconButton {
+            objectName: "floatingCaptions"
+            systemImage: "captions.bubble"
+            help: "開啟 / 關閉浮動字幕"
+            isToggle: true
+            isSelected: bar.isFloatingCaptionOpen
+            onClicked: bar.floatingCaptionToggled()
+        }
+
+        ToolbarIconButton {
+            objectName: "inspector"
+            systemImage: "sidebar.right"
+            help: bar.isInspectorVisible ? "收起 Inspector" : "展開 Inspector"
+            isToggle: true
+            isSelected: bar.isInspectorVisible
+            onClicked: bar.inspectorToggled()
+        }
+
+        MenuButton {
+            objectName: "moreSettings"
+            systemImage: "ellipsis"
+            help: "更多設定"
+
+            AppMenu {
+                AppMenuItem {
+                    objectName: "menu.provider"
+                    systemImage: "server.rack"
+                    text: "自定義 API 提供者…"
+                    onTriggered: bar.openProvider()
+                }
+
+                AppMenuItem {
+                    objectName: "menu.glossary"
+                    systemImage: "text.book.closed"
+                    text: "術語表…"
+                    onTriggered: bar.openGlossary()
+                }
+
+                AppMenuSeparator {}
+
+                AppMenuHeading {
+                    text: "字幕"
+                }
+
+                AppMenuItem {
+                    objectName: "menu.openFloating"
+                    systemImage: "captions.bubble"
+                    text: "開啟浮動字幕"
+                    keys: "Ctrl+Shift+F"
+                    onTriggered: bar.floatingCaptionToggled()
+                }
+
+                AppMenuItem {
+                    objectName: "menu.closeFloating"
+                    systemImage: "xmark"
+                    text: "關閉浮動字幕"
+                    enabled: bar.isFloatingCaptionOpen
+                    onTriggered: bar.floatingCaptionClosed()
+                }
+            }
+        }
+    }
+
+    Hairline {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+    }
+}

@@ -1,0 +1,140 @@
+#include "app/floating/FloatingCaptionPlacement.h"
+
+#include "app/floating/WindowSystem.h"
+
+#include <QTest>
+
+using namespace lumaphone::floatingcaption;
+
+class FloatingCaptionPlacementTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theFirstPanelIsCentredNearTheLowerEdge_data()
+    {
+        QTest::addColumn<QRectF>("visibleFrame");
+        QTest::addColumn<QPointF>("origin");
+        QTest::newRow("18 % of 875") << QRectF(0, 0, 1440, 875) << QPointF(310, 157.5);
+        QTest::newRow("capped at 180") << QRectF(0, 0, 1920, 1200) << QPointF(550, 180);
+        QTest::newRow("exactly at the cap") << QRectF(0, 0, 820, 1000) << QPointF(0, 180);
+        QTest::newRow("a screen beside the main one") << QRectF(-1000, 40, 1000, 500) << QPointF(-910, 130);
+        QTest::newRow("narrower than the panel") << QRectF(0, 0, 640, 400) << QPointF(-90, 72);
+    }
+    void theFirstPanelIsCentredNearTheLowerEdge()
+    {
+        QFETCH(QRectF, visibleFrame);
+        QTEST(initialOrigin(visibleFrame, initialSize), "origin");
+    }
+
+    void framesCountFromTheLowerLeftCornerOfTheMainScreen_data()
+    {
+        QTest::addColumn<QRect>("geometry");
+        QTest::addColumn<QRect>("mainScreen");
+        QTest::addColumn<QRectF>("frame");
+        const QRect main(0, 0, 1440, 900);
+        QTest::newRow("at the top") << QRect(10, 0, 820, 180) << main << QRectF(10, 720, 820, 180);
+        QTest::newRow("at the bottom") << QRect(10, 720, 820, 180) << main << QRectF(10, 0, 820, 180);
+        QTest::newRow("above the main screen")
+            << QRect(0, -500, 400, 100) << main << QRectF(0, 1300, 400, 100);
+        QTest::newRow("below it") << QRect(-50, 1000, 400, 100) << main << QRectF(-50, -200, 400, 100);
+        QTest::newRow("a main screen that is not at the origin")
+            << QRect(1500, 300, 400, 100) << QRect(1440, 200, 800, 600) << QRectF(1500, 400, 400, 100);
+    }
+    void framesCountFromTheLowerLeftCornerOfTheMainScreen()
+    {
+        QFETCH(QRect, geometry);
+        QFETCH(QRect, mainScreen);
+        QFETCH(QRectF, frame);
+        QCOMPARE(upwards(geometry, mainScreen), frame);
+        QCOMPARE(downwards(frame, mainScreen), geometry);
+    }
+
+    void aHalfPixelIsRoundedOnce()
+    {
+        QCOMPARE(downwards({310, 157.5, 820, 180}, {0, 0, 1440, 900}), QRect(310, 563, 820, 180));
+    }
+
+    void edgesAreNarrow_data()
+    {
+        QTest::addColumn<QPointF>("position");
+        QTest::addColumn<Qt::Edges>("edges");
+        QTest::addColumn<Qt::CursorShape>("cursor");
+        QTest::newRow("middle") << QPointF(400, 90) << Qt::Edges() << Qt::ArrowCursor;
+        QTest::newRow("left") << QPointF(7.9, 90) << Qt::Edges(Qt::LeftEdge) << Qt::SizeHorCursor;
+        QTest::newRow("just inside") << QPointF(8, 90) << Qt::Edges() << Qt::ArrowCursor;
+        QTest::newRow("right") << QPointF(812, 90) << Qt::Edges(Qt::RightEdge) << Qt::SizeHorCursor;
+        QTest::newRow("just left of it") << QPointF(811.9, 90) << Qt::Edges() << Qt::ArrowCursor;
+        QTest::newRow("top") << QPointF(400, 0) << Qt::Edges(Qt::TopEdge) << Qt::SizeVerCursor;
+        QTest::newRow("bottom") << QPointF(400, 179) << Qt::Edges(Qt::BottomEdge) << Qt::SizeVerCursor;
+        QTest::newRow("upper left") << QPointF(0, 0) << (Qt::LeftEdge | Qt::TopEdge) << Qt::SizeFDiagCursor;
+        QTest::newRow("lower right") << QPointF(819, 179) << (Qt::RightEdge | Qt::BottomEdge)
+                                     << Qt::SizeFDiagCursor;
+        QTest::newRow("upper right") << QPointF(819, 0) << (Qt::RightEdge | Qt::TopEdge)
+                                     << Qt::SizeBDiagCursor;
+        QTest::newRow("lower left") << QPointF(0, 179) << (Qt::LeftEdge | Qt::BottomEdge)
+                                    << Qt::SizeBDiagCursor;
+    }
+    void edgesAreNarrow()
+    {
+        QFETCH(QPointF, position);
+        const Qt::Edges found = edgesAt(position, initialSize);
+        QTEST(found, "edges");
+        QTEST(cursorFor(found), "cursor");
+    }
+
+    void draggingKeepsTheSizeWithinItsLimits_data()
+    {
+        QTest::addColumn<Qt::Edges>("edges");
+        QTest::addColumn<QPoint>("delta");
+        QTest::addColumn<QRect>("result");
+        const Qt::Edges none;
+        QTest::newRow("moved") << none << QPoint(-300, 40) << QRect(-200, 140, 820, 180);
+        QTest::newRow("right") << Qt::Edges(Qt::RightEdge) << QPoint(100, 50) << QRect(100, 100, 920, 180);
+        QTest::newRow("bottom") << Qt::Edges(Qt::BottomEdge) << QPoint(9, -20) << QRect(100, 100, 820, 160);
+        QTest::newRow("left") << Qt::Edges(Qt::LeftEdge) << QPoint(20, 50) << QRect(120, 100, 800, 180);
+        QTest::newRow("top") << Qt::Edges(Qt::TopEdge) << QPoint(20, -30) << QRect(100, 70, 820, 210);
+        QTest::newRow("corner") << (Qt::LeftEdge | Qt::TopEdge) << QPoint(10, 10)
+                                << QRect(110, 110, 810, 170);
+        QTest::newRow("no wider than 1280")
+            << Qt::Edges(Qt::RightEdge) << QPoint(900, 0) << QRect(100, 100, 1280, 180);
+        QTest::newRow("no narrower than 360; the right edge stays")
+            << Qt::Edges(Qt::LeftEdge) << QPoint(700, 0) << QRect(560, 100, 360, 180);
+        QTest::newRow("no higher than 520; the lower edge stays")
+            << Qt::Edges(Qt::TopEdge) << QPoint(0, -900) << QRect(100, -240, 820, 520);
+        QTest::newRow("no lower than 96")
+            << Qt::Edges(Qt::BottomEdge) << QPoint(0, -900) << QRect(100, 100, 820, 96);
+    }
+    void draggingKeepsTheSizeWithinItsLimits()
+    {
+        QFETCH(Qt::Edges, edges);
+        QFETCH(QPoint, delta);
+        QTEST(dragged(QRect(100, 100, 820, 180), edges, delta), "result");
+    }
+
+    void x11IsPreferredWhereThereIsOne_data()
+    {
+        QTest::addColumn<QStringList>("environment");
+        QTest::addColumn<QString>("platform");
+        QTest::newRow("X11") << QStringList {"DISPLAY=:0"} << "";
+        QTest::newRow("Wayland with an X server")
+            << QStringList {"DISPLAY=:0", "WAYLAND_DISPLAY=wayland-0"} << "xcb;wayland";
+        QTest::newRow("Wayland alone") << QStringList {"WAYLAND_DISPLAY=wayland-0"} << "";
+        QTest::newRow("an empty variable is none")
+            << QStringList {"DISPLAY=", "WAYLAND_DISPLAY=wayland-0"} << "";
+        QTest::newRow("the user's choice counts")
+            << QStringList {"DISPLAY=:0", "WAYLAND_DISPLAY=wayland-0", "QT_QPA_PLATFORM=wayland"} << "";
+    }
+    void x11IsPreferredWhereThereIsOne()
+    {
+        QFETCH(QStringList, environment);
+        QProcessEnvironment variables;
+        for (const QString &variable : environment) {
+            variables.insert(variable.section('=', 0, 0), variable.section('=', 1));
+        }
+        QTEST(lumaphone::preferredWindowSystem(variables), "platform");
+    }
+};
+
+QTEST_GUILESS_MAIN(FloatingCaptionPlacementTest)
+#include "FloatingCaptionPlacementTest.moc"

@@ -1,0 +1,278 @@
+#include "app/floating/FloatingCaptionWindowController.h"
+
+#include "app/floating/FloatingCaptionPlacement.h"
+#include "base/RectangleText.h"
+#include "storage/LumaphoneSettings.h"
+#include "support/Coroutines.h"
+#include "support/MemoryDefaultsStore.h"
+#include "support/MemoryKeychain.h"
+#include "support/PrivateRuntimeFolder.h"
+
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+const auto frameKey = QStringLiteral("lumaphone.caption.frame");
+
+/// A controller whose panels show an item that holds the two texts.
+struct Fixture
+{
+    QTemporaryDir folder;
+    MemoryDefaultsStore defaults;
+    MemoryKeychain keychain;
+    LumaphoneSettings settings {defaults, keychain};
+    QQmlEngine engine;
+    int panelsMade = 0;
+    FloatingCaptionWindowController controller {settings, [this] {
+                                                    ++panelsMade;
+                                                    return std::make_unique<FloatingCaptionPanel>(
+                                                        engine, view(), QVariantMap());
+                                                }};
+
+    QUrl view() const
+    {
+        QFile file(folder.filePath("View.qml"));
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write(
+                "import QtQuick\nItem { property string sourceText; property string translationText }");
+        }
+        return QUrl::fromLocalFile(file.fileName());
+    }
+    QString shown(const char *property) const
+    {
+        return controller.panel()->rootObject()->property(property).toString();
+    }
+    std::optional<QString> storedFrame() const { return defaults.string(frameKey); }
+    QRectF frame() const
+    {
+        return floatingcaption::upwards(
+            controller.panel()->geometry(), QGuiApplication::primaryScreen()->geometry());
+    }
+};
+
+} // namespace
+
+class FloatingCaptionWindowControllerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aClosedPanelHasNoTexts()
+    {
+        const Fixture f;
+        QVERIFY(!f.controller.isOpen());
+        QCOMPARE(f.controller.currentSourceText(), QString());
+        QCOMPARE(f.controller.currentTranslationText(), QString());
+        QCOMPARE(f.panelsMade, 0);
+    }
+
+    void theFirstTextsOpenThePanel()
+    {
+        Fixture f;
+        QSignalSpy opened(&f.controller, &FloatingCaptionWindowController::isOpenChanged);
+        f.controller.show("原文", "譯文");
+        QVERIFY(f.controller.isOpen());
+        QCOMPARE(opened.count(), 1);
+        QVERIFY(f.controller.panel()->isVisible());
+        QCOMPARE(f.shown("sourceText"), QString("原文"));
+        QCOMPARE(f.shown("translationText"), QString("譯文"));
+        QCOMPARE(f.controller.currentSourceText(), QString("原文"));
+        QCOMPARE(f.controller.currentTranslationText(), QString("譯文"));
+    }
+
+    void laterTextsGoIntoTheSameContent()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        const QQuickItem *content = f.controller.panel()->rootObject();
+        const FloatingCaptionPanel *panel = f.controller.panel();
+        QSignalSpy opened(&f.controller, &FloatingCaptionWindowController::isOpenChanged);
+        f.controller.show("c", "d");
+        QCOMPARE(f.controller.panel(), panel);
+        QCOMPARE(panel->rootObject(), content);
+        QCOMPARE(f.shown("translationText"), QString("d"));
+        QCOMPARE(f.panelsMade, 1);
+        QCOMPARE(opened.count(), 0);
+    }
+
+    void thePanelIsWhatItHasToBe()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        const FloatingCaptionPanel &panel = *f.controller.panel();
+        QCOMPARE(panel.title(), QString("Lumaphone Floating Captions"));
+        QCOMPARE(panel.size(), QSize(820, 180));
+        QCOMPARE(panel.minimumSize(), QSize(360, 96));
+        QCOMPARE(panel.maximumSize(), QSize(1280, 520));
+        QCOMPARE(panel.color(), QColor(Qt::transparent));
+        for (const auto flag : {Qt::FramelessWindowHint, Qt::WindowStaysOnTopHint,
+                 Qt::WindowDoesNotAcceptFocus, Qt::NoDropShadowWindowHint, Qt::BypassWindowManagerHint}) {
+            QVERIFY(panel.flags().testFlag(flag));
+        }
+    }
+
+    void closingEmptiesTheTexts()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        QSignalSpy changes(&f.controller, &FloatingCaptionWindowController::isOpenChanged);
+        f.controller.close();
+        QVERIFY(!f.controller.isOpen());
+        QCOMPARE(f.controller.currentSourceText(), QString());
+        QCOMPARE(f.controller.currentTranslationText(), QString());
+        QCOMPARE(changes.count(), 1);
+        f.controller.close();
+        QCOMPARE(changes.count(), 1);
+    }
+
+    void thePanelClosedByTheUserIsForgotten()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        f.controller.panel()->close();
+        QVERIFY(!f.controller.isOpen());
+        QCOMPARE(f.controller.currentTranslationText(), QString());
+        f.controller.show("c", "d");
+        QCOMPARE(f.panelsMade, 2);
+        QCOMPARE(f.shown("sourceText"), QString("c"));
+    }
+
+    void togglingTwiceOpensAndCloses()
+    {
+        Fixture f;
+        f.controller.toggle();
+        QVERIFY(f.controller.isOpen());
+        QCOMPARE(f.controller.currentSourceText(), QString("Lumaphone 已經準備好浮在畫面上。"));
+        QCOMPARE(
+            f.controller.currentTranslationText(), QString("播放影片或會議聲音後，字幕會在這裡即時更新。"));
+        f.controller.toggle();
+        QVERIFY(!f.controller.isOpen());
+    }
+
+    void withoutAStoredFrameThePanelIsCentredLow()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        const QRect screen = QGuiApplication::primaryScreen()->geometry();
+        const QRectF visible
+            = floatingcaption::upwards(QGuiApplication::primaryScreen()->availableGeometry(), screen);
+        const QRectF expected(floatingcaption::initialOrigin(visible, {820, 180}), QSizeF(820, 180));
+        QCOMPARE(f.controller.panel()->geometry(), floatingcaption::downwards(expected, screen));
+    }
+
+    void aStoredFrameIsRestoredExactly_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("on the screen") << "{{40, 60}, {700, 200}}";
+        QTest::newRow("off every screen") << "{{-9000, 12000}, {700, 200}}";
+        QTest::newRow("a spelling of another program") << "{{ 40,60 },{ 700,200 }}";
+    }
+    void aStoredFrameIsRestoredExactly()
+    {
+        QFETCH(QString, stored);
+        Fixture f;
+        f.defaults.values[frameKey] = stored;
+        f.controller.show("a", "b");
+        QCOMPARE(f.frame(), rectangleFromText(stored));
+    }
+
+    void aStoredTextThatIsNoFrameCountsAsNone_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("empty") << "";
+        QTest::newRow("no numbers") << "somewhere";
+        QTest::newRow("without size") << "{{40, 60}, {0, 0}}";
+        QTest::newRow("turned inside out") << "{{40, 60}, {-700, 200}}";
+    }
+    void aStoredTextThatIsNoFrameCountsAsNone()
+    {
+        QFETCH(QString, stored);
+        Fixture f;
+        f.controller.show("a", "b");
+        const QRect expected = f.controller.panel()->geometry();
+        f.controller.close();
+        f.defaults.values[frameKey] = stored;
+        f.controller.show("a", "b");
+        QCOMPARE(f.controller.panel()->geometry(), expected);
+    }
+
+    void openingStoresNoFrame()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        settle();
+        f.controller.close();
+        QVERIFY(!f.storedFrame());
+    }
+
+    void movingAndResizingStoreTheFrame()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        f.controller.panel()->setGeometry(30, 40, 500, 120);
+        QVERIFY(waitUntil([&] { return f.storedFrame().has_value(); }));
+        const int screenHeight = QGuiApplication::primaryScreen()->geometry().height();
+        QCOMPARE(*f.storedFrame(), QString("{{30, %1}, {500, 120}}").arg(screenHeight - 40 - 120));
+        QCOMPARE(f.defaults.writes, QStringList(frameKey));
+        f.controller.panel()->resize(510, 130);
+        QVERIFY(waitUntil([&] { return f.storedFrame()->endsWith("{510, 130}}"); }));
+    }
+
+    void aMoveJustBeforeTheEndIsStored()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        f.controller.panel()->setPosition(77, 88);
+        settle();
+        f.controller.close();
+        QVERIFY(f.storedFrame() && f.storedFrame()->startsWith("{{77, "));
+    }
+
+    void theNextPanelLiesWhereTheLastOneWas()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        f.controller.panel()->setGeometry(30, 40, 500, 120);
+        settle();
+        f.controller.close();
+        f.controller.show("a", "b");
+        QCOMPARE(f.controller.panel()->geometry(), QRect(30, 40, 500, 120));
+    }
+
+    void anotherWindowNeverChangesTheStoredFrame()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        QWindow other;
+        other.setGeometry(1, 2, 300, 200);
+        other.show();
+        other.setPosition(50, 60);
+        settle();
+        f.controller.close();
+        QVERIFY(!f.storedFrame());
+    }
+
+    void anEndedProgramHasStoredTheLastMove()
+    {
+        Fixture f;
+        auto controller = std::make_unique<FloatingCaptionWindowController>(f.settings,
+            [&] { return std::make_unique<FloatingCaptionPanel>(f.engine, f.view(), QVariantMap()); });
+        controller->show("a", "b");
+        controller->panel()->setPosition(77, 88);
+        settle();
+        controller.reset();
+        QVERIFY(f.storedFrame() && f.storedFrame()->startsWith("{{77, "));
+    }
+};
+
+LUMAPHONE_OFFSCREEN_TEST_MAIN(FloatingCaptionWindowControllerTest)
+#include "FloatingCaptionWindowControllerTest.moc"

@@ -1,0 +1,283 @@
+#include "app/live/LiveSessionModel.h"
+
+#include "glossary/LumaphoneGlossaryStore.h"
+#include "session/SessionTexts.h"
+#include "storage/TranscriptLibraryStore.h"
+#include "support/LiveSession.h"
+#include "support/NotingFileViewer.h"
+#include "support/PrivateRuntimeFolder.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+LumaphoneGlossaryTerm glossaryTerm(uint number, const QString &source)
+{
+    LumaphoneGlossaryTerm term;
+    term.id = countedUuid(number);
+    term.source = source;
+    return term;
+}
+
+/// A live session with the model of its views.
+struct Views
+{
+    QTemporaryDir folder;
+    NotingFileViewer fileViewer;
+    LiveSession session {folder.filePath(QStringLiteral("Drafts"))};
+    std::unique_ptr<LumaphoneGlossaryStore> glossary;
+    std::unique_ptr<TranscriptLibraryStore> library;
+    std::unique_ptr<LiveSessionModel> model;
+
+    explicit Views(
+        const QString &libraryPath = {}, std::chrono::milliseconds patience = std::chrono::hours(1))
+    {
+        session.make();
+        glossary = std::make_unique<LumaphoneGlossaryStore>(
+            folder.filePath(QStringLiteral("Glossary")), [](const QString &) {}, countedUuids());
+        library = std::make_unique<TranscriptLibraryStore>(TranscriptLibraryStore::Environment {
+            .layout = TranscriptLibraryLayout::at(
+                libraryPath.isEmpty() ? folder.filePath(QStringLiteral("Transcripts")) : libraryPath),
+            .areRevisions = [](const QString &, const QString &) { return false; },
+            .clock = *session.clock,
+            .fileViewer = fileViewer,
+            .makeUuid = countedUuids(),
+            .locale = QLocale::c(),
+        });
+        model = std::make_unique<LiveSessionModel>(
+            *session.controller, session.settings, *library, *glossary, patience);
+    }
+
+    void start() const
+    {
+        model->startOrStop();
+        settle();
+    }
+    /// A stopped session with one line.
+    void speakAndStop() const
+    {
+        start();
+        session.final("おはようございます。");
+        session.clock->advance(std::chrono::seconds(2));
+        settle();
+        model->startOrStop();
+        settle();
+    }
+};
+
+} // namespace
+
+class LiveSessionModelTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theOneButtonStartsAndStops()
+    {
+        Views views;
+        QCOMPARE(views.model->startStopText(), "開始");
+        QVERIFY(!views.model->canSave());
+        QVERIFY(!views.model->canClear());
+        QVERIFY(!views.model->canStartNew());
+        views.session.nextPipeline->gate.close();
+        views.start();
+        QVERIFY(views.model->isStarting());
+        QVERIFY(!views.model->canStartOrStop());
+        QCOMPARE(views.model->stageStateText(), "正在準備");
+        views.session.nextPipeline->gate.open();
+        settle();
+        QVERIFY(views.model->isRunning());
+        QVERIFY(!views.model->isStarting());
+        QCOMPARE(views.model->startStopText(), "停止");
+        QCOMPARE(views.model->startStopSymbol(), "stop.circle.fill");
+        QCOMPARE(views.model->translationText(), "字幕會在這裡跟上。");
+        views.model->startOrStop();
+        QVERIFY(!views.model->isRunning());
+        QCOMPARE(views.model->startStopText(), "開始");
+    }
+
+    void theStageFollowsTheNewestLine()
+    {
+        Views views;
+        views.start();
+        QSignalSpy sourceChanged(views.model.get(), &LiveSessionModel::sourceTextChanged);
+        views.session.partial("おはよう");
+        QCOMPARE(views.model->sourceText(), "おはよう");
+        QCOMPARE(views.model->translationText(), "正在整理成台灣繁中...");
+        QCOMPARE(views.model->stageLanguage(), "japanese");
+        QCOMPARE(views.model->languageStatusText(), "自動：日文");
+        QCOMPARE(views.model->cardStatusText(), "還有句子正在收尾");
+        QVERIFY(!views.model->isStageFinal());
+        QVERIFY(!views.model->isStageTranslated());
+        QCOMPARE(sourceChanged.size(), 1);
+        views.session.final("おはよう");
+        views.session.clock->advance(std::chrono::seconds(2));
+        settle();
+        QCOMPARE(views.model->translationText(), "譯:おはよう");
+        QCOMPARE(views.model->cardStatusText(), "已整理成字幕稿");
+        QVERIFY(views.model->isStageFinal());
+        QVERIFY(views.model->isStageTranslated());
+        QCOMPARE(sourceChanged.size(), 1);
+    }
+
+    void onlyAFinishedLineIsAnnounced()
+    {
+        Views views;
+        views.start();
+        QSignalSpy finished(views.model.get(), &LiveSessionModel::lineFinished);
+        views.session.partial("おはよう");
+        QCOMPARE(finished.size(), 0);
+        views.session.final("おはよう。");
+        QCOMPARE(finished.size(), 1);
+        QCOMPARE(finished.first().first().toString(), "おはよう。");
+    }
+
+    void stoppedLinesAreReviewedAndSaved()
+    {
+        Views views;
+        views.speakAndStop();
+        QVERIFY(views.model->isReviewing());
+        QVERIFY(views.model->hasUnsavedTranscript());
+        QCOMPARE(views.model->startStopText(), "重開");
+        QCOMPARE(views.model->saveHelp(), "儲存字幕紀錄");
+        views.glossary->add(glossaryTerm(90, "おはよう"));
+        views.glossary->add(glossaryTerm(91, "さようなら"));
+
+        views.model->saveTranscript();
+        QVERIFY(views.model->isSaved());
+        QVERIFY(!views.model->hasUnsavedTranscript());
+        QCOMPARE(views.model->startStopText(), "開始");
+        QCOMPARE(views.model->saveHelp(), "更新字幕紀錄");
+        QCOMPARE(views.library->records().size(), 1);
+        const TranscriptRecordMetadata saved = views.library->records().first();
+        QCOMPARE(views.model->savedTitle(), saved.title);
+        QCOMPARE(saved.glossaryTerms.size(), 1);
+        QCOMPARE(saved.glossaryTerms.first().source, "おはよう");
+
+        views.model->saveTranscript();
+        QCOMPARE(views.library->records().size(), 1);
+        QCOMPARE(views.library->records().first().id, saved.id);
+    }
+
+    void aSaveThatFailsSaysWhyAndKeepsTheLines()
+    {
+        Views views(QStringLiteral("/dev/null/Transcripts"));
+        views.speakAndStop();
+        views.model->saveTranscript();
+        QVERIFY(!views.model->saveErrorMessage().isEmpty());
+        QVERIFY(views.model->hasUnsavedTranscript());
+        QCOMPARE(views.model->lines()->rowCount(), 1);
+        views.model->clearCaptions();
+        QVERIFY(views.model->saveErrorMessage().isEmpty());
+    }
+
+    void unsavedLinesAreNotOverwritten()
+    {
+        Views views;
+        views.speakAndStop();
+        views.model->startOrStop();
+        settle();
+        QVERIFY(!views.model->isRunning());
+        QCOMPARE(views.model->lines()->rowCount(), 1);
+        QCOMPARE(views.model->status(), texts::unsavedTranscript());
+        QVERIFY(views.model->failureMessage().isEmpty());
+        QCOMPARE(views.model->stageStateText(), "已停止，尚未儲存");
+    }
+
+    void newCaptionsDropTheOldOnesAndStartAtOnce()
+    {
+        Views views;
+        views.speakAndStop();
+        QCOMPARE(views.model->newCaptionsHelp(), "捨棄上一段並立刻開始新的字幕");
+        views.model->startNew();
+        settle();
+        QVERIFY(views.model->isRunning());
+        QCOMPARE(views.model->lines()->rowCount(), 0);
+    }
+
+    void aSessionThatBreaksOffSaysWhy()
+    {
+        Views views;
+        views.start();
+        views.session.final("おはよう。");
+        views.session.controller->handlePipelineEvent(pipeline_event::Failed {"音訊服務已停止"});
+        QCOMPARE(views.model->failureMessage(), "音訊服務已停止");
+        QVERIFY(views.model->hasFailed());
+        QCOMPARE(views.model->stageStateText(), "已中斷，尚未儲存");
+        QVERIFY(views.model->isReviewing());
+        views.model->startNew();
+        settle();
+        QVERIFY(views.model->failureMessage().isEmpty());
+    }
+
+    void silenceIsToldAndForgottenWithTheFirstSound()
+    {
+        Views views({}, std::chrono::milliseconds(1));
+        QVERIFY(!views.model->isWithoutSound());
+        views.start();
+        QVERIFY(waitUntil([&] { return views.model->isWithoutSound(); }));
+        QCOMPARE(views.model->stageStateText(), "沒有聲音");
+        auto &controller = *views.session.controller;
+        controller.handlePipelineEvent(pipeline_event::AudioSample {{"320 frames", true}});
+        QVERIFY(views.model->isWithoutSound());
+        controller.handlePipelineEvent(pipeline_event::AudioSample {{"320 frames", false}});
+        QVERIFY(!views.model->isWithoutSound());
+        views.model->startOrStop();
+        QVERIFY(!views.model->isWithoutSound());
+    }
+
+    void aRestoredDraftIsReviewed()
+    {
+        Views views;
+        views.start();
+        views.session.final("おはよう。");
+        views.model.reset();
+        views.session.make();
+        LiveSessionModel model(
+            *views.session.controller, views.session.settings, *views.library, *views.glossary);
+        QCOMPARE(model.restoredDraftMessage(), "已恢復上一段尚未儲存的字幕。");
+        QCOMPARE(model.stageStateText(), "已恢復，尚未儲存");
+        QVERIFY(model.isReviewing());
+        QCOMPARE(model.lines()->rowCount(), 1);
+        QCOMPARE(model.sourceText(), "おはよう。");
+    }
+
+    void aWholeSideCanBeCopied()
+    {
+        Views views;
+        views.speakAndStop();
+        views.model->copyText(views.model->joinedTranslatedText());
+        QCOMPARE(QGuiApplication::clipboard()->text(), "譯:おはようございます。");
+        QCOMPARE(views.model->joinedSourceText(), "おはようございます。");
+    }
+
+    void anUnknownLanguageIsIgnored()
+    {
+        Views views;
+        views.model->setSourceLanguage(QStringLiteral("korean"));
+        QCOMPARE(views.model->sourceLanguage(), "korean");
+        QCOMPARE(views.model->languageStatusText(), "韓文");
+        views.model->setSourceLanguage(QStringLiteral("Klingon"));
+        QCOMPARE(views.model->sourceLanguage(), "korean");
+    }
+
+    void closingEndsARunningSessionAndKeepsItsDraft()
+    {
+        Views views;
+        views.start();
+        views.session.final("おはよう。");
+        views.model->endSession();
+        QVERIFY(!views.model->isRunning());
+        QVERIFY(LumaphoneSessionDraftStore(views.session.draftFolder).load().has_value());
+    }
+};
+
+LUMAPHONE_OFFSCREEN_TEST_MAIN(LiveSessionModelTest)
+#include "LiveSessionModelTest.moc"

@@ -1,0 +1,149 @@
+#include "app/inspector/ProviderSettingsModel.h"
+
+#include "storage/LumaphoneSettings.h"
+#include "support/Coroutines.h"
+#include "support/MemoryDefaultsStore.h"
+#include "support/MemoryKeychain.h"
+#include "support/MisbehavingHttpServer.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+struct Sheet
+{
+    MemoryDefaultsStore defaults;
+    MemoryKeychain keychain;
+    LumaphoneSettings settings {defaults, keychain};
+    std::shared_ptr<MainQueue> mainQueue = MainQueue::create();
+    ProviderSettingsModel model {settings, mainQueue};
+    MisbehavingHttpServer server;
+
+    /// Runs a test against the server and returns what it came to.
+    ProviderSettingsModel::ProviderTestStatus tested()
+    {
+        model.setBaseURL(server.url("/v1"));
+        model.testProvider();
+        if (!waitUntil([this] { return !model.isTestingProvider(); })) {
+            return ProviderSettingsModel::testing;
+        }
+        return model.testStatus();
+    }
+};
+
+} // namespace
+
+class ProviderSettingsModelTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nothingIsKeptBeforeItIsSaved()
+    {
+        Sheet sheet;
+        QCOMPARE(sheet.model.baseURL(), LumaphoneSettings::defaultProviderBaseURL());
+        QCOMPARE(sheet.model.baseURLPlaceholder(), LumaphoneSettings::defaultProviderBaseURL());
+        sheet.model.setBaseURL(" http://localhost/v1");
+        sheet.model.setModel("qwen");
+        sheet.model.setApiKey("sk-1");
+        sheet.model.close();
+        QCOMPARE(sheet.settings.providerModel(), "gpt-4o-mini");
+        QCOMPARE(sheet.model.model(), "gpt-4o-mini");
+        QVERIFY(sheet.model.apiKey().isEmpty());
+        QVERIFY(sheet.keychain.items.empty());
+
+        sheet.model.setBaseURL(" http://localhost/v1");
+        sheet.model.setModel("qwen");
+        sheet.model.setApiKey(" sk-1 ");
+        QCOMPARE(sheet.model.apiKeyStatusText(), "儲存後會寫入 macOS 鑰匙圈");
+        sheet.model.save();
+        QCOMPARE(sheet.settings.providerBaseURL(), " http://localhost/v1");
+        QCOMPARE(sheet.settings.providerModel(), "qwen");
+        QCOMPARE(sheet.keychain.items.at(0).data, QByteArray("sk-1"));
+        QVERIFY(sheet.model.apiKey().isEmpty());
+        QCOMPARE(sheet.model.apiKeyStatusText(), "已儲存於 macOS 鑰匙圈，測試與翻譯會沿用它");
+    }
+
+    void savingWithoutAKeyKeepsTheOldOne()
+    {
+        Sheet sheet;
+        sheet.settings.saveProviderAPIKey("sk-old");
+        sheet.model.open();
+        QVERIFY(sheet.model.apiKey().isEmpty());
+        sheet.model.setApiKey("  ");
+        sheet.model.save();
+        QVERIFY(sheet.settings.hasProviderAPIKey());
+        QCOMPARE(sheet.keychain.items.at(0).data, QByteArray("sk-old"));
+    }
+
+    void theKeyCanBeCleared()
+    {
+        Sheet sheet;
+        sheet.settings.saveProviderAPIKey("sk-old");
+        sheet.model.clearKey();
+        QVERIFY(sheet.keychain.items.empty());
+        QVERIFY(!sheet.model.hasProviderAPIKey());
+        QCOMPARE(sheet.model.testStatus(), ProviderSettingsModel::success);
+        QCOMPARE(sheet.model.testStatusText(), "已清除鑰匙圈中的 API 金鑰。");
+    }
+
+    void aTestSendsTheFieldsAsTheyAre()
+    {
+        Sheet sheet;
+        sheet.server.thenAnswer(behaviour::complete("早安。我們開始吧？"));
+        sheet.model.setModel(" qwen ");
+        sheet.model.setApiKey("sk-typed");
+        QSignalSpy status(&sheet.model, &ProviderSettingsModel::testStatusChanged);
+        QCOMPARE(sheet.tested(), ProviderSettingsModel::success);
+        QVERIFY(sheet.model.testStatusText().contains("早安。我們開始吧？"));
+        QVERIFY(status.size() >= 2);
+        QCOMPARE(sheet.server.requests().first().header("Authorization"), QByteArray("Bearer sk-typed"));
+        QVERIFY(sheet.server.requests().first().body.contains("\"model\":\"qwen\""));
+        QCOMPARE(sheet.settings.providerModel(), "gpt-4o-mini");
+        QVERIFY(sheet.keychain.items.empty());
+    }
+
+    void aTestWithoutATypedKeyUsesTheSavedOne()
+    {
+        Sheet sheet;
+        sheet.settings.saveProviderAPIKey("sk-saved");
+        sheet.server.thenAnswer(behaviour::complete("早安。"));
+        sheet.model.setBaseURL(sheet.server.url("/v1"));
+        sheet.model.testProvider();
+        QCOMPARE(sheet.model.testStatusText(), "正在用鑰匙圈中已儲存的金鑰測試...");
+        QVERIFY(waitUntil([&] { return sheet.model.testStatus() == ProviderSettingsModel::success; }));
+        QCOMPARE(sheet.server.requests().first().header("Authorization"), QByteArray("Bearer sk-saved"));
+    }
+
+    void aTestThatFailsShowsWhy()
+    {
+        Sheet sheet;
+        sheet.server.thenAnswer(behaviour::respond(401, "no such key"));
+        QCOMPARE(sheet.tested(), ProviderSettingsModel::failure);
+        QVERIFY2(sheet.model.testStatusText().contains("401"), qPrintable(sheet.model.testStatusText()));
+        // A field that changes makes the result meaningless.
+        sheet.model.setModel("other");
+        QCOMPARE(sheet.model.testStatus(), ProviderSettingsModel::none);
+    }
+
+    void closingTheSheetGivesTheTestUp()
+    {
+        Sheet sheet;
+        sheet.server.thenAnswer(behaviour::complete("早安。"));
+        sheet.model.setBaseURL(sheet.server.url("/v1"));
+        sheet.model.setApiKey(
+            "sk-1"); // with a key at hand no thread asks the keychain, which ends with this test
+        sheet.model.testProvider();
+        QVERIFY(sheet.model.isTestingProvider());
+        sheet.model.close();
+        settle();
+        QCOMPARE(sheet.model.testStatus(), ProviderSettingsModel::none);
+    }
+};
+
+QTEST_GUILESS_MAIN(ProviderSettingsModelTest)
+#include "ProviderSettingsModelTest.moc"

@@ -1,0 +1,164 @@
+#include "app/ViewUnderTest.h"
+
+#include "app/QmlEngineSetup.h"
+#include "support/Coroutines.h"
+
+#include <QDir>
+#include <QQmlComponent>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <functional>
+#include <memory>
+
+namespace lumaphone::test {
+
+namespace {
+
+/// Depth first, those in front first.
+QQuickItem *findVisible(QQuickItem *item, const std::function<bool(QQuickItem *)> &isWanted)
+{
+    if (!item->isVisible()) {
+        return nullptr;
+    }
+    const QList<QQuickItem *> children = item->childItems();
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+        if (QQuickItem *found = findVisible(*child, isWanted)) {
+            return found;
+        }
+    }
+    return isWanted(item) ? item : nullptr;
+}
+
+} // namespace
+
+ViewUnderTest::ViewUnderTest(const QString &component, const QVariantMap &properties, QSize size)
+{
+    setUpQmlEngine(m_engine);
+    m_view.setResizeMode(QQuickView::SizeRootObjectToView);
+    m_view.setInitialProperties(properties);
+    m_view.resize(size);
+    QQmlComponent view(&m_engine);
+    view.setData(QStringLiteral("import QtQuick\nimport Lumaphone\n%1 {}").arg(component).toUtf8(), QUrl());
+    if (!view.isReady()) {
+        qFatal("%s", qPrintable(view.errorString()));
+    }
+    QObject *root = view.createWithInitialProperties(properties);
+    auto *item = qobject_cast<QQuickItem *>(root);
+    if (item == nullptr) {
+        // A sheet, which opens over an empty window.
+        QQmlComponent window(&m_engine);
+        window.setData("import QtQuick\nimport Lumaphone\nRectangle { color: Theme.window }", QUrl());
+        item = qobject_cast<QQuickItem *>(window.create());
+        root->setParent(item);
+    }
+    m_view.setContent(QUrl(), nullptr, item);
+    m_view.show();
+    m_view.requestActivate();
+    if (!QTest::qWaitForWindowActive(&m_view)) {
+        qFatal("The window does not become active");
+    }
+    if (root != item) {
+        root->setProperty("parent", QVariant::fromValue(item));
+        QMetaObject::invokeMethod(root, "open");
+    }
+    settle();
+}
+
+ViewUnderTest::~ViewUnderTest() = default;
+
+QQuickItem *ViewUnderTest::find(const QString &objectName) const
+{
+    return findVisible(
+        m_view.contentItem(), [&objectName](QQuickItem *item) { return item->objectName() == objectName; });
+}
+
+QString ViewUnderTest::textOf(const QString &objectName) const
+{
+    QQuickItem *item = find(objectName);
+    if (item == nullptr) {
+        return {};
+    }
+    const QVariant text = item->property("text");
+    const QVariant title = item->property("title");
+    return text.isValid() ? text.toString() : title.toString();
+}
+
+bool ViewUnderTest::click(const QString &objectName)
+{
+    QQuickItem *item = nullptr;
+    // Menus and sheets take a moment to open.
+    if (!waitUntil([&] { return (item = find(objectName)) != nullptr && item->isEnabled(); }, 5000)) {
+        return false;
+    }
+    drawFrame();
+    const QPointF center = item->mapToScene({item->width() / 2, item->height() / 2});
+    QTest::mouseClick(&m_view, Qt::LeftButton, {}, center.toPoint());
+    settle();
+    return true;
+}
+
+bool ViewUnderTest::type(const QString &objectName, const QString &text)
+{
+    QQuickItem *field = find(objectName + QStringLiteral(".field"));
+    if (field == nullptr) {
+        return false;
+    }
+    field->forceActiveFocus();
+    QTest::keyClick(&m_view, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&m_view, Qt::Key_Delete);
+    for (const QChar character : text) {
+        QTest::sendKeyEvent(QTest::Click, &m_view, Qt::Key_unknown, QString(character), Qt::NoModifier);
+    }
+    settle();
+    return true;
+}
+
+void ViewUnderTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(&m_view, key, modifiers);
+    settle();
+    drawFrame();
+}
+
+/// Whatever has changed has its place when a frame has been drawn.
+void ViewUnderTest::drawFrame()
+{
+    QSignalSpy frames(&m_view, &QQuickWindow::frameSwapped);
+    m_view.update();
+    frames.wait(1000);
+}
+
+QString ViewUnderTest::focusedName() const
+{
+    const QQuickItem *item = m_view.activeFocusItem();
+    return item == nullptr ? QString() : item->objectName();
+}
+
+void ViewUnderTest::setDark(bool isDark)
+{
+    QQmlComponent light(&m_engine);
+    light.setData("import QtQuick\nimport Lumaphone\n"
+                  "QtObject { property bool isDark\n onIsDarkChanged: Theme.isDark = isDark }",
+        QUrl());
+    if (!light.isReady()) {
+        qFatal("%s", qPrintable(light.errorString()));
+    }
+    const std::unique_ptr<QObject> lightSwitch(light.create());
+    lightSwitch->setProperty("isDark", !isDark);
+    lightSwitch->setProperty("isDark", isDark);
+    settle();
+}
+
+void ViewUnderTest::photograph(const QString &name)
+{
+    const QString folder = qEnvironmentVariable("LUMAPHONE_PHOTOGRAPHS");
+    if (folder.isEmpty()) {
+        return;
+    }
+    QDir().mkpath(folder);
+    QTest::qWait(300); // for what is still fading in
+    m_view.grabWindow().save(QStringLiteral("%1/%2.png").arg(folder, name));
+}
+
+} // namespace lumaphone::test

@@ -1,0 +1,198 @@
+#include "endtoend/Driver.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QKeySequence>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace lumaphone::test {
+
+namespace {
+
+constexpr int patienceMs = 60000;
+
+/// Waits until `condition` holds; throws what it waited for if it never does.
+template<typename Condition> void await(Condition condition, const QString &what)
+{
+    if (!QTest::qWaitFor(condition, patienceMs)) {
+        throw std::runtime_error(what.toStdString());
+    }
+}
+
+QQuickItem *findVisible(QQuickItem *parent, const QString &name)
+{
+    if (!parent->isVisible()) {
+        return nullptr;
+    }
+    if (parent->objectName() == name) {
+        return parent;
+    }
+    const auto children = parent->childItems();
+    for (auto child = children.crbegin(); child != children.crend(); ++child) {
+        if (auto *found = findVisible(*child, name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+QQuickWindow *windowTitled(const QString &title)
+{
+    for (QWindow *window : QGuiApplication::topLevelWindows()) {
+        auto *quickWindow = qobject_cast<QQuickWindow *>(window);
+        if (quickWindow && quickWindow->isVisible() && quickWindow->title() == title) {
+            return quickWindow;
+        }
+    }
+    return nullptr;
+}
+
+QQuickWindow &mainWindow()
+{
+    await([] { return windowTitled(QStringLiteral("Lumaphone")) != nullptr; }, QStringLiteral("no window"));
+    return *windowTitled(QStringLiteral("Lumaphone"));
+}
+
+/// All texts that an item shows.
+QString textIn(const QQuickItem &item)
+{
+    if (!item.isVisible()) {
+        return {};
+    }
+    QString text = item.property("text").toString();
+    for (const QQuickItem *child : item.childItems()) {
+        text += QLatin1Char('\n') + textIn(*child);
+    }
+    return text;
+}
+
+} // namespace
+
+Driver::Driver()
+    : m_input(STDIN_FILENO, QSocketNotifier::Read)
+{
+    connect(&m_input, &QSocketNotifier::activated, this, &Driver::read);
+}
+
+QQuickItem *Driver::find(const QString &name) const
+{
+    auto *window = windowTitled(QStringLiteral("Lumaphone"));
+    return window ? findVisible(window->contentItem(), name) : nullptr;
+}
+
+QQuickItem &Driver::usable(const QString &name) const
+{
+    await(
+        [this, &name] {
+            const auto *item = find(name);
+            return item && item->isEnabled() && item->width() > 0;
+        },
+        name + QStringLiteral(" cannot be used"));
+    return *find(name);
+}
+
+void Driver::read()
+{
+    char buffer[4096];
+    const ssize_t length = ::read(STDIN_FILENO, buffer, sizeof buffer);
+    if (length <= 0) {
+        m_input.setEnabled(false);
+        return;
+    }
+    m_unread.append(buffer, length);
+    if (m_isBusy) {
+        return; // the command under way waits in an event loop of its own
+    }
+    m_isBusy = true;
+    for (qsizetype end = m_unread.indexOf('\n'); end >= 0; end = m_unread.indexOf('\n')) {
+        const QString line = QString::fromUtf8(m_unread.left(end));
+        m_unread.remove(0, end + 1);
+        QString answer;
+        try {
+            answer = QStringLiteral("ok ")
+                + obey(line.section(QLatin1Char(' '), 0, 0), line.section(QLatin1Char(' '), 1, 1),
+                    line.section(QLatin1Char(' '), 2));
+        } catch (const std::exception &error) {
+            answer = QStringLiteral("failed ") + QString::fromStdString(error.what());
+        }
+        std::printf("%s\n", qUtf8Printable(answer.simplified()));
+        std::fflush(stdout);
+    }
+    m_isBusy = false;
+}
+
+QString Driver::obey(const QString &command, const QString &name, const QString &rest)
+{
+    QQuickWindow &window = mainWindow();
+    if (command == QStringLiteral("click")) {
+        const QQuickItem &item = usable(name);
+        const QPointF centre = item.mapToScene({item.width() / 2, item.height() / 2});
+        QTest::mouseClick(&window, Qt::LeftButton, {}, centre.toPoint());
+        return {};
+    }
+    if (command == QStringLiteral("press")) {
+        const QKeyCombination keys = QKeySequence(name)[0];
+        QTest::keyClick(&window, keys.key(), keys.keyboardModifiers());
+        return {};
+    }
+    if (command == QStringLiteral("type")) {
+        QQuickItem &field = usable(name + QStringLiteral(".field"));
+        field.forceActiveFocus();
+        QMetaObject::invokeMethod(&field, "selectAll");
+        QTest::keyClick(&window, Qt::Key_Delete);
+        for (const QChar character : rest) {
+            QTest::sendKeyEvent(QTest::Click, &window, Qt::Key_unknown, QString(character), Qt::NoModifier);
+        }
+        return field.property("text").toString();
+    }
+    if (command == QStringLiteral("choose")) {
+        QMetaObject::invokeMethod(&usable(name), "picked", Q_ARG(QString, rest));
+        return {};
+    }
+    if (command == QStringLiteral("await")) {
+        const auto text = [this, &name] {
+            const QQuickItem *item = find(name);
+            return item ? textIn(*item) : QString();
+        };
+        await([&] { return text().contains(rest); }, QStringLiteral("%1 never said \"%2\"").arg(name, rest));
+        return text();
+    }
+    if (command == QStringLiteral("shown")) {
+        await([&] { return find(name) != nullptr; }, name + QStringLiteral(" was never shown"));
+        return {};
+    }
+    if (command == QStringLiteral("gone")) {
+        await([&] { return find(name) == nullptr; }, name + QStringLiteral(" stayed"));
+        return {};
+    }
+    if (command == QStringLiteral("panel")) {
+        const QString text = (name + QLatin1Char(' ') + rest).trimmed();
+        const auto panel = [] {
+            return windowTitled(QStringLiteral("Lumaphone Floating Captions"));
+        };
+        await(
+            [&] {
+                return text.isEmpty() ? !panel() : panel() && textIn(*panel()->contentItem()).contains(text);
+            },
+            QStringLiteral("the panel never showed \"%1\"").arg(text));
+        return {};
+    }
+    if (command == QStringLiteral("count")) {
+        await([&] { return find(name) && find(name)->property("count").toInt() >= rest.toInt(); },
+            QStringLiteral("%1 never had %2 rows").arg(name, rest));
+        return find(name)->property("count").toString();
+    }
+    if (command == QStringLiteral("close")) {
+        QMetaObject::invokeMethod(&window, "close", Qt::QueuedConnection);
+        return {};
+    }
+    throw std::runtime_error("unknown command");
+}
+
+} // namespace lumaphone::test

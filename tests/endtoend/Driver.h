@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <QQuickItem>
+#include <QSocketNotifier>
+#include <QStringList>
+
+namespace lumaphone::test {
+
+/// The hands and eyes of a user in the running program. Reads one command per line from the standard input
+/// and answers each with one line, "ok" and what was seen, or "failed" and why:
+///
+///     click NAME              clicks into the middle of the visible item of that name, once it can be used
+///     press KEYS              presses keys, such as Ctrl+S
+///     type NAME TEXT          replaces the text of a field
+///     choose NAME VALUE       picks a value of a picker
+///     await NAME TEXT         waits until the item's text contains TEXT
+///     shown NAME              waits until the item is visible
+///     gone NAME               waits until it is not
+///     panel TEXT              waits until the caption panel shows TEXT; without TEXT until there is none
+///     count NAME NUMBER       waits until a list has at least that many rows
+///     close                   closes the window
+class Driver final : public QObject
+{
+    Q_OBJECT
+
+public:
+    Driver();
+
+private:
+    void read();
+    QString obey(const QString &command, const QString &name, const QString &rest);
+    QQuickItem *find(const QString &name) const;
+    QQuickItem &usable(const QString &name) const;
+
+    QSocketNotifier m_input;
+    QByteArray m_unread;
+    bool m_isBusy = false;
+};
+
+} // namespace lumaphone::test

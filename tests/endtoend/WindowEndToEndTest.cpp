@@ -1,0 +1,247 @@
+#include "support/Coroutines.h"
+#include "support/PrivateDisplay.h"
+#include "support/PrivateKeyring.h"
+#include "support/PrivateSessionBus.h"
+#include "support/PrivateSoundServer.h"
+#include "support/RunningProgram.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+
+using namespace lumaphone::test;
+
+namespace {
+
+/// The program's window, with a user who reads and clicks.
+class User
+{
+public:
+    explicit User(const QString &home)
+        : m_program(QStringLiteral(LUMAPHONE_DRIVEN), {},
+            {{"HOME", home}, {"XDG_CONFIG_HOME", home + "/config"}, {"XDG_DATA_HOME", home + "/data"},
+                {"QT_QPA_PLATFORM", "xcb"}})
+    {
+    }
+
+    /// Gives a command and returns whether it was done; what was seen is `seen`.
+    bool does(const QByteArray &command)
+    {
+        m_program.write(command + "\n");
+        ++m_commands;
+        waitUntil(
+            [this] { return m_program.outputLines().size() >= m_commands || !m_program.isRunning(); }, 70000);
+        const QList<QByteArray> lines = m_program.outputLines();
+        const QByteArray answer = lines.size() >= m_commands ? lines.at(m_commands - 1)
+                                                             : "the program ended: " + m_program.messages();
+        seen = QString::fromUtf8(answer);
+        return answer.startsWith("ok");
+    }
+
+    RunningProgram &program() { return m_program; }
+
+    QString seen;
+
+private:
+    RunningProgram m_program;
+    qsizetype m_commands = 0;
+};
+
+} // namespace
+
+#define DO(command) QVERIFY2(user.does(command), qPrintable(user.seen))
+
+class WindowEndToEndTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        m_display = std::make_unique<PrivateDisplay>();
+        m_bus = std::make_unique<PrivateSessionBus>();
+        m_keyring = std::make_unique<PrivateKeyring>(*m_bus);
+        QVERIFY(m_keyring->start());
+        m_sound = std::make_unique<PrivateSoundServer>();
+        m_sound->addOutput("speakers");
+        m_sound->setDefaultOutput("speakers");
+        m_chat = std::make_unique<RunningProgram>(
+            QStringLiteral(LUMAPHONE_CHAT_SERVER), QStringList {"--key", "sk-end-to-end"});
+        QVERIFY(m_chat->waitForOutput("\n"));
+    }
+
+    void aProviderIsSetAndTested()
+    {
+        User user(m_home.path());
+        const QByteArray url = m_chat->outputLines().constFirst();
+        DO("shown startStop");
+        DO("click moreSettings");
+        DO("click menu.provider");
+        DO("type provider.baseURL " + url);
+        DO("type provider.model test-model");
+        DO("type provider.apiKey sk-wrong");
+        DO("click provider.test");
+        DO("await provider.testStatus 401");
+        DO("type provider.apiKey sk-end-to-end");
+        DO("await provider.keyStatus 儲存後會寫入 macOS 鑰匙圈");
+        DO("click provider.test");
+        DO("await provider.testStatus 〔");
+        DO("click provider.save");
+        DO("gone provider.save");
+        DO("choose inspector.mode.picker customAPI");
+        DO("choose languageMenu english");
+        DO("await inspector.providerSummary test-model");
+        DO("close");
+        QVERIFY(user.program().waitForEnd());
+        QCOMPARE(user.program().exitCode(), 0);
+        QCOMPARE(m_keyring->itemCount(), 1);
+        QFile settings(m_home.filePath("config/lumaphone/settings.json"));
+        QVERIFY(!settings.open(QIODevice::ReadOnly) || !settings.readAll().contains("sk-end"));
+    }
+
+    void speechIsCaptionedTranslatedAndSaved()
+    {
+        User user(m_home.path());
+        DO("press Ctrl+Shift+F");
+        DO("panel 播放影片或會議聲音後，字幕會在這裡即時更新。");
+        DO("press Ctrl+Return");
+        DO("await startStop 停止");
+        DO("await stage.state 正在聽");
+        const SoundPlayback speech = m_sound->play(PrivateSoundServer::speechFiles().constFirst());
+        DO("count card.lines 1");
+        DO("await stage.translationText 〔");
+        DO("panel 〔");
+        DO("click startStop");
+        DO("await startStop 重開");
+        DO("await card.status 已整理成字幕稿");
+        DO("press Ctrl+Shift+F");
+        DO("panel");
+        DO("click clear");
+        DO("click clearConfirmation.cancel");
+        DO("gone clearConfirmation.cancel");
+        DO("count card.lines 1");
+        DO("press Ctrl+S");
+        DO("await review.summary 已儲存");
+        DO("await startStop 開始");
+        DO("click clear");
+        DO("gone reviewBar");
+
+        DO("click workspace.library");
+        DO("await library.reader 〔");
+        DO("type library.title 傲慢與偏見");
+        DO("click library.save");
+        DO("await library.list 傲慢與偏見");
+        DO("type library.search 不在這裡");
+        DO("await library.empty 找不到符合的字幕紀錄。");
+        DO("type library.search 傲慢");
+        DO("count library.list 1");
+        DO("click library.delete");
+        DO("click library.deleteAlert.confirm");
+        DO("type library.search");
+        DO("await library.empty 尚未儲存任何字幕紀錄。");
+        DO("close");
+        QVERIFY(user.program().waitForEnd());
+        QVERIFY(!user.program().crashed());
+        QCOMPARE(user.program().exitCode(), 0);
+    }
+
+    void theGlossaryIsKept()
+    {
+        {
+            User user(m_home.path());
+            DO("click moreSettings");
+            DO("click menu.glossary");
+            DO("await glossary.empty 先加 Lumaphone、Codex、專案代號，翻譯就比較聽話。");
+            DO("type glossary.new.source Lumaphone");
+            DO("click glossary.new.add");
+            DO("await glossary.list Lumaphone");
+            DO("type glossary.new.source Codex");
+            DO("click glossary.new.add");
+            DO("await glossary.list Codex");
+            DO("click glossary.term.0.toggle");
+            DO("click glossary.done");
+            DO("await inspector.glossarySummary 1 個啟用術語");
+            DO("close");
+            QVERIFY(user.program().waitForEnd());
+        }
+        User user(m_home.path());
+        DO("await inspector.glossarySummary 1 個啟用術語");
+    }
+
+    void aSessionSurvivesACrash()
+    {
+        {
+            User user(m_home.path());
+            DO("click startStop");
+            DO("await stage.state 正在聽");
+            const SoundPlayback speech = m_sound->play(PrivateSoundServer::speechFiles().constFirst());
+            DO("count card.lines 1");
+            DO("await card.lines 〔");
+            user.program().signal(SIGKILL);
+            user.program().waitForEnd();
+        }
+        User user(m_home.path());
+        DO("await workspace.restored 已恢復上一段尚未儲存的字幕。");
+        DO("count card.lines 1");
+        DO("await startStop 重開");
+        DO("click review.save");
+        DO("await review.summary 已儲存");
+        DO("gone workspace.restored");
+        DO("close");
+        QVERIFY(user.program().waitForEnd());
+    }
+
+    void closingTheWindowKeepsTheRunningSession()
+    {
+        {
+            User user(m_home.path());
+            DO("click startStop");
+            DO("await stage.state 正在聽");
+            const SoundPlayback speech = m_sound->play(PrivateSoundServer::speechFiles().constFirst());
+            DO("count card.lines 1");
+            DO("close");
+            QVERIFY(user.program().waitForEnd());
+            QVERIFY(!user.program().crashed());
+            QCOMPARE(user.program().exitCode(), 0);
+        }
+        User user(m_home.path());
+        DO("await workspace.restored 已恢復");
+        DO("click review.discard");
+        DO("gone reviewBar");
+    }
+
+    void silenceIsToldWhileASessionRuns()
+    {
+        User user(m_home.path());
+        DO("click startStop");
+        DO("await stage.state 沒有聲音");
+        DO("await stage.notice 系統音訊沒有聲音進來");
+        const SoundPlayback speech = m_sound->play(PrivateSoundServer::speechFiles().constFirst());
+        DO("await stage.state 正在聽");
+        DO("gone stage.notice");
+    }
+
+    void aSecondStartRaisesTheFirstWindow()
+    {
+        User user(m_home.path());
+        DO("shown startStop");
+        User second(m_home.path());
+        QVERIFY(second.program().waitForEnd());
+        QCOMPARE(second.program().exitCode(), 0);
+        DO("shown startStop");
+    }
+
+private:
+    QTemporaryDir m_home;
+    std::unique_ptr<PrivateDisplay> m_display;
+    std::unique_ptr<PrivateSessionBus> m_bus;
+    std::unique_ptr<PrivateKeyring> m_keyring;
+    std::unique_ptr<PrivateSoundServer> m_sound;
+    std::unique_ptr<RunningProgram> m_chat;
+};
+
+QTEST_GUILESS_MAIN(WindowEndToEndTest)
+#include "WindowEndToEndTest.moc"

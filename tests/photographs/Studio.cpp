@@ -1,0 +1,165 @@
+#include "photographs/Studio.h"
+
+#include "app/QmlEngineSetup.h"
+
+#include <QDir>
+#include <QImage>
+#include <QTest>
+
+#include <stdexcept>
+
+namespace lumaphone::test {
+
+namespace {
+
+QLocale taiwan()
+{
+    return {QLocale::Chinese, QLocale::TraditionalChineseScript, QLocale::Taiwan};
+}
+
+} // namespace
+
+Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatience)
+    : session(userFolder + QStringLiteral("/Drafts"))
+    , folder(userFolder)
+{
+    session.make();
+    glossaryStore = std::make_unique<LumaphoneGlossaryStore>(
+        folder + QStringLiteral("/Glossary"), [](const QString &) {}, countedUuids());
+    library = std::make_unique<TranscriptLibraryStore>(TranscriptLibraryStore::Environment {
+        .layout = TranscriptLibraryLayout::at(folder + QStringLiteral("/Transcripts")),
+        .areRevisions = [](const QString &, const QString &) { return false; },
+        .clock = *session.clock,
+        .fileViewer = fileViewer,
+        .makeUuid = countedUuids(),
+        .locale = taiwan(),
+    });
+    live = std::make_unique<LiveSessionModel>(
+        *session.controller, session.settings, *library, *glossaryStore, soundPatience);
+    inspector = std::make_unique<InspectorModel>(*session.controller, session.settings, *glossaryStore);
+    provider = std::make_unique<ProviderSettingsModel>(session.settings, session.mainQueue);
+    workspace = std::make_unique<TranscriptLibraryWorkspaceModel>(*library, taiwan());
+    glossary = std::make_unique<GlossarySettingsModel>(*glossaryStore, session.mainQueue, countedUuids());
+    floatingCaptions = std::make_unique<FloatingCaptionWindowController>(session.settings, [this] {
+        return std::make_unique<FloatingCaptionPanel>(*engine,
+            QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/floating/FloatingCaptionView.qml")),
+            QVariantMap {{QStringLiteral("settings"), QVariant::fromValue(&session.settings)}});
+    });
+}
+
+Studio::~Studio()
+{
+    floatingCaptions.reset();
+    engine.reset();
+    glossary.reset();
+    workspace.reset();
+    provider.reset();
+    inspector.reset();
+    live.reset();
+}
+
+void Studio::open(QSize size)
+{
+    engine = std::make_unique<QQmlApplicationEngine>();
+    setUpQmlEngine(*engine);
+    engine->setInitialProperties({
+        {QStringLiteral("session"), QVariant::fromValue(live.get())},
+        {QStringLiteral("inspector"), QVariant::fromValue(inspector.get())},
+        {QStringLiteral("provider"), QVariant::fromValue(provider.get())},
+        {QStringLiteral("floatingCaptions"), QVariant::fromValue(floatingCaptions.get())},
+        {QStringLiteral("transcriptLibrary"), QVariant::fromValue(workspace.get())},
+        {QStringLiteral("glossary"), QVariant::fromValue(glossary.get())},
+        {QStringLiteral("width"), size.width()},
+        {QStringLiteral("height"), size.height()},
+    });
+    engine->load(QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Main.qml")));
+    window = engine->rootObjects().isEmpty() ? nullptr
+                                             : qobject_cast<QQuickWindow *>(engine->rootObjects().first());
+    if (!window) {
+        throw std::runtime_error("The window could not be loaded.");
+    }
+    window->show();
+    if (!QTest::qWaitForWindowExposed(window)) {
+        throw std::runtime_error("The window did not appear.");
+    }
+    settle();
+}
+
+void Studio::photograph(const QString &target, const QString &name)
+{
+    QDir().mkpath(target);
+    for (const bool isDark : {false, true}) {
+        window->setProperty("isDark", isDark);
+        settle();
+        QTest::qWait(250); // for the animations of what has just opened
+        const QString path
+            = QStringLiteral("%1/%2-%3.png")
+                  .arg(target, name, isDark ? QStringLiteral("dark") : QStringLiteral("light"));
+        if (!window->grabWindow().save(path)) {
+            throw std::runtime_error("A photograph could not be written: " + path.toStdString());
+        }
+    }
+}
+
+QObject &Studio::object(const QString &name) const
+{
+    auto *found = window->findChild<QObject *>(name);
+    if (!found) {
+        throw std::runtime_error("The window has no object " + name.toStdString());
+    }
+    return *found;
+}
+
+void Studio::click(const QString &name) const
+{
+    QMetaObject::invokeMethod(&object(name), "clicked");
+}
+
+QObject &Studio::content() const
+{
+    return *window->property("content").value<QObject *>();
+}
+
+void Studio::settle()
+{
+    test::settle();
+}
+
+void Studio::advance(std::chrono::milliseconds time)
+{
+    session.clock->advance(time);
+    settle();
+}
+
+void Studio::say(
+    const QString &text, const QString &translation, AppleSystemSpeechLanguage language, bool isFinal)
+{
+    if (!translation.isEmpty()) {
+        session.translator->translations[text] = translation;
+    }
+    session.translator->plan = [never = translation.isEmpty() ? text : QString()](const QString &asked) {
+        ScriptedTranslator::Plan plan;
+        plan.delay = asked == never ? std::chrono::hours(24) : std::chrono::hours(0);
+        return plan;
+    };
+    session.speech(text, isFinal, language);
+    advance(std::chrono::seconds(1));
+    advance(std::chrono::seconds(15));
+}
+
+void Studio::converse()
+{
+    using enum AppleSystemSpeechLanguage;
+    say(QStringLiteral("おはようございます。今日は新しい企画について話します。"),
+        QStringLiteral("早安。今天要來談新的企劃。"), japanese);
+    say(QStringLiteral("まず来月の予定から確認しましょう。"),
+        QStringLiteral("我們先從下個月的行程開始確認吧。"), japanese);
+    say(QStringLiteral("予算は先週の会議で決まった通り、二百万円です。"),
+        QStringLiteral("預算就照上週會議決定的，兩百萬日圓。"), japanese);
+    say(QStringLiteral("デザインの初稿は金曜日までに出せると思います。"),
+        QStringLiteral("設計初稿我想星期五以前交得出來。"), japanese);
+    say(QStringLiteral("ちょっと待って、今のアイデアめちゃくちゃ良くない？"),
+        QStringLiteral("等一下，剛剛那個點子也太可以了吧？"), japanese, false);
+}
+
+} // namespace lumaphone::test

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "app/floating/FloatingCaptionWindowController.h"
+#include "app/glossary/GlossarySettingsModel.h"
+#include "app/inspector/InspectorModel.h"
+#include "app/inspector/ProviderSettingsModel.h"
+#include "app/library/TranscriptLibraryWorkspaceModel.h"
+#include "app/live/LiveSessionModel.h"
+#include "glossary/LumaphoneGlossaryStore.h"
+#include "storage/TranscriptLibraryStore.h"
+#include "support/LiveSession.h"
+#include "support/NotingFileViewer.h"
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+
+namespace lumaphone::test {
+
+/// The whole window among fakes, in a state of the photographer's choice.
+class Studio
+{
+public:
+    /// Where the session's draft and the user's files lie; a second studio in the same folder finds them.
+    explicit Studio(const QString &folder, std::chrono::milliseconds soundPatience = std::chrono::hours(1));
+    ~Studio();
+
+    /// Opens the window.
+    void open(QSize size = QSize(1280, 800));
+    /// Photographs the window, light and dark, as "<folder>/<name>-light.png" and "-dark.png".
+    void photograph(const QString &folder, const QString &name);
+
+    /// The one object of the window with that name; none is an error.
+    QObject &object(const QString &name) const;
+    void click(const QString &name) const;
+    QObject &content() const;
+    /// Lets the window and the session come to rest.
+    void settle();
+    /// Lets the session's time pass.
+    void advance(std::chrono::milliseconds time);
+
+    /// Says a line, with its translation; a translation that is empty never comes.
+    void say(const QString &text, const QString &translation, AppleSystemSpeechLanguage language,
+        bool isFinal = true);
+    /// A conversation of a few lines, the last of them still open.
+    void converse();
+
+    LiveSession session;
+    NotingFileViewer fileViewer;
+    QString folder;
+    std::unique_ptr<LumaphoneGlossaryStore> glossaryStore;
+    std::unique_ptr<TranscriptLibraryStore> library;
+    std::unique_ptr<LiveSessionModel> live;
+    std::unique_ptr<InspectorModel> inspector;
+    std::unique_ptr<ProviderSettingsModel> provider;
+    std::unique_ptr<TranscriptLibraryWorkspaceModel> workspace;
+    std::unique_ptr<GlossarySettingsModel> glossary;
+    std::unique_ptr<FloatingCaptionWindowController> floatingCaptions;
+    std::unique_ptr<QQmlApplicationEngine> engine;
+    QQuickWindow *window = nullptr;
+};
+
+} // namespace lumaphone::test

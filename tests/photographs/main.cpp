@@ -1,0 +1,316 @@
+#include "base/AtomicFile.h"
+#include "capture/SystemAudioCaptureError.h"
+#include "photographs/Studio.h"
+#include "support/MisbehavingHttpServer.h"
+#include "support/PrivateDisplay.h"
+
+#include <QGuiApplication>
+#include <QTest>
+
+#include <cstdio>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+/// A folder of the user's files for one photograph.
+class UserFolder
+{
+public:
+    QString path() const { return m_folder.path(); }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+void start(Studio &studio)
+{
+    studio.live->startOrStop();
+    studio.settle();
+}
+
+void photographLive(const QString &target)
+{
+    const UserFolder user;
+    {
+        Studio studio(user.path());
+        studio.open();
+        studio.photograph(target, QStringLiteral("live-idle"));
+        studio.session.nextPipeline->gate.close();
+        start(studio);
+        studio.photograph(target, QStringLiteral("live-starting"));
+        studio.session.nextPipeline->gate.open();
+        studio.settle();
+        studio.photograph(target, QStringLiteral("live-running-empty"));
+        studio.converse();
+        studio.photograph(target, QStringLiteral("live-running"));
+        studio.content().setProperty("isInspectorVisible", false);
+        studio.photograph(target, QStringLiteral("live-running-wide"));
+        studio.content().setProperty("isInspectorVisible", true);
+        studio.say(QStringLiteral("안녕하세요, 지금부터 회의를 시작하겠습니다."),
+            QStringLiteral("大家好，現在開始開會。"), AppleSystemSpeechLanguage::korean);
+        studio.say(
+            QStringLiteral("So the question is whether we ship in March, or whether we wait for the new "
+                           "recogniser and ship one month later with all four languages in it"),
+            QString(), AppleSystemSpeechLanguage::english, false);
+        studio.photograph(target, QStringLiteral("live-running-pending"));
+        studio.live->startOrStop();
+        studio.settle();
+        studio.photograph(target, QStringLiteral("live-stopped-unsaved"));
+        QMetaObject::invokeMethod(&studio.content(), "clear");
+        studio.photograph(target, QStringLiteral("clear-confirmation"));
+    }
+    {
+        Studio studio(user.path());
+        studio.open();
+        studio.photograph(target, QStringLiteral("live-restored"));
+        studio.live->saveTranscript();
+        studio.settle();
+        studio.photograph(target, QStringLiteral("live-saved"));
+    }
+    {
+        Studio studio(UserFolder().path());
+        studio.open(QSize(1040, 680));
+        start(studio);
+        studio.converse();
+        studio.photograph(target, QStringLiteral("live-running-smallest"));
+    }
+    {
+        Studio studio(UserFolder().path(), std::chrono::milliseconds(1));
+        studio.open();
+        start(studio);
+        QTest::qWait(50);
+        studio.photograph(target, QStringLiteral("live-without-sound"));
+    }
+    {
+        Studio studio(UserFolder().path());
+        studio.session.screenAudio->isGranted = false;
+        studio.open();
+        studio.photograph(target, QStringLiteral("live-permission-pending"));
+    }
+    {
+        Studio studio(UserFolder().path());
+        studio.session.nextPipeline->startError
+            = std::make_exception_ptr(SystemAudioCaptureError(SystemAudioCaptureError::Case::noDisplay));
+        studio.open();
+        start(studio);
+        studio.photograph(target, QStringLiteral("live-error"));
+    }
+    {
+        Studio studio(QStringLiteral("/dev/null"));
+        studio.open();
+        start(studio);
+        studio.converse();
+        studio.live->startOrStop();
+        studio.live->saveTranscript();
+        studio.settle();
+        studio.photograph(target, QStringLiteral("live-save-error"));
+    }
+}
+
+void photographMenus(const QString &target)
+{
+    const UserFolder user;
+    Studio studio(user.path());
+    studio.open();
+    studio.click(QStringLiteral("moreSettings"));
+    studio.photograph(target, QStringLiteral("menu-more"));
+}
+
+void photographProvider(const QString &target)
+{
+    const UserFolder user;
+    Studio studio(user.path());
+    studio.open();
+    studio.session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+    studio.session.settings.setProviderBaseURL({});
+    studio.session.settings.setProviderModel({});
+    studio.content().setProperty("isProviderSettingsPresented", true);
+    studio.photograph(target, QStringLiteral("provider-unset"));
+    MisbehavingHttpServer mute;
+    mute.thenAnswer(behaviour::stayMute());
+    studio.provider->setBaseURL(mute.url(QStringLiteral("/v1")));
+    studio.provider->setModel(QStringLiteral("qwen2.5:7b"));
+    studio.provider->setApiKey(QStringLiteral("sk-not-a-real-key"));
+    studio.provider->testProvider();
+    studio.photograph(target, QStringLiteral("provider-testing"));
+    MisbehavingHttpServer refusing;
+    refusing.thenAnswer(behaviour::respond(401, "{\"error\":{\"message\":\"Incorrect API key provided\"}}"));
+    studio.provider->setBaseURL(refusing.url(QStringLiteral("/v1")));
+    studio.provider->testProvider();
+    if (!waitUntil([&] { return !studio.provider->isTestingProvider(); })) {
+        throw std::runtime_error("The test of the provider did not end.");
+    }
+    studio.photograph(target, QStringLiteral("provider-failure"));
+    MisbehavingHttpServer server;
+    server.thenAnswer(behaviour::complete(QStringLiteral("早安。我們開始吧？")));
+    studio.provider->setBaseURL(server.url(QStringLiteral("/v1")));
+    studio.provider->testProvider();
+    if (!waitUntil([&] { return !studio.provider->isTestingProvider(); })) {
+        throw std::runtime_error("The test of the provider did not end.");
+    }
+    studio.photograph(target, QStringLiteral("provider-success"));
+}
+
+/// Saves a session of these lines, each a source with its translation.
+TranscriptRecordMetadata save(Studio &studio, const QString &title, AppleSystemSpeechLanguage language,
+    const QList<std::pair<QString, QString>> &lines)
+{
+    LiveTranscript live;
+    live.sourceLanguage = language;
+    live.startedAt = studio.session.clock->now();
+    for (const auto &[source, translation] : lines) {
+        studio.session.clock->advance(std::chrono::minutes(1));
+        live.lines.append(
+            {QUuid::createUuid(), source, translation, language, studio.session.clock->now(), true});
+    }
+    const TranscriptRecordMetadata saved = studio.library->save(live, studio.session.settings);
+    TranscriptDocument document = studio.library->loadRecord(saved.id);
+    document.metadata.title = title;
+    document.metadata.glossaryTerms
+        = {{QUuid::createUuid(), QStringLiteral("Lumaphone"), {}, LumaphoneGlossaryTermMode::preserve},
+            {QUuid::createUuid(), QStringLiteral("企画"), QStringLiteral("企劃"),
+                LumaphoneGlossaryTermMode::translate}};
+    studio.library->update(document);
+    return saved;
+}
+
+void fillLibrary(Studio &studio)
+{
+    using Language = AppleSystemSpeechLanguage;
+    save(studio, QStringLiteral("發表會直播"), Language::english,
+        {{QStringLiteral("Good morning, everyone."), QStringLiteral("各位早安。")},
+            {QStringLiteral("Today we have three things to show you."),
+                QStringLiteral("今天有三樣東西要給大家看。")}});
+    save(studio, QStringLiteral("讀書會：第三章"), Language::korean,
+        {{QStringLiteral("안녕하세요, 지금부터 시작하겠습니다."), QStringLiteral("大家好，現在開始。")}});
+    save(studio, QStringLiteral("設計週會：字幕面板與快捷鍵"), Language::japanese,
+        {{QStringLiteral("おはようございます。今日は新しい企画について話します。"),
+             QStringLiteral("早安。今天要來談新的企劃。")},
+            {QStringLiteral("まず来月の予定から確認しましょう。"),
+                QStringLiteral("我們先從下個月的行程開始確認吧。")},
+            {QStringLiteral("ちょっと待って、今のアイデアめちゃくちゃ良くない？"),
+                QStringLiteral("等一下，剛剛那個點子也太可以了吧？")}});
+}
+
+void photographLibrary(const QString &target)
+{
+    const UserFolder user;
+    Studio studio(user.path());
+    studio.open();
+    studio.content().setProperty("workspaceMode", QStringLiteral("library"));
+    studio.photograph(target, QStringLiteral("library-empty"));
+    fillLibrary(studio);
+    studio.photograph(target, QStringLiteral("library-nothing-selected"));
+    studio.workspace->setSearchText(QStringLiteral("水星"));
+    studio.photograph(target, QStringLiteral("library-no-match"));
+    studio.workspace->setSearchText({});
+    studio.workspace->selectInitialRecordIfNeeded();
+    studio.photograph(target, QStringLiteral("library-selected"));
+    studio.workspace->setEditingTranscript(true);
+    studio.workspace->setNote(QStringLiteral("下週前確認字級的預設值。"));
+    studio.photograph(target, QStringLiteral("library-editing"));
+    studio.workspace->saveEdits();
+    studio.workspace->setEditingTranscript(false);
+    studio.workspace->requestDelete();
+    studio.photograph(target, QStringLiteral("library-deleting"));
+    studio.workspace->cancelDelete();
+    QMetaObject::invokeMethod(&studio.object(QStringLiteral("library.deleteAlert")), "close");
+    const TranscriptRecordMetadata broken
+        = save(studio, QStringLiteral("面試錄音"), AppleSystemSpeechLanguage::english,
+            {{QStringLiteral("Tell me about yourself."), QStringLiteral("請介紹一下你自己。")}});
+    const QString lines
+        = QStringLiteral("%1/Transcripts/sessions/%2/lines.json").arg(user.path(), broken.folderName);
+    replaceFile(lines, "[", Durability::Renamed);
+    studio.workspace->selectRow(0);
+    studio.photograph(target, QStringLiteral("library-broken"));
+}
+
+void photographGlossary(const QString &target)
+{
+    const UserFolder user;
+    Studio studio(user.path());
+    studio.open();
+    studio.content().setProperty("isGlossaryPresented", true);
+    studio.photograph(target, QStringLiteral("glossary-empty"));
+    const auto add = [&studio](const char *source, const char *termTarget, LumaphoneGlossaryTermMode mode,
+                         bool isEnabled, bool caseSensitive) {
+        studio.glossaryStore->add({.id = QUuid::createUuid(),
+            .source = QString::fromUtf8(source),
+            .target = QString::fromUtf8(termTarget),
+            .mode = mode,
+            .note = {},
+            .isEnabled = isEnabled,
+            .caseSensitive = caseSensitive});
+    };
+    using Mode = LumaphoneGlossaryTermMode;
+    add("Lumaphone", "", Mode::preserve, true, false);
+    add("latency", "延遲時間", Mode::translate, true, false);
+    add("Qt", "Qt", Mode::preserve, true, true);
+    add("企画", "企劃", Mode::translate, false, false);
+    studio.glossary->newTerm()->setSource(QStringLiteral("caption"));
+    studio.glossary->newTerm()->setTarget(QStringLiteral("字幕"));
+    studio.glossary->newTerm()->setMode(QStringLiteral("translate"));
+    studio.photograph(target, QStringLiteral("glossary-filled"));
+    studio.glossary->edit(1);
+    studio.photograph(target, QStringLiteral("glossary-editing"));
+    studio.glossary->cancelEditing();
+    replaceFile(user.path() + QStringLiteral("/notes.txt"), "x", Durability::Renamed);
+    studio.glossary->importFiles({QUrl::fromLocalFile(user.path() + QStringLiteral("/notes.txt"))});
+    if (!waitUntil([&] { return !studio.glossary->isImporting(); })) {
+        throw std::runtime_error("The import did not end.");
+    }
+    studio.photograph(target, QStringLiteral("glossary-import-error"));
+}
+
+/// The panel over a picture, in every theme and display mode.
+void photographPanel(const QString &target)
+{
+    const UserFolder user;
+    Studio studio(user.path());
+    studio.open();
+    LumaphoneSettings &settings = studio.session.settings;
+    studio.floatingCaptions->show(QStringLiteral("ちょっと待って、今のアイデアめちゃくちゃ良くない？"),
+        QStringLiteral("等一下，剛剛那個點子也太可以了吧？"));
+    studio.floatingCaptions->panel()->setColor(QColor(QStringLiteral("#5c7390")));
+    for (const FloatingCaptionTheme theme : allFloatingCaptionThemes) {
+        settings.setCaptionTheme(theme);
+        settings.setCaptionOpacity(theme == FloatingCaptionTheme::dark ? 0.5 : 0.8);
+        for (const FloatingCaptionDisplayMode mode : allFloatingCaptionDisplayModes) {
+            settings.setCaptionDisplayMode(mode);
+            studio.settle();
+            const QString path
+                = QStringLiteral("%1/panel-%2-%3.png").arg(target, rawValue(theme), rawValue(mode));
+            if (!studio.floatingCaptions->panel()->grabWindow().save(path)) {
+                throw std::runtime_error("A photograph could not be written: " + path.toStdString());
+            }
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (argc != 2) {
+        std::fprintf(stderr, "Usage: lumaphone-photographs FOLDER\n");
+        return 2;
+    }
+    const QString target = QString::fromLocal8Bit(argv[1]);
+    try {
+        // Room for the window at twice its size.
+        const PrivateDisplay display(QSize(2720, 1800));
+        const QGuiApplication application(argc, argv);
+        photographLive(target);
+        photographMenus(target);
+        photographProvider(target);
+        photographLibrary(target);
+        photographGlossary(target);
+        photographPanel(target);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
