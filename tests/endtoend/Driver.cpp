@@ -5,6 +5,7 @@
 #include <QKeySequence>
 #include <QQuickWindow>
 #include <QTest>
+#include <QUrl>
 
 #include <unistd.h>
 
@@ -62,6 +63,20 @@ QQuickWindow &mainWindow()
 {
     await([] { return windowTitled(QStringLiteral("Lumaphone")) != nullptr; }, QStringLiteral("no window"));
     return *windowTitled(QStringLiteral("Lumaphone"));
+}
+
+/// What the toolkit shows for a file dialog where the desktop has none of its own.
+QObject *fileDialogIn(const QQuickItem &item)
+{
+    if (item.isVisible() && item.parent() && item.parent()->inherits("QQuickFileDialogImpl")) {
+        return item.parent();
+    }
+    for (const QQuickItem *child : item.childItems()) {
+        if (auto *found = fileDialogIn(*child)) {
+            return found;
+        }
+    }
+    return nullptr;
 }
 
 /// All texts that an item shows.
@@ -150,13 +165,18 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
     }
     if (command == QStringLiteral("type")) {
         QQuickItem &field = usable(name + QStringLiteral(".field"));
-        field.forceActiveFocus();
+        await([&] { return field.forceActiveFocus(), field.hasActiveFocus(); },
+            name + QStringLiteral(" takes no focus"));
         QMetaObject::invokeMethod(&field, "selectAll");
         QTest::keyClick(&window, Qt::Key_Delete);
         for (const QChar character : rest) {
             QTest::sendKeyEvent(QTest::Click, &window, Qt::Key_unknown, QString(character), Qt::NoModifier);
         }
-        return field.property("text").toString();
+        const QString typed = field.property("text").toString();
+        if (typed != rest) {
+            throw std::runtime_error("there is now: " + typed.toStdString());
+        }
+        return typed;
     }
     if (command == QStringLiteral("choose")) {
         QMetaObject::invokeMethod(&usable(name), "picked", Q_ARG(QString, rest));
@@ -195,6 +215,18 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         await([&] { return find(name) && find(name)->property("count").toInt() >= rest.toInt(); },
             QStringLiteral("%1 never had %2 rows").arg(name, rest));
         return find(name)->property("count").toString();
+    }
+    if (command == QStringLiteral("file")) {
+        auto *dialog = window.findChild<QObject *>(name);
+        await([&] { return dialog && dialog->property("visible").toBool(); },
+            name + QStringLiteral(" was never opened"));
+        await([&] { return fileDialogIn(*window.contentItem()) != nullptr; },
+            QStringLiteral("the file dialog is not the toolkit's own"));
+        QObject &popup = *fileDialogIn(*window.contentItem());
+        popup.setProperty("selectedFile", QUrl::fromLocalFile(rest));
+        QMetaObject::invokeMethod(&popup, "accept");
+        await([&] { return !dialog->property("visible").toBool(); }, name + QStringLiteral(" stayed"));
+        return {};
     }
     if (command == QStringLiteral("close")) {
         QMetaObject::invokeMethod(&window, "close", Qt::QueuedConnection);

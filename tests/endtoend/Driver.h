@@ -19,6 +19,7 @@ namespace lumaphone::test {
 ///     gone NAME               waits until it is not
 ///     panel TEXT              waits until the caption panel shows TEXT; without TEXT until there is none
 ///     count NAME NUMBER       waits until a list has at least that many rows
+///     file NAME PATH          answers a file dialog, once it is open
 ///     close                   closes the window
 class Driver final : public QObject
 {

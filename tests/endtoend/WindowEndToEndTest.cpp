@@ -134,6 +134,15 @@ private slots:
         DO("type library.title 傲慢與偏見");
         DO("click library.save");
         DO("await library.list 傲慢與偏見");
+        DO("click library.edit");
+        DO("type transcriptLine.translation 改過的譯文");
+        DO("click library.save");
+        DO("click library.edit");
+        DO("await library.reader 改過的譯文");
+        DO("click library.export");
+        DO("click library.export.subRip");
+        DO("file library.exportDialog " + m_home.filePath("傲慢.srt").toUtf8());
+        QVERIFY(contentOf("傲慢.srt").contains("改過的譯文"));
         DO("type library.search 不在這裡");
         DO("await library.empty 找不到符合的字幕紀錄。");
         DO("type library.search 傲慢");
@@ -162,13 +171,23 @@ private slots:
             DO("click glossary.new.add");
             DO("await glossary.list Codex");
             DO("click glossary.term.0.toggle");
+            DO("click glossary.export");
+            DO("file glossary.exportDialog " + m_home.filePath("術語.yaml").toUtf8());
+            QVERIFY(contentOf("術語.yaml").contains("Codex"));
+            QFile imported(m_home.filePath("新的.csv"));
+            QVERIFY(imported.open(QIODevice::WriteOnly));
+            imported.write("source,target\nNetherfield,尼德斐莊園\n");
+            imported.close();
+            DO("click glossary.import");
+            DO("file glossary.importDialog " + imported.fileName().toUtf8());
+            DO("await glossary.list 尼德斐莊園");
             DO("click glossary.done");
-            DO("await inspector.glossarySummary 1 個啟用術語");
+            DO("await inspector.glossarySummary 2 個啟用術語");
             DO("close");
             QVERIFY(user.program().waitForEnd());
         }
         User user(m_home.path());
-        DO("await inspector.glossarySummary 1 個啟用術語");
+        DO("await inspector.glossarySummary 2 個啟用術語");
     }
 
     void aSessionSurvivesACrash()
@@ -235,6 +254,12 @@ private slots:
     }
 
 private:
+    QByteArray contentOf(const QString &name) const
+    {
+        QFile file(m_home.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
     QTemporaryDir m_home;
     std::unique_ptr<PrivateDisplay> m_display;
     std::unique_ptr<PrivateSessionBus> m_bus;
