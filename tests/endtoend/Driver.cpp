@@ -170,11 +170,17 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         QMetaObject::invokeMethod(&field, "selectAll");
         QTest::keyClick(&window, Qt::Key_Delete);
         for (const QChar character : rest) {
+            // The window itself may lose the focus for a moment.
+            await([&] { return field.hasActiveFocus(); }, name + QStringLiteral(" lost the focus"));
             QTest::sendKeyEvent(QTest::Click, &window, Qt::Key_unknown, QString(character), Qt::NoModifier);
         }
         const QString typed = field.property("text").toString();
         if (typed != rest) {
-            throw std::runtime_error("there is now: " + typed.toStdString());
+            const QQuickItem *focused = window.activeFocusItem();
+            throw std::runtime_error(
+                QStringLiteral("there is now \"%1\", the keys go to %2")
+                    .arg(typed, focused ? focused->objectName() : QStringLiteral("nothing"))
+                    .toStdString());
         }
         return typed;
     }
