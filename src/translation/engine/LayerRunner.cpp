@@ -10,6 +10,8 @@ namespace {
 constexpr std::size_t mostJobs = 3;
 // Outputs computed at a time: few enough for the integers to stay close to the processor.
 constexpr int block = 64;
+// The same for one input.
+constexpr int blockOfWords = 512;
 
 struct Range
 {
@@ -80,7 +82,8 @@ LayerRunner::LayerRunner(const StudentModel &model, const Kernels &kernels, Work
     , m_codesPerJob(
           std::size_t(mostRows) * std::size_t(std::max(model.settings().width, model.settings().innerWidth)))
     , m_codes(m_codesPerJob * mostJobs)
-    , m_products(std::size_t(team.members()), std::vector<std::int32_t>(std::size_t(mostRows) * block))
+    , m_products(std::size_t(team.members()),
+          std::vector<std::int32_t>(std::max(std::size_t(mostRows) * block, std::size_t(blockOfWords))))
     , m_bestOfPiece(std::size_t(piecesFor(team)))
 {
     if (kernels.shift == 0)
@@ -155,8 +158,8 @@ BestWord LayerRunner::bestOfPiece(const AffineLayer &layer, std::span<const std:
     const int count = candidates.empty() ? std::min(matrix.outputs, words) : int(candidates.size());
     const Range share = shareOf(count, piece, piecesFor(m_team));
     BestWord best;
-    for (int first = share.first; first < share.last; first += block) {
-        const int size = std::min(block, share.last - first);
+    for (int first = share.first; first < share.last; first += blockOfWords) {
+        const int size = std::min(blockOfWords, share.last - first);
         const std::uint32_t *selected = candidates.empty() ? nullptr : candidates.data() + first;
         const std::int8_t *weights
             = selected ? matrix.weights : matrix.weights + std::size_t(first) * std::size_t(matrix.depth);
