@@ -79,9 +79,9 @@ bool isBetter(const BestWord &a, const BestWord &b)
 LayerRunner::LayerRunner(const StudentModel &model, const Kernels &kernels, WorkerTeam &team, int mostRows)
     : m_kernels(kernels)
     , m_team(team)
-    , m_codesPerJob(
-          std::size_t(mostRows) * std::size_t(std::max(model.settings().width, model.settings().innerWidth)))
-    , m_codes(m_codesPerJob * mostJobs)
+    , m_codes(std::size_t(mostRows)
+          * std::max(
+              mostJobs * std::size_t(model.settings().width), std::size_t(model.settings().innerWidth)))
     , m_products(std::size_t(team.members()),
           std::vector<std::int32_t>(std::max(std::size_t(mostRows) * block, std::size_t(blockOfWords))))
     , m_bestOfPiece(std::size_t(piecesFor(team)))
@@ -102,15 +102,15 @@ const float *LayerRunner::biasFor(const AffineLayer &layer) const
 void LayerRunner::run(std::span<const LayerJob> jobs, int rows)
 {
     Q_ASSERT(jobs.size() <= mostJobs);
-    for (std::size_t index = 0; index < jobs.size(); ++index) {
-        const QuantizedMatrix &matrix = jobs[index].layer->matrix;
-        m_kernels.quantize(jobs[index].inputs, rows * matrix.depth, matrix.inputMultiplier,
-            m_codes.data() + index * m_codesPerJob);
-    }
+    const std::size_t codesPerJob = std::size_t(rows) * std::size_t(jobs.front().layer->matrix.depth);
+    Q_ASSERT(jobs.size() * codesPerJob <= m_codes.size());
+    for (std::size_t index = 0; index < jobs.size(); ++index)
+        m_kernels.quantize(jobs[index].inputs, int(codesPerJob), jobs[index].layer->matrix.inputMultiplier,
+            m_codes.data() + index * codesPerJob);
     const int pieces = piecesFor(m_team);
     m_team.run(pieces * int(jobs.size()), [&](int member, int piece) {
         const std::size_t index = std::size_t(piece / pieces);
-        computePiece(jobs[index], m_codes.data() + index * m_codesPerJob, rows, member, piece % pieces);
+        computePiece(jobs[index], m_codes.data() + index * codesPerJob, rows, member, piece % pieces);
     });
 }
 

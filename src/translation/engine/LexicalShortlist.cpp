@@ -10,6 +10,7 @@ namespace {
 constexpr std::uint64_t magic = 0xF11A48D5013417F5;
 // The output layer takes words in groups of this size.
 constexpr std::size_t group = 8;
+constexpr std::size_t checkedAtATime = 65536;
 
 template<class Number> std::span<const Number> numbersIn(std::span<const std::byte> bytes)
 {
@@ -66,8 +67,18 @@ void LexicalShortlist::read(std::span<const std::byte> bytes, const QString &pat
     const auto isForeign = [this](std::uint32_t word) {
         return word >= std::uint32_t(m_targetWords);
     };
-    if (std::any_of(m_words.begin(), m_words.end(), isForeign))
-        refuse(Mismatched, QStringLiteral("a word beyond the vocabulary"));
+    for (std::size_t first = 0; first < m_words.size(); first += checkedAtATime) {
+        const auto part = m_words.subspan(first, std::min(checkedAtATime, m_words.size() - first));
+        if (std::any_of(part.begin(), part.end(), isForeign))
+            refuse(Mismatched, QStringLiteral("a word beyond the vocabulary"));
+        release();
+    }
+}
+
+void LexicalShortlist::release() const
+{
+    if (m_mapping)
+        m_mapping->release();
 }
 
 std::vector<std::uint32_t> LexicalShortlist::candidates(std::span<const int> sentence, bool isShared) const
@@ -92,6 +103,7 @@ std::vector<std::uint32_t> LexicalShortlist::candidates(std::span<const int> sen
             found.push_back(word);
     }
     std::sort(found.begin(), found.end());
+    release();
     return found;
 }
 
