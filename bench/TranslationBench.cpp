@@ -34,33 +34,44 @@ double millisecondsSince(Clock::time_point start)
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
+double processorMilliseconds(clockid_t clock)
+{
+    timespec time = {};
+    clock_gettime(clock, &time);
+    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
+}
+
 double median(QList<double> values)
 {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];
 }
 
-/// What the machine's memory gives to readers of a buffer larger than its caches, in gigabytes per second.
+/// What the machine's memory gives to readers of a buffer larger than its caches, in gigabytes per second of
+/// their processor time.
 double memoryBandwidth(int threads)
 {
     constexpr std::size_t bytes = std::size_t(256) << 20;
     std::vector<std::uint64_t> buffer(bytes / sizeof(std::uint64_t), 1);
     double best = 0;
     std::vector<std::uint64_t> sums(std::size_t(threads) * 64);
+    std::vector<double> rates(std::size_t(threads) * 64);
     for (int round = 0; round < 5; ++round) {
-        const auto start = Clock::now();
         {
             std::vector<std::jthread> readers;
             const std::size_t share = buffer.size() / std::size_t(threads);
             for (int thread = 0; thread < threads; ++thread) {
                 readers.emplace_back([&, thread] {
+                    const double start = processorMilliseconds(CLOCK_THREAD_CPUTIME_ID);
                     const auto first = buffer.begin() + std::ptrdiff_t(std::size_t(thread) * share);
                     sums[std::size_t(thread) * 64]
                         += std::accumulate(first, first + std::ptrdiff_t(share), std::uint64_t(0));
+                    rates[std::size_t(thread) * 64] = double(share * sizeof(std::uint64_t))
+                        / (processorMilliseconds(CLOCK_THREAD_CPUTIME_ID) - start) / 1e6;
                 });
             }
         }
-        best = std::max(best, double(bytes) / millisecondsSince(start) / 1e6);
+        best = std::max(best, std::accumulate(rates.begin(), rates.end(), 0.0));
     }
     return std::accumulate(sums.begin(), sums.end(), std::uint64_t(0)) > 0 ? best : 0;
 }
@@ -124,13 +135,6 @@ struct Times
     QList<double> processorMilliseconds;
 };
 
-double processorMilliseconds()
-{
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-}
-
 void measureEngine(const Case &measured, int threads, Times &times)
 {
     const auto translator = translatorFor(measured.legs, threads);
@@ -138,9 +142,9 @@ void measureEngine(const Case &measured, int threads, Times &times)
         translator->translate(measured.lines[index]);
     for (const QString &line : measured.lines) {
         const auto start = Clock::now();
-        const double before = processorMilliseconds();
+        const double before = processorMilliseconds(CLOCK_PROCESS_CPUTIME_ID);
         translator->translate(line);
-        times.processorMilliseconds.append(processorMilliseconds() - before);
+        times.processorMilliseconds.append(processorMilliseconds(CLOCK_PROCESS_CPUTIME_ID) - before);
         times.milliseconds.append(millisecondsSince(start));
     }
 }
