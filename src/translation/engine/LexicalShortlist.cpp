@@ -11,6 +11,7 @@ constexpr std::uint64_t magic = 0xF11A48D5013417F5;
 // The output layer takes words in groups of this size.
 constexpr std::size_t group = 8;
 constexpr std::size_t checkedAtATime = 65536;
+constexpr std::size_t lookedAtATime = 16;
 
 template<class Number> std::span<const Number> numbersIn(std::span<const std::byte> bytes)
 {
@@ -84,7 +85,11 @@ void LexicalShortlist::release() const
 std::vector<std::uint32_t> LexicalShortlist::candidates(std::span<const int> sentence, bool isShared) const
 {
     std::vector<std::uint32_t> found;
+    std::size_t looked = 0;
     for (const int word : sentence) {
+        // Every list brings its surroundings into memory.
+        if (++looked % lookedAtATime == 0)
+            release();
         const std::size_t index = std::size_t(word);
         if (isShared)
             found.push_back(std::uint32_t(word));
