@@ -2,6 +2,7 @@
 
 #include "translation/engine/FloatMath.h"
 
+#include <algorithm>
 #include <array>
 
 namespace lumaphone::engine {
@@ -21,13 +22,12 @@ Encoder::Encoder(const StudentModel &model, LayerRunner &runner)
     , m_heads(model.settings().heads)
     , m_positions(positionVectors(mostSourceTokens, m_width))
     , m_hidden(room(m_width))
-    , m_queries(room(m_width))
-    , m_keys(room(m_width))
-    , m_values(room(m_width))
-    , m_turnedKeys(room(m_width))
-    , m_attended(room(m_width))
     , m_added(room(m_width))
-    , m_inner(room(model.settings().innerWidth))
+    , m_inner(room(std::max(model.settings().innerWidth, 4 * m_width)))
+    , m_queries(std::span(m_inner).subspan(0, room(m_width)))
+    , m_keys(std::span(m_inner).subspan(room(m_width), room(m_width)))
+    , m_turnedKeys(std::span(m_inner).subspan(room(2 * m_width), room(m_width)))
+    , m_values(std::span(m_inner).subspan(room(3 * m_width), room(m_width)))
     , m_weights(room(runner.team().members()))
 {
 }
@@ -56,7 +56,7 @@ void Encoder::attendWithin(const AttentionLayer &layer, int rows)
     m_runner.run(jobs, rows);
     transpose(m_keys.data(), rows, m_width, m_turnedKeys.data());
     m_runner.team().run(m_heads, [&](int member, int head) { attendHead(rows, member, head); });
-    m_runner.run({&layer.output, m_attended.data(), m_added.data()}, rows);
+    m_runner.run({&layer.output, m_queries.data(), m_added.data()}, rows);
     addAndNormalize(m_hidden.data(), m_added.data(), rows, layer.norm);
 }
 
@@ -65,10 +65,10 @@ void Encoder::attendHead(int rows, int member, int head)
     const int headWidth = m_width / m_heads;
     const std::size_t column = std::size_t(head) * std::size_t(headWidth);
     for (int row = 0; row < rows; ++row) {
-        const std::size_t offset = std::size_t(row) * std::size_t(m_width) + column;
-        attend(m_queries.data() + offset, m_turnedKeys.data() + column * std::size_t(rows),
-            m_values.data() + column, m_width, rows, headWidth, m_weights.data() + room(member),
-            m_attended.data() + offset);
+        // A query has served its purpose when its answer is written.
+        float *query = m_queries.data() + std::size_t(row) * std::size_t(m_width) + column;
+        attend(query, m_turnedKeys.data() + column * std::size_t(rows), m_values.data() + column, m_width,
+            rows, headWidth, m_weights.data() + room(member), query);
     }
 }
 

@@ -32,13 +32,13 @@ private:
     int m_heads;
     std::vector<float> m_positions;
     std::vector<float> m_hidden;
-    std::vector<float> m_queries;
-    std::vector<float> m_keys;
-    std::vector<float> m_values;
-    std::vector<float> m_turnedKeys; ///< one row per element of the width
-    std::vector<float> m_attended;
     std::vector<float> m_added;
+    // An attention and a feed-forward network take turns: the parts of the one lie in the other's place.
     std::vector<float> m_inner;
+    std::span<float> m_queries; ///< and then what they found
+    std::span<float> m_keys;
+    std::span<float> m_turnedKeys; ///< one row per element of the width
+    std::span<float> m_values;
     std::vector<float> m_weights; ///< mostSourceTokens per member
 };
 

@@ -20,7 +20,8 @@ void recur(float *state, const float *forget, const float *candidate, float *out
 void transpose(const float *input, int rows, int width, float *output);
 
 /// One attention head for one query. `keys` holds one row of `count` values per element of the head, `values`
-/// one row per attended position, `stride` apart. Leaves the weights in `weights` (`count` values).
+/// one row per attended position, `stride` apart. Leaves the weights in `weights` (`count` values). The
+/// output may take the query's place.
 void attend(const float *query, const float *keys, const float *values, int stride, int count, int headWidth,
     float *weights, float *output);
 

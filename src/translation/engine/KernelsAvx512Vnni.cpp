@@ -11,6 +11,10 @@ namespace {
 
 using std::size_t;
 
+// How far ahead rows are asked for that the processor does not guess, because they are scattered or because
+// four are read at a time.
+constexpr int rowsAhead = 12;
+
 __m512i load(const std::int8_t *bytes)
 {
     return _mm512_loadu_si512(bytes);
@@ -78,7 +82,7 @@ void multiplyFour(const std::int8_t *codes, int depth, const std::int8_t *const 
     }
 }
 
-void multiplyOne(const std::int8_t *codes, int depth, const std::int8_t *weights, std::int32_t *product)
+__m512i sumsOfOne(const std::int8_t *codes, int depth, const std::int8_t *weights)
 {
     const __m512i shift = _mm512_set1_epi8(-128);
     __m512i sums = _mm512_setzero_si512();
@@ -88,18 +92,31 @@ void multiplyOne(const std::int8_t *codes, int depth, const std::int8_t *weights
         shifted = _mm512_dpbusd_epi32(shifted, shift, loaded);
         sums = _mm512_dpbusd_epi32(sums, _mm512_xor_si512(load(codes + k), shift), loaded);
     }
-    *product = _mm512_reduce_add_epi32(_mm512_sub_epi32(sums, shifted));
+    return _mm512_sub_epi32(sums, shifted);
 }
 
-template<int Rows>
-int multiplyRows(const std::int8_t *codes, int first, int rows, int depth,
-    const std::int8_t *const (&weights)[4], int outputs, std::int32_t *products)
+/// Asks for a row that will be needed soon.
+void fetch(const std::int8_t *row, int depth)
 {
-    int row = first;
-    for (; row + Rows <= rows; row += Rows)
-        multiplyFour<Rows>(codes + size_t(row) * size_t(depth), depth, weights, outputs,
-            products + size_t(row) * size_t(outputs));
-    return row;
+    for (int k = 0; k < depth; k += 64)
+        _mm_prefetch(row + k, _MM_HINT_T0);
+}
+
+/// One input against four rows of weights, one row after the other: here reading takes nearly all the time,
+/// and processors read fastest in the order of the memory.
+void multiplyFourInOrder(
+    const std::int8_t *codes, int depth, const std::int8_t *const (&weights)[4], std::int32_t *products)
+{
+    __m512i sums[4];
+    for (size_t output = 0; output < 4; ++output)
+        sums[output] = sumsOfOne(codes, depth, weights[output]);
+    _mm_storeu_si128(
+        static_cast<__m128i *>(static_cast<void *>(products)), totals(sums[0], sums[1], sums[2], sums[3]));
+}
+
+void multiplyOne(const std::int8_t *codes, int depth, const std::int8_t *weights, std::int32_t *product)
+{
+    *product = _mm512_reduce_add_epi32(sumsOfOne(codes, depth, weights));
 }
 
 void multiply(const std::int8_t *codes, int rows, int depth, const std::int8_t *weights,
@@ -108,12 +125,21 @@ void multiply(const std::int8_t *codes, int rows, int depth, const std::int8_t *
     const auto rowOf = [&](int output) {
         return weights + size_t(selected ? selected[output] : std::uint32_t(output)) * size_t(depth);
     };
+    const bool isInOrder = rows == 1 && !selected;
     int output = 0;
     for (; output + 4 <= outputs; output += 4) {
+        const int later = output + rowsAhead;
+        for (int ahead = later; !isInOrder && ahead < later + 4 && ahead < outputs; ++ahead)
+            fetch(rowOf(ahead), depth);
         const std::int8_t *const four[4]
             = {rowOf(output), rowOf(output + 1), rowOf(output + 2), rowOf(output + 3)};
-        const int quads = multiplyRows<4>(codes, 0, rows, depth, four, outputs, products + output);
-        multiplyRows<1>(codes, quads, rows, depth, four, outputs, products + output);
+        int row = 0;
+        for (; row + 4 <= rows; row += 4)
+            multiplyFour<4>(codes + size_t(row) * size_t(depth), depth, four, outputs,
+                products + size_t(row) * size_t(outputs) + output);
+        for (; row < rows; ++row)
+            multiplyFourInOrder(codes + size_t(row) * size_t(depth), depth, four,
+                products + size_t(row) * size_t(outputs) + output);
     }
     for (; output < outputs; ++output) {
         for (int row = 0; row < rows; ++row)

@@ -10,6 +10,8 @@ namespace {
 constexpr std::size_t mostJobs = 3;
 // Outputs computed at a time: few enough for the integers to stay close to the processor.
 constexpr int block = 64;
+// The same for one input.
+constexpr int blockOfWords = 512;
 
 struct Range
 {
@@ -77,10 +79,11 @@ bool isBetter(const BestWord &a, const BestWord &b)
 LayerRunner::LayerRunner(const StudentModel &model, const Kernels &kernels, WorkerTeam &team, int mostRows)
     : m_kernels(kernels)
     , m_team(team)
-    , m_codesPerJob(
-          std::size_t(mostRows) * std::size_t(std::max(model.settings().width, model.settings().innerWidth)))
-    , m_codes(m_codesPerJob * mostJobs)
-    , m_products(std::size_t(team.members()), std::vector<std::int32_t>(std::size_t(mostRows) * block))
+    , m_codes(std::size_t(mostRows)
+          * std::max(
+              mostJobs * std::size_t(model.settings().width), std::size_t(model.settings().innerWidth)))
+    , m_products(std::size_t(team.members()),
+          std::vector<std::int32_t>(std::max(std::size_t(mostRows) * block, std::size_t(blockOfWords))))
     , m_bestOfPiece(std::size_t(piecesFor(team)))
 {
     if (kernels.shift == 0)
@@ -99,15 +102,15 @@ const float *LayerRunner::biasFor(const AffineLayer &layer) const
 void LayerRunner::run(std::span<const LayerJob> jobs, int rows)
 {
     Q_ASSERT(jobs.size() <= mostJobs);
-    for (std::size_t index = 0; index < jobs.size(); ++index) {
-        const QuantizedMatrix &matrix = jobs[index].layer->matrix;
-        m_kernels.quantize(jobs[index].inputs, rows * matrix.depth, matrix.inputMultiplier,
-            m_codes.data() + index * m_codesPerJob);
-    }
+    const std::size_t codesPerJob = std::size_t(rows) * std::size_t(jobs.front().layer->matrix.depth);
+    Q_ASSERT(jobs.size() * codesPerJob <= m_codes.size());
+    for (std::size_t index = 0; index < jobs.size(); ++index)
+        m_kernels.quantize(jobs[index].inputs, int(codesPerJob), jobs[index].layer->matrix.inputMultiplier,
+            m_codes.data() + index * codesPerJob);
     const int pieces = piecesFor(m_team);
     m_team.run(pieces * int(jobs.size()), [&](int member, int piece) {
         const std::size_t index = std::size_t(piece / pieces);
-        computePiece(jobs[index], m_codes.data() + index * m_codesPerJob, rows, member, piece % pieces);
+        computePiece(jobs[index], m_codes.data() + index * codesPerJob, rows, member, piece % pieces);
     });
 }
 
@@ -155,8 +158,8 @@ BestWord LayerRunner::bestOfPiece(const AffineLayer &layer, std::span<const std:
     const int count = candidates.empty() ? std::min(matrix.outputs, words) : int(candidates.size());
     const Range share = shareOf(count, piece, piecesFor(m_team));
     BestWord best;
-    for (int first = share.first; first < share.last; first += block) {
-        const int size = std::min(block, share.last - first);
+    for (int first = share.first; first < share.last; first += blockOfWords) {
+        const int size = std::min(blockOfWords, share.last - first);
         const std::uint32_t *selected = candidates.empty() ? nullptr : candidates.data() + first;
         const std::int8_t *weights
             = selected ? matrix.weights : matrix.weights + std::size_t(first) * std::size_t(matrix.depth);

@@ -56,7 +56,6 @@ private:
 
     const Kernels &m_kernels;
     WorkerTeam &m_team;
-    std::size_t m_codesPerJob;
     std::vector<std::int8_t> m_codes;
     std::vector<std::vector<std::int32_t>> m_products; ///< one per member
     std::vector<BestWord> m_bestOfPiece;

@@ -10,6 +10,8 @@ namespace {
 constexpr std::uint64_t magic = 0xF11A48D5013417F5;
 // The output layer takes words in groups of this size.
 constexpr std::size_t group = 8;
+constexpr std::size_t checkedAtATime = 65536;
+constexpr std::size_t lookedAtATime = 16;
 
 template<class Number> std::span<const Number> numbersIn(std::span<const std::byte> bytes)
 {
@@ -66,14 +68,28 @@ void LexicalShortlist::read(std::span<const std::byte> bytes, const QString &pat
     const auto isForeign = [this](std::uint32_t word) {
         return word >= std::uint32_t(m_targetWords);
     };
-    if (std::any_of(m_words.begin(), m_words.end(), isForeign))
-        refuse(Mismatched, QStringLiteral("a word beyond the vocabulary"));
+    for (std::size_t first = 0; first < m_words.size(); first += checkedAtATime) {
+        const auto part = m_words.subspan(first, std::min(checkedAtATime, m_words.size() - first));
+        if (std::any_of(part.begin(), part.end(), isForeign))
+            refuse(Mismatched, QStringLiteral("a word beyond the vocabulary"));
+        release();
+    }
+}
+
+void LexicalShortlist::release() const
+{
+    if (m_mapping)
+        m_mapping->release();
 }
 
 std::vector<std::uint32_t> LexicalShortlist::candidates(std::span<const int> sentence, bool isShared) const
 {
     std::vector<std::uint32_t> found;
+    std::size_t looked = 0;
     for (const int word : sentence) {
+        // Every list brings its surroundings into memory.
+        if (++looked % lookedAtATime == 0)
+            release();
         const std::size_t index = std::size_t(word);
         if (isShared)
             found.push_back(std::uint32_t(word));
@@ -92,6 +108,7 @@ std::vector<std::uint32_t> LexicalShortlist::candidates(std::span<const int> sen
             found.push_back(word);
     }
     std::sort(found.begin(), found.end());
+    release();
     return found;
 }
 

@@ -25,6 +25,8 @@ public:
 
 private:
     void read(std::span<const std::byte> bytes, const QString &path, int sourceWords);
+    /// A sentence needs a few lists only, the next one others: megabytes need not stay in memory.
+    void release() const;
 
     std::optional<MappedFile> m_mapping;
     int m_targetWords;

@@ -68,6 +68,11 @@ MappedFile::MappedFile(MappedFile &&other) noexcept
 {
 }
 
+void MappedFile::release() const
+{
+    ::madvise(const_cast<std::byte *>(m_bytes.data()), m_bytes.size(), MADV_DONTNEED);
+}
+
 MappedFile::~MappedFile()
 {
     if (!m_bytes.empty())

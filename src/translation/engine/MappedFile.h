@@ -21,6 +21,9 @@ public:
     const QString &path() const { return m_path; }
     std::span<const std::byte> bytes() const { return m_bytes; }
 
+    /// Gives back the memory of bytes that have been read; whoever reads them again gets them from the file.
+    void release() const;
+
 private:
     QString m_path;
     std::span<const std::byte> m_bytes;

@@ -28,13 +28,14 @@ SentenceModel::SentenceModel(const ModelFiles &files, const EngineOptions &optio
     : m_options(options)
     , m_student(ModelFile(files.model))
     , m_sourceVocabulary(std::make_unique<Vocabulary>(files.sourceVocabulary))
+    , m_targetVocabulary(files.targetVocabulary.isEmpty() || files.targetVocabulary == files.sourceVocabulary
+              ? nullptr
+              : std::make_unique<Vocabulary>(files.targetVocabulary))
     , m_team(std::max(1, options.threads))
     , m_runner(m_student, kernelsFor(options), m_team, mostSourceTokens)
     , m_encoder(m_student, m_runner)
     , m_decoder(m_student, m_runner)
 {
-    if (!files.targetVocabulary.isEmpty() && files.targetVocabulary != files.sourceVocabulary)
-        m_targetVocabulary = std::make_unique<Vocabulary>(files.targetVocabulary);
     checkSize(sourceVocabulary(), m_student.source().rows);
     checkSize(targetVocabulary(), m_student.target().rows);
     if (!files.shortlist.isEmpty())

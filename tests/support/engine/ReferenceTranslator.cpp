@@ -3,7 +3,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 
 #include <stdexcept>
 
@@ -21,7 +20,9 @@ QJsonObject described(const ModelFiles &files)
 
 } // namespace
 
-ReferenceAnswer translateWithReference(const QList<ModelFiles> &legs, const QStringList &lines, int warmUp)
+ReferenceTranslation::ReferenceTranslation(
+    const QList<ModelFiles> &legs, const QStringList &lines, int warmUp)
+    : m_lines(lines.size())
 {
     QJsonArray describedLegs;
     for (const ModelFiles &leg : legs)
@@ -29,24 +30,36 @@ ReferenceAnswer translateWithReference(const QList<ModelFiles> &legs, const QStr
     const QJsonObject request = {{QStringLiteral("folder"), QStringLiteral(LUMAPHONE_REFERENCE_FOLDER)},
         {QStringLiteral("legs"), describedLegs}, {QStringLiteral("lines"), QJsonArray::fromStringList(lines)},
         {QStringLiteral("warmUp"), warmUp}};
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(QStringLiteral(LUMAPHONE_NODE), {QStringLiteral(LUMAPHONE_REFERENCE_SCRIPT)});
-    process.write(QJsonDocument(request).toJson());
-    process.closeWriteChannel();
-    if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit
-        || process.exitCode() != 0)
-        throw std::runtime_error("the reference failed: " + process.errorString().toStdString());
-    const QJsonObject reply = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_process.start(QStringLiteral(LUMAPHONE_NODE), {QStringLiteral(LUMAPHONE_REFERENCE_SCRIPT)});
+    m_process.write(QJsonDocument(request).toJson());
+    m_process.closeWriteChannel();
+    while (m_process.bytesToWrite() > 0 && m_process.waitForBytesWritten(-1)) {
+    }
+}
+
+ReferenceAnswer ReferenceTranslation::answer()
+{
+    if ((m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(-1))
+        || m_process.exitStatus() != QProcess::NormalExit || m_process.exitCode() != 0)
+        throw std::runtime_error("the reference failed: " + m_process.errorString().toStdString());
+    const QJsonObject reply = QJsonDocument::fromJson(m_process.readAllStandardOutput()).object();
     ReferenceAnswer answer;
     for (const QJsonValue &text : reply[QStringLiteral("translations")].toArray())
         answer.translations.append(text.toString());
     for (const QJsonValue &time : reply[QStringLiteral("milliseconds")].toArray())
         answer.milliseconds.append(time.toDouble());
+    for (const QJsonValue &time : reply[QStringLiteral("processorMilliseconds")].toArray())
+        answer.processorMilliseconds.append(time.toDouble());
     answer.megabytes = reply[QStringLiteral("megabytes")].toDouble();
-    if (answer.translations.size() != lines.size())
+    if (answer.translations.size() != m_lines)
         throw std::runtime_error("the reference left lines out");
     return answer;
+}
+
+ReferenceAnswer translateWithReference(const QList<ModelFiles> &legs, const QStringList &lines, int warmUp)
+{
+    return ReferenceTranslation(legs, lines, warmUp).answer();
 }
 
 } // namespace lumaphone::engine::test

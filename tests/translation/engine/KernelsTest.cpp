@@ -63,6 +63,8 @@ private slots:
         QTest::newRow("three rows, outputs that are no group") << 3 << 128 << 7;
         QTest::newRow("five rows, one output") << 5 << 192 << 1;
         QTest::newRow("a caption's rows") << 17 << 512 << 24;
+        QTest::newRow("one row, many outputs") << 1 << 192 << 91;
+        QTest::newRow("six rows, many outputs") << 6 << 64 << 90;
     }
 
     void allKernelsGiveThePlainSums()

@@ -1,8 +1,10 @@
 #include "translation/engine/LexicalShortlist.h"
 
+#include "support/engine/GeneratedFolder.h"
 #include "support/engine/ModelGenerator.h"
 #include "translation/engine/EngineError.h"
 
+#include <QFile>
 #include <QTest>
 
 #include <cstring>
@@ -45,6 +47,22 @@ std::optional<EngineError::Case> faultOf(const std::string &bytes, int sourceWor
     } catch (const EngineError &error) {
         return error.which();
     }
+}
+
+/// How much of a mapped file is in this process's memory; -1 if it is not mapped.
+int residentKilobytes(const QString &path)
+{
+    QFile maps(QStringLiteral("/proc/self/smaps"));
+    if (!maps.open(QIODevice::ReadOnly))
+        return -1;
+    bool isFound = false;
+    for (const QByteArray &line : maps.readAll().split('\n')) {
+        if (line.endsWith(path.toUtf8()))
+            isFound = true;
+        else if (isFound && line.startsWith("Rss:"))
+            return line.mid(4).trimmed().split(' ').first().toInt();
+    }
+    return -1;
 }
 
 } // namespace
@@ -104,6 +122,30 @@ private slots:
         const std::uint64_t many = ~0ULL;
         std::memcpy(endless.data() + 40, &many, sizeof many);
         QCOMPARE(faultOf(endless), Truncated);
+    }
+
+    void listsDoNotStayInMemory()
+    {
+        const GeneratedFolder folder;
+        const std::string bytes = generateShortlist(4000, 4000, 10, 50, 1);
+        const QString path = folder.write(QStringLiteral("lists.bin"), bytes);
+        const LexicalShortlist list(path, 4000, 4000);
+        QCOMPARE(residentKilobytes(path), 0);
+        const LexicalShortlist kept(bytesOf(bytes), name, 4000, 4000);
+        for (int word = 0; word + 2 < 4000; word += 31) {
+            const std::vector<int> sentence = {word, word + 1, word + 2};
+            QCOMPARE(list.candidates(sentence, false), kept.candidates(sentence, false));
+            QCOMPARE(residentKilobytes(path), 0);
+        }
+    }
+
+    void aForeignWordIsFoundInTheLastList()
+    {
+        std::string bytes = generateShortlist(4000, 4000, 10, 50, 1);
+        QCOMPARE(faultOf(bytes, 4000, 4000), std::nullopt);
+        const std::uint32_t foreign = 4000;
+        std::memcpy(bytes.data() + bytes.size() - sizeof foreign, &foreign, sizeof foreign);
+        QCOMPARE(faultOf(bytes, 4000, 4000), EngineError::Case::Mismatched);
     }
 
     void generatedListsAreSound()

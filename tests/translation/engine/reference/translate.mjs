@@ -2,7 +2,8 @@
 //   {"folder": where npm has installed it,
 //    "legs": [{"model": path, "vocabularies": [path, ...], "shortlist": path or ""}, ...] (one, or two to pivot),
 //    "lines": [text, ...], "warmUp": how many of the lines to translate beforehand}
-// Standard output is one: {"translations": [text, ...], "milliseconds": [number, ...], "megabytes": number}.
+// Standard output is one: {"translations": [text, ...], "milliseconds": [number, ...],
+//    "processorMilliseconds": [number, ...], "megabytes": number}.
 import fs from "node:fs";
 import path from "node:path";
 
@@ -95,10 +96,14 @@ for (const line of request.lines.slice(0, request.warmUp))
     translate(line);
 const translations = [];
 const milliseconds = [];
+const processorMilliseconds = [];
 for (const line of request.lines) {
     const start = performance.now();
+    const before = process.cpuUsage();
     translations.push(translate(line));
+    const { user, system } = process.cpuUsage(before);
+    processorMilliseconds.push((user + system) / 1000);
     milliseconds.push(performance.now() - start);
 }
 const megabytes = process.memoryUsage().rss / 1048576;
-process.stdout.write(JSON.stringify({ translations, milliseconds, megabytes }));
+process.stdout.write(JSON.stringify({ translations, milliseconds, processorMilliseconds, megabytes }));
