@@ -1,0 +1,76 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Lumaphone
+
+/// Asks whether to install models, with their sizes and licences, and shows how far that is.
+Sheet {
+    id: sheet
+
+    required property ModelOffer offer
+
+    objectName: "modelOffer"
+    width: 480
+    title: sheet.offer.title
+    systemImage: "tray.and.arrow.down.fill"
+    initialFocus: later
+
+    UiText {
+        objectName: "modelOffer.message"
+        Layout.fillWidth: true
+        text: sheet.offer.message
+        wrapMode: Text.Wrap
+        lineHeight: 1.35
+        color: Theme.textSecondary
+    }
+
+    Flickable {
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        implicitHeight: list.implicitHeight
+        contentHeight: list.implicitHeight
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        T.ScrollBar.vertical: AppScrollBar {}
+
+        ColumnLayout {
+            id: list
+
+            width: parent.width
+            spacing: Theme.gap
+
+            Repeater {
+                model: sheet.offer.models
+
+                ModelOfferRow {
+                    required property int index
+
+                    objectName: "modelOffer." + index
+                    Layout.fillWidth: true
+                    visible: sheet.offer.rows.includes(index)
+                }
+            }
+        }
+    }
+
+    footer: [
+        Item {
+            Layout.fillWidth: true
+        },
+        ActionButton {
+            id: later
+
+            objectName: "modelOffer.later"
+            visible: !sheet.offer.isReady
+            text: sheet.offer.isInstalling ? "取消安裝" : "之後再說"
+            onClicked: sheet.offer.isInstalling ? sheet.offer.cancel() : sheet.close()
+            onDoubleClicked: {} // must not mean what the button says after the first click
+        },
+        PrimaryButton {
+            objectName: "modelOffer.accept"
+            text: sheet.offer.isReady ? "完成" : sheet.offer.isInstalling ? "在背景繼續" : sheet.offer.acceptText
+            onClicked: sheet.offer.isReady || sheet.offer.isInstalling ? sheet.close() : sheet.offer.accept()
+            onDoubleClicked: {}
+        }
+    ]
+}
