@@ -365,7 +365,6 @@ private slots:
         auto &view = f.open();
         const QQuickItem *button = view.find(english + ".install");
         const QPoint middle = button->mapToScene({button->width() / 2, button->height() / 2}).toPoint();
-        QTest::mouseClick(&view.window(), Qt::LeftButton, {}, middle);
         QTest::mouseDClick(&view.window(), Qt::LeftButton, {}, middle);
         settle();
         QVERIFY(f.models.isInstalling());

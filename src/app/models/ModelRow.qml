@@ -22,7 +22,7 @@ FocusScope {
 
     implicitHeight: column.implicitHeight
     Accessible.role: Accessible.Grouping
-    Accessible.name: title + "：" + statusText
+    Accessible.name: row.title + "：" + row.statusText
 
     ColumnLayout {
         id: column
@@ -31,56 +31,72 @@ FocusScope {
         anchors.right: parent.right
         spacing: 2
 
-        RowLayout {
+        Item {
             Layout.fillWidth: true
-            Layout.minimumHeight: Theme.controlHeightSmall
-            spacing: Theme.unit
+            implicitHeight: Math.max(Theme.controlHeightSmall, titleText.implicitHeight)
 
             Symbol {
+                id: symbol
+
+                anchors.verticalCenter: parent.verticalCenter
                 name: row.isReady ? "checkmark.circle.fill" : row.isError ? "exclamationmark.triangle.fill" : "tray.and.arrow.down"
                 color: row.isReady ? Theme.success : row.isError ? Theme.danger : row.isInstalling ? Theme.accentText : Theme.textSecondary
                 size: 18
             }
 
             UiText {
-                Layout.fillWidth: true
+                id: titleText
+
+                anchors.left: symbol.right
+                anchors.right: buttons.left
+                anchors.leftMargin: Theme.unit
+                anchors.rightMargin: Theme.unit
+                anchors.verticalCenter: parent.verticalCenter
                 text: row.title
                 wrapMode: Text.Wrap
                 Accessible.ignored: true
             }
 
-            ActionButton {
-                objectName: row.objectName + ".install"
-                visible: !row.isReady && !row.isInstalling
-                text: row.installTitle
-                isCompact: true
-                Accessible.name: row.installTitle + "「" + row.title + "」"
-                onClicked: row.wanted()
-                onDoubleClicked: {}
-            }
+            Row {
+                id: buttons
 
-            ToolbarIconButton {
-                objectName: row.objectName + ".cancel"
-                visible: row.isInstalling
-                implicitWidth: Theme.controlHeightSmall
-                implicitHeight: Theme.controlHeightSmall
-                systemImage: "xmark"
-                help: "取消安裝"
-                Accessible.name: help + "「" + row.title + "」"
-                onClicked: row.cancelled()
-                // It may be the second click on the button whose place this one takes.
-                onDoubleClicked: {}
-            }
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: Theme.unit
 
-            ToolbarIconButton {
-                objectName: row.objectName + ".remove"
-                visible: row.isRemovable
-                implicitWidth: Theme.controlHeightSmall
-                implicitHeight: Theme.controlHeightSmall
-                systemImage: "trash"
-                help: "移除"
-                Accessible.name: help + "「" + row.title + "」"
-                onClicked: row.removed()
+                ActionButton {
+                    objectName: row.objectName + ".install"
+                    visible: !row.isReady && !row.isInstalling
+                    text: row.installTitle
+                    isCompact: true
+                    Accessible.name: row.installTitle + "「" + row.title + "」"
+                    onClicked: row.wanted()
+                    onDoubleClicked: {}
+                }
+
+                ToolbarIconButton {
+                    objectName: row.objectName + ".cancel"
+                    visible: row.isInstalling
+                    implicitWidth: Theme.controlHeightSmall
+                    implicitHeight: Theme.controlHeightSmall
+                    systemImage: "xmark"
+                    help: "取消安裝"
+                    Accessible.name: help + "「" + row.title + "」"
+                    onClicked: row.cancelled()
+                    // It may be the second click on the button whose place this one takes.
+                    onDoubleClicked: {}
+                }
+
+                ToolbarIconButton {
+                    objectName: row.objectName + ".remove"
+                    visible: row.isRemovable
+                    implicitWidth: Theme.controlHeightSmall
+                    implicitHeight: Theme.controlHeightSmall
+                    systemImage: "trash"
+                    help: "移除"
+                    Accessible.name: help + "「" + row.title + "」"
+                    onClicked: row.removed()
+                }
             }
         }
 
