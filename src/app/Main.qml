@@ -48,7 +48,7 @@ ApplicationWindow {
     // Models may have come or gone in a terminal.
     onActiveChanged: {
         if (active)
-            window.modelOffer?.models.refresh();
+            window.modelOffer?.refresh();
     }
 
     onVisibleChanged: {

@@ -149,20 +149,16 @@ Rectangle {
 
             Hairline {
                 Layout.fillWidth: true
-                visible: models.active
+                visible: models.visible
             }
 
-            Loader {
+            ModelsSection {
                 id: models
 
                 Layout.fillWidth: true
-                active: panel.modelOffer !== null
-                visible: active
-
-                sourceComponent: ModelsSection {
-                    offer: panel.modelOffer
-                    onRemovalWanted: (row, title, consequences) => panel.modelRemovalWanted(row, title, consequences)
-                }
+                visible: panel.modelOffer !== null
+                offer: panel.modelOffer
+                onRemovalWanted: (row, title, consequences) => panel.modelRemovalWanted(row, title, consequences)
             }
 
             Hairline {

@@ -46,6 +46,7 @@ ModelOffer::ModelOffer(
     , m_isRecognized(std::move(isRecognized))
 {
     connect(&models, &ModelsModel::dataChanged, this, &ModelOffer::changed);
+    connect(&models, &ModelsModel::installationEnded, this, &ModelOffer::installationEnded);
 }
 
 QString ModelOffer::message() const
@@ -127,6 +128,21 @@ void ModelOffer::want(int row)
     const QString title = m_models.data(m_models.index(row), ModelsModel::TitleRole).toString();
     ask({row}, QStringLiteral("安裝「%1」？").arg(title),
         QStringLiteral("請先看過授權說明。接受之後才會開始下載。"));
+}
+
+void ModelOffer::stop(int row)
+{
+    m_models.cancel(row);
+}
+
+void ModelOffer::remove(int row)
+{
+    m_models.remove(row);
+}
+
+void ModelOffer::refresh()
+{
+    m_models.refresh();
 }
 
 void ModelOffer::accept()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/models/ModelsInQml.h"
 #include "capture/AppleSystemSpeechLanguage.h"
+#include "models/ModelsModel.h"
 
 #include <QList>
 #include <QObject>
@@ -14,14 +14,16 @@ namespace lumaphone {
 
 class LumaphoneSettings;
 
-/// What the window asks before it fetches models: whether to install those that a chosen language lacks, or
-/// whether a licence is accepted. Nothing is fetched unless the user says so. Main thread.
+/// The models as the window shows them, and what it asks before it fetches any: whether to install those that
+/// a chosen language lacks, or whether a licence is accepted. Nothing is fetched unless the user says so.
+/// Main thread.
 class ModelOffer final : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The program makes the one offer.")
-    Q_PROPERTY(lumaphone::ModelsModel *models READ models CONSTANT)
+    /// A ModelsModel.
+    Q_PROPERTY(QAbstractItemModel *models READ models CONSTANT)
     /// The rows of `models` that the question is about.
     Q_PROPERTY(QList<int> rows READ rows NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
@@ -40,7 +42,7 @@ public:
     ModelOffer(ModelsModel &models, const LumaphoneSettings &settings, IsRecognized isRecognized,
         QObject *parent = nullptr);
 
-    ModelsModel *models() const { return &m_models; }
+    QAbstractItemModel *models() const { return &m_models; }
     const QList<int> &rows() const { return m_rows; }
     const QString &title() const { return m_title; }
     QString message() const;
@@ -52,6 +54,11 @@ public:
     Q_INVOKABLE void languageChosen(const QString &language);
     /// The user wants a row: installs it, or asks first where its licence has to be accepted.
     Q_INVOKABLE void want(int row);
+    /// Ends the installation of a row.
+    Q_INVOKABLE void stop(int row);
+    Q_INVOKABLE void remove(int row);
+    /// Looks at the disk again.
+    Q_INVOKABLE void refresh();
     /// Yes to what was asked, licences included.
     Q_INVOKABLE void accept();
     /// Ends the installations of what was asked; what has been fetched is kept.
@@ -61,6 +68,8 @@ signals:
     /// There is a question.
     void asked();
     void changed();
+    /// As ModelsModel has it.
+    void installationEnded(const QString &text);
 
 private:
     bool is(int row, ModelsModel::Role role) const;

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
@@ -7,18 +9,30 @@ import Lumaphone
 Sheet {
     id: sheet
 
+    /// None where nothing can be installed.
     required property ModelOffer offer
+    readonly property var rows: offer?.rows ?? []
+    readonly property bool isInstalling: offer?.isInstalling ?? false
+    readonly property bool isReady: offer?.isReady ?? false
 
     objectName: "modelOffer"
     width: 480
-    title: sheet.offer.title
+    title: sheet.offer?.title ?? ""
     systemImage: "tray.and.arrow.down.fill"
     initialFocus: later
+
+    Connections {
+        target: sheet.offer
+
+        function onAsked(): void {
+            sheet.open();
+        }
+    }
 
     UiText {
         objectName: "modelOffer.message"
         Layout.fillWidth: true
-        text: sheet.offer.message
+        text: sheet.offer?.message ?? ""
         wrapMode: Text.Wrap
         lineHeight: 1.35
         color: Theme.textSecondary
@@ -40,14 +54,14 @@ Sheet {
             spacing: Theme.gap
 
             Repeater {
-                model: sheet.offer.models
+                model: sheet.offer?.models ?? null
 
                 ModelOfferRow {
                     required property int index
 
                     objectName: "modelOffer." + index
                     Layout.fillWidth: true
-                    visible: sheet.offer.rows.includes(index)
+                    visible: sheet.rows.includes(index)
                 }
             }
         }
@@ -61,15 +75,15 @@ Sheet {
             id: later
 
             objectName: "modelOffer.later"
-            visible: !sheet.offer.isReady
-            text: sheet.offer.isInstalling ? "取消安裝" : "之後再說"
-            onClicked: sheet.offer.isInstalling ? sheet.offer.cancel() : sheet.close()
+            visible: !sheet.isReady
+            text: sheet.isInstalling ? "取消安裝" : "之後再說"
+            onClicked: sheet.isInstalling ? sheet.offer.cancel() : sheet.close()
             onDoubleClicked: {} // must not mean what the button says after the first click
         },
         PrimaryButton {
             objectName: "modelOffer.accept"
-            text: sheet.offer.isReady ? "完成" : sheet.offer.isInstalling ? "在背景繼續" : sheet.offer.acceptText
-            onClicked: sheet.offer.isReady || sheet.offer.isInstalling ? sheet.close() : sheet.offer.accept()
+            text: sheet.isReady ? "完成" : sheet.isInstalling ? "在背景繼續" : sheet.offer?.acceptText ?? ""
+            onClicked: sheet.isReady || sheet.isInstalling ? sheet.close() : sheet.offer.accept()
             onDoubleClicked: {}
         }
     ]

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Lumaphone
@@ -6,6 +8,7 @@ import Lumaphone
 InspectorSection {
     id: section
 
+    /// None where nothing can be installed.
     required property ModelOffer offer
 
     /// The user wants to remove a row, and has not confirmed it yet.
@@ -22,7 +25,7 @@ InspectorSection {
     }
 
     Repeater {
-        model: section.offer.models
+        model: section.offer?.models ?? null
 
         ModelRow {
             required property int index
@@ -32,7 +35,7 @@ InspectorSection {
             Layout.fillWidth: true
             Layout.topMargin: Theme.half
             onWanted: section.offer.want(index)
-            onCancelled: section.offer.models.cancel(index)
+            onCancelled: section.offer.stop(index)
             onRemoved: section.removalWanted(index, title, removalText)
         }
     }

@@ -20,7 +20,7 @@ FocusScope {
     property alias isProviderSettingsPresented: providerSheet.visible
     property alias isGlossaryPresented: glossarySheet.visible
     property alias isClearConfirmationPresented: clearConfirmation.visible
-    readonly property bool isModelSheetPresented: modelRemoval.visible || (modelOfferSheet.item?.visible ?? false)
+    readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
         || isModelSheetPresented
@@ -129,17 +129,10 @@ FocusScope {
         onConfirmed: content.session.clearCaptions()
     }
 
-    Loader {
+    ModelOfferSheet {
         id: modelOfferSheet
 
-        // A sheet has a `content` of its own.
-        property ModelOffer offer: content.modelOffer
-
-        active: offer !== null
-
-        sourceComponent: ModelOfferSheet {
-            offer: modelOfferSheet.offer
-        }
+        offer: content.modelOffer
     }
 
     ConfirmationAlert {
@@ -150,7 +143,7 @@ FocusScope {
         objectName: "modelRemoval"
         message: ""
         confirmText: "移除"
-        onConfirmed: content.modelOffer.models.remove(row)
+        onConfirmed: content.modelOffer.remove(row)
     }
 
     Announcer {
@@ -159,14 +152,6 @@ FocusScope {
 
     Connections {
         target: content.modelOffer
-
-        function onAsked(): void {
-            modelOfferSheet.item.open();
-        }
-    }
-
-    Connections {
-        target: content.modelOffer?.models ?? null
 
         function onInstallationEnded(text: string): void {
             announcer.announce(text);
