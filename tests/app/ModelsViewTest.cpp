@@ -76,14 +76,15 @@ struct Fixture
 
     ~Fixture() { view.reset(); }
 
-    ViewUnderTest &open(QSize size = QSize(1280, 1600))
+    ViewUnderTest &open(QSize size = QSize(1280, 1600), bool offersModels = true)
     {
         view = std::make_unique<ViewUnderTest>("ContentView",
             QVariantMap {{"session", QVariant::fromValue(&session)},
                 {"inspector", QVariant::fromValue(&inspector)}, {"provider", QVariant::fromValue(&provider)},
                 {"floatingCaptions", QVariant::fromValue(&floatingCaptions)},
                 {"transcriptLibrary", QVariant::fromValue(&library)},
-                {"glossary", QVariant::fromValue(&glossary)}, {"modelOffer", QVariant::fromValue(&offer)}},
+                {"glossary", QVariant::fromValue(&glossary)},
+                {"modelOffer", QVariant::fromValue(offersModels ? &offer : nullptr)}},
             size);
         return *view;
     }
@@ -368,6 +369,17 @@ private slots:
         QTest::mouseDClick(&view.window(), Qt::LeftButton, {}, middle);
         settle();
         QVERIFY(f.models.isInstalling());
+    }
+
+    void withoutAnOfferThereIsNoList()
+    {
+        Fixture f;
+        auto &view = f.open(QSize(1040, 680), false);
+        QVERIFY(view.isShown("inspector.language"));
+        QVERIFY(!view.isShown("models.0"));
+        f.chooseNextLanguage();
+        QCOMPARE(f.live.controller->sourceLanguage(), Language::japanese);
+        QVERIFY(!view.isShown("modelOffer.accept"));
     }
 
     void everythingIsDoneByKeyboard()
