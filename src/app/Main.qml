@@ -12,6 +12,7 @@ ApplicationWindow {
     required property FloatingCaptionWindowController floatingCaptions
     required property TranscriptLibraryWorkspaceModel transcriptLibrary
     required property GlossarySettingsModel glossary
+    property ModelOffer modelOffer: null
     /// Whether the desktop wants dark colours.
     property bool isDark: false
     readonly property alias content: view
@@ -41,6 +42,13 @@ ApplicationWindow {
         floatingCaptions: window.floatingCaptions
         transcriptLibrary: window.transcriptLibrary
         glossary: window.glossary
+        modelOffer: window.modelOffer
+    }
+
+    // Models may have come or gone in a terminal.
+    onActiveChanged: {
+        if (active)
+            window.modelOffer?.refresh();
     }
 
     onVisibleChanged: {

@@ -7,11 +7,13 @@
 #include "app/inspector/ProviderSettingsModel.h"
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 #include "app/live/LiveSessionModel.h"
+#include "app/models/ModelOffer.h"
 #include "base/DetachedTasks.h"
 #include "base/MainQueue.h"
 #include "capture/LivePipelineServices.h"
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "models/ModelStore.h"
+#include "models/ModelsModel.h"
 #include "platform/linux/DesktopFileViewer.h"
 #include "platform/linux/EngineSpeechFramework.h"
 #include "platform/linux/ExecutableFolderResources.h"
@@ -94,6 +96,8 @@ struct Machine
     SecretServiceKeychain keychain;
     DesktopFileViewer fileViewer;
     ModelStore models {modelsFolder(folders), ModelCatalogue::configured()};
+    std::shared_ptr<EngineSpeechFramework> speechFramework
+        = std::make_shared<EngineSpeechFramework>(installedSpeechEngines(models), mainQueue);
     OnDeviceTranslationFramework translationFramework {models, mainQueue};
     LumaphoneAppleTranslationService onDevice {translationFramework};
     OpenAICompatibleTranslationService chatCompletions;
@@ -122,9 +126,8 @@ struct Machine
 
     LivePipelines pipelines() const
     {
-        return {screenAudio, microphone, clock,
-            {std::make_shared<EngineSpeechFramework>(installedSpeechEngines(models), mainQueue), mainQueue,
-                detachedTasks, QLocale::system()}};
+        return {
+            screenAudio, microphone, clock, {speechFramework, mainQueue, detachedTasks, QLocale::system()}};
     }
 };
 
@@ -153,6 +156,10 @@ public:
         , m_provider(machine.settings, machine.mainQueue)
         , m_library(machine.library, QLocale::system())
         , m_glossary(machine.glossary, machine.mainQueue)
+        , m_models(machine.models, machine.mainQueue)
+        , m_modelOffer(m_models, machine.settings, [&machine](AppleSystemSpeechLanguage language) {
+            return machine.speechFramework->isInstalled(localeIdentifier(language));
+        })
     {
         setUpQmlEngine(m_engine);
     }
@@ -174,6 +181,7 @@ public:
             {QStringLiteral("floatingCaptions"), QVariant::fromValue(&m_floatingCaptions)},
             {QStringLiteral("transcriptLibrary"), QVariant::fromValue(&m_library)},
             {QStringLiteral("glossary"), QVariant::fromValue(&m_glossary)},
+            {QStringLiteral("modelOffer"), QVariant::fromValue(&m_modelOffer)},
             {QStringLiteral("isDark"), isDark()},
         });
         m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Main.qml")));
@@ -213,6 +221,8 @@ private:
     ProviderSettingsModel m_provider;
     TranscriptLibraryWorkspaceModel m_library;
     GlossarySettingsModel m_glossary;
+    ModelsModel m_models;
+    ModelOffer m_modelOffer;
     QQmlApplicationEngine m_engine; ///< goes first, while what it shows is there
     QWindow *m_window = nullptr;
 };

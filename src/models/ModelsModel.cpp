@@ -27,6 +27,49 @@ QString languageName(const QString &identifier)
     return names.value(identifier, identifier);
 }
 
+QString dataSize(qint64 bytes)
+{
+    return QLocale(QLocale::Chinese, QLocale::Taiwan).formattedDataSize(bytes, 0, QLocale::DataSizeSIFormat);
+}
+
+/// Whether it recognizes speech by itself, instead of helping those that do.
+bool isRecognizer(const ModelEntry &entry)
+{
+    const QList<ModelFile> files = entry.files();
+    return std::any_of(files.begin(), files.end(),
+        [](const ModelFile &file) { return file.role == QStringLiteral("model"); });
+}
+
+bool shareALanguage(const ModelEntry &one, const ModelEntry &other)
+{
+    return std::any_of(one.languages.begin(), one.languages.end(),
+        [&other](const QString &language) { return other.languages.contains(language); });
+}
+
+/// The recogniser, and the models that help it.
+QList<const ModelEntry *> speechEntries(const ModelEntry &recognizer, const ModelCatalogue &catalogue)
+{
+    QList<const ModelEntry *> entries {&recognizer};
+    for (const ModelEntry &entry : catalogue.entries()) {
+        if (entry.kind == ModelKind::speech && !isRecognizer(entry) && shareALanguage(entry, recognizer)) {
+            entries.append(&entry);
+        }
+    }
+    return entries;
+}
+
+QString licenceText(const QList<const ModelEntry *> &entries)
+{
+    const QString own = entries.constFirst()->licence.text;
+    QStringList texts {own};
+    for (const ModelEntry *entry : entries) {
+        if (entry->licence.text != own) {
+            texts.append(QStringLiteral("%1：%2").arg(entry->title, entry->licence.text));
+        }
+    }
+    return texts.join(QLatin1Char('\n'));
+}
+
 } // namespace
 
 ModelsModel::ModelsModel(const ModelStore &store, std::shared_ptr<MainQueue> mainQueue,
@@ -39,14 +82,17 @@ ModelsModel::ModelsModel(const ModelStore &store, std::shared_ptr<MainQueue> mai
     const ModelCatalogue &catalogue = m_store.catalogue();
     for (const ModelEntry &entry : catalogue.entries()) {
         if (entry.kind == ModelKind::speech) {
-            m_rows.append({entry.title, {&entry}, false, {}, {}});
+            if (isRecognizer(entry)) {
+                m_rows.append({entry.kind, entry.title, entry.languages, speechEntries(entry, catalogue),
+                    false, {}, {}});
+            }
             continue;
         }
         const QString &source = entry.languages.constFirst();
         const auto legs = catalogue.translationLegs(source, target);
         if (!legs.isEmpty() && legs.constFirst() == &entry) {
-            m_rows.append(
-                {QStringLiteral("%1翻譯成繁體中文").arg(languageName(source)), legs, false, {}, {}});
+            m_rows.append({entry.kind, QStringLiteral("%1翻譯成繁體中文").arg(languageName(source)), {source},
+                legs, false, {}, {}});
         }
     }
 }
@@ -69,7 +115,8 @@ QHash<int, QByteArray> ModelsModel::roleNames() const
     return {{TitleRole, "title"}, {StatusTextRole, "statusText"}, {IsReadyRole, "isReady"},
         {IsInstallingRole, "isInstalling"}, {ProgressRole, "progress"}, {IsErrorRole, "isError"},
         {LicenceTextRole, "licenceText"}, {MustAcceptLicenceRole, "mustAcceptLicence"},
-        {InstallTitleRole, "installTitle"}};
+        {InstallTitleRole, "installTitle"}, {IsRemovableRole, "isRemovable"},
+        {RemovalTextRole, "removalText"}};
 }
 
 ModelState ModelsModel::stateOf(const Row &row) const
@@ -102,7 +149,7 @@ QString ModelsModel::statusText(const Row &row) const
     }
     switch (stateOf(row)) {
     case ModelState::missing:
-        return QStringLiteral("尚未安裝");
+        return QStringLiteral("尚未安裝") + sizeText(row);
     case ModelState::partial:
         return QStringLiteral("還沒有安裝完成");
     case ModelState::installed:
@@ -111,6 +158,84 @@ QString ModelsModel::statusText(const Row &row) const
         return QStringLiteral("檔案已損壞");
     }
     Q_UNREACHABLE();
+}
+
+QString ModelsModel::sizeText(const Row &row) const
+{
+    qint64 download = 0;
+    qint64 unpacked = 0;
+    bool isDownloadKnown = true;
+    for (const ModelEntry *entry : row.entries) {
+        if (m_store.state(*entry) == ModelState::installed) {
+            continue;
+        }
+        const auto size = entry->knownDownloadSize();
+        isDownloadKnown = isDownloadKnown && size;
+        download += size.value_or(0);
+        for (const ModelFile &file : entry->files()) {
+            unpacked += file.size.value_or(0);
+        }
+    }
+    if (isDownloadKnown && download > 0) {
+        return QStringLiteral("，下載約 %1").arg(dataSize(download));
+    }
+    return unpacked > 0 ? QStringLiteral("，安裝後約 %1").arg(dataSize(unpacked)) : QString();
+}
+
+QList<const ModelEntry *> ModelsModel::ownEntries(const Row &row) const
+{
+    QList<const ModelEntry *> own;
+    for (const ModelEntry *entry : row.entries) {
+        const auto users = std::count_if(m_rows.begin(), m_rows.end(),
+            [entry](const Row &other) { return other.entries.contains(entry); });
+        // What a row is about is its own, even if others build on it.
+        if (users == 1 || entry == row.entries.constFirst()) {
+            own.append(entry);
+        }
+    }
+    return own;
+}
+
+bool ModelsModel::isRemovable(const Row &row) const
+{
+    const auto own = ownEntries(row);
+    return !row.isQueued && std::any_of(own.begin(), own.end(), [this](const ModelEntry *entry) {
+        return m_store.state(*entry) != ModelState::missing;
+    });
+}
+
+QString ModelsModel::removalText(const Row &row) const
+{
+    const auto own = ownEntries(row);
+    QStringList others;
+    for (const Row &other : m_rows) {
+        const bool losesSomething = std::any_of(own.begin(), own.end(),
+            [&other](const ModelEntry *entry) { return other.entries.contains(entry); });
+        if (&other != &row && losesSomething && stateOf(other) == ModelState::installed) {
+            others.append(QStringLiteral("「%1」").arg(other.title));
+        }
+    }
+    const QString later = QStringLiteral("之後要用時，需要重新下載。");
+    return others.isEmpty()
+        ? later
+        : QStringLiteral("%1也要用到它，會一起停用。").arg(others.join(QStringLiteral("、"))) + later;
+}
+
+int ModelsModel::findRow(ModelKind kind, const QString &language) const
+{
+    const auto found = std::find_if(m_rows.begin(), m_rows.end(),
+        [kind, &language](const Row &row) { return row.kind == kind && row.languages.contains(language); });
+    return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
+}
+
+int ModelsModel::speechRow(const QString &language) const
+{
+    return findRow(ModelKind::speech, language);
+}
+
+int ModelsModel::translationRow(const QString &language) const
+{
+    return findRow(ModelKind::translation, language);
 }
 
 QVariant ModelsModel::data(const QModelIndex &index, int role) const
@@ -136,7 +261,7 @@ QVariant ModelsModel::data(const QModelIndex &index, int role) const
     case IsErrorRole:
         return !row.errorText.isEmpty();
     case LicenceTextRole:
-        return row.entries.constFirst()->licence.text;
+        return licenceText(row.entries);
     case MustAcceptLicenceRole:
         return std::any_of(row.entries.begin(), row.entries.end(), [this](const ModelEntry *entry) {
             return entry->licence.mustBeAccepted && m_store.state(*entry) != ModelState::installed;
@@ -147,11 +272,15 @@ QVariant ModelsModel::data(const QModelIndex &index, int role) const
         case ModelState::installed:
             return QStringLiteral("安裝");
         case ModelState::partial:
-            return QStringLiteral("繼續安裝");
+            return QStringLiteral("繼續");
         case ModelState::damaged:
-            return QStringLiteral("重新安裝");
+            return QStringLiteral("修復");
         }
         Q_UNREACHABLE();
+    case IsRemovableRole:
+        return isRemovable(row);
+    case RemovalTextRole:
+        return removalText(row);
     default:
         return {};
     }
@@ -203,7 +332,9 @@ void ModelsModel::remove(int row)
     }
     wanted.errorText.clear();
     try {
-        m_store.remove(*wanted.entries.constFirst());
+        for (const ModelEntry *entry : ownEntries(wanted)) {
+            m_store.remove(*entry);
+        }
     } catch (const LocalizedError &error) {
         wanted.errorText = error.errorDescription();
     }
@@ -217,10 +348,10 @@ void ModelsModel::refresh()
     }
 }
 
-void ModelsModel::changed(int row)
+void ModelsModel::changed(int row, const QList<int> &roles)
 {
     const QModelIndex place = index(row);
-    emit dataChanged(place, place);
+    emit dataChanged(place, place, roles);
 }
 
 void ModelsModel::startNext()
@@ -235,7 +366,7 @@ QCoro::Task<> ModelsModel::run(std::shared_ptr<Running> running)
     const ModelProgressHandler onProgress = [this, running](const ModelProgress &progress) {
         if (!running->isAbandoned && m_rows[running->row].isQueued) {
             m_rows[running->row].progress = progress;
-            changed(running->row);
+            changed(running->row, {StatusTextRole, ProgressRole});
         }
     };
     QString errorText;
@@ -268,6 +399,9 @@ void ModelsModel::finish(const std::shared_ptr<Running> &running, const QString 
     refresh(); // other rows may use the same models
     if (m_queue.empty()) {
         emit isInstallingChanged();
+    }
+    if (!running->stop.stop_requested()) {
+        emit installationEnded(QStringLiteral("%1：%2").arg(row.title, statusText(row)));
     }
     startNext();
 }

@@ -33,6 +33,8 @@ public:
         LicenceTextRole, ///< text for the user
         MustAcceptLicenceRole, ///< bool: before the installation
         InstallTitleRole, ///< text of the button: install, go on or repair
+        IsRemovableRole, ///< bool: something of it is on the disk, and it is not being installed
+        RemovalTextRole, ///< text: what it means to remove it
     };
     Q_ENUM(Role)
 
@@ -48,24 +50,34 @@ public:
 
     bool isInstalling() const;
 
+    /// The row that recognizes a language, such as "ja"; -1 if there is none.
+    int speechRow(const QString &language) const;
+    /// The row that translates from a language; -1 if there is none.
+    int translationRow(const QString &language) const;
+
     /// Begins to fetch what is missing. Without effect while the row is being installed or is ready.
     Q_INVOKABLE void install(int row, bool acceptsLicence = false);
     /// Ends an installation; what has been fetched is kept.
     Q_INVOKABLE void cancel(int row);
-    /// Removes the row's own models; those that other rows use as well stay.
+    /// Removes the row's models but those that other rows use as well.
     Q_INVOKABLE void remove(int row);
     /// Looks at the disk again.
     Q_INVOKABLE void refresh();
 
 signals:
     void isInstallingChanged();
+    /// An installation has come to its end, unless the user wished it: what to tell someone who listens
+    /// instead of reading.
+    void installationEnded(const QString &text);
 
 private:
     /// One thing that the user may want.
     struct Row
     {
+        ModelKind kind;
         QString title;
-        QList<const ModelEntry *> entries;
+        QStringList languages; ///< that it recognizes or translates from
+        QList<const ModelEntry *> entries; ///< what it is about comes first
         bool isQueued = false;
         std::optional<ModelProgress> progress;
         QString errorText;
@@ -74,7 +86,14 @@ private:
 
     ModelState stateOf(const Row &row) const;
     QString statusText(const Row &row) const;
-    void changed(int row);
+    /// How much is to be fetched, or what it becomes, as the end of a sentence; empty if nobody knows.
+    QString sizeText(const Row &row) const;
+    /// The row's models that no other row uses.
+    QList<const ModelEntry *> ownEntries(const Row &row) const;
+    bool isRemovable(const Row &row) const;
+    QString removalText(const Row &row) const;
+    int findRow(ModelKind kind, const QString &language) const;
+    void changed(int row, const QList<int> &roles = {});
     void startNext();
     QCoro::Task<> run(std::shared_ptr<Running> running);
     void finish(const std::shared_ptr<Running> &running, const QString &errorText);

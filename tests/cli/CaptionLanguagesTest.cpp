@@ -240,10 +240,9 @@ private slots:
             {{"XDG_DATA_HOME", empty.path()}});
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.exitCode(), 1);
-        QVERIFY2(
-            captions.messages().contains(
-                "尚未安裝「韓文」（ko-KR）的語音辨識模型。請執行「lumaphone-cli models install silero-vad "
-                "sense-voice」下載並安裝（約 164 MB）。"),
+        QVERIFY2(captions.messages().contains(
+                     "尚未安裝「韓文」（ko-KR）的語音辨識模型。請在視窗的「離線模型」安裝，或執行"
+                     "「lumaphone-cli models install silero-vad sense-voice」（約 164 MB）。"),
             captions.messages());
     }
 

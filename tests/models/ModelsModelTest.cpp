@@ -20,12 +20,13 @@ QByteArray listing(const QString &server)
     const QString model = QStringLiteral(R"({"id": "%1", "kind": "%2", "title": "%1!", "languages": [%3],
         "licence": {"text": "terms of %1", "mustBeAccepted": %4},
         "downloads": [{"url": "%5/%1.bin", "compression": "none",
-            "files": [{"role": "model", "name": "%1.bin"}]}]})");
+            "files": [{"role": "%6", "name": "%1.bin"}]}]})");
     const QStringList models {model.arg("en-zh-Hant", "translation", R"("en", "zh-Hant")", "false", server),
         model.arg("ja-en", "translation", R"("ja", "en")", "false", server),
         model.arg("ko-en", "translation", R"("ko", "en")", "false", server),
+        model.arg("listener", "speech", R"("ja", "ko")", "false", server).arg("vad"),
         model.arg("speech", "speech", R"("ja")", "true", server)};
-    return ("{\"models\": [" + models.join(QLatin1Char(',')) + "]}").toUtf8();
+    return ("{\"models\": [" + models.join(QLatin1Char(',')).replace("%6", "model") + "]}").toUtf8();
 }
 
 enum Rows { english, japanese, korean, speech };
@@ -41,7 +42,7 @@ private slots:
     {
         m_scratch = std::make_unique<QTemporaryDir>();
         m_server = std::make_unique<test::FileServer>();
-        for (const char *name : {"en-zh-Hant", "ja-en", "ko-en", "speech"}) {
+        for (const char *name : {"en-zh-Hant", "ja-en", "ko-en", "listener", "speech"}) {
             m_server->put(QStringLiteral("/%1.bin").arg(name), test::noise(100'000, 3));
         }
         m_store = std::make_unique<ModelStore>(
@@ -96,7 +97,7 @@ private slots:
         m_model->cancel(english);
         QVERIFY(ends());
         QCOMPARE(text(english, ModelsModel::StatusTextRole), QStringLiteral("還沒有安裝完成"));
-        QCOMPARE(text(english, ModelsModel::InstallTitleRole), QStringLiteral("繼續安裝"));
+        QCOMPARE(text(english, ModelsModel::InstallTitleRole), QStringLiteral("繼續"));
         QVERIFY(!flag(english, ModelsModel::IsErrorRole));
     }
 
@@ -142,7 +143,8 @@ private slots:
     {
         QVERIFY(flag(speech, ModelsModel::MustAcceptLicenceRole));
         QVERIFY(!flag(english, ModelsModel::MustAcceptLicenceRole));
-        QCOMPARE(text(speech, ModelsModel::LicenceTextRole), QStringLiteral("terms of speech"));
+        QCOMPARE(text(speech, ModelsModel::LicenceTextRole),
+            QStringLiteral("terms of speech\nlistener!：terms of listener"));
         m_model->install(speech);
         QVERIFY(ends());
         QVERIFY(flag(speech, ModelsModel::IsErrorRole));
@@ -151,6 +153,64 @@ private slots:
         QVERIFY(ends());
         QVERIFY(flag(speech, ModelsModel::IsReadyRole));
         QVERIFY(!flag(speech, ModelsModel::MustAcceptLicenceRole));
+    }
+
+    void aRowIsFoundByItsLanguage()
+    {
+        QCOMPARE(m_model->speechRow("ja"), int(speech));
+        QCOMPARE(m_model->speechRow("ko"), -1); // what only helps recognizes nothing
+        QCOMPARE(m_model->translationRow("ko"), int(korean));
+        QCOMPARE(m_model->translationRow("zh"), -1);
+    }
+
+    void whatSpeechNeedsComesAndGoesWithIt()
+    {
+        m_model->install(speech, true);
+        QVERIFY(ends());
+        QCOMPARE(m_server->requestsFor("/listener.bin").size(), 1);
+        QVERIFY(flag(speech, ModelsModel::IsRemovableRole));
+        m_model->remove(speech);
+        QCOMPARE(m_store->state(m_store->catalogue().entry("listener")), ModelState::missing);
+        QCOMPARE(m_store->state(m_store->catalogue().entry("speech")), ModelState::missing);
+        QVERIFY(!flag(speech, ModelsModel::IsRemovableRole));
+    }
+
+    void theEndOfAnInstallationIsTold()
+    {
+        QSignalSpy ended(m_model.get(), &ModelsModel::installationEnded);
+        m_server->muteAfter = 1000;
+        m_model->install(english);
+        QVERIFY(test::waitUntil([this] { return m_server->requests().size() == 1; }));
+        m_model->cancel(english);
+        QVERIFY(ends());
+        QCOMPARE(ended.size(), 0); // the user knows
+        m_server->muteAfter.reset();
+        m_model->install(english);
+        QVERIFY(ends());
+        QCOMPARE(ended.size(), 1);
+        QCOMPARE(ended[0][0].toString(), QStringLiteral("英文翻譯成繁體中文：已安裝，可離線使用"));
+    }
+
+    void removingSaysWhatElseStops()
+    {
+        const QString later = QStringLiteral("之後要用時，需要重新下載。");
+        QVERIFY(!flag(english, ModelsModel::IsRemovableRole));
+        m_model->install(japanese);
+        QVERIFY(ends());
+        QCOMPARE(text(japanese, ModelsModel::RemovalTextRole), later);
+        QCOMPARE(text(english, ModelsModel::RemovalTextRole),
+            QStringLiteral("「日文翻譯成繁體中文」也要用到它，會一起停用。") + later);
+    }
+
+    void theSizeIsSaidAsFarAsItIsKnown()
+    {
+        const ModelStore store(m_scratch->filePath("Other"), ModelCatalogue::builtIn());
+        const ModelsModel model(store, m_mainQueue);
+        const auto status = [&model](int row) {
+            return model.data(model.index(row), ModelsModel::StatusTextRole).toString();
+        };
+        QCOMPARE(status(model.translationRow("en")), QStringLiteral("尚未安裝，安裝後約 44 MB"));
+        QCOMPARE(status(model.speechRow("zh")), QStringLiteral("尚未安裝，下載約 164 MB"));
     }
 
     void aRemovedRowLeavesWhatOthersUse()
@@ -171,7 +231,7 @@ private slots:
         m_model->refresh();
         QCOMPARE(changes.size(), 1);
         QCOMPARE(text(english, ModelsModel::StatusTextRole), QStringLiteral("檔案已損壞"));
-        QCOMPARE(text(english, ModelsModel::InstallTitleRole), QStringLiteral("重新安裝"));
+        QCOMPARE(text(english, ModelsModel::InstallTitleRole), QStringLiteral("修復"));
         QCOMPARE(text(korean, ModelsModel::StatusTextRole), QStringLiteral("檔案已損壞"));
     }
 

@@ -49,8 +49,11 @@ Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatienc
 
 Studio::~Studio()
 {
-    floatingCaptions.reset();
+    floatingCaptions->close(); // its panel is the engine's
     engine.reset();
+    floatingCaptions.reset();
+    modelOffer.reset();
+    models.reset();
     glossary.reset();
     workspace.reset();
     provider.reset();
@@ -60,6 +63,10 @@ Studio::~Studio()
 
 void Studio::open(QSize size)
 {
+    modelStore = std::make_unique<ModelStore>(folder + QStringLiteral("/Models"), catalogue);
+    models = std::make_unique<ModelsModel>(*modelStore, session.mainQueue);
+    modelOffer = std::make_unique<ModelOffer>(*models, session.settings,
+        [](AppleSystemSpeechLanguage language) { return language == AppleSystemSpeechLanguage::english; });
     engine = std::make_unique<QQmlApplicationEngine>();
     setUpQmlEngine(*engine);
     engine->setInitialProperties({
@@ -69,6 +76,7 @@ void Studio::open(QSize size)
         {QStringLiteral("floatingCaptions"), QVariant::fromValue(floatingCaptions.get())},
         {QStringLiteral("transcriptLibrary"), QVariant::fromValue(workspace.get())},
         {QStringLiteral("glossary"), QVariant::fromValue(glossary.get())},
+        {QStringLiteral("modelOffer"), QVariant::fromValue(modelOffer.get())},
         {QStringLiteral("width"), size.width()},
         {QStringLiteral("height"), size.height()},
     });

@@ -6,6 +6,7 @@
 #include "app/inspector/ProviderSettingsModel.h"
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 #include "app/live/LiveSessionModel.h"
+#include "app/models/ModelOffer.h"
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "storage/TranscriptLibraryStore.h"
 #include "support/LiveSession.h"
@@ -45,6 +46,8 @@ public:
     /// A conversation of a few lines, the last of them still open.
     void converse();
 
+    /// Which models there are; to be changed before open().
+    ModelCatalogue catalogue = ModelCatalogue::builtIn();
     LiveSession session;
     NotingFileViewer fileViewer;
     QString folder;
@@ -55,6 +58,9 @@ public:
     std::unique_ptr<ProviderSettingsModel> provider;
     std::unique_ptr<TranscriptLibraryWorkspaceModel> workspace;
     std::unique_ptr<GlossarySettingsModel> glossary;
+    std::unique_ptr<ModelStore> modelStore;
+    std::unique_ptr<ModelsModel> models;
+    std::unique_ptr<ModelOffer> modelOffer;
     std::unique_ptr<FloatingCaptionWindowController> floatingCaptions;
     std::unique_ptr<QQmlApplicationEngine> engine;
     QQuickWindow *window = nullptr;

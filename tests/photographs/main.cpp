@@ -1,8 +1,10 @@
 #include "base/AtomicFile.h"
 #include "capture/SystemAudioCaptureError.h"
 #include "photographs/Studio.h"
+#include "support/FileServer.h"
 #include "support/MisbehavingHttpServer.h"
 #include "support/PrivateDisplay.h"
+#include "support/ServedModels.h"
 
 #include <QGuiApplication>
 #include <QTest>
@@ -264,6 +266,85 @@ void photographGlossary(const QString &target)
     studio.photograph(target, QStringLiteral("glossary-import-error"));
 }
 
+void awaitModels(const Studio &studio, const std::function<bool()> &condition)
+{
+    if (!waitUntil(condition, 30000)) {
+        throw std::runtime_error("The models did not come: "
+            + studio.models->data(studio.models->index(0), ModelsModel::StatusTextRole)
+                  .toString()
+                  .toStdString());
+    }
+}
+
+bool isIdle(const Studio &studio)
+{
+    return !studio.models->isInstalling();
+}
+
+/// The inspector's list of models and the sheet that offers them.
+void photographModels(const QString &target)
+{
+    enum Rows { english, japanese, korean, speech };
+    {
+        const UserFolder user;
+        Studio studio(user.path());
+        studio.open(QSize(1040, 680));
+        studio.photograph(target, QStringLiteral("models-missing"));
+        studio.modelOffer->languageChosen(QStringLiteral("japanese"));
+        studio.photograph(target, QStringLiteral("models-offer"));
+        QMetaObject::invokeMethod(&studio.object(QStringLiteral("modelOffer")), "close");
+        studio.modelOffer->languageChosen(QStringLiteral("automatic"));
+        studio.photograph(target, QStringLiteral("models-offer-automatic"));
+        QMetaObject::invokeMethod(&studio.object(QStringLiteral("modelOffer")), "close");
+        studio.modelOffer->want(speech);
+        studio.photograph(target, QStringLiteral("models-licence"));
+    }
+    const UserFolder user;
+    Studio studio(user.path());
+    FileServer server;
+    studio.catalogue = servedModels(server, [](const ModelEntry &entry) {
+        return qsizetype(entry.kind == ModelKind::speech ? 16'300'000 : 5'900'000);
+    });
+    studio.open(QSize(1040, 680));
+    studio.models->install(english);
+    awaitModels(studio, [&] { return isIdle(studio); });
+    server.status = 503;
+    studio.models->install(korean);
+    awaitModels(studio, [&] { return isIdle(studio); });
+    server.status.reset();
+    server.muteAfter = 4'200'000;
+    studio.modelOffer->languageChosen(QStringLiteral("japanese"));
+    studio.modelOffer->accept();
+    awaitModels(studio, [&] {
+        return studio.models->data(studio.models->index(speech), ModelsModel::ProgressRole).toDouble() > 0.2;
+    });
+    studio.photograph(target, QStringLiteral("models-offer-installing"));
+    QMetaObject::invokeMethod(&studio.object(QStringLiteral("modelOffer")), "close");
+    studio.object(QStringLiteral("inspector.flickable")).setProperty("contentY", 160);
+    studio.photograph(target, QStringLiteral("models-installing"));
+    studio.modelOffer->cancel();
+    awaitModels(studio, [&] { return isIdle(studio); });
+    server.muteAfter.reset();
+    server.status = 404;
+    studio.modelOffer->languageChosen(QStringLiteral("japanese"));
+    studio.modelOffer->accept();
+    awaitModels(studio, [&] { return isIdle(studio); });
+    studio.photograph(target, QStringLiteral("models-offer-failed"));
+    server.status.reset();
+    studio.modelOffer->accept();
+    awaitModels(studio, [&] { return isIdle(studio); });
+    studio.photograph(target, QStringLiteral("models-offer-ready"));
+    QMetaObject::invokeMethod(&studio.object(QStringLiteral("modelOffer")), "close");
+    studio.models->install(korean);
+    awaitModels(studio, [&] { return isIdle(studio); });
+    studio.photograph(target, QStringLiteral("models-ready"));
+    QMetaObject::invokeMethod(&studio.object(QStringLiteral("inspectorPanel")), "modelRemovalWanted",
+        Q_ARG(int, english), Q_ARG(QString, QStringLiteral("英文翻譯成繁體中文")),
+        Q_ARG(QString,
+            studio.models->data(studio.models->index(english), ModelsModel::RemovalTextRole).toString()));
+    studio.photograph(target, QStringLiteral("models-removing"));
+}
+
 /// The panel over a picture, in every theme and display mode.
 void photographPanel(const QString &target)
 {
@@ -293,8 +374,8 @@ void photographPanel(const QString &target)
 
 int main(int argc, char *argv[])
 {
-    if (argc != 2) {
-        std::fprintf(stderr, "Usage: lumaphone-photographs FOLDER\n");
+    if (argc < 2 || argc > 3) {
+        std::fprintf(stderr, "Usage: lumaphone-photographs FOLDER [SUBJECT]\n");
         return 2;
     }
     const QString target = QString::fromLocal8Bit(argv[1]);
@@ -302,12 +383,20 @@ int main(int argc, char *argv[])
         // Room for the window at twice its size.
         const PrivateDisplay display(QSize(2720, 1800));
         const QGuiApplication application(argc, argv);
-        photographLive(target);
-        photographMenus(target);
-        photographProvider(target);
-        photographLibrary(target);
-        photographGlossary(target);
-        photographPanel(target);
+        const std::vector<std::pair<QString, void (*)(const QString &)>> subjects {
+            {QStringLiteral("live"), &photographLive},
+            {QStringLiteral("menus"), &photographMenus},
+            {QStringLiteral("provider"), &photographProvider},
+            {QStringLiteral("library"), &photographLibrary},
+            {QStringLiteral("glossary"), &photographGlossary},
+            {QStringLiteral("models"), &photographModels},
+            {QStringLiteral("panel"), &photographPanel},
+        };
+        for (const auto &[name, photographSubject] : subjects) {
+            if (argc == 2 || name == QString::fromLocal8Bit(argv[2])) {
+                photographSubject(target);
+            }
+        }
     } catch (const std::exception &error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

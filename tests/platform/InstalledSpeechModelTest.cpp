@@ -39,13 +39,15 @@ private slots:
     {
         QTest::addColumn<QStringList>("installed");
         QTest::addColumn<QString>("hint");
-        QTest::newRow("nothing there")
-            << QStringList()
-            << "請執行「lumaphone-cli models install silero-vad sense-voice」下載並安裝（約 164 MB）。";
-        QTest::newRow("no network") << QStringList {
-            "silero-vad"} << "請執行「lumaphone-cli models install sense-voice」下載並安裝（約 163 MB）。";
-        QTest::newRow("no voice detector") << QStringList {
-            "sense-voice"} << "請執行「lumaphone-cli models install silero-vad」下載並安裝（約 644 kB）。";
+        QTest::newRow("nothing there") << QStringList()
+                                       << "請在視窗的「離線模型」安裝，或執行「lumaphone-cli models install "
+                                          "silero-vad sense-voice」（約 164 MB）。";
+        QTest::newRow("no network") << QStringList {"silero-vad"}
+                                    << "請在視窗的「離線模型」安裝，或執行「lumaphone-cli models install "
+                                       "sense-voice」（約 163 MB）。";
+        QTest::newRow("no voice detector")
+            << QStringList {"sense-voice"}
+            << "請在視窗的「離線模型」安裝，或執行「lumaphone-cli models install silero-vad」（約 644 kB）。";
     }
     void whatIsMissingIsNamedWithItsSize()
     {
@@ -80,15 +82,16 @@ private slots:
         const auto error
             = thrownBy<SpeechFrameworkError>([&] { test::waitFor(framework.reserve("zh-Hant-TW")); });
         QCOMPARE(error->errorDescription(),
-            QStringLiteral("尚未安裝「中文」（zh-Hant-TW）的語音辨識模型。請執行「lumaphone-cli models "
-                           "install silero-vad "
-                           "sense-voice」下載並安裝（約 164 MB）。"));
+            QStringLiteral("尚未安裝「中文」（zh-Hant-TW）的語音辨識模型。請在視窗的「離線模型」安裝，"
+                           "或執行「lumaphone-cli models install silero-vad sense-voice」（約 164 MB）。"));
+        QVERIFY(!framework.isInstalled("zh-Hant-TW"));
         QVERIFY(engine->installedLocales().empty());
 
         installToySpeechModels(store);
         for (const char *const locale : {"ja-JP", "en-US", "ko-KR", "zh-Hant-TW"}) {
             test::waitFor(framework.reserve(locale));
             QCOMPARE(framework.reservations(locale), 1);
+            QVERIFY(framework.isInstalled(locale));
         }
         QCOMPARE(engine->installedLocales().size(), std::size_t(4));
         QVERIFY(!engine->installationHint("ja-JP"));

@@ -9,8 +9,12 @@ Rectangle {
 
     required property InspectorModel inspector
     required property LiveSessionModel session
+    /// None where nothing can be installed.
+    property ModelOffer modelOffer: null
     readonly property bool isLocked: session.isRunning || session.isStarting
 
+    signal languagePicked(language: string)
+    signal modelRemovalWanted(row: int, title: string, consequences: string)
     signal openProvider
     signal openGlossary
     signal clear
@@ -28,6 +32,7 @@ Rectangle {
     Flickable {
         id: flickable
 
+        objectName: "inspector.flickable"
         anchors.fill: parent
         anchors.leftMargin: 1
         contentWidth: width
@@ -35,6 +40,18 @@ Rectangle {
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         T.ScrollBar.vertical: AppScrollBar {}
+
+        Connections {
+            target: panel.Window.window
+
+            function onActiveFocusItemChanged(): void {
+                const item = panel.Window.activeFocusItem;
+                for (let ancestor = item; ancestor; ancestor = ancestor.parent) {
+                    if (ancestor === column)
+                        flickable.reveal(item);
+                }
+            }
+        }
 
         /// Brings what has the keyboard into view.
         function reveal(item: Item): void {
@@ -98,7 +115,10 @@ Rectangle {
                     model: panel.inspector.sourceLanguages
                     selection: panel.inspector.sourceLanguage
                     isDisabled: panel.isLocked
-                    onPicked: value => panel.inspector.sourceLanguage = value
+                    onPicked: value => {
+                        panel.inspector.sourceLanguage = value;
+                        panel.languagePicked(value);
+                    }
                 }
 
                 PickerRow {
@@ -125,6 +145,20 @@ Rectangle {
                         text: "輸出字幕：繁中"
                     }
                 }
+            }
+
+            Hairline {
+                Layout.fillWidth: true
+                visible: models.visible
+            }
+
+            ModelsSection {
+                id: models
+
+                Layout.fillWidth: true
+                visible: panel.modelOffer !== null
+                offer: panel.modelOffer
+                onRemovalWanted: (row, title, consequences) => panel.modelRemovalWanted(row, title, consequences)
             }
 
             Hairline {

@@ -14,6 +14,8 @@ Item {
     Item {
         id: notice
 
+        objectName: "announcer.notice"
+
         property string text
 
         visible: false

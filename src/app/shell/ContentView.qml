@@ -12,14 +12,18 @@ FocusScope {
     required property FloatingCaptionWindowController floatingCaptions
     required property TranscriptLibraryWorkspaceModel transcriptLibrary
     required property GlossarySettingsModel glossary
+    /// None where nothing can be installed.
+    property ModelOffer modelOffer: null
 
     property string workspaceMode: "live"
     property bool isInspectorVisible: true
     property alias isProviderSettingsPresented: providerSheet.visible
     property alias isGlossaryPresented: glossarySheet.visible
     property alias isClearConfirmationPresented: clearConfirmation.visible
+    readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
+        || isModelSheetPresented
 
     /// To be called when the window is shown; asks once.
     function requestStartupPermission(): void {
@@ -50,6 +54,7 @@ FocusScope {
             isFloatingCaptionOpen: content.floatingCaptions.isOpen
             onWorkspacePicked: workspace => content.workspaceMode = workspace
             onInspectorToggled: content.isInspectorVisible = !content.isInspectorVisible
+            onLanguagePicked: language => content.modelOffer?.languageChosen(language)
             onFloatingCaptionToggled: content.floatingCaptions.toggle()
             onFloatingCaptionClosed: content.floatingCaptions.close()
             onSaveTranscript: content.session.saveTranscript()
@@ -87,6 +92,14 @@ FocusScope {
                 visible: content.isInspectorVisible
                 inspector: content.inspector
                 session: content.session
+                modelOffer: content.modelOffer
+                onLanguagePicked: language => content.modelOffer?.languageChosen(language)
+                onModelRemovalWanted: (row, title, consequences) => {
+                    modelRemoval.row = row;
+                    modelRemoval.title = "移除「" + title + "」？";
+                    modelRemoval.message = consequences;
+                    modelRemoval.open();
+                }
                 onOpenProvider: providerSheet.open()
                 onOpenGlossary: glossarySheet.open()
                 onClear: content.clear()
@@ -116,8 +129,33 @@ FocusScope {
         onConfirmed: content.session.clearCaptions()
     }
 
+    ModelOfferSheet {
+        id: modelOfferSheet
+
+        offer: content.modelOffer
+    }
+
+    ConfirmationAlert {
+        id: modelRemoval
+
+        property int row: -1
+
+        objectName: "modelRemoval"
+        message: ""
+        confirmText: "移除"
+        onConfirmed: content.modelOffer.remove(row)
+    }
+
     Announcer {
         id: announcer
+    }
+
+    Connections {
+        target: content.modelOffer
+
+        function onInstallationEnded(text: string): void {
+            announcer.announce(text);
+        }
     }
 
     Connections {

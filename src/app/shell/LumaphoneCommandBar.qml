@@ -14,6 +14,7 @@ Rectangle {
 
     signal workspacePicked(workspace: string)
     signal inspectorToggled
+    signal languagePicked(language: string)
     signal floatingCaptionToggled
     signal floatingCaptionClosed
     signal saveTranscript
@@ -58,7 +59,10 @@ Rectangle {
             model: bar.languages
             selection: bar.session.sourceLanguage
             isDisabled: bar.session.isRunning || bar.session.isStarting
-            onPicked: value => bar.session.setSourceLanguage(value)
+            onPicked: value => {
+                bar.session.setSourceLanguage(value);
+                bar.languagePicked(value);
+            }
         }
 
         PrimaryButton {

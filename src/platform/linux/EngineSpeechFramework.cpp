@@ -54,6 +54,11 @@ QCoro::Task<> EngineSpeechFramework::release(QString localeIdentifier)
     co_return;
 }
 
+bool EngineSpeechFramework::isInstalled(const QString &localeIdentifier) const
+{
+    return engineFor(canonical(localeIdentifier)) != nullptr;
+}
+
 int EngineSpeechFramework::reservations(const QString &localeIdentifier) const
 {
     const auto found = m_reservations.find(canonical(localeIdentifier));

@@ -26,6 +26,8 @@ public:
     /// The modules must be this framework's own.
     std::shared_ptr<SpeechAnalyzer> makeAnalyzer(std::vector<std::shared_ptr<SpeechModule>> modules) override;
 
+    /// Whether a locale's model is on this machine now, so that it can be reserved.
+    bool isInstalled(const QString &localeIdentifier) const;
     /// How many reservations of a locale have not been released.
     int reservations(const QString &localeIdentifier) const;
 

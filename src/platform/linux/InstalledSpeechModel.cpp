@@ -44,7 +44,8 @@ public:
     {
         const QString size = QLocale(QLocale::Chinese, QLocale::Taiwan)
                                  .formattedDataSize(m_size, 0, QLocale::DataSizeSIFormat);
-        return QStringLiteral("請執行「lumaphone-cli models install %1」下載並安裝（約 %2）。")
+        return QStringLiteral(
+            "請在視窗的「離線模型」安裝，或執行「lumaphone-cli models install %1」（約 %2）。")
             .arg(m_ids.join(QLatin1Char(' ')), size);
     }
 

@@ -95,8 +95,9 @@ private:
 
     QString howToInstall() const
     {
-        const QString way = QStringLiteral("請執行「lumaphone-cli models install %1-%2」。")
-                                .arg(m_pair.first, m_pair.second);
+        const QString way
+            = QStringLiteral("請在視窗的「離線模型」安裝，或執行「lumaphone-cli models install %1-%2」。")
+                  .arg(m_pair.first, m_pair.second);
         switch (routeState(m_services->store, m_route)) {
         case ModelState::missing:
         case ModelState::installed:

@@ -3,6 +3,7 @@
 #include "models/ModelInstaller.h"
 #include "support/Coroutines.h"
 #include "support/engine/GeneratedFolder.h"
+#include "translation/LumaphoneAppleTranslationService.h"
 #include "translation/engine/Translator.h"
 
 #include <QDir>
@@ -89,7 +90,7 @@ private slots:
         install("en-zh-Hant");
         const auto session = m_framework->makeSession({"ja"}, {"zh-Hant"});
         QCOMPARE(prepareFailure(*session),
-            QStringLiteral("尚未安裝 ja 到 zh-Hant 的翻譯模型。請執行"
+            QStringLiteral("尚未安裝 ja 到 zh-Hant 的翻譯模型。請在視窗的「離線模型」安裝，或執行"
                            "「lumaphone-cli models install ja-zh-Hant」。"));
         QVERIFY(!test::waitFor(session->isReady()));
     }
@@ -125,6 +126,18 @@ private slots:
         install("en-zh-Hant");
         test::waitFor(session->prepareTranslation({}));
         QVERIFY(test::waitFor(session->isReady()));
+    }
+
+    void aServiceThatAskedBeforeTheInstallationTranslatesAfterIt()
+    {
+        const QString sentence = QStringLiteral("The train is late.");
+        LumaphoneAppleTranslationService service(*m_framework);
+        QVERIFY(test::thrownBy<TranslationFrameworkError>(
+            [&] { test::waitFor(service.translate(sentence, "en", "zh-Hant")); }));
+        install("en-zh-Hant");
+        const auto session = m_framework->makeSession({"en"}, {"zh-Hant"});
+        QCOMPARE(test::waitFor(service.translate(sentence, "en", "zh-Hant")),
+            test::waitFor(session->translate(sentence, {})).targetText);
     }
 
     void thePreparationLeavesTheMainThreadAlone()

@@ -1,0 +1,125 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumaphone
+
+/// One thing to install: what there is of it, and what can be done about it. A scope of its own, so that the keyboard
+/// stays in the row when a press replaces one button with another.
+FocusScope {
+    id: row
+
+    required property string title
+    required property string statusText
+    required property string installTitle
+    required property bool isReady
+    required property bool isInstalling
+    required property bool isError
+    required property bool isRemovable
+    required property double progress
+
+    signal wanted
+    signal cancelled
+    signal removed
+
+    implicitHeight: column.implicitHeight
+    Accessible.role: Accessible.Grouping
+    Accessible.name: row.title + "：" + row.statusText
+
+    ColumnLayout {
+        id: column
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        spacing: 2
+
+        Item {
+            Layout.fillWidth: true
+            implicitHeight: Math.max(Theme.controlHeightSmall, titleText.implicitHeight)
+
+            Symbol {
+                id: symbol
+
+                anchors.verticalCenter: parent.verticalCenter
+                name: row.isReady ? "checkmark.circle.fill" : row.isError ? "exclamationmark.triangle.fill" : "tray.and.arrow.down"
+                color: row.isReady ? Theme.success : row.isError ? Theme.danger : row.isInstalling ? Theme.accentText : Theme.textSecondary
+                size: 18
+            }
+
+            UiText {
+                id: titleText
+
+                anchors.left: symbol.right
+                anchors.right: buttons.left
+                anchors.leftMargin: Theme.unit
+                anchors.rightMargin: Theme.unit
+                anchors.verticalCenter: parent.verticalCenter
+                text: row.title
+                wrapMode: Text.Wrap
+                Accessible.ignored: true
+            }
+
+            Row {
+                id: buttons
+
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: Theme.unit
+
+                ActionButton {
+                    objectName: row.objectName + ".install"
+                    visible: !row.isReady && !row.isInstalling
+                    text: row.installTitle
+                    isCompact: true
+                    Accessible.name: row.installTitle + "「" + row.title + "」"
+                    onClicked: row.wanted()
+                    onDoubleClicked: {}
+                }
+
+                ToolbarIconButton {
+                    objectName: row.objectName + ".cancel"
+                    visible: row.isInstalling
+                    implicitWidth: Theme.controlHeightSmall
+                    implicitHeight: Theme.controlHeightSmall
+                    systemImage: "xmark"
+                    help: "取消安裝"
+                    Accessible.name: help + "「" + row.title + "」"
+                    onClicked: row.cancelled()
+                    // It may be the second click on the button whose place this one takes.
+                    onDoubleClicked: {}
+                }
+
+                ToolbarIconButton {
+                    objectName: row.objectName + ".remove"
+                    visible: row.isRemovable
+                    implicitWidth: Theme.controlHeightSmall
+                    implicitHeight: Theme.controlHeightSmall
+                    systemImage: "trash"
+                    help: "移除"
+                    Accessible.name: help + "「" + row.title + "」"
+                    onClicked: row.removed()
+                }
+            }
+        }
+
+        UiText {
+            objectName: row.objectName + ".status"
+            Layout.fillWidth: true
+            Layout.leftMargin: 18 + Theme.unit
+            text: row.statusText
+            font.pixelSize: Theme.small
+            color: row.isError ? Theme.danger : Theme.textSecondary
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+
+        AppProgressBar {
+            objectName: row.objectName + ".progress"
+            Layout.fillWidth: true
+            Layout.leftMargin: 18 + Theme.unit
+            Layout.topMargin: 2
+            visible: row.isInstalling
+            title: row.title
+            indeterminate: row.progress < 0
+            value: Math.max(0, row.progress)
+        }
+    }
+}

@@ -1,0 +1,42 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Lumaphone
+
+/// The models that make recognition and translation work without a network: which are there, and the others to install.
+InspectorSection {
+    id: section
+
+    /// None where nothing can be installed.
+    required property ModelOffer offer
+
+    /// The user wants to remove a row, and has not confirmed it yet.
+    signal removalWanted(row: int, title: string, consequences: string)
+
+    title: "離線模型"
+
+    UiText {
+        Layout.fillWidth: true
+        text: "下載一次，之後不連網路也能辨識與翻譯。"
+        font.pixelSize: Theme.small
+        color: Theme.textSecondary
+        wrapMode: Text.Wrap
+    }
+
+    Repeater {
+        model: section.offer?.models ?? null
+
+        ModelRow {
+            required property int index
+            required property string removalText
+
+            objectName: "models." + index
+            Layout.fillWidth: true
+            Layout.topMargin: Theme.half
+            onWanted: section.offer.want(index)
+            onCancelled: section.offer.stop(index)
+            onRemoved: section.removalWanted(index, title, removalText)
+        }
+    }
+}
