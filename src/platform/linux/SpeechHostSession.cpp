@@ -39,6 +39,8 @@ QString textOf(const host::Failure &failure)
         return QStringLiteral("語音偵測模型缺少或已損壞，請移除後重新安裝。（%1）").arg(detail);
     case host::FailureKind::network:
         return QStringLiteral("語音辨識模型缺少或已損壞，請移除後重新安裝。（%1）").arg(detail);
+    case host::FailureKind::permission:
+        return QStringLiteral("沒有讀取語音辨識檔案的權限，請檢查檔案權限後再試一次。（%1）").arg(detail);
     case host::FailureKind::decoding:
         return QStringLiteral("語音辨識模型無法使用，請移除後重新安裝。（%1）").arg(detail);
     }
