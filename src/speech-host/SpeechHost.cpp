@@ -172,7 +172,7 @@ void SpeechHost::take(Segmenter::Outcome outcome)
         m_plan.closed(std::move(closed->segment), Clock::now());
     }
     if (const SpeechSegment *const open = m_segmenter->open()) {
-        m_plan.opened(open->start, open->voiced);
+        m_plan.opened(open->start, open->voiced, Clock::now());
     } else {
         m_plan.nothingOpen();
     }
