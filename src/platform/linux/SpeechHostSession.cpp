@@ -2,6 +2,7 @@
 
 #include "base/SerialQueue.h"
 #include "platform/SpeechFramework.h"
+#include "speech/RuntimeVersion.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -45,6 +46,14 @@ QString textOf(const host::Failure &failure)
         return QStringLiteral("語音辨識模型無法使用，請移除後重新安裝。（%1）").arg(detail);
     }
     Q_UNREACHABLE();
+}
+
+void noteVersion(const host::Ready &ready)
+{
+    const auto version = host::parseRuntimeVersion(ready.runtimeVersion);
+    if (version && *version > host::newestKnownRuntime) {
+        qInfo("The speech runtime %s is newer than those that were tested.", ready.runtimeVersion.c_str());
+    }
 }
 
 } // namespace
@@ -263,7 +272,8 @@ std::optional<SpeechHostSession::Ending> SpeechHostSession::take(const host::Rep
     } else if (const auto *const settled = std::get_if<host::Settled>(&report)) {
         const std::lock_guard lock(m_mutex);
         m_outbox.settle(settled->position);
-    } else if (std::holds_alternative<host::Ready>(report)) {
+    } else if (const auto *const ready = std::get_if<host::Ready>(&report)) {
+        noteVersion(*ready);
         enter(State::running);
     } else if (std::holds_alternative<host::Finished>(report)) {
         return Ending::finished;
