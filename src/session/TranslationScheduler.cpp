@@ -100,8 +100,10 @@ TranslationScheduler::Turn TranslationScheduler::nextTurn()
 std::optional<TranslationScheduler::Request> TranslationScheduler::requestForPassedOverLine() const
 {
     const auto &lines = m_lines.lines();
-    const auto line = std::find_if(lines.begin(), lines.end(), [this](const LumaphoneCaptionLine &candidate) {
-        return candidate.isFinal && candidate.translatedText == pendingTranslationPlaceholder
+    const auto line = std::find_if(lines.begin(), lines.end(), [&](const LumaphoneCaptionLine &candidate) {
+        // Only the last line may still change: before it, also what the recogniser gave up stands as it is.
+        const bool isSettled = candidate.isFinal || &candidate != &lines.constLast();
+        return isSettled && candidate.translatedText == pendingTranslationPlaceholder
             && !m_failedTexts.contains(text::canonicalForm(candidate.sourceText));
     });
     if (line == lines.end()) {

@@ -34,7 +34,7 @@ public:
     virtual void translationFailed(const QString &text, const QString &description) = 0;
     /// The text scheduled now is the one translated last, so that nothing is requested.
     virtual void translationWasKnown(const CaptionTranslation &translation) = 0;
-    /// A final line that newer texts had passed over has its translation.
+    /// A line that newer texts had passed over has its translation.
     virtual void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation) = 0;
     virtual void passedOverLineFailed(const QString &text, const QString &description) = 0;
     /// Nothing is left to translate.
@@ -42,8 +42,8 @@ public:
 };
 
 /// Decides when which text is translated. The newest text replaces the pending one; a single worker waits out
-/// bursts of partial results, translates the newest text, and in quiet moments goes back to final lines that
-/// were passed over. At most one request is wanted at a time. Main thread.
+/// bursts of partial results, translates the newest text, and in quiet moments goes back to lines that were
+/// passed over and change no more. At most one request is wanted at a time. Main thread.
 class TranslationScheduler final : public QObject
 {
 public:
@@ -58,8 +58,7 @@ public:
 
     /// Makes `text`, trimmed, the pending one.
     void scheduleTranslation(const QString &text, AppleSystemSpeechLanguage language, bool isFinal);
-    /// No more text will come: what is pending and the final lines that were passed over are still
-    /// translated.
+    /// No more text will come: what is pending and the lines that were passed over are still translated.
     void finishRemaining();
     /// Forgets everything. A request under way is given up, and its answer ignored.
     void reset();

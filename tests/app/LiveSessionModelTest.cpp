@@ -150,8 +150,11 @@ private slots:
         views.glossary->add(glossaryTerm(90, "おはよう"));
         views.glossary->add(glossaryTerm(91, "さようなら"));
 
+        const QString draft = LumaphoneSessionDraftStore(views.folder.filePath("Drafts")).draftPath();
+        QVERIFY(QFile::exists(draft));
         views.model->saveTranscript();
         QVERIFY(views.model->isSaved());
+        QVERIFY(!QFile::exists(draft)); // nothing is offered as unsaved at the next start
         QVERIFY(!views.model->hasUnsavedTranscript());
         QCOMPARE(views.model->startStopText(), "開始");
         QCOMPARE(views.model->saveHelp(), "更新字幕紀錄");

@@ -17,12 +17,17 @@ namespace {
 
 constexpr int patienceMs = 60000;
 
-/// Waits until `condition` holds; throws what it waited for if it never does.
-template<typename Condition> void await(Condition condition, const QString &what)
+/// Waits until `condition` holds; throws what it waited for, and what `seen` says there is, if it never does.
+template<typename Condition, typename Seen> void await(Condition condition, const QString &what, Seen seen)
 {
     if (!QTest::qWaitFor(condition, patienceMs)) {
-        throw std::runtime_error(what.toStdString());
+        throw std::runtime_error((what + QStringLiteral("; there is: ") + seen()).toStdString());
     }
+}
+
+template<typename Condition> void await(Condition condition, const QString &what)
+{
+    await(condition, what, [] { return QStringLiteral("nothing"); });
 }
 
 QQuickItem *findVisible(QQuickItem *parent, const QString &name)
@@ -137,6 +142,8 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         return {};
     }
     if (command == QStringLiteral("press")) {
+        // Shortcuts are for the window that has the focus.
+        await([&window] { return window.isActive(); }, QStringLiteral("the window has no focus"));
         const QKeyCombination keys = QKeySequence(name)[0];
         QTest::keyClick(&window, keys.key(), keys.keyboardModifiers());
         return {};
@@ -160,7 +167,8 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
             const QQuickItem *item = find(name);
             return item ? textIn(*item) : QString();
         };
-        await([&] { return text().contains(rest); }, QStringLiteral("%1 never said \"%2\"").arg(name, rest));
+        await([&] { return text().contains(rest); }, QStringLiteral("%1 never said \"%2\"").arg(name, rest),
+            text);
         return text();
     }
     if (command == QStringLiteral("shown")) {
@@ -176,11 +184,11 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         const auto panel = [] {
             return windowTitled(QStringLiteral("Lumaphone Floating Captions"));
         };
-        await(
-            [&] {
-                return text.isEmpty() ? !panel() : panel() && textIn(*panel()->contentItem()).contains(text);
-            },
-            QStringLiteral("the panel never showed \"%1\"").arg(text));
+        const auto shown = [&panel] {
+            return panel() ? textIn(*panel()->contentItem()) : QStringLiteral("no panel");
+        };
+        await([&] { return text.isEmpty() ? !panel() : panel() && shown().contains(text); },
+            QStringLiteral("the panel never showed \"%1\"").arg(text), shown);
         return {};
     }
     if (command == QStringLiteral("count")) {

@@ -173,6 +173,43 @@ private slots:
         QCOMPARE(session.controller->translatedText(), t("譯:Fourth one of all"));
     }
 
+    void aPartialLineThatWasGivenUpIsCaughtUp()
+    {
+        LiveSession session;
+        session.started();
+        for (const char *text : {"一番目の文です", "Second sentence", "세 번째 문장"}) {
+            session.partial(text);
+            session.clock->advance(20ms);
+        }
+        session.clock->advance(2s);
+        QCOMPARE(session.requested(),
+            (QStringList {t("세 번째 문장"), t("一番目の文です"), t("Second sentence")}));
+        for (const LumaphoneCaptionLine &line : session.controller->captionLines()) {
+            QVERIFY(!line.isFinal);
+            QCOMPARE(line.translatedText, ScriptedTranslator::translationOf(line.sourceText));
+        }
+    }
+
+    void theOpenLineIsNotCaughtUp()
+    {
+        LiveSession session;
+        session.started();
+        session.final("一番目の文です");
+        settle();
+        session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {0ms, t("連線中斷"), true};
+        };
+        session.partial("Another text");
+        session.clock->advance(1s);
+        session.translator->plan = nullptr;
+        session.partial("Another text that goes on");
+        session.clock->advance(100ms);
+        QCOMPARE(session.translator->calls.size(), std::size_t(2));
+        session.clock->advance(1s);
+        QCOMPARE(session.requested().constLast(), t("Another text that goes on"));
+        QCOMPARE(session.translator->calls.size(), std::size_t(3));
+    }
+
     void catchingUpYieldsToANewerText_data()
     {
         QTest::addColumn<bool>("endsWhenStopped");

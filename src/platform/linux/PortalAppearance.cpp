@@ -4,8 +4,7 @@
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QEventLoop>
-#include <QTimer>
+#include <QDBusReply>
 
 #include <chrono>
 
@@ -57,8 +56,19 @@ void PortalAppearance::ask()
         QStringLiteral("/org/freedesktop/portal/desktop"), QStringLiteral("org.freedesktop.portal.Settings"),
         QStringLiteral("Read"));
     call << group() << key();
+    // Not in an event loop: nothing else may happen while the program is being put together.
+    const QDBusReply<QDBusVariant> reply
+        = m_bus.call(call, QDBus::Block, static_cast<int>(longestWait.count()));
+    if (reply.isValid()) {
+        take(reply.value().variant());
+    } else if (reply.error().type() == QDBusError::NoReply) {
+        askOnceMore(call);
+    }
+}
+
+void PortalAppearance::askOnceMore(const QDBusMessage &call)
+{
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    QEventLoop wait;
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         if (!reply.isError()) {
@@ -66,9 +76,6 @@ void PortalAppearance::ask()
         }
         watcher->deleteLater();
     });
-    connect(watcher, &QDBusPendingCallWatcher::finished, &wait, &QEventLoop::quit);
-    QTimer::singleShot(longestWait, &wait, &QEventLoop::quit);
-    wait.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
 void PortalAppearance::settingChanged(

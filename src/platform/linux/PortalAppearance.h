@@ -3,6 +3,7 @@
 #include "platform/DesktopAppearance.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
@@ -29,6 +30,7 @@ private slots:
 
 private:
     void ask();
+    void askOnceMore(const QDBusMessage &call);
     void take(const QVariant &value);
 
     const ColorScheme m_fallback;
