@@ -9,6 +9,7 @@
 #include <csignal>
 #include <numbers>
 #include <random>
+#include <utility>
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -171,6 +172,21 @@ struct Spoken
     std::int64_t end = 0;
 };
 
+/// The networks are small: a word may be missing. No two phrases of the test are so similar.
+bool isNearly(const QString &heard, const QString &spoken)
+{
+    std::vector<qsizetype> common(static_cast<std::size_t>(heard.size()) + 1);
+    for (const QChar letter : spoken) {
+        qsizetype diagonal = 0;
+        for (std::size_t i = 1; i < common.size(); ++i) {
+            const bool isSame = heard[static_cast<qsizetype>(i) - 1] == letter;
+            const qsizetype best = isSame ? diagonal + 1 : std::max(common[i], common[i - 1]);
+            diagonal = std::exchange(common[i], best);
+        }
+    }
+    return common.back() * 4 >= std::max(heard.size(), spoken.size()) * 3;
+}
+
 // A segment keeps 0.3 s before its speech and 0.25 s behind it; the detector hesitates, and behind speech it
 // fades.
 constexpr std::int64_t leastBefore = -(rateHz * 4) / 10;
@@ -243,6 +259,7 @@ private slots:
         stream.insert(stream.end(), quiet.begin(), quiet.end());
         listening.hear(stream);
 
+        QStringList outside;
         int right = 0;
         for (const host::Decoded &text : listening.finish()) {
             if (!text.isFinal || text.text.empty()
@@ -252,13 +269,16 @@ private slots:
             const auto at = std::find_if(spoken.begin(), spoken.end(), [&text](const Spoken &each) {
                 return text.start >= each.start + leastBefore && text.end <= each.end + mostAfter;
             });
-            QVERIFY2(at != spoken.end(),
-                qPrintable(QStringLiteral("%1 from %2 s to %3 s")
-                               .arg(QString::fromStdString(text.text))
-                               .arg(double(text.start) / rateHz)
-                               .arg(double(text.end) / rateHz)));
+            if (at == spoken.end()) {
+                outside.append(QStringLiteral("%1 from %2 s to %3 s")
+                                   .arg(QString::fromStdString(text.text))
+                                   .arg(double(text.start) / rateHz)
+                                   .arg(double(text.end) / rateHz));
+                continue;
+            }
             right += QString::fromStdString(text.text) == at->phrase.text ? 1 : 0;
         }
+        QVERIFY2(outside.isEmpty(), qPrintable(outside.join(QStringLiteral(", "))));
         qInfo("%d of %zu phrases", right, spoken.size());
         QVERIFY(right >= static_cast<int>(spoken.size()) * 8 / 10);
     }
@@ -295,7 +315,8 @@ private slots:
             auto next = expected.begin();
             std::size_t lost = 0;
             for (const Heard &text : heard.finals()) {
-                const auto found = std::find(next, expected.end(), text.text);
+                const auto found = std::find_if(next, expected.end(),
+                    [&text](const QString &phrase) { return isNearly(text.text, phrase); });
                 QVERIFY2(found != expected.end(), qPrintable(text.text));
                 lost += static_cast<std::size_t>(found - next);
                 next = found + 1;
