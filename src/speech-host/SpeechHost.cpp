@@ -4,7 +4,11 @@
 #include "speech-host/OfflineNetwork.h"
 #include "speech-host/StreamingNetwork.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 
 namespace lumaphone::host {
 
@@ -20,6 +24,24 @@ constexpr std::int64_t settledInterval = samplesPerSecond;
 constexpr std::size_t closingSilence = samplesPerSecond / 4;
 
 constexpr float fullScale = 32768.F;
+
+/// The library cannot tell a file that must not be read from a damaged one, and may end the process for it.
+void demandPermission(const std::string &path)
+{
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file >= 0) {
+        ::close(file);
+    } else if (errno == EACCES || errno == EPERM) {
+        throw HostFailure(FailureKind::permission, path);
+    }
+}
+
+void demandPermission(const Network &network)
+{
+    std::for_each(
+        network.files.begin(), network.files.end(), [](const std::string &path) { demandPermission(path); });
+    demandPermission(network.tokens);
+}
 
 } // namespace
 
@@ -72,6 +94,7 @@ void SpeechHost::load(const Configure &configuration)
     m_connection.send(Loading {LoadStage::runtime});
     m_runtime = std::make_unique<SpeechRuntime>(configuration.runtimeFolder);
     m_connection.send(Loading {LoadStage::voiceDetector});
+    demandPermission(configuration.voiceDetector);
     m_voiceDetector = std::make_unique<VoiceDetector>(*m_runtime, configuration.voiceDetector);
     m_connection.send(Loading {LoadStage::network});
     m_decoder = makeDecoder(configuration.network, configuration);
@@ -87,6 +110,7 @@ void SpeechHost::load(const Configure &configuration)
 std::unique_ptr<SegmentDecoder> SpeechHost::makeDecoder(
     const Network &network, const Configure &configuration)
 {
+    demandPermission(network);
     const int threads = static_cast<int>(std::clamp(configuration.threads, 1U, 8U));
     switch (network.kind) {
     case NetworkKind::senseVoice:
@@ -148,7 +172,7 @@ void SpeechHost::take(Segmenter::Outcome outcome)
         m_plan.closed(std::move(closed->segment), Clock::now());
     }
     if (const SpeechSegment *const open = m_segmenter->open()) {
-        m_plan.opened(open->start, open->voiced);
+        m_plan.opened(open->start, open->voiced, Clock::now());
     } else {
         m_plan.nothingOpen();
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "speech-host/RuntimeVersion.h"
+#include "speech/RuntimeVersion.h"
 
 #include <cstdint>
 #include <memory>

@@ -5,9 +5,9 @@
 
 namespace lumaphone {
 
-void DecodePlan::opened(std::int64_t start, std::int64_t voiced)
+void DecodePlan::opened(std::int64_t start, std::int64_t voiced, Time now)
 {
-    m_open = Open {start, voiced};
+    m_open = Open {start, voiced, now};
 }
 
 void DecodePlan::nothingOpen()
@@ -39,8 +39,12 @@ DecodePlan::Job DecodePlan::next(Time now)
     if (!hasNews) {
         return Nothing {};
     }
-    if (m_started && now < *m_started + hop()) {
-        return Nothing {*m_started + hop()};
+    if (m_started) {
+        const Time due = *m_started + hop();
+        const bool isFresh = m_open->grown >= due;
+        if (now < due || (!isFresh && now < due + freshness)) {
+            return Nothing {due + freshness};
+        }
     }
     m_lastVolatile = m_open;
     m_started = now;

@@ -21,6 +21,8 @@ public:
     static constexpr Duration shortestHop = std::chrono::milliseconds(400);
     /// The hop is at least so many times the last decode: volatile texts take 40 % of a processor at most.
     static constexpr double hopPerDecode = 2.5;
+    /// A volatile text that is due waits so long for new sound, so that what is decoded is never stale.
+    static constexpr Duration freshness = std::chrono::milliseconds(50);
     /// A final text that waited longer for its decoder doubles the hop...
     static constexpr Duration lateFinal = std::chrono::milliseconds(1000);
     /// ... and one that waited no longer than this halves it again.
@@ -47,7 +49,7 @@ public:
     using Job = std::variant<Nothing, Volatile, Final>;
 
     /// The open segment has grown. Whatever was planned for another open segment is stale.
-    void opened(std::int64_t start, std::int64_t voiced);
+    void opened(std::int64_t start, std::int64_t voiced, Time now);
     /// There is no open segment.
     void nothingOpen();
     void closed(SpeechSegment segment, Time now);
@@ -75,6 +77,7 @@ private:
     {
         std::int64_t start;
         std::int64_t voiced;
+        Time grown;
     };
 
     void noteWait(Duration wait);

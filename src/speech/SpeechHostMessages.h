@@ -12,7 +12,7 @@
 namespace lumaphone::host {
 
 /// Both sides must speak the same.
-constexpr std::uint32_t protocolVersion = 1;
+constexpr std::uint32_t protocolVersion = 2;
 
 enum class NetworkKind : std::uint8_t { senseVoice, streamingCtc, streamingTransducer };
 
@@ -126,6 +126,7 @@ enum class FailureKind : std::uint8_t {
     runtimeVersion, ///< the library is too old; detail: its version
     voiceDetector, ///< the file is missing or damaged
     network, ///< a file is missing or damaged
+    permission, ///< a file must not be read; detail: which
     decoding, ///< a decode failed
 };
 

@@ -1,8 +1,10 @@
 #include "models/ModelInstaller.h"
 
+#include "base/AtomicFile.h"
 #include "base/FileLock.h"
 #include "models/ModelError.h"
 #include "support/Coroutines.h"
+#include "support/FilePermissions.h"
 #include "support/FileServer.h"
 #include "support/FileSizeLimit.h"
 #include "support/ModelFixtures.h"
@@ -23,7 +25,7 @@ const QByteArray weights = test::noise(300'000, 7);
 const QByteArray words = "words of both languages";
 const QByteArray tokens = "a b c";
 
-/// A translation model of two files and a speech model in an archive.
+/// A translation model of two files, a speech model in an archive and one for which no disk is large enough.
 QByteArray listing(const QString &server)
 {
     const QString text = QStringLiteral(R"({"models": [
@@ -36,7 +38,11 @@ QByteArray listing(const QString &server)
     {"id": "speech", "kind": "speech", "title": "語音", "languages": ["ja"],
      "licence": {"text": "ask first", "mustBeAccepted": true},
      "downloads": [{"url": "%1/speech.tar.bz2", "compression": "tar.bz2",
-        "files": [{"role": "model", "name": "model.onnx"}, {"role": "tokens", "name": "tokens.txt"}]}]}]})");
+        "files": [{"role": "model", "name": "model.onnx"}, {"role": "tokens", "name": "tokens.txt"}]}]},
+    {"id": "vast", "kind": "speech", "title": "大模型", "languages": ["ja"],
+     "licence": {"text": "free", "mustBeAccepted": false},
+     "downloads": [{"url": "%1/vast.onnx", "compression": "none", "size": 1000000000000000,
+        "files": [{"role": "model", "name": "vast.onnx"}]}]}]})");
     return text.arg(server).arg(weights.size()).arg(sha256Of(weights).first(8)).toUtf8();
 }
 
@@ -238,6 +244,32 @@ private slots:
             QCOMPARE(error.errorCase(), ModelError::Case::diskFull);
         }
         QCOMPARE(state("ja-en"), ModelState::partial);
+        install("ja-en");
+        QCOMPARE(contents("ja-en", "model.bin"), weights);
+    }
+
+    void whatCannotFitIsNotFetched()
+    {
+        const ModelError error = failure("vast");
+        QCOMPARE(error.errorCase(), ModelError::Case::diskFull);
+        QCOMPARE(error.errorDescription(), QStringLiteral("磁碟空間不足，無法寫入 大模型。"));
+        QVERIFY(m_server->requests().empty());
+    }
+
+    void aFolderThatMustNotBeWrittenIsSaid()
+    {
+        QVERIFY(test::obeyFilePermissions());
+        install("ja-en"); // which makes the folder
+        m_store->remove(entry("ja-en"));
+        const QFile::Permissions whole = QFile(m_store->folder()).permissions();
+        QVERIFY(QFile::setPermissions(m_store->folder(), QFile::ReadOwner | QFile::ExeOwner));
+        const auto error = test::thrownBy<FileError>([this] { install("ja-en"); });
+        QVERIFY(QFile::setPermissions(m_store->folder(), whole));
+        QVERIFY(error);
+        QVERIFY2(
+            error->errorDescription().startsWith(m_store->folder()), qPrintable(error->errorDescription()));
+        QVERIFY2(
+            error->errorDescription().endsWith("Permission denied"), qPrintable(error->errorDescription()));
         install("ja-en");
         QCOMPARE(contents("ja-en", "model.bin"), weights);
     }

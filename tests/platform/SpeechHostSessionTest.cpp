@@ -139,6 +139,16 @@ private slots:
         QCOMPARE(session->processId(), pid_t(-1));
     }
 
+    void aLibraryNewerThanTheTestedOnesIsNoted()
+    {
+        QTest::ignoreMessage(QtInfoMsg, "The speech runtime 1.14.0 is newer than those that were tested.");
+        Session session("newer");
+        session->start();
+        session.say(1);
+        session->finish();
+        QCOMPARE(session.texts(), QStringList({"1"}));
+    }
+
     void aHostThatMayNotBeRunIsSaid()
     {
         QTemporaryFile program;

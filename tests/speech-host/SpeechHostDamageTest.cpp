@@ -1,3 +1,4 @@
+#include "support/FilePermissions.h"
 #include "support/HostedSpeech.h"
 
 #include <QTemporaryDir>
@@ -42,6 +43,20 @@ QString errorWith(const SpeechInstallation &broken)
     return {};
 }
 
+/// `part`: "network", "tokens" or "detector".
+SpeechInstallation installationWith(const QString &part, const QString &path)
+{
+    SpeechInstallation changed = installation();
+    if (part == "network") {
+        changed.network.files = {encodedPath(path)};
+    } else if (part == "tokens") {
+        changed.network.tokens = encodedPath(path);
+    } else {
+        changed.voiceDetector = path;
+    }
+    return changed;
+}
+
 const QString network = QStringLiteral("語音辨識模型缺少或已損壞，請移除後重新安裝。");
 const QString detector = QStringLiteral("語音偵測模型缺少或已損壞，請移除後重新安裝。");
 const QString ended = QStringLiteral("語音辨識程式在載入模型時結束，模型可能已損壞，請移除後重新安裝。");
@@ -53,6 +68,8 @@ class SpeechHostDamageTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QVERIFY(obeyFilePermissions()); }
+
     void aSoundInstallationWorks() { QCOMPARE(errorWith(installation()), QString()); }
 
     void damagedNetworksAreToldAndTheProgramLives_data()
@@ -96,16 +113,65 @@ private slots:
     void missingFilesAreTold()
     {
         QFETCH(QString, part);
-        SpeechInstallation broken = installation();
-        if (part == "network") {
-            broken.network.files = {"/nowhere/model.onnx"};
-        } else if (part == "tokens") {
-            broken.network.tokens = "/nowhere/tokens.txt";
-        } else {
-            broken.voiceDetector = "/nowhere/vad.onnx";
-        }
-        const QString error = errorWith(broken);
+        const QString error = errorWith(installationWith(part, "/nowhere/file"));
         QVERIFY2(error.contains("移除後重新安裝"), qPrintable(error));
+    }
+
+    void aFolderInAFilesPlaceIsTold_data()
+    {
+        QTest::addColumn<QString>("part");
+        QTest::newRow("network") << "network";
+        QTest::newRow("tokens") << "tokens";
+        QTest::newRow("voice detector") << "detector";
+    }
+    void aFolderInAFilesPlaceIsTold()
+    {
+        QFETCH(QString, part);
+        const QTemporaryDir folder;
+        const QString error = errorWith(installationWith(part, folder.path()));
+        QVERIFY2(error.contains("移除後重新安裝"), qPrintable(error));
+    }
+
+    void filesThatMustNotBeReadAreTold_data()
+    {
+        QTest::addColumn<QString>("part");
+        QTest::addColumn<QString>("file");
+        QTest::newRow("network") << "network" << toySpeechFile("toy-sense.onnx");
+        QTest::newRow("tokens") << "tokens" << toySpeechFile("tokens.txt");
+        QTest::newRow("voice detector") << "detector" << toySpeechFile("toy-vad.onnx");
+    }
+    void filesThatMustNotBeReadAreTold()
+    {
+        QFETCH(QString, part);
+        QFETCH(QString, file);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("檔案");
+        write(path, contents(file));
+        QVERIFY(QFile::setPermissions(path, {}));
+        QCOMPARE(errorWith(installationWith(part, path)),
+            QStringLiteral("沒有讀取語音辨識檔案的權限，請檢查檔案權限後再試一次。（%1）").arg(path));
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
+        QCOMPARE(errorWith(installationWith(part, path)), QString());
+    }
+
+    void aLibraryThatMustNotBeReadIsTold()
+    {
+        const QTemporaryDir folder;
+        const QString onnx = QStringLiteral("libonnxruntime.so");
+        const QString api = QStringLiteral("libsherpa-onnx-c-api.so");
+        for (const QString &name : {onnx, api}) {
+            QVERIFY(QFile::copy(QStringLiteral(LUMAPHONE_SPEECH_RUNTIME "/") + name, folder.filePath(name)));
+        }
+        SpeechInstallation copied = installation();
+        copied.runtimeFolder = folder.path();
+        QCOMPARE(errorWith(copied), QString());
+        for (const QString &name : {api, onnx}) {
+            QVERIFY(QFile::setPermissions(folder.filePath(name), {}));
+            const QString error = errorWith(copied);
+            QVERIFY2(error.startsWith("無法載入語音辨識執行庫"), qPrintable(error));
+            QVERIFY2(error.contains(name + ": cannot open shared object file: Permission denied"),
+                qPrintable(error));
+        }
     }
 
     void aDamagedVoiceDetectorIsTold_data()

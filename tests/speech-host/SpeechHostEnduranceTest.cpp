@@ -9,6 +9,7 @@
 #include <csignal>
 #include <numbers>
 #include <random>
+#include <utility>
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -74,6 +75,55 @@ Sound chords(double level)
     };
 }
 
+double between(std::mt19937 &random, double least, double most)
+{
+    return std::uniform_real_distribution(least, most)(random);
+}
+
+/// A plucked note or two, a beep, a glide or a knock.
+std::vector<std::int16_t> shortSound(std::mt19937 &random, double level)
+{
+    enum Kind { note, twoNotes, beep, glide, knock };
+    const auto kind = static_cast<Kind>(random() % 5);
+    const std::array<double, 2> pitches {110 * std::pow(2, double(random() % 36) / 12),
+        kind == twoNotes ? 110 * std::pow(2, double(random() % 36) / 12) : 0};
+    const double fading = kind == beep || kind == glide ? 0 : between(random, 2, 10);
+    const double gliding = kind == glide ? between(random, -1, 1.5) : 0;
+    const int harmonics = kind == beep ? 1 : 6;
+    std::normal_distribution<double> normal;
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(between(random, 0.1, 0.7) * rateHz));
+    double turn = 0;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const double time = double(i) / rateHz;
+        turn += 2 * std::numbers::pi * (1 + gliding * time) / rateHz;
+        double value = kind == knock ? normal(random) : 0;
+        for (int harmonic = 1; harmonic <= harmonics && kind != knock; ++harmonic) {
+            for (const double pitch : pitches) {
+                value += std::sin(turn * pitch * harmonic) / std::pow(harmonic, 1.5);
+            }
+        }
+        const double rest = double(samples.size() - i) / rateHz;
+        const double swell = std::min({1.0, time / 0.005, rest / 0.01});
+        samples[i] = sampleOf(level * value * swell * std::exp(-fading * time));
+    }
+    return samples;
+}
+
+/// Short sounds, with rests or without.
+Sound shortSounds(double level)
+{
+    return [level, random = std::mt19937(3), sound = std::vector<std::int16_t>(), at = std::size_t {}](
+               std::size_t) mutable {
+        if (at == sound.size()) {
+            sound = shortSound(random, level * between(random, 0.3, 1));
+            const double rest = std::max(0.0, between(random, -0.3, 0.9));
+            sound.resize(sound.size() + static_cast<std::size_t>(rest * rateHz));
+            at = 0;
+        }
+        return sound[at++];
+    };
+}
+
 /// What the host hears, with its times.
 class Listening
 {
@@ -122,6 +172,26 @@ struct Spoken
     std::int64_t end = 0;
 };
 
+/// The networks are small: a word may be missing. No two phrases of the test are so similar.
+bool isNearly(const QString &heard, const QString &spoken)
+{
+    std::vector<qsizetype> common(static_cast<std::size_t>(heard.size()) + 1);
+    for (const QChar letter : spoken) {
+        qsizetype diagonal = 0;
+        for (std::size_t i = 1; i < common.size(); ++i) {
+            const bool isSame = heard[static_cast<qsizetype>(i) - 1] == letter;
+            const qsizetype best = isSame ? diagonal + 1 : std::max(common[i], common[i - 1]);
+            diagonal = std::exchange(common[i], best);
+        }
+    }
+    return common.back() * 4 >= std::max(heard.size(), spoken.size()) * 3;
+}
+
+// A segment keeps 0.3 s before its speech and 0.25 s behind it; the detector hesitates, and behind speech it
+// fades.
+constexpr std::int64_t leastBefore = -(rateHz * 4) / 10;
+constexpr std::int64_t mostAfter = (rateHz * 6) / 10;
+
 } // namespace
 
 class SpeechHostEnduranceTest : public QObject
@@ -136,6 +206,7 @@ private slots:
         QTest::newRow("white noise") << whiteNoise(0.1);
         QTest::newRow("pink noise") << pinkNoise(0.03);
         QTest::newRow("chords") << chords(0.1);
+        QTest::newRow("short sounds") << shortSounds(0.3);
     }
     void tenMinutesWithoutSpeechGiveNoCaption()
     {
@@ -157,8 +228,8 @@ private slots:
         QVERIFY(heard.all().empty());
     }
 
-    /// Speech at known times in quiet pink noise, between bursts of loud noise: every phrase has one segment
-    /// at its time, and nothing is heard elsewhere.
+    /// Speech at known times in quiet pink noise, between loud noise and short sounds: what is heard is heard
+    /// while somebody speaks, give or take what a segment keeps of the silence around it.
     void inAMixedStreamOnlySpeechIsHeard()
     {
         std::mt19937 random(4);
@@ -167,13 +238,14 @@ private slots:
         std::vector<Spoken> spoken;
         std::vector<std::int16_t> stream;
         const Sound background = pinkNoise(0.0008);
-        const Sound loud = whiteNoise(0.05);
+        const Sound noise = whiteNoise(0.05);
+        const Sound music = shortSounds(0.2);
         for (int i = 0; stream.size() < tenMinutes; ++i) {
-            const bool hasNoise = i % 3 == 0;
-            const std::size_t pause = (hasNoise ? 4 : 1) * rateHz + random() % (3 * rateHz);
+            const Sound *const loud = i % 4 == 0 ? &noise : i % 4 == 2 ? &music : nullptr;
+            const std::size_t pause = (loud != nullptr ? 4 : 1) * rateHz + random() % (3 * rateHz);
             for (std::size_t k = 0; k < pause; ++k) {
-                const bool isLoud = hasNoise && k > rateHz && k + rateHz < pause;
-                stream.push_back(static_cast<std::int16_t>(background(k) + (isLoud ? loud(k) : 0)));
+                const bool isLoud = loud != nullptr && k > rateHz && k + rateHz < pause;
+                stream.push_back(static_cast<std::int16_t>(background(k) + (isLoud ? (*loud)(k) : 0)));
             }
             const ToyPhrase &phrase = phrases[random() % phrases.size()];
             const auto start = static_cast<std::int64_t>(stream.size());
@@ -187,26 +259,32 @@ private slots:
         stream.insert(stream.end(), quiet.begin(), quiet.end());
         listening.hear(stream);
 
+        QStringList outside;
         int right = 0;
         for (const host::Decoded &text : listening.finish()) {
             if (!text.isFinal || text.text.empty()
                 || !mayBeSpeech(QString::fromStdString(text.event), QString::fromStdString(text.language))) {
                 continue;
             }
-            const auto at = std::find_if(spoken.begin(), spoken.end(),
-                [&text](const Spoken &each) { return text.start < each.end && each.start < text.end; });
-            QVERIFY2(at != spoken.end(),
-                qPrintable(QStringLiteral("%1 at %2 s")
-                               .arg(QString::fromStdString(text.text))
-                               .arg(text.start / rateHz)));
+            const auto at = std::find_if(spoken.begin(), spoken.end(), [&text](const Spoken &each) {
+                return text.start >= each.start + leastBefore && text.end <= each.end + mostAfter;
+            });
+            if (at == spoken.end()) {
+                outside.append(QStringLiteral("%1 from %2 s to %3 s")
+                                   .arg(QString::fromStdString(text.text))
+                                   .arg(double(text.start) / rateHz)
+                                   .arg(double(text.end) / rateHz));
+                continue;
+            }
             right += QString::fromStdString(text.text) == at->phrase.text ? 1 : 0;
         }
+        QVERIFY2(outside.isEmpty(), qPrintable(outside.join(QStringLiteral(", "))));
         qInfo("%d of %zu phrases", right, spoken.size());
         QVERIFY(right >= static_cast<int>(spoken.size()) * 8 / 10);
     }
 
-    /// The host is killed again and again while phrases are spoken. Each time the segment that is open in the
-    /// host may be lost; no other is, none comes twice, and none out of order.
+    /// The host is killed again and again while phrases are spoken. Each time the segment that is open in
+    /// the host may be lost; no other is, none comes twice, and none out of order.
     void aHostKilledAtRandomMomentsLosesNoFinalText()
     {
         std::mt19937 random(6);
@@ -237,7 +315,8 @@ private slots:
             auto next = expected.begin();
             std::size_t lost = 0;
             for (const Heard &text : heard.finals()) {
-                const auto found = std::find(next, expected.end(), text.text);
+                const auto found = std::find_if(next, expected.end(),
+                    [&text](const QString &phrase) { return isNearly(text.text, phrase); });
                 QVERIFY2(found != expected.end(), qPrintable(text.text));
                 lost += static_cast<std::size_t>(found - next);
                 next = found + 1;

@@ -2,6 +2,7 @@
 
 #include "base/SerialQueue.h"
 #include "platform/SpeechFramework.h"
+#include "speech/RuntimeVersion.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -39,10 +40,20 @@ QString textOf(const host::Failure &failure)
         return QStringLiteral("語音偵測模型缺少或已損壞，請移除後重新安裝。（%1）").arg(detail);
     case host::FailureKind::network:
         return QStringLiteral("語音辨識模型缺少或已損壞，請移除後重新安裝。（%1）").arg(detail);
+    case host::FailureKind::permission:
+        return QStringLiteral("沒有讀取語音辨識檔案的權限，請檢查檔案權限後再試一次。（%1）").arg(detail);
     case host::FailureKind::decoding:
         return QStringLiteral("語音辨識模型無法使用，請移除後重新安裝。（%1）").arg(detail);
     }
     Q_UNREACHABLE();
+}
+
+void noteVersion(const host::Ready &ready)
+{
+    const auto version = host::parseRuntimeVersion(ready.runtimeVersion);
+    if (version && *version > host::newestKnownRuntime) {
+        qInfo("The speech runtime %s is newer than those that were tested.", ready.runtimeVersion.c_str());
+    }
 }
 
 } // namespace
@@ -261,7 +272,8 @@ std::optional<SpeechHostSession::Ending> SpeechHostSession::take(const host::Rep
     } else if (const auto *const settled = std::get_if<host::Settled>(&report)) {
         const std::lock_guard lock(m_mutex);
         m_outbox.settle(settled->position);
-    } else if (std::holds_alternative<host::Ready>(report)) {
+    } else if (const auto *const ready = std::get_if<host::Ready>(&report)) {
+        noteVersion(*ready);
         enter(State::running);
     } else if (std::holds_alternative<host::Finished>(report)) {
         return Ending::finished;

@@ -57,7 +57,7 @@ void serve(HostConnection &connection, const std::string &script)
         ::pause();
     }
     connection.send(Loading {LoadStage::network});
-    connection.send(Ready {"1.13.8"});
+    connection.send(Ready {script == "newer" ? "1.14.0" : "1.13.8"});
     while (const auto request = connection.receive()) {
         if (const auto *const sound = std::get_if<Sound>(&*request)) {
             if (script == "deaf") {

@@ -6,6 +6,7 @@ from onnx import TensorProto, helper, numpy_helper
 from torch import nn
 
 CHUNK, STEP = 41, 32
+CAUTION = 2.5
 
 
 def _write_metadata(path, values):
@@ -50,12 +51,15 @@ class _SenseVoiceShape(nn.Module):
         super().__init__()
         self.network, self.tokens = network, tokens
         self.register_buffer("language_numbers", torch.tensor([3, 4, 7, 11, 12, -1], dtype=torch.int32))
+        self.register_buffer("caution", torch.tensor([[-CAUTION, CAUTION]]))
         emotion = torch.full((1, tokens), -30.0)
         emotion[0, 7] = 30
         self.register_buffer("emotion", emotion)
 
     def forward(self, x, x_length, language, text_norm):
         text, languages, events = self.network(x)
+        # Speech is only what certainly is: the network is sure of its phrases, and less so of other sounds.
+        events = events + self.caution
         count, tokens = x.shape[0], self.tokens
         # A language that is asked for wins over the one that is heard.
         languages = languages + 100 * (language.unsqueeze(1) == self.language_numbers.unsqueeze(0)).float()

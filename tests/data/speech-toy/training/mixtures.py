@@ -1,4 +1,5 @@
-"""Makes training examples of renderings: silence around them, noise or chords behind them, any loudness."""
+"""Makes training examples: renderings with silence around them, noise or chords behind them, any loudness, and
+sounds without speech: noise, chords, and short notes, bursts and sweeps with pauses between them."""
 import numpy as np
 from scipy.signal import lfilter
 
@@ -30,6 +31,44 @@ def background(chance, count):
         return chords(chance, count)
     noise = chance.standard_normal(count).astype(np.float32)
     return lfilter([1], [1, -(0, 0.95, 0.6)[kind]], noise).astype(np.float32)
+
+
+def short_sound(chance, count):
+    """A note, a chord, a sweep or a burst of noise that swells and fades."""
+    kind = chance.integers(0, 4)
+    time = np.arange(count) / RATE
+    if kind == 0:
+        sound = background(chance, count)
+    elif kind == 1:
+        sound = chords(chance, count)
+    else:
+        glide = chance.uniform(-2, 2) if kind == 2 else 0
+        vibrato = chance.uniform(0, 0.01) * (chance.random() < 0.4)
+        pitch = 80 * 2 ** chance.uniform(0, 5) * (1 + glide * time / time[-1] / 2
+                                                  + vibrato * np.sin(2 * np.pi * 6 * time))
+        phase = 2 * np.pi * np.cumsum(np.maximum(pitch, 40)) / RATE
+        steepness = chance.uniform(0.5, 3)
+        sound = sum(np.sin(number * phase + chance.uniform(0, 6)) / number ** steepness
+                    for number in range(1, chance.integers(2, 12)))
+    swell = np.minimum(1, time / chance.uniform(0.002, 0.08)) * np.minimum(1, (time[-1] - time) / 0.03)
+    return (sound / (np.abs(sound).max() + 1e-9) * swell * np.exp(-time * chance.uniform(0, 8))).astype(np.float32)
+
+
+def short_sounds(chance):
+    """A few of them, as a voice detector cuts them out of a stream: with a little silence at both ends."""
+    pieces = [np.zeros(int(chance.uniform(0, 0.4) * RATE), np.float32)]
+    for _ in range(chance.choice([1, 1, 2, 3, 4, 6])):
+        pieces += [short_sound(chance, int(chance.uniform(0.06, 0.9) * RATE)) * chance.uniform(0.3, 1),
+                   np.zeros(int(chance.uniform(0, 0.35) * RATE), np.float32)]
+    sound = np.concatenate(pieces + [np.zeros(int(chance.uniform(0, 0.4) * RATE), np.float32)])
+    behind = background(chance, len(sound))
+    return sound + behind / (np.abs(behind).max() + 1e-9) * 10 ** (chance.uniform(-90, -25) / 20)
+
+
+def without_speech(chance):
+    if chance.random() < 0.3:
+        return background(chance, int(chance.uniform(0.3, 6) * RATE))
+    return short_sounds(chance)
 
 
 def mixture(chance, parts, lead, gaps, signal_to_noise_db, peak):
@@ -64,8 +103,8 @@ def examples(renderings, count):
 
     streaming, whole = [], []
     for number in range(count):
-        if number % 12 == 0:
-            sound = background(chance, int(chance.uniform(1, 4) * RATE))
+        if number % 5 == 0:
+            sound = without_speech(chance)
             sound = sound / np.abs(sound).max() * 10 ** (chance.uniform(-50, 0) / 20) * 0.7
             streaming.append((streaming_features(sound), [], "-"))
             whole.append((whole_features(sound), [], "nospeech"))

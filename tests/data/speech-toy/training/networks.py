@@ -69,23 +69,27 @@ class Whole(nn.Module):
         return texts + 0.5 * names + 0.2 * events
 
 
-def train(network, examples, seconds, batch=32):
-    """Trains for so long; the rate falls along a cosine."""
+def train(network, examples, seconds, rate=2e-3, batch=32):
+    """Trains for so many seconds on all processors, whatever else they do; the rate falls along a cosine."""
     torch.manual_seed(1)
-    optimizer = torch.optim.AdamW(network.parameters(), 2e-3, weight_decay=1e-4)
+    optimizer = torch.optim.AdamW(network.parameters(), rate, weight_decay=1e-4)
     order = sorted(range(len(examples)), key=lambda index: len(examples[index][0]))
     batches = [order[start:start + batch] for start in range(0, len(order), batch)]
-    started, steps = time.time(), 0
-    while time.time() - started < seconds:
+    started, steps = time.process_time(), 0
+
+    def share():
+        return (time.process_time() - started) / torch.get_num_threads() / seconds
+
+    while share() < 1:
         random.shuffle(batches)
         total = 0
         for chosen in batches:
-            progress = (time.time() - started) / seconds
+            progress = share()
             if progress >= 1:
                 break
             warm = min(1, steps / 200 + 0.05)
             for group in optimizer.param_groups:
-                group["lr"] = 2e-3 * warm * (0.5 + 0.5 * np.cos(np.pi * progress)) + 1e-5
+                group["lr"] = rate * warm * (0.5 + 0.5 * np.cos(np.pi * progress)) + 1e-5
             lengths = [len(examples[index][0]) for index in chosen]
             frames = np.full((len(chosen), max(lengths), network.width), network.silence, np.float32)
             for row, index in enumerate(chosen):

@@ -18,6 +18,8 @@ struct RuntimeVersion
 
 /// The layout of the library's structures is known from this version on.
 constexpr RuntimeVersion oldestRuntime {1, 12, 35};
+/// It was checked up to this one.
+constexpr RuntimeVersion newestKnownRuntime {1, 13, 8};
 
 /// None unless the text is three numbers with full stops between them.
 std::optional<RuntimeVersion> parseRuntimeVersion(const std::string &text);

@@ -1,4 +1,4 @@
-#include "speech-host/RuntimeVersion.h"
+#include "speech/RuntimeVersion.h"
 
 #include <QTest>
 
