@@ -234,6 +234,14 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         await([&] { return !dialog->property("visible").toBool(); }, name + QStringLiteral(" stayed"));
         return {};
     }
+    if (command == QStringLiteral("frame")) {
+        bool isReady = false;
+        const auto connection = connect(&window, &QQuickWindow::frameSwapped, this, [&] { isReady = true; });
+        window.update();
+        await([&] { return isReady; }, QStringLiteral("no frame"));
+        disconnect(connection);
+        return {};
+    }
     if (command == QStringLiteral("close")) {
         QMetaObject::invokeMethod(&window, "close", Qt::QueuedConnection);
         return {};

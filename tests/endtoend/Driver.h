@@ -20,6 +20,7 @@ namespace lumaphone::test {
 ///     panel TEXT              waits until the caption panel shows TEXT; without TEXT until there is none
 ///     count NAME NUMBER       waits until a list has at least that many rows
 ///     file NAME PATH          answers a file dialog, once it is open
+///     frame                   waits until the window has shown a frame
 ///     close                   closes the window
 class Driver final : public QObject
 {
