@@ -5,6 +5,7 @@
 #include "support/PrivateSoundServer.h"
 #include "support/RunningProgram.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -241,6 +242,29 @@ private slots:
         const SoundPlayback speech = m_sound->play(PrivateSoundServer::speechFiles().constFirst());
         DO("await stage.state 正在聽");
         DO("gone stage.notice");
+    }
+
+    void aSaveThatFailsIsSaidAndLosesNothing()
+    {
+        const QTemporaryDir home;
+        QVERIFY(QDir(home.path()).mkpath("data/Lumaphone"));
+        QFile inTheWay(home.filePath("data/Lumaphone/Transcripts"));
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        User user(home.path());
+        DO("choose languageMenu english");
+        DO("click startStop");
+        DO("await stage.state 正在聽");
+        const SoundPlayback speech = m_sound->play(PrivateSoundServer::speechFiles().constFirst());
+        DO("count card.lines 1");
+        DO("click startStop");
+        DO("await startStop 重開");
+        DO("press Ctrl+S");
+        DO("await workspace.saveError Transcripts");
+        DO("count card.lines 1");
+        QVERIFY(inTheWay.remove());
+        DO("press Ctrl+S");
+        DO("await review.summary 已儲存");
+        DO("gone workspace.saveError");
     }
 
     void aSecondStartRaisesTheFirstWindow()

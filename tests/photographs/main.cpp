@@ -105,8 +105,12 @@ void photographLive(const QString &target)
         start(studio);
         studio.converse();
         studio.live->startOrStop();
+        studio.settle();
         studio.live->saveTranscript();
         studio.settle();
+        if (studio.live->saveErrorMessage().isEmpty()) {
+            throw std::runtime_error("Nothing is said of a save that fails.");
+        }
         studio.photograph(target, QStringLiteral("live-save-error"));
     }
 }

@@ -26,7 +26,8 @@ Item {
 
         RowLayout {
             Layout.fillWidth: true
-            visible: restored.visible || saveError.visible
+            // Not by the pills: what lies in something hidden is never visible itself.
+            visible: workspace.session.restoredDraftMessage !== "" || workspace.session.saveErrorMessage !== ""
             spacing: Theme.unit
 
             StatusPill {
