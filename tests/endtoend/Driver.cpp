@@ -1,9 +1,11 @@
 #include "endtoend/Driver.h"
 
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeySequence>
 #include <QQuickWindow>
+#include <QSet>
 #include <QTest>
 #include <QUrl>
 
@@ -79,6 +81,56 @@ QObject *fileDialogIn(const QQuickItem &item)
     return nullptr;
 }
 
+/// Everything below an item that takes the keys when Tab comes to it.
+QList<QQuickItem *> tabStopsIn(QQuickItem &item)
+{
+    if (!item.isVisible() || !item.isEnabled()) {
+        return {};
+    }
+    QList<QQuickItem *> found;
+    if (item.activeFocusOnTab() && !item.isFocusScope()) {
+        found.append(&item);
+    }
+    for (QQuickItem *child : item.childItems()) {
+        found += tabStopsIn(*child);
+    }
+    return found;
+}
+
+/// The sheet on top of the window, or all of it.
+QQuickItem &topOf(QQuickWindow &window)
+{
+    QQuickItem *top = window.contentItem();
+    for (QQuickItem *layer : window.contentItem()->childItems()) {
+        if (!layer->inherits("QQuickOverlay")) {
+            continue;
+        }
+        for (QQuickItem *child : layer->childItems()) {
+            const bool isModal = child->parent() && child->parent()->property("modal").toBool();
+            if (child->isVisible() && isModal) {
+                top = child;
+            }
+        }
+    }
+    return *top;
+}
+
+QString accessibleName(QQuickItem &item)
+{
+    const QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(&item);
+    if (!interface) {
+        return {};
+    }
+    // The toolkit gives no names of secret fields.
+    return interface->text(interface->state().passwordEdit ? QAccessible::Description : QAccessible::Name);
+}
+
+QString described(const QQuickItem &item)
+{
+    const QString name = item.objectName();
+    return name.isEmpty() ? QString::fromLatin1(item.metaObject()->className()) : name;
+}
+
 /// All texts that an item shows.
 QString textIn(const QQuickItem &item)
 {
@@ -115,6 +167,34 @@ QQuickItem &Driver::usable(const QString &name) const
         },
         name + QStringLiteral(" cannot be used"));
     return *find(name);
+}
+
+QString Driver::walk(QQuickWindow &window)
+{
+    QQuickItem &top = topOf(window);
+    const QList<QQuickItem *> stops = tabStopsIn(top);
+    QSet<QQuickItem *> reached;
+    // Some stops stand for several, such as a list; none takes more than two steps.
+    for (qsizetype step = 0; step < 2 * stops.size() + 2; ++step) {
+        QTest::keyClick(&window, Qt::Key_Tab);
+        reached.insert(window.activeFocusItem());
+    }
+    QStringList faults;
+    for (QQuickItem *stop : stops) {
+        if (accessibleName(*stop).isEmpty()) {
+            faults.append(described(*stop) + QStringLiteral(" has no name"));
+        }
+        if (!reached.contains(stop)) {
+            faults.append(described(*stop) + QStringLiteral(" is not reached"));
+        }
+    }
+    if (stops.isEmpty() || !faults.isEmpty()) {
+        throw std::runtime_error(QStringLiteral("%1 stops; %2")
+                                     .arg(stops.size())
+                                     .arg(faults.join(QStringLiteral(", ")))
+                                     .toStdString());
+    }
+    return QString::number(stops.size());
 }
 
 void Driver::read()
@@ -232,6 +312,19 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         popup.setProperty("selectedFile", QUrl::fromLocalFile(rest));
         QMetaObject::invokeMethod(&popup, "accept");
         await([&] { return !dialog->property("visible").toBool(); }, name + QStringLiteral(" stayed"));
+        return {};
+    }
+    if (command == QStringLiteral("keyboard")) {
+        await([&window] { return window.isActive(); }, QStringLiteral("the window has no focus"));
+        return walk(window);
+    }
+    if (command == QStringLiteral("focus")) {
+        const auto focused = [&window] {
+            return window.activeFocusItem() ? described(*window.activeFocusItem())
+                                            : QStringLiteral("nothing");
+        };
+        await(
+            [&] { return focused() == name; }, QStringLiteral("the keys do not go to %1").arg(name), focused);
         return {};
     }
     if (command == QStringLiteral("frame")) {

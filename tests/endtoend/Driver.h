@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QQuickItem>
+#include <QQuickWindow>
 #include <QSocketNotifier>
 #include <QStringList>
 
@@ -19,6 +20,10 @@ namespace lumaphone::test {
 ///     gone NAME               waits until it is not
 ///     panel TEXT              waits until the caption panel shows TEXT; without TEXT until there is none
 ///     count NAME NUMBER       waits until a list has at least that many rows
+///     keyboard                walks through the window, or through the sheet on top of it, with Tab, and
+///     fails if
+///                             a control is not reached or cannot be named to those who do not see it
+///     focus NAME              waits until the keys go to the item of that name
 ///     file NAME PATH          answers a file dialog, once it is open
 ///     frame                   waits until the window has shown a frame
 ///     close                   closes the window
@@ -32,6 +37,7 @@ public:
 private:
     void read();
     QString obey(const QString &command, const QString &name, const QString &rest);
+    QString walk(QQuickWindow &window);
     QQuickItem *find(const QString &name) const;
     QQuickItem &usable(const QString &name) const;
 

@@ -267,6 +267,37 @@ private slots:
         DO("gone workspace.saveError");
     }
 
+    void everythingCanBeDoneWithTheKeyboard()
+    {
+        User user(m_home.path());
+        DO("shown startStop");
+        DO("keyboard");
+        DO("click moreSettings");
+        DO("click menu.provider");
+        DO("shown provider.save");
+        DO("keyboard");
+        DO("press Escape");
+        DO("gone provider.save");
+        DO("click moreSettings");
+        DO("click menu.glossary");
+        DO("shown glossary.done");
+        DO("keyboard");
+        DO("press Escape");
+        DO("gone glossary.done");
+        DO("click workspace.library");
+        DO("shown library.search");
+        DO("keyboard");
+        DO("press Ctrl+F");
+        DO("focus library.search.field");
+        DO("click workspace.live");
+        DO("shown stage.state");
+        DO("press Ctrl+Return");
+        DO("await startStop 停止");
+        DO("keyboard");
+        DO("press Ctrl+Return");
+        DO("await startStop 開始");
+    }
+
     void aSecondStartRaisesTheFirstWindow()
     {
         User user(m_home.path());
