@@ -72,7 +72,8 @@ FocusScope {
 
             Accessible.role: Accessible.EditableText
             Accessible.name: box.accessibleName === "" ? placeholder.text : box.accessibleName
-            Accessible.description: placeholder.text
+            // The toolkit does not tell the name of a secret field.
+            Accessible.description: box.isSecret ? box.accessibleName + "，" + placeholder.text : placeholder.text
             Accessible.passwordEdit: box.isSecret
 
             onTextEdited: box.edited()
