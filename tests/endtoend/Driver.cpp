@@ -88,11 +88,12 @@ QList<QQuickItem *> tabStopsIn(QQuickItem &item)
         return {};
     }
     QList<QQuickItem *> found;
-    if (item.activeFocusOnTab() && !item.isFocusScope()) {
-        found.append(&item);
-    }
     for (QQuickItem *child : item.childItems()) {
         found += tabStopsIn(*child);
+    }
+    // A scope hands the keys on to what is in it.
+    if (item.activeFocusOnTab() && (!item.isFocusScope() || found.isEmpty())) {
+        found.append(&item);
     }
     return found;
 }
@@ -177,7 +178,9 @@ QString Driver::walk(QQuickWindow &window)
     // Some stops stand for several, such as a list; none takes more than two steps.
     for (qsizetype step = 0; step < 2 * stops.size() + 2; ++step) {
         QTest::keyClick(&window, Qt::Key_Tab);
-        reached.insert(window.activeFocusItem());
+        for (QQuickItem *item = window.activeFocusItem(); item; item = item->parentItem()) {
+            reached.insert(item);
+        }
     }
     QStringList faults;
     for (QQuickItem *stop : stops) {
