@@ -11,15 +11,22 @@ ListView {
 
     function follow(): void {
         list.isFollowing = true;
-        list.positionViewAtEnd();
+        list.settle();
     }
     function settle(): void {
-        if (list.isFollowing)
-            list.positionViewAtEnd();
+        if (!list.isFollowing)
+            return;
+        list.positionViewAtEnd();
+        list.contentY = list.lowest(); // the margin belongs to the end
+    }
+    function lowest(): real {
+        return Math.max(list.highest(), list.originY + list.contentHeight + list.bottomMargin - list.height);
+    }
+    function highest(): real {
+        return list.originY - list.topMargin;
     }
     function scrollBy(distance: real): void {
-        const lowest = Math.max(list.originY, list.originY + list.contentHeight - list.height);
-        list.contentY = Math.min(lowest, Math.max(list.originY, list.contentY + distance));
+        list.contentY = Math.min(list.lowest(), Math.max(list.highest(), list.contentY + distance));
         list.isFollowing = list.atYEnd;
     }
 
