@@ -1,0 +1,246 @@
+#include "capture/SystemAudioCaptureError.h"
+#include "photographs/Studio.h"
+#include "support/Coroutines.h"
+#include "support/PrivateRuntimeFolder.h"
+
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWheelEvent>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+QString sentence(int number)
+{
+    return QStringLiteral("これは%1番目の文です。").arg(number);
+}
+
+/// The window with a session under way.
+struct RunningWindow
+{
+    QTemporaryDir folder;
+    Studio studio {folder.path()};
+
+    RunningWindow()
+    {
+        studio.open();
+        studio.live->startOrStop();
+        studio.settle();
+    }
+
+    QQuickItem &item(const QString &name) const
+    {
+        auto *found = qobject_cast<QQuickItem *>(&studio.object(name));
+        Q_ASSERT(found);
+        return *found;
+    }
+    void say(int first, int last)
+    {
+        for (int number = first; number <= last; ++number) {
+            studio.session.translator->translations[sentence(number)]
+                = QStringLiteral("這是第%1句。").arg(number);
+            studio.session.speech(sentence(number), true);
+            studio.session.clock->advance(std::chrono::seconds(15));
+        }
+        studio.settle();
+        drawFrame();
+    }
+    void drawFrame() const
+    {
+        QSignalSpy frames(studio.window, &QQuickWindow::frameSwapped);
+        studio.window->update();
+        QVERIFY(frames.wait(5000));
+    }
+    /// Turns the wheel over an item, by notches; away from the user is positive.
+    void turnWheel(const QQuickItem &over, int notches)
+    {
+        const QPointF at = over.mapToScene({over.width() / 2, over.height() / 2});
+        QWheelEvent event(at, studio.window->mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton,
+            Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(studio.window, &event);
+        studio.settle();
+        drawFrame();
+    }
+    bool isAtNewest() const { return item("card.lines").property("atYEnd").toBool(); }
+};
+
+} // namespace
+
+/// The live workspace in its window.
+class LiveViewTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theListFollowsTheNewestLineUntilTheUserScrollsAway()
+    {
+        RunningWindow window;
+        window.say(1, 40);
+        QQuickItem &list = window.item("card.lines");
+        QQuickItem &toNewest = window.item("card.toNewest");
+        QVERIFY(waitUntil([&] { return window.isAtNewest(); }));
+        QVERIFY(!toNewest.isVisible());
+
+        window.turnWheel(list, 5);
+        QVERIFY(waitUntil([&] { return toNewest.isVisible(); }));
+        QVERIFY(waitUntil([&] { return !list.property("moving").toBool(); }));
+        const double position = list.property("contentY").toDouble();
+        window.say(41, 45);
+        QCOMPARE(list.property("contentY").toDouble(), position);
+        QVERIFY(!window.isAtNewest());
+
+        window.studio.click("card.toNewest");
+        QVERIFY(waitUntil([&] { return window.isAtNewest(); }));
+        QVERIFY(!toNewest.isVisible());
+        window.say(46, 50);
+        QVERIFY(waitUntil([&] { return window.isAtNewest(); }));
+    }
+
+    void theKeyboardScrollsAwayAndBack()
+    {
+        RunningWindow window;
+        window.say(1, 40);
+        QQuickItem &list = window.item("card.lines");
+        QVERIFY(waitUntil([&] { return window.isAtNewest(); }));
+        list.forceActiveFocus();
+        QTest::keyClick(window.studio.window, Qt::Key_PageUp);
+        QVERIFY(!window.isAtNewest());
+        QVERIFY(window.item("card.toNewest").isVisible());
+        QTest::keyClick(window.studio.window, Qt::Key_PageDown);
+        QVERIFY(waitUntil([&] { return window.isAtNewest(); }));
+        QVERIFY(!window.item("card.toNewest").isVisible());
+        QTest::keyClick(window.studio.window, Qt::Key_Home);
+        QVERIFY(window.item("card.toNewest").isVisible());
+        QTest::keyClick(window.studio.window, Qt::Key_End);
+        QVERIFY(waitUntil([&] { return window.isAtNewest(); }));
+        QVERIFY(!window.item("card.toNewest").isVisible());
+    }
+
+    void nothingJumpsWhenATranslationArrives()
+    {
+        RunningWindow window;
+        window.say(1, 3);
+        window.studio.session.translator->plan = [](const QString &) {
+            ScriptedTranslator::Plan plan;
+            plan.delay = std::chrono::seconds(5);
+            return plan;
+        };
+        const QString newest = QStringLiteral("ちょっと待ってください。");
+        window.studio.session.translator->translations[newest] = QStringLiteral("請等一下。");
+        window.studio.session.speech(newest, true);
+        window.studio.settle();
+        window.drawFrame();
+        QQuickItem &list = window.item("card.lines");
+        const auto places = [&] {
+            QList<QRectF> found;
+            for (const char *name :
+                {"stage.sourceText", "stage.state", "card.source", "card.translation", "card.lines"}) {
+                const QQuickItem &item = window.item(name);
+                found.append(item.mapRectToScene({0, 0, 0, item.height()}));
+            }
+            found.append(QRectF(
+                0, list.property("contentY").toDouble(), 0, list.property("contentHeight").toDouble()));
+            return found;
+        };
+        const QList<QRectF> before = places();
+        QCOMPARE(window.item("stage.translationText").property("text").toString(), "正在整理成台灣繁中...");
+        window.studio.advance(std::chrono::seconds(6));
+        window.drawFrame();
+        QCOMPARE(window.item("stage.translationText").property("text").toString(), "請等一下。");
+        QCOMPARE(places(), before);
+    }
+
+    void theStageKeepsItsHeight()
+    {
+        RunningWindow window;
+        const auto top = [&] {
+            window.drawFrame();
+            return window.item("card.source").mapToScene({0, 0}).y();
+        };
+        const double empty = top();
+        window.say(1, 1);
+        QCOMPARE(top(), empty);
+        window.studio.session.speech(QStringLiteral("とても長い文です。").repeated(40), false);
+        window.studio.settle();
+        QCOMPARE(top(), empty);
+        window.studio.session.speech(QStringLiteral("短い。"), true);
+        window.studio.settle();
+        QCOMPARE(top(), empty);
+    }
+
+    void aTextThatMayStillChangeIsSofter()
+    {
+        RunningWindow window;
+        const auto color = [&] {
+            return window.item("stage.translationText").property("color").value<QColor>();
+        };
+        window.studio.say("本日は", "今天", AppleSystemSpeechLanguage::japanese, false);
+        const QColor partial = color();
+        window.studio.say("本日は晴天なり", "今天是晴天", AppleSystemSpeechLanguage::japanese, true);
+        QVERIFY(partial.lightness() > color().lightness());
+    }
+
+    void manyLinesTakeFewItemsAndNoResets()
+    {
+        RunningWindow window;
+        window.say(1, 400);
+        QQuickItem &list = window.item("card.lines");
+        QCOMPARE(list.property("count").toInt(), 400);
+        QVERIFY(list.property("contentItem").value<QQuickItem *>()->childItems().size() < 100);
+        QAbstractItemModel *lines = window.studio.live->lines();
+        const QSignalSpy resets(lines, &QAbstractItemModel::modelReset);
+        const QSignalSpy changes(lines, &QAbstractItemModel::dataChanged);
+        const QSignalSpy rows(lines, &QAbstractItemModel::rowsInserted);
+        for (const char *text : {"もう", "もう一", "もう一つ"}) {
+            window.studio.session.partial(text);
+        }
+        QCOMPARE(resets.size(), 0);
+        QCOMPARE(rows.size(), 1);
+        QCOMPARE(changes.size(), 2);
+        for (const QList<QVariant> &change : changes) {
+            QCOMPARE(change[0].toModelIndex().row(), 400);
+            QCOMPARE(change[1].toModelIndex().row(), 400);
+        }
+    }
+
+    void aSaveThatFailsIsSaid()
+    {
+        QTemporaryDir folder;
+        QFile inTheWay(folder.filePath("Transcripts"));
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        Studio studio(folder.path());
+        studio.open();
+        studio.live->startOrStop();
+        studio.settle();
+        studio.converse();
+        studio.live->startOrStop();
+        studio.settle();
+        studio.live->saveTranscript();
+        studio.settle();
+        const auto *said = qobject_cast<QQuickItem *>(&studio.object("workspace.saveError"));
+        QVERIFY(said && said->isVisible());
+        QVERIFY(said->property("text").toString().contains("Transcripts"));
+    }
+
+    void anErrorIsShownOnTheStage()
+    {
+        QTemporaryDir folder;
+        Studio studio(folder.path());
+        studio.session.nextPipeline->startError
+            = std::make_exception_ptr(SystemAudioCaptureError(SystemAudioCaptureError::Case::noDisplay));
+        studio.open();
+        const auto *notice = qobject_cast<QQuickItem *>(&studio.object("stage.notice"));
+        QVERIFY(notice && !notice->isVisible());
+        studio.live->startOrStop();
+        studio.settle();
+        QVERIFY(notice->isVisible());
+        QVERIFY(!notice->property("text").toString().isEmpty());
+    }
+};
+
+LUMAPHONE_OFFSCREEN_TEST_MAIN(LiveViewTest)
+#include "LiveViewTest.moc"
