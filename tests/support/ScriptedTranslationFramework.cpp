@@ -20,7 +20,7 @@ void throwIfStopped(const std::stop_token &stop)
 
 } // namespace
 
-void Gate::open()
+void Door::open()
 {
     m_isOpen = true;
     for (const auto caller : std::exchange(m_waiting, {})) {
@@ -28,7 +28,7 @@ void Gate::open()
     }
 }
 
-void Gate::letLastThrough()
+void Door::letLastThrough()
 {
     const auto caller = m_waiting.back();
     m_waiting.pop_back();

@@ -15,7 +15,7 @@
 namespace lumaphone::test {
 
 /// A door that calls wait at until the test opens it. Open unless it was closed. Main thread.
-class Gate
+class Door
 {
 public:
     void close() { m_isOpen = false; }
@@ -30,10 +30,10 @@ public:
     {
         struct Awaiter
         {
-            Gate &gate;
+            Door &door;
 
-            bool await_ready() const { return gate.m_isOpen; }
-            void await_suspend(std::coroutine_handle<> caller) const { gate.m_waiting.push_back(caller); }
+            bool await_ready() const { return door.m_isOpen; }
+            void await_suspend(std::coroutine_handle<> caller) const { door.m_waiting.push_back(caller); }
             void await_resume() const { }
         };
         return Awaiter {*this};
@@ -63,10 +63,10 @@ public:
     std::exception_ptr prepareError;
     std::exception_ptr translateError;
     std::function<QString(const QString &text)> translation;
-    Gate statusGate;
-    Gate readinessGate;
-    Gate prepareGate;
-    Gate translateGate;
+    Door statusGate;
+    Door readinessGate;
+    Door prepareGate;
+    Door translateGate;
 
     // What happened, in order.
     QList<QString> statusQuestions; ///< pairs
