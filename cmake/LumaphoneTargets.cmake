@@ -39,8 +39,10 @@ endif()
 
 find_program(LUMAPHONE_CCACHE ccache)
 if(LUMAPHONE_CCACHE AND PROJECT_IS_TOP_LEVEL)
-    set(CMAKE_C_COMPILER_LAUNCHER "${LUMAPHONE_CCACHE}")
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${LUMAPHONE_CCACHE}")
+    # Precompiled headers are known by their time stamps.
+    set(launcher "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${LUMAPHONE_CCACHE}")
+    set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
 # Sanitizer builds make no more than their tests need.
@@ -93,6 +95,12 @@ function(lumaphone_add_test name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
     # Most of a test's time goes into its compilation.
     target_compile_options(${name} PRIVATE -O0 -g1)
+    # With windows the toolkit's test headers are others.
+    if(CMAKE_UNITY_BUILD AND NOT LUMAPHONE_TESTS_HAVE_WINDOWS)
+        target_precompile_headers(${name} REUSE_FROM lumaphone_test_headers)
+        set_source_files_properties("${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp" PROPERTIES
+            SKIP_PRECOMPILE_HEADERS ON)
+    endif()
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()
