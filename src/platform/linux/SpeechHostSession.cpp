@@ -58,7 +58,7 @@ void noteVersion(const host::Ready &ready)
 
 } // namespace
 
-/// One host, from its start to its end.
+/// A host and what is on the way to and from it.
 struct SpeechHostSession::Connection
 {
     explicit Connection(const QString &program)
@@ -164,10 +164,12 @@ void SpeechHostSession::run()
     nameCurrentThread("speech-host");
     try {
         while (true) {
-            Connection connection(m_program);
-            const Ending ending = converse(connection);
+            // A session that is over has no host any more.
+            const Ending ending = converse();
             if (ending == Ending::finished) {
                 enter(State::finished);
+            } else if (ending == Ending::failed) {
+                enter(State::failed);
             }
             if (ending != Ending::died || !recover()) {
                 return;
@@ -178,8 +180,10 @@ void SpeechHostSession::run()
     }
 }
 
-SpeechHostSession::Ending SpeechHostSession::converse(Connection &connection)
+/// One host, from its start to its end.
+SpeechHostSession::Ending SpeechHostSession::converse()
 {
+    Connection connection(m_program);
     {
         const std::lock_guard lock(m_mutex);
         m_processId = connection.process.processId();
@@ -285,16 +289,12 @@ std::optional<SpeechHostSession::Ending> SpeechHostSession::take(const host::Rep
 
 std::optional<SpeechHostSession::Ending> SpeechHostSession::takeFailure(const host::Failure &failure)
 {
-    bool isRunning = false;
-    {
-        const std::lock_guard lock(m_mutex);
-        isRunning = m_state == State::running;
-    }
+    const std::lock_guard lock(m_mutex);
     // A single decode that fails may be the sound's fault; networks that cannot be loaded stay so.
-    if (isRunning && failure.kind == host::FailureKind::decoding) {
+    if (m_state == State::running && failure.kind == host::FailureKind::decoding) {
         return Ending::died;
     }
-    fail(textOf(failure));
+    m_error = textOf(failure);
     return Ending::failed;
 }
 

@@ -52,7 +52,7 @@ private:
 
     // The session's thread.
     void run();
-    Ending converse(Connection &connection);
+    Ending converse();
     Ending waitAndServe(Connection &connection);
     std::optional<Ending> receive(Connection &connection);
     std::optional<Ending> take(const host::Report &report);
