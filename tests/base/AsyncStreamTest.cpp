@@ -55,7 +55,7 @@ private slots:
         stream.yield(1);
         stream.fail(std::make_exception_ptr(std::runtime_error("broken")));
         QCOMPARE(stream.next({}), std::optional(1));
-        QVERIFY_EXCEPTION_THROWN(stream.next({}), std::runtime_error);
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, stream.next({}));
         QCOMPARE(stream.next({}), std::nullopt);
     }
 

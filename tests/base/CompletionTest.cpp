@@ -67,7 +67,7 @@ private slots:
         auto task = awaited(completion);
         completion.fail(std::make_exception_ptr(std::runtime_error("broken")));
         completion.resolve();
-        QVERIFY_EXCEPTION_THROWN(test::waitFor(std::move(task)), std::runtime_error);
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, test::waitFor(std::move(task)));
     }
 
     void valuesMayBeMoveOnly()
@@ -112,9 +112,9 @@ private slots:
 
     void backgroundWorkHandsItsExceptionOver()
     {
-        QVERIFY_EXCEPTION_THROWN(test::waitFor(runInBackground(m_queue, "test-work",
-                                     []() -> int { throw std::runtime_error("broken"); })),
-            std::runtime_error);
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error,
+            test::waitFor(
+                runInBackground(m_queue, "test-work", []() -> int { throw std::runtime_error("broken"); })));
     }
 };
 

@@ -109,11 +109,15 @@ private slots:
     {
         struct PostsWhenDestroyed
         {
-            std::shared_ptr<MainQueue> queue;
+            explicit PostsWhenDestroyed(std::shared_ptr<MainQueue> target)
+                : queue(std::move(target))
+            {
+            }
             ~PostsWhenDestroyed()
             {
                 queue->post([] {});
             }
+            std::shared_ptr<MainQueue> queue;
         };
         const auto queue = MainQueue::create();
         queue->post([held = std::make_shared<PostsWhenDestroyed>(queue)] {});

@@ -95,7 +95,7 @@ private slots:
         Translators session;
         session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
         session.settings.setProviderBaseURL(QString());
-        QVERIFY_EXCEPTION_THROWN(session.translate("hello", english), OpenAICompatibleTranslationError);
+        QVERIFY_THROWS_EXCEPTION(OpenAICompatibleTranslationError, session.translate("hello", english));
         QVERIFY(session.framework.translations.isEmpty());
     }
 
@@ -104,7 +104,7 @@ private slots:
         Translators session;
         session.framework.translateError
             = std::make_exception_ptr(TranslationFrameworkError(QStringLiteral("壞了")));
-        QVERIFY_EXCEPTION_THROWN(session.translate("hello", english), LocalizedError);
+        QVERIFY_THROWS_EXCEPTION(LocalizedError, session.translate("hello", english));
     }
 
     void warmingPreparesThePlatformOnly()

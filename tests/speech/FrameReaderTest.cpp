@@ -83,7 +83,7 @@ private slots:
         QFETCH(quint32, length);
         FrameReader reader;
         reader.append(header(length));
-        QVERIFY_EXCEPTION_THROWN(reader.next(), WireError);
+        QVERIFY_THROWS_EXCEPTION(WireError, reader.next());
     }
 
     void theLongestFrameIsAccepted()

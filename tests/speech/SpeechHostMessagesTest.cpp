@@ -57,7 +57,7 @@ private slots:
             const Bytes whole = encode(report);
             for (std::size_t length = 0; length < whole.size(); ++length) {
                 const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
-                QVERIFY_EXCEPTION_THROWN(decodeReport(cut), WireError);
+                QVERIFY_THROWS_EXCEPTION(WireError, decodeReport(cut));
             }
         }
         for (const Request &request : requests()) {
@@ -67,7 +67,7 @@ private slots:
             const Bytes whole = encode(request);
             for (std::size_t length = 0; length < whole.size(); ++length) {
                 const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
-                QVERIFY_EXCEPTION_THROWN(decodeRequest(cut), WireError);
+                QVERIFY_THROWS_EXCEPTION(WireError, decodeRequest(cut));
             }
         }
     }
@@ -77,7 +77,7 @@ private slots:
         for (const Report &report : reports()) {
             Bytes bytes = encode(report);
             bytes.push_back(0);
-            QVERIFY_EXCEPTION_THROWN(decodeReport(bytes), WireError);
+            QVERIFY_THROWS_EXCEPTION(WireError, decodeReport(bytes));
         }
     }
 
@@ -97,21 +97,21 @@ private slots:
     {
         QFETCH(QByteArray, content);
         const Bytes bytes(content.begin(), content.end());
-        QVERIFY_EXCEPTION_THROWN(decodeReport(bytes), WireError);
+        QVERIFY_THROWS_EXCEPTION(WireError, decodeReport(bytes));
     }
 
     void halfASampleIsAnError()
     {
         Bytes bytes = encode(Request {Sound {0, {1, 2}}});
         bytes.pop_back();
-        QVERIFY_EXCEPTION_THROWN(decodeRequest(bytes), WireError);
+        QVERIFY_THROWS_EXCEPTION(WireError, decodeRequest(bytes));
     }
 
     void tooManyFilesAreAnError()
     {
         Configure configuration;
         configuration.network.files.assign(9, "file");
-        QVERIFY_EXCEPTION_THROWN(decodeRequest(encode(Request {configuration})), WireError);
+        QVERIFY_THROWS_EXCEPTION(WireError, decodeRequest(encode(Request {configuration})));
     }
 
     void randomBytesNeverDoMoreThanThrow()

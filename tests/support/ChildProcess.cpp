@@ -3,14 +3,14 @@
 namespace lumaphone::test {
 
 namespace {
-constexpr int timeoutMs = 20000;
+constexpr int mostMilliseconds = 20000;
 }
 
 ChildProcess::ChildProcess(const QString &program, const QStringList &arguments)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(program, arguments);
-    m_process.waitForStarted(timeoutMs);
+    m_process.waitForStarted(mostMilliseconds);
 }
 
 ChildProcess::~ChildProcess()
@@ -21,7 +21,7 @@ ChildProcess::~ChildProcess()
 QString ChildProcess::nextLine()
 {
     while (!m_process.canReadLine()) {
-        if (!m_process.waitForReadyRead(timeoutMs)) {
+        if (!m_process.waitForReadyRead(mostMilliseconds)) {
             return {};
         }
     }
@@ -32,13 +32,13 @@ void ChildProcess::kill()
 {
     if (m_process.state() != QProcess::NotRunning) {
         m_process.kill();
-        m_process.waitForFinished(timeoutMs);
+        m_process.waitForFinished(mostMilliseconds);
     }
 }
 
 int ChildProcess::wait()
 {
-    const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(timeoutMs);
+    const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(mostMilliseconds);
     return hasEnded && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
 

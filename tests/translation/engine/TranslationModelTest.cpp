@@ -173,7 +173,7 @@ private slots:
         TranslationModel model(m_files);
         std::stop_source stop;
         stop.request_stop();
-        QVERIFY_EXCEPTION_THROWN(model.translate(QStringLiteral("Hello."), stop.get_token()), EngineError);
+        QVERIFY_THROWS_EXCEPTION(EngineError, model.translate(QStringLiteral("Hello."), stop.get_token()));
         QVERIFY(!model.translate(QStringLiteral("Hello.")).isEmpty());
     }
 

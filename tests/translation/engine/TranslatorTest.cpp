@@ -57,7 +57,7 @@ private slots:
         Translator translator({m_first, m_second}, WrittenChinese::None);
         std::stop_source stop;
         stop.request_stop();
-        QVERIFY_EXCEPTION_THROWN(translator.translate(m_text, stop.get_token()), EngineError);
+        QVERIFY_THROWS_EXCEPTION(EngineError, translator.translate(m_text, stop.get_token()));
     }
 
 private:

@@ -107,7 +107,7 @@ private slots:
     void aMissingFileIsNamed()
     {
         const GeneratedFolder folder;
-        QVERIFY_EXCEPTION_THROWN(Vocabulary(folder.path(QStringLiteral("missing.spm"))), EngineError);
+        QVERIFY_THROWS_EXCEPTION(EngineError, Vocabulary(folder.path(QStringLiteral("missing.spm"))));
     }
 
 private:
