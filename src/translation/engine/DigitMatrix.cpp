@@ -1,5 +1,7 @@
 #include "translation/engine/DigitMatrix.h"
 
+#include <QtGlobal>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -15,7 +17,7 @@ constexpr std::size_t byteValues = 256;
 
 std::size_t valueIndex(int weight)
 {
-    return std::size_t(weight + 128);
+    return std::size_t(weight) + 128;
 }
 
 } // namespace

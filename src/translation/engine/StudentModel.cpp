@@ -83,6 +83,8 @@ void StudentModel::splitOutput(WorkerTeam &team)
     };
     release(0, m_target.rows);
     m_digits = std::make_unique<const DigitMatrix>(matrix, team, release);
+    // Whoever read the neighbours may have brought back what had been released.
+    release(0, m_target.rows);
     m_output.digits = m_digits.get();
     if (matrix.weights != m_target.weights)
         return;
