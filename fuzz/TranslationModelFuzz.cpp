@@ -26,7 +26,8 @@ void translate(const StudentModel &model)
     WorkerTeam team(1);
     LayerRunner runner(model, fastestKernels(), team, mostSourceTokens);
     Encoder encoder(model, runner);
-    Decoder decoder(model, runner);
+    OutputSearch search(model.output(), runner.biasFor(model.output()), fastestKernels(), team);
+    Decoder decoder(model, runner, search);
     const std::array words = {5, 7, 0};
     decoder.start(encoder.encode(words));
     std::optional<int> previous;

@@ -7,9 +7,10 @@
 
 namespace lumaphone::engine {
 
-Decoder::Decoder(const StudentModel &model, LayerRunner &runner)
+Decoder::Decoder(const StudentModel &model, LayerRunner &runner, OutputSearch &search)
     : m_model(model)
     , m_runner(runner)
+    , m_search(search)
     , m_width(model.settings().width)
     , m_positions(positionVectors(mostTargetTokens, m_width))
     , m_keys(std::size_t(mostSourceTokens) * std::size_t(m_width))
@@ -62,7 +63,7 @@ void Decoder::step(std::optional<int> previous)
 
 BestWord Decoder::choose(std::span<const std::uint32_t> candidates, int words, int excluded)
 {
-    return m_runner.best(m_model.output(), m_hidden.data(), candidates, words, excluded);
+    return m_search.best(m_hidden.data(), candidates, words, excluded);
 }
 
 std::span<const float> Decoder::scores()

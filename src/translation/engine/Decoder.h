@@ -2,6 +2,7 @@
 
 #include "translation/engine/Encoder.h"
 #include "translation/engine/LayerRunner.h"
+#include "translation/engine/OutputSearch.h"
 #include "translation/engine/StudentModel.h"
 
 #include <optional>
@@ -18,7 +19,7 @@ constexpr int mostTargetTokens = 2 * mostSourceTokens;
 class Decoder
 {
 public:
-    Decoder(const StudentModel &model, LayerRunner &runner);
+    Decoder(const StudentModel &model, LayerRunner &runner, OutputSearch &search);
 
     /// Begins a sentence whose encoder gave `encoded`.
     void start(std::span<const float> encoded);
@@ -27,7 +28,7 @@ public:
     /// none.
     void step(std::optional<int> previous);
 
-    /// The best word at this position; see LayerRunner::best.
+    /// The best word at this position; see OutputSearch::best.
     BestWord choose(std::span<const std::uint32_t> candidates, int words, int excluded);
 
     /// Every word's score at this position, valid until the next call.
@@ -50,6 +51,7 @@ private:
 
     const StudentModel &m_model;
     LayerRunner &m_runner;
+    OutputSearch &m_search;
     int m_width;
     int m_sourceTokens = 0;
     int m_position = 0;

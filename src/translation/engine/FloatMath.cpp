@@ -98,11 +98,14 @@ std::vector<float> positionVectors(int positions, int width)
 
 void embed(const EmbeddingTable &table, int word, const float *position, int width, float *output)
 {
-    const std::int8_t *weights = table.weights + std::size_t(word) * std::size_t(width);
     const float toReal = 1.0F / table.multiplier;
     const float scale = std::sqrt(static_cast<float>(width));
+    if (table.digits)
+        table.digits->copyRow(word, output);
+    else
+        std::copy_n(table.weights + std::size_t(word) * std::size_t(width), width, output);
     for (int index = 0; index < width; ++index)
-        output[index] = static_cast<float>(weights[index]) * toReal * scale + position[index];
+        output[index] = output[index] * toReal * scale + position[index];
 }
 
 } // namespace lumaphone::engine

@@ -18,9 +18,10 @@ void quantize(const float *inputs, int count, float multiplier, std::int8_t *cod
     }
 }
 
-const std::int8_t *rowOf(const std::int8_t *weights, const std::uint32_t *selected, int output, int depth)
+template<class Byte>
+const Byte *rowOf(const Byte *rows, const std::uint32_t *selected, int output, int rowLength)
 {
-    return weights + std::size_t(selected ? selected[output] : std::uint32_t(output)) * std::size_t(depth);
+    return rows + std::size_t(selected ? selected[output] : std::uint32_t(output)) * std::size_t(rowLength);
 }
 
 void multiply(const std::int8_t *codes, int rows, int depth, const std::int8_t *weights,
@@ -56,9 +57,23 @@ void multiplySaturating(const std::int8_t *codes, int rows, int depth, const std
     }
 }
 
-constexpr Kernels portable = {"portable", 0, quantize, multiply};
+void multiplyDigits(const std::int8_t *codes, int depth, const std::uint8_t *digits,
+    const std::uint32_t *selected, int outputs, std::int32_t *products)
+{
+    for (int output = 0; output < outputs; ++output) {
+        const std::uint8_t *pairs = rowOf(digits, selected, output, depth / 2);
+        std::int32_t sum = 0;
+        for (int k = 0; k < depth; k += 128, pairs += 64) {
+            for (int pair = 0; pair < 64; ++pair)
+                sum += codes[k + pair] * (pairs[pair] & 0xF) + codes[k + 64 + pair] * (pairs[pair] >> 4);
+        }
+        products[output] = sum;
+    }
+}
+
+constexpr Kernels portable = {"portable", 0, quantize, multiply, multiplyDigits};
 constexpr Kernels portableSaturating
-    = {"portable, saturating", saturatingShift, quantize, multiplySaturating};
+    = {"portable, saturating", saturatingShift, quantize, multiplySaturating, nullptr};
 
 #ifdef LUMAPHONE_ENGINE_X86
 bool hasAvx2()

@@ -22,6 +22,12 @@ struct Kernels
     /// selected[o], or o where `selected` is null.
     void (*multiply)(const std::int8_t *codes, int rows, int depth, const std::int8_t *weights,
         const std::uint32_t *selected, int outputs, std::int32_t *products);
+
+    /// The same for one input and for digits of 0 to 15 instead of weights, `depth` a multiple of 128. Of
+    /// every 128 digits the first 64 are the lower halves of 64 bytes, the others the upper ones. Null for
+    /// saturating kernels.
+    void (*multiplyDigits)(const std::int8_t *codes, int depth, const std::uint8_t *digits,
+        const std::uint32_t *selected, int outputs, std::int32_t *products);
 };
 
 /// Runs everywhere.

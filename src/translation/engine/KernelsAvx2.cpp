@@ -15,9 +15,9 @@ using std::size_t;
 // four are read at a time.
 constexpr int rowsAhead = 12;
 
-__m256i load(const std::int8_t *bytes)
+__m256i load(const void *bytes)
 {
-    return _mm256_loadu_si256(static_cast<const __m256i *>(static_cast<const void *>(bytes)));
+    return _mm256_loadu_si256(static_cast<const __m256i *>(bytes));
 }
 
 void quantize(const float *inputs, int count, float multiplier, std::int8_t *codes)
@@ -108,9 +108,9 @@ template<class Arithmetic> __m256i sumsOfOne(const std::int8_t *codes, int depth
 }
 
 /// Asks for a row that will be needed soon.
-void fetch(const std::int8_t *row, int depth)
+template<class Byte> void fetch(const Byte *row, int length)
 {
-    for (int k = 0; k < depth; k += 64)
+    for (int k = 0; k < length; k += 64)
         _mm_prefetch(row + k, _MM_HINT_T0);
 }
 
@@ -163,8 +163,50 @@ void multiply(const std::int8_t *codes, int rows, int depth, const std::int8_t *
     }
 }
 
-constexpr Kernels exact = {"AVX2", 0, quantize, multiply<Exact>};
-constexpr Kernels saturating = {"AVX2, saturating", saturatingShift, quantize, multiply<Saturating>};
+__m256i sumsOfDigits(const std::int8_t *codes, int depth, const std::uint8_t *pairs)
+{
+    const __m256i lowerHalf = _mm256_set1_epi8(0xF);
+    const __m256i one = _mm256_set1_epi16(1);
+    __m256i sums = _mm256_setzero_si256();
+    for (int k = 0; k < depth; k += 128, pairs += 64) {
+        // Eight products of at most 15 · 128 fit in 16 bits.
+        __m256i few = _mm256_setzero_si256();
+        for (int half = 0; half < 64; half += 32) {
+            const __m256i loaded = load(pairs + half);
+            const __m256i lower = _mm256_and_si256(loaded, lowerHalf);
+            const __m256i upper = _mm256_and_si256(_mm256_srli_epi16(loaded, 4), lowerHalf);
+            few = _mm256_add_epi16(few, _mm256_maddubs_epi16(lower, load(codes + k + half)));
+            few = _mm256_add_epi16(few, _mm256_maddubs_epi16(upper, load(codes + k + 64 + half)));
+        }
+        sums = _mm256_add_epi32(sums, _mm256_madd_epi16(few, one));
+    }
+    return sums;
+}
+
+void multiplyDigits(const std::int8_t *codes, int depth, const std::uint8_t *digits,
+    const std::uint32_t *selected, int outputs, std::int32_t *products)
+{
+    const int length = depth / 2;
+    const auto rowOf = [&](int output) {
+        return digits + size_t(selected ? selected[output] : std::uint32_t(output)) * size_t(length);
+    };
+    int output = 0;
+    for (; output + 4 <= outputs; output += 4) {
+        const int later = output + rowsAhead;
+        for (int ahead = later; selected && ahead < later + 4 && ahead < outputs; ++ahead)
+            fetch(rowOf(ahead), length);
+        __m256i sums[4];
+        for (int row = 0; row < 4; ++row)
+            sums[size_t(row)] = sumsOfDigits(codes, depth, rowOf(output + row));
+        _mm_storeu_si128(static_cast<__m128i *>(static_cast<void *>(products + output)),
+            totals(sums[0], sums[1], sums[2], sums[3]));
+    }
+    for (; output < outputs; ++output)
+        products[output] = total(sumsOfDigits(codes, depth, rowOf(output)));
+}
+
+constexpr Kernels exact = {"AVX2", 0, quantize, multiply<Exact>, multiplyDigits};
+constexpr Kernels saturating = {"AVX2, saturating", saturatingShift, quantize, multiply<Saturating>, nullptr};
 
 } // namespace
 

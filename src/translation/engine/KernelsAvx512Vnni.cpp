@@ -15,7 +15,7 @@ using std::size_t;
 // four are read at a time.
 constexpr int rowsAhead = 12;
 
-__m512i load(const std::int8_t *bytes)
+__m512i load(const void *bytes)
 {
     return _mm512_loadu_si512(bytes);
 }
@@ -96,9 +96,9 @@ __m512i sumsOfOne(const std::int8_t *codes, int depth, const std::int8_t *weight
 }
 
 /// Asks for a row that will be needed soon.
-void fetch(const std::int8_t *row, int depth)
+template<class Byte> void fetch(const Byte *row, int length)
 {
-    for (int k = 0; k < depth; k += 64)
+    for (int k = 0; k < length; k += 64)
         _mm_prefetch(row + k, _MM_HINT_T0);
 }
 
@@ -148,7 +148,43 @@ void multiply(const std::int8_t *codes, int rows, int depth, const std::int8_t *
     }
 }
 
-constexpr Kernels kernels = {"AVX-512 VNNI", 0, quantize, multiply};
+__m512i sumsOfDigits(const std::int8_t *codes, int depth, const std::uint8_t *pairs)
+{
+    const __m512i lowerHalf = _mm512_set1_epi8(0xF);
+    __m512i lower = _mm512_setzero_si512();
+    __m512i upper = _mm512_setzero_si512();
+    for (int k = 0; k < depth; k += 128, pairs += 64) {
+        const __m512i loaded = load(pairs);
+        lower = _mm512_dpbusd_epi32(lower, _mm512_and_si512(loaded, lowerHalf), load(codes + k));
+        upper = _mm512_dpbusd_epi32(upper, _mm512_andnot_si512(lowerHalf, loaded), load(codes + k + 64));
+    }
+    // The upper digits stand where they are worth sixteen times as much.
+    return _mm512_add_epi32(lower, _mm512_srai_epi32(upper, 4));
+}
+
+void multiplyDigits(const std::int8_t *codes, int depth, const std::uint8_t *digits,
+    const std::uint32_t *selected, int outputs, std::int32_t *products)
+{
+    const int length = depth / 2;
+    const auto rowOf = [&](int output) {
+        return digits + size_t(selected ? selected[output] : std::uint32_t(output)) * size_t(length);
+    };
+    int output = 0;
+    for (; output + 4 <= outputs; output += 4) {
+        const int later = output + rowsAhead;
+        for (int ahead = later; selected && ahead < later + 4 && ahead < outputs; ++ahead)
+            fetch(rowOf(ahead), length);
+        __m512i sums[4];
+        for (int row = 0; row < 4; ++row)
+            sums[size_t(row)] = sumsOfDigits(codes, depth, rowOf(output + row));
+        _mm_storeu_si128(static_cast<__m128i *>(static_cast<void *>(products + output)),
+            totals(sums[0], sums[1], sums[2], sums[3]));
+    }
+    for (; output < outputs; ++output)
+        products[output] = _mm512_reduce_add_epi32(sumsOfDigits(codes, depth, rowOf(output)));
+}
+
+constexpr Kernels kernels = {"AVX-512 VNNI", 0, quantize, multiply, multiplyDigits};
 
 } // namespace
 

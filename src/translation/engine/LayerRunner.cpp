@@ -1,5 +1,7 @@
 #include "translation/engine/LayerRunner.h"
 
+#include "translation/engine/Shares.h"
+
 #include <algorithm>
 #include <limits>
 #include <numeric>
@@ -10,30 +12,6 @@ namespace {
 constexpr std::size_t mostJobs = 3;
 // Outputs computed at a time: few enough for the integers to stay close to the processor.
 constexpr int block = 64;
-// The same for one input.
-constexpr int blockOfWords = 512;
-
-struct Range
-{
-    int first;
-    int last;
-};
-
-/// One of `pieces` shares of `count` outputs, in whole groups of eight.
-Range shareOf(int count, int piece, int pieces)
-{
-    const int groups = (count + 7) / 8;
-    const auto border = [&](int index) {
-        return std::min(count, int(std::int64_t(groups) * index / pieces) * 8);
-    };
-    return {border(piece), border(piece + 1)};
-}
-
-/// Two pieces per member even out what members get done.
-int piecesFor(const WorkerTeam &team)
-{
-    return team.members() == 1 ? 1 : 2 * team.members();
-}
 
 std::vector<const AffineLayer *> layersOf(const StudentModel &model)
 {
@@ -67,13 +45,6 @@ std::vector<float> unshiftedBias(const AffineLayer &layer, int shift)
     return bias;
 }
 
-bool isBetter(const BestWord &a, const BestWord &b)
-{
-    if (b.word < 0 || a.word < 0)
-        return a.word >= 0;
-    return a.score > b.score || (a.score == b.score && a.word < b.word);
-}
-
 } // namespace
 
 LayerRunner::LayerRunner(const StudentModel &model, const Kernels &kernels, WorkerTeam &team, int mostRows)
@@ -82,9 +53,7 @@ LayerRunner::LayerRunner(const StudentModel &model, const Kernels &kernels, Work
     , m_codes(std::size_t(mostRows)
           * std::max(
               mostJobs * std::size_t(model.settings().width), std::size_t(model.settings().innerWidth)))
-    , m_products(std::size_t(team.members()),
-          std::vector<std::int32_t>(std::max(std::size_t(mostRows) * block, std::size_t(blockOfWords))))
-    , m_bestOfPiece(std::size_t(piecesFor(team)))
+    , m_products(std::size_t(team.members()), std::vector<std::int32_t>(std::size_t(mostRows) * block))
 {
     if (kernels.shift == 0)
         return;
@@ -121,7 +90,7 @@ void LayerRunner::computePiece(const LayerJob &job, const std::int8_t *codes, in
     const float *bias = biasFor(*job.layer);
     const float least = job.activation == Activation::Relu ? 0.0F : -std::numeric_limits<float>::infinity();
     std::int32_t *products = m_products[std::size_t(member)].data();
-    const Range share = shareOf(matrix.outputs, piece, piecesFor(m_team));
+    const Share share = shareOf(matrix.outputs, piece, m_team);
     for (int first = share.first; first < share.last; first += block) {
         const int count = std::min(block, share.last - first);
         m_kernels.multiply(codes, rows, matrix.depth,
@@ -136,42 +105,6 @@ void LayerRunner::computePiece(const LayerJob &job, const std::int8_t *codes, in
             }
         }
     }
-}
-
-BestWord LayerRunner::best(const AffineLayer &layer, const float *input,
-    std::span<const std::uint32_t> candidates, int words, int excluded)
-{
-    m_kernels.quantize(input, layer.matrix.depth, layer.matrix.inputMultiplier, m_codes.data());
-    m_team.run(piecesFor(m_team), [&](int member, int piece) {
-        m_bestOfPiece[std::size_t(piece)] = bestOfPiece(layer, candidates, words, excluded, member, piece);
-    });
-    return *std::min_element(m_bestOfPiece.begin(), m_bestOfPiece.end(), isBetter);
-}
-
-BestWord LayerRunner::bestOfPiece(const AffineLayer &layer, std::span<const std::uint32_t> candidates,
-    int words, int excluded, int member, int piece)
-{
-    const QuantizedMatrix &matrix = layer.matrix;
-    const float toReal = 1.0F / (matrix.inputMultiplier * matrix.weightMultiplier);
-    const float *bias = biasFor(layer);
-    std::int32_t *products = m_products[std::size_t(member)].data();
-    const int count = candidates.empty() ? std::min(matrix.outputs, words) : int(candidates.size());
-    const Range share = shareOf(count, piece, piecesFor(m_team));
-    BestWord best;
-    for (int first = share.first; first < share.last; first += blockOfWords) {
-        const int size = std::min(blockOfWords, share.last - first);
-        const std::uint32_t *selected = candidates.empty() ? nullptr : candidates.data() + first;
-        const std::int8_t *weights
-            = selected ? matrix.weights : matrix.weights + std::size_t(first) * std::size_t(matrix.depth);
-        m_kernels.multiply(m_codes.data(), 1, matrix.depth, weights, selected, size, products);
-        for (int index = 0; index < size; ++index) {
-            const int word = selected ? int(selected[index]) : first + index;
-            const BestWord found = {word, static_cast<float>(products[index]) * toReal + bias[word]};
-            if (word != excluded && word < words && isBetter(found, best))
-                best = found;
-        }
-    }
-    return best;
 }
 
 } // namespace lumaphone::engine

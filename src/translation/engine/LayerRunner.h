@@ -22,13 +22,6 @@ struct LayerJob
     Activation activation = Activation::None;
 };
 
-/// The best word for a decoder state. Of equal scores the lower word wins.
-struct BestWord
-{
-    int word = -1;
-    float score = 0;
-};
-
 /// Computes 8-bit layers: rounds the inputs, multiplies integers, scales the products back. Shares the
 /// outputs among the members of a team. All memory is set aside at the start.
 class LayerRunner
@@ -42,23 +35,16 @@ public:
     void run(std::span<const LayerJob> jobs, int rows);
     void run(const LayerJob &job, int rows) { run(std::span(&job, 1), rows); }
 
-    /// The best of the layer's outputs for one input. Only `candidates` count, all of them if there are none
-    /// named, and none of them that is `excluded` or not below `words`.
-    BestWord best(const AffineLayer &layer, const float *input, std::span<const std::uint32_t> candidates,
-        int words, int excluded);
-
-private:
     /// The bias that the layer's products need, or null.
     const float *biasFor(const AffineLayer &layer) const;
+
+private:
     void computePiece(const LayerJob &job, const std::int8_t *codes, int rows, int member, int piece);
-    BestWord bestOfPiece(const AffineLayer &layer, std::span<const std::uint32_t> candidates, int words,
-        int excluded, int member, int piece);
 
     const Kernels &m_kernels;
     WorkerTeam &m_team;
     std::vector<std::int8_t> m_codes;
     std::vector<std::vector<std::int32_t>> m_products; ///< one per member
-    std::vector<BestWord> m_bestOfPiece;
     /// Where kernels shift the codes: the bias less what the shift adds to each output.
     std::unordered_map<const AffineLayer *, std::vector<float>> m_unshiftedBias;
 };

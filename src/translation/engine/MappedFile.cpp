@@ -1,64 +1,26 @@
 #include "translation/engine/MappedFile.h"
 
 #include "translation/engine/EngineError.h"
+#include "translation/engine/OpenFile.h"
 
-#include <QFile>
-
-#include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <utility>
 
 namespace lumaphone::engine {
-namespace {
-
-class Descriptor
-{
-public:
-    explicit Descriptor(const QString &path)
-        : m_number(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))
-    {
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            ::close(m_number);
-    }
-    int number() const { return m_number; }
-
-private:
-    int m_number;
-};
-
-[[noreturn]] void refuse(const QString &path, int errorNumber)
-{
-    throw EngineError(EngineError::Case::Unreadable, path, qt_error_string(errorNumber));
-}
-
-} // namespace
-
 MappedFile::MappedFile(const QString &path)
     : m_path(path)
 {
-    const Descriptor file(path);
-    struct stat status = {};
-    if (file.number() < 0 || ::fstat(file.number(), &status) != 0)
-        refuse(path, errno);
-    if (S_ISDIR(status.st_mode))
-        refuse(path, EISDIR);
-    if (!S_ISREG(status.st_mode))
-        refuse(path, ENODEV);
-    if (status.st_size == 0)
+    const OpenFile file(path);
+    if (file.size() == 0)
         throw EngineError(EngineError::Case::Truncated, path, QStringLiteral("the file is empty"));
-    const auto size = static_cast<std::size_t>(status.st_size);
-    void *start = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.number(), 0);
+    const auto size = static_cast<std::size_t>(file.size());
+    void *start = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.descriptor(), 0);
     if (start == MAP_FAILED)
-        refuse(path, errno);
+        throw EngineError(EngineError::Case::Unreadable, path, qt_error_string(errno));
     m_bytes = {static_cast<const std::byte *>(start), size};
 }
 
@@ -68,9 +30,11 @@ MappedFile::MappedFile(MappedFile &&other) noexcept
 {
 }
 
-void MappedFile::release() const
+void MappedFile::release(std::span<const std::byte> bytes)
 {
-    ::madvise(const_cast<std::byte *>(m_bytes.data()), m_bytes.size(), MADV_DONTNEED);
+    const auto start = reinterpret_cast<std::uintptr_t>(bytes.data());
+    const std::size_t before = start % std::size_t(::sysconf(_SC_PAGESIZE));
+    ::madvise(const_cast<std::byte *>(bytes.data() - before), bytes.size() + before, MADV_DONTNEED);
 }
 
 MappedFile::~MappedFile()

@@ -21,8 +21,8 @@ public:
     const QString &path() const { return m_path; }
     std::span<const std::byte> bytes() const { return m_bytes; }
 
-    /// Gives back the memory of bytes that have been read; whoever reads them again gets them from the file.
-    void release() const;
+    /// Gives back the memory of some of the bytes; whoever reads them again gets them from the file.
+    static void release(std::span<const std::byte> bytes);
 
 private:
     QString m_path;

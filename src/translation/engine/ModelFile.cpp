@@ -95,6 +95,12 @@ const Tensor *ModelFile::find(std::string_view name) const
     return found == m_tensors.end() ? nullptr : &found->second;
 }
 
+void ModelFile::release(std::span<const std::byte> bytes) const
+{
+    if (m_mapping)
+        MappedFile::release(bytes);
+}
+
 void ModelFile::fail(EngineError::Case which, const QString &subject) const
 {
     throw EngineError(which, m_path, subject);

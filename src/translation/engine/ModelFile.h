@@ -49,6 +49,9 @@ public:
     const Tensor *find(std::string_view name) const;
     std::size_t tensorCount() const { return m_tensors.size(); }
 
+    /// Gives back the memory of bytes of a tensor until they are read again.
+    void release(std::span<const std::byte> bytes) const;
+
     [[noreturn]] void fail(EngineError::Case which, const QString &subject) const;
 
 private:

@@ -14,6 +14,14 @@ const Kernels &kernelsFor(const EngineOptions &options)
                                                                        : fastestKernels();
 }
 
+StudentModel loaded(const ModelFiles &files, const Kernels &kernels, WorkerTeam &team)
+{
+    StudentModel student {ModelFile(files.model)};
+    if (files.shortlist.isEmpty() && kernels.multiplyDigits)
+        student.splitOutput(team);
+    return student;
+}
+
 /// A model may have a few rows more than its vocabulary has words, never fewer.
 void checkSize(const Vocabulary &vocabulary, int rows)
 {
@@ -26,15 +34,16 @@ void checkSize(const Vocabulary &vocabulary, int rows)
 
 SentenceModel::SentenceModel(const ModelFiles &files, const EngineOptions &options)
     : m_options(options)
-    , m_student(ModelFile(files.model))
+    , m_team(std::max(1, options.threads))
+    , m_student(loaded(files, kernelsFor(options), m_team))
     , m_sourceVocabulary(std::make_unique<Vocabulary>(files.sourceVocabulary))
     , m_targetVocabulary(files.targetVocabulary.isEmpty() || files.targetVocabulary == files.sourceVocabulary
               ? nullptr
               : std::make_unique<Vocabulary>(files.targetVocabulary))
-    , m_team(std::max(1, options.threads))
     , m_runner(m_student, kernelsFor(options), m_team, mostSourceTokens)
     , m_encoder(m_student, m_runner)
-    , m_decoder(m_student, m_runner)
+    , m_search(m_student.output(), m_runner.biasFor(m_student.output()), kernelsFor(options), m_team)
+    , m_decoder(m_student, m_runner, m_search)
 {
     checkSize(sourceVocabulary(), m_student.source().rows);
     checkSize(targetVocabulary(), m_student.target().rows);

@@ -75,13 +75,14 @@ private:
     std::vector<int> begin(std::span<const int> words);
 
     EngineOptions m_options;
+    WorkerTeam m_team;
     StudentModel m_student;
     std::unique_ptr<Vocabulary> m_sourceVocabulary;
     std::unique_ptr<Vocabulary> m_targetVocabulary; ///< null if shared
     std::optional<LexicalShortlist> m_shortlist;
-    WorkerTeam m_team;
     LayerRunner m_runner;
     Encoder m_encoder;
+    OutputSearch m_search;
     Decoder m_decoder;
     std::vector<std::uint32_t> m_candidates; ///< of the sentence at hand; empty: all words
 };

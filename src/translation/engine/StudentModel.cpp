@@ -71,6 +71,28 @@ StudentModel::StudentModel(ModelFile file)
     m_output = outputLayer(targetName);
 }
 
+void StudentModel::splitOutput(WorkerTeam &team)
+{
+    const QuantizedMatrix &matrix = m_output.matrix;
+    if (!DigitMatrix::takes(matrix.depth))
+        return;
+    const auto release = [&](int first, int count) {
+        const std::size_t width = std::size_t(m_settings.width);
+        const std::span rows(m_target.weights + std::size_t(first) * width, std::size_t(count) * width);
+        m_file.release(std::as_bytes(rows));
+    };
+    release(0, m_target.rows);
+    m_digits = std::make_unique<const DigitMatrix>(matrix, team, release);
+    // Whoever read the neighbours may have brought back what had been released.
+    release(0, m_target.rows);
+    m_output.digits = m_digits.get();
+    if (matrix.weights != m_target.weights)
+        return;
+    m_target.digits = m_digits.get();
+    if (m_shared)
+        m_source.digits = m_digits.get();
+}
+
 const Tensor &StudentModel::tensor(const std::string &name, TensorType type, int rows, int columns) const
 {
     const Tensor *found = m_file.find(name);

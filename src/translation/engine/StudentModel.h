@@ -1,7 +1,10 @@
 #pragma once
 
+#include "translation/engine/DigitMatrix.h"
 #include "translation/engine/ModelFile.h"
 #include "translation/engine/ModelSettings.h"
+#include "translation/engine/QuantizedMatrix.h"
+#include "translation/engine/WorkerTeam.h"
 
 #include <cstdint>
 #include <memory>
@@ -10,22 +13,12 @@
 
 namespace lumaphone::engine {
 
-/// A matrix of 8-bit weights, one row of `depth` weights per output. A real weight is weight /
-/// weightMultiplier.
-struct QuantizedMatrix
-{
-    const std::int8_t *weights = nullptr;
-    int depth = 0; ///< inputs, a multiple of 64
-    int outputs = 0;
-    float weightMultiplier = 1;
-    float inputMultiplier = 1; ///< inputs are multiplied by this before they are rounded to 8 bits
-};
-
 /// y = x W + b. Layers without a bias have an empty one.
 struct AffineLayer
 {
     QuantizedMatrix matrix;
     std::span<const float> bias;
+    const DigitMatrix *digits = nullptr; ///< the same weights, if they were split
 };
 
 struct LayerNorm
@@ -71,6 +64,7 @@ struct EmbeddingTable
     const std::int8_t *weights = nullptr;
     int rows = 0;
     float multiplier = 1;
+    const DigitMatrix *digits = nullptr; ///< the same weights, if they were split
 };
 
 /// The weights of a Marian student: a Transformer encoder and a decoder of SSRU layers. They lie in the model
@@ -92,6 +86,10 @@ public:
     /// From the decoder to one score per word.
     const AffineLayer &output() const { return m_output; }
 
+    /// Splits the output's weights into digits, if their shape allows it: they take the place of the weights
+    /// in memory. For models whose output is searched as a whole.
+    void splitOutput(WorkerTeam &team);
+
 private:
     const Tensor &tensor(const std::string &name, TensorType type, int rows, int columns) const;
     float scalar(const std::string &name) const;
@@ -112,6 +110,7 @@ private:
     std::vector<EncoderLayer> m_encoder;
     std::vector<DecoderLayer> m_decoder;
     AffineLayer m_output;
+    std::unique_ptr<const DigitMatrix> m_digits;
     std::vector<std::int8_t> m_requantized; ///< empty unless the output needs weights of another scale
 };
 

@@ -99,6 +99,47 @@ private slots:
         }
     }
 
+    void allKernelsGiveThePlainSumsOfDigits_data()
+    {
+        QTest::addColumn<int>("depth");
+        QTest::addColumn<int>("outputs");
+        QTest::newRow("one block") << 128 << 8;
+        QTest::newRow("outputs that are no group") << 384 << 7;
+        QTest::newRow("deep") << 2048 << 1;
+        QTest::newRow("many outputs") << 512 << 91;
+    }
+
+    void allKernelsGiveThePlainSumsOfDigits()
+    {
+        QFETCH(int, depth);
+        QFETCH(int, outputs);
+        std::mt19937 random(8);
+        const Extremes extremes[] = {{"all values", -127, 127, 0, 15}, {"greatest", 127, 127, 15, 15},
+            {"least", -127, -127, 15, 15}, {"zeros", -127, 127, 0, 0}};
+        for (const Extremes &extreme : extremes) {
+            const auto codes = randomBytes(std::size_t(depth), extreme.leastCode, extreme.mostCode, random);
+            const auto digits = randomBytes(
+                std::size_t(outputs * depth) * 2, extreme.leastWeight, extreme.mostWeight, random);
+            std::vector<std::uint8_t> pairs(digits.size() / 2);
+            for (std::size_t index = 0; index < digits.size(); ++index)
+                pairs[index / 128 * 64 + index % 64] |= std::uint8_t(digits[index] << index / 64 % 2 * 4);
+            std::vector<std::uint32_t> inOrder;
+            std::vector<std::uint32_t> scattered;
+            for (std::uint32_t output = 0; output < std::uint32_t(outputs); ++output) {
+                inOrder.push_back(output);
+                scattered.push_back(output * 2 + 1 - output % 2);
+            }
+            for (const Kernels *kernels : availableKernels()) {
+                std::vector<std::int32_t> products(std::size_t(outputs), -1);
+                kernels->multiplyDigits(codes.data(), depth, pairs.data(), nullptr, outputs, products.data());
+                QVERIFY2(products == plainProducts(codes, 1, depth, digits, inOrder), kernels->name);
+                kernels->multiplyDigits(
+                    codes.data(), depth, pairs.data(), scattered.data(), outputs, products.data());
+                QVERIFY2(products == plainProducts(codes, 1, depth, digits, scattered), kernels->name);
+            }
+        }
+    }
+
     void saturatingKernelsAgreeAndDifferFromExactOnes()
     {
         std::mt19937 random(11);

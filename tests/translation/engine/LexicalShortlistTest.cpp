@@ -4,9 +4,9 @@
 #include "support/engine/ModelGenerator.h"
 #include "translation/engine/EngineError.h"
 
-#include <QFile>
 #include <QTest>
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 
@@ -14,13 +14,6 @@ using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
 
 namespace {
-
-const QString name = QStringLiteral("some lex.bin");
-
-std::span<const std::byte> bytesOf(const std::string &text)
-{
-    return std::as_bytes(std::span(text.data(), text.size()));
-}
 
 std::string shortlist(
     std::uint64_t always, const std::vector<std::uint64_t> &offsets, const std::vector<std::uint32_t> &words)
@@ -39,30 +32,14 @@ std::string shortlist(
     return bytes;
 }
 
-std::optional<EngineError::Case> faultOf(const std::string &bytes, int sourceWords = 3, int targetWords = 40)
+template<class Action> std::optional<EngineError::Case> faultOf(const Action &action)
 {
     try {
-        const LexicalShortlist list(bytesOf(bytes), name, sourceWords, targetWords);
+        action();
         return std::nullopt;
     } catch (const EngineError &error) {
         return error.which();
     }
-}
-
-/// How much of a mapped file is in this process's memory; -1 if it is not mapped.
-int residentKilobytes(const QString &path)
-{
-    QFile maps(QStringLiteral("/proc/self/smaps"));
-    if (!maps.open(QIODevice::ReadOnly))
-        return -1;
-    bool isFound = false;
-    for (const QByteArray &line : maps.readAll().split('\n')) {
-        if (line.endsWith(path.toUtf8()))
-            isFound = true;
-        else if (isFound && line.startsWith("Rss:"))
-            return line.mid(4).trimmed().split(' ').first().toInt();
-    }
-    return -1;
 }
 
 } // namespace
@@ -75,7 +52,7 @@ private slots:
     void candidatesAreTheFrequentTheListedAndSomeMore()
     {
         const std::string bytes = shortlist(4, {0, 2, 2, 5}, {30, 20, 2, 31, 20});
-        const LexicalShortlist list(bytesOf(bytes), name, 3, 40);
+        const LexicalShortlist list = listOf(bytes);
         const std::vector<int> sentence = {2, 0};
         QCOMPARE(list.candidates(sentence, false), (std::vector<std::uint32_t> {0, 1, 2, 3, 4, 20, 30, 31}));
         // With one vocabulary the source's own words count: 0 and 2 are frequent anyway.
@@ -89,7 +66,7 @@ private slots:
     void aSharedVocabularyAddsTheSourcesWords()
     {
         const std::string bytes = shortlist(1, {0, 0, 0, 0}, {});
-        const LexicalShortlist list(bytesOf(bytes), name, 30, 40);
+        const LexicalShortlist list = listOf(bytes, 30);
         const std::vector<int> sentence = {25, 9};
         QCOMPARE(list.candidates(sentence, true), (std::vector<std::uint32_t> {0, 1, 2, 3, 4, 5, 9, 25}));
         QCOMPARE(list.candidates(sentence, false), (std::vector<std::uint32_t> {0, 1, 2, 3, 4, 5, 6, 7}));
@@ -98,7 +75,7 @@ private slots:
     void theVocabularyIsTheLimit()
     {
         const std::string bytes = shortlist(2, {0, 0}, {});
-        const LexicalShortlist list(bytesOf(bytes), name, 1, 5);
+        const LexicalShortlist list = listOf(bytes, 1, 5);
         QCOMPARE(list.candidates({}, false), (std::vector<std::uint32_t> {0, 1, 2, 3, 4}));
     }
 
@@ -106,57 +83,113 @@ private slots:
     {
         using enum EngineError::Case;
         const std::string good = shortlist(4, {0, 2, 2, 5}, {30, 20, 2, 31, 20});
-        QCOMPARE(faultOf(good), std::nullopt);
+        QCOMPARE(faultIn(good), std::nullopt);
         for (std::size_t size = 0; size < good.size(); ++size)
-            QVERIFY(faultOf(good.substr(0, size)).has_value());
-        QCOMPARE(faultOf(good + 'x'), Damaged);
-        QCOMPARE(faultOf(std::string(64, 'x')), NotRecognised);
-        QCOMPARE(faultOf(shortlist(41, {0, 0}, {})), Mismatched);
-        QCOMPARE(faultOf(shortlist(4, {0}, {})), Mismatched);
-        QCOMPARE(faultOf(good, 2), Mismatched);
-        QCOMPARE(faultOf(good, 3, 31), Mismatched);
-        QCOMPARE(faultOf(shortlist(4, {0, 3, 2, 5}, {30, 20, 2, 31, 20})), Damaged);
-        QCOMPARE(faultOf(shortlist(4, {0, 2, 2, 4}, {30, 20, 2, 31, 20})), Damaged);
-        QCOMPARE(faultOf(shortlist(4, {0, 1ULL << 63, 1ULL << 63, 5}, {30, 20, 2, 31, 20})), Damaged);
+            QVERIFY(faultIn(good.substr(0, size)).has_value());
+        QCOMPARE(faultIn(good + 'x'), Damaged);
+        QCOMPARE(faultIn(std::string(64, 'x')), NotRecognised);
+        QCOMPARE(faultIn(shortlist(41, {0, 0}, {})), Mismatched);
+        QCOMPARE(faultIn(shortlist(4, {0}, {})), Mismatched);
+        QCOMPARE(faultIn(good, 2), Mismatched);
+        QCOMPARE(faultIn(good, 3, 31), Mismatched);
+        QCOMPARE(faultIn(shortlist(4, {0, 3, 2, 5}, {30, 20, 2, 31, 20})), Damaged);
+        QCOMPARE(faultIn(shortlist(4, {0, 2, 2, 4}, {30, 20, 2, 31, 20})), Damaged);
+        QCOMPARE(faultIn(shortlist(4, {0, 1ULL << 63, 1ULL << 63, 5}, {30, 20, 2, 31, 20})), Damaged);
         std::string endless = good;
         const std::uint64_t many = ~0ULL;
         std::memcpy(endless.data() + 40, &many, sizeof many);
-        QCOMPARE(faultOf(endless), Truncated);
+        QCOMPARE(faultIn(endless), Truncated);
     }
 
-    void listsDoNotStayInMemory()
+    void whatChangesInUseIsNoticed()
     {
-        const GeneratedFolder folder;
-        const std::string bytes = generateShortlist(4000, 4000, 10, 50, 1);
-        const QString path = folder.write(QStringLiteral("lists.bin"), bytes);
-        const LexicalShortlist list(path, 4000, 4000);
-        QCOMPARE(residentKilobytes(path), 0);
-        const LexicalShortlist kept(bytesOf(bytes), name, 4000, 4000);
-        for (int word = 0; word + 2 < 4000; word += 31) {
-            const std::vector<int> sentence = {word, word + 1, word + 2};
-            QCOMPARE(list.candidates(sentence, false), kept.candidates(sentence, false));
-            QCOMPARE(residentKilobytes(path), 0);
+        using enum EngineError::Case;
+        const std::string good = shortlist(4, {0, 2, 2, 5}, {30, 20, 2, 31, 20});
+        const LexicalShortlist list = listOf(good);
+        const auto fault = [&](const std::vector<int> &sentence) {
+            return faultOf([&] { list.candidates(sentence, false); });
+        };
+        QCOMPARE(fault({0, 2}), std::nullopt);
+        overwrite(good.substr(0, good.size() - 1));
+        QCOMPARE(fault({0}), std::nullopt);
+        QCOMPARE(fault({0, 2}), Truncated);
+        overwrite(good.substr(0, 50));
+        QCOMPARE(fault({0}), Truncated);
+        overwrite({});
+        QCOMPARE(fault({0}), Truncated);
+        overwrite(shortlist(4, {0, 2, 2, 5}, {30, 40, 2, 31, 20}));
+        QCOMPARE(fault({2}), std::nullopt);
+        QCOMPARE(fault({0}), Mismatched);
+        overwrite(shortlist(4, {2, 0, 2, 1ULL << 60}, {30, 20, 2, 31, 20}));
+        QCOMPARE(fault({0}), Damaged);
+        QCOMPARE(fault({2}), Damaged);
+        overwrite(good);
+        QCOMPARE(fault({0, 2}), std::nullopt);
+    }
+
+    void aFileThatIsNoneIsUnreadable()
+    {
+        for (const QString &path : {m_folder.path(QStringLiteral("missing")), m_folder.path(QString())})
+            QCOMPARE(
+                faultOf([&] { const LexicalShortlist list(path, 3, 40); }), EngineError::Case::Unreadable);
+    }
+
+    void everyListIsFoundWhereItLies()
+    {
+        constexpr int words = 4000;
+        constexpr int length = 50;
+        const std::string bytes = generateShortlist(words, words, 10, length, 1);
+        const LexicalShortlist list = listOf(bytes, words, words);
+        const char *lists = bytes.data() + (6 + words + 1) * sizeof(std::uint64_t);
+        for (int word = 0; word < words; word += 31) {
+            std::vector<std::uint32_t> expected(length);
+            std::memcpy(expected.data(), lists + std::size_t(word) * length * sizeof(std::uint32_t),
+                length * sizeof(std::uint32_t));
+            const std::vector<int> sentence = {word};
+            const auto candidates = list.candidates(sentence, false);
+            QVERIFY(std::includes(candidates.begin(), candidates.end(), expected.begin(), expected.end()));
+            QVERIFY(candidates.size() < length + 10 + 8);
         }
     }
 
     void aForeignWordIsFoundInTheLastList()
     {
         std::string bytes = generateShortlist(4000, 4000, 10, 50, 1);
-        QCOMPARE(faultOf(bytes, 4000, 4000), std::nullopt);
+        QCOMPARE(faultIn(bytes, 4000, 4000), std::nullopt);
         const std::uint32_t foreign = 4000;
         std::memcpy(bytes.data() + bytes.size() - sizeof foreign, &foreign, sizeof foreign);
-        QCOMPARE(faultOf(bytes, 4000, 4000), EngineError::Case::Mismatched);
+        QCOMPARE(faultIn(bytes, 4000, 4000), EngineError::Case::Mismatched);
     }
 
     void generatedListsAreSound()
     {
         const std::string bytes = generateShortlist(100, 200, 10, 5, 1);
-        const LexicalShortlist list(bytesOf(bytes), name, 100, 200);
+        const LexicalShortlist list = listOf(bytes, 100, 200);
         const std::vector<int> sentence = {5, 99, 0};
         const auto candidates = list.candidates(sentence, false);
         QVERIFY(candidates.size() >= 16 && candidates.size() <= 32);
         QCOMPARE(candidates.size() % 8, std::size_t(0));
     }
+
+private:
+    /// Writes over the file itself, which keeps its place on the disk.
+    QString overwrite(const std::string &bytes) const
+    {
+        return m_folder.write(QStringLiteral("lex.bin"), bytes);
+    }
+
+    LexicalShortlist listOf(const std::string &bytes, int sourceWords = 3, int targetWords = 40) const
+    {
+        return LexicalShortlist(overwrite(bytes), sourceWords, targetWords);
+    }
+
+    std::optional<EngineError::Case> faultIn(
+        const std::string &bytes, int sourceWords = 3, int targetWords = 40) const
+    {
+        return faultOf([&] { listOf(bytes, sourceWords, targetWords); });
+    }
+
+    GeneratedFolder m_folder;
 };
 
 QTEST_GUILESS_MAIN(LexicalShortlistTest)

@@ -49,14 +49,33 @@ private slots:
         m_shortlist = m_folder.write(QStringLiteral("lex.bin"), generateShortlist(1000, 1000, 30, 10, 1));
     }
 
+    void everyKernelAndEveryNumberOfThreadsTranslatesAlike_data()
+    {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<int>("greatestWeight");
+        QTest::newRow("output that is not split") << 64 << 127;
+        QTest::newRow("output in digits") << 128 << 127;
+        QTest::newRow("output of another scale in digits") << 128 << 100;
+    }
+
     void everyKernelAndEveryNumberOfThreadsTranslatesAlike()
     {
+        QFETCH(int, width);
+        QFETCH(int, greatestWeight);
+        ModelShape shape;
+        shape.width = width;
+        shape.greatestWeight = greatestWeight;
+        const GeneratedFolder folder;
+        const ModelFiles files = folder.smallModel(shape);
         const auto sentences = randomSentences(12, 1000);
         std::vector<std::vector<int>> expected;
+        Kernels plainKernels = portableKernels();
+        plainKernels.multiplyDigits = nullptr;
         EngineOptions plain;
         plain.threads = 1;
-        plain.kernels = &portableKernels();
-        SentenceModel reference(m_files, plain);
+        plain.kernels = &plainKernels;
+        SentenceModel reference(files, plain);
+        QVERIFY(!reference.student().output().digits);
         for (const auto &sentence : sentences)
             expected.push_back(reference.translate(sentence).words);
         for (const Kernels *kernels : availableKernels()) {
@@ -64,11 +83,30 @@ private slots:
                 EngineOptions options;
                 options.threads = threads;
                 options.kernels = kernels;
-                SentenceModel model(m_files, options);
+                SentenceModel model(files, options);
+                QCOMPARE(model.student().output().digits != nullptr, width == 128);
+                QCOMPARE(model.student().target().digits != nullptr, width == 128 && greatestWeight == 127);
                 for (std::size_t index = 0; index < sentences.size(); ++index)
                     QVERIFY2(model.translate(sentences[index]).words == expected[index], kernels->name);
             }
         }
+    }
+
+    void onlyAnOutputThatIsSearchedAsAWholeIsSplit()
+    {
+        ModelShape shape;
+        shape.width = 128;
+        const GeneratedFolder folder;
+        ModelFiles files = folder.smallModel(shape);
+        const auto isSplit = [&](EngineOptions::Arithmetic arithmetic) {
+            EngineOptions options;
+            options.arithmetic = arithmetic;
+            return SentenceModel(files, options).student().output().digits != nullptr;
+        };
+        QVERIFY(isSplit(EngineOptions::Arithmetic::Exact));
+        QVERIFY(!isSplit(EngineOptions::Arithmetic::Saturating));
+        files.shortlist = m_shortlist;
+        QVERIFY(!isSplit(EngineOptions::Arithmetic::Exact));
     }
 
     void theShortlistBoundsTheWords()
