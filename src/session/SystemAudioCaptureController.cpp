@@ -374,25 +374,26 @@ void SystemAudioCaptureController::handleSpeech(
     say(texts::recognized(isFinal));
     m_merger.upsertCaptionLine(trimmed, language, isFinal);
     saveDraftIfNeeded();
-    updateFloatingCaptionForLiveSource(trimmed);
+    updateFloatingCaptionForLiveSource(trimmed, language);
     m_scheduler.scheduleTranslation(trimmed, language, isFinal);
     if (isFinal) {
         m_merger.clearCurrentLine();
     }
 }
 
-void SystemAudioCaptureController::updateFloatingCaptionForLiveSource(const QString &text)
+void SystemAudioCaptureController::updateFloatingCaptionForLiveSource(
+    const QString &text, AppleSystemSpeechLanguage language)
 {
     if (const auto index = m_merger.list().newestIndexOf(text)) {
         const QString translation = text::trimmed(captionLines().at(*index).translatedText);
         if (!translation.isEmpty() && translation != pendingTranslationPlaceholder) {
-            m_floatingCaptions.show(text, translation);
+            m_floatingCaptions.showSpoken(text, language, translation);
             return;
         }
     }
     if (m_floatingCaptions.isOpen()) {
         // A new partial result never blanks the last translation.
-        m_floatingCaptions.show(text, m_floatingCaptions.currentTranslationText());
+        m_floatingCaptions.showSpoken(text, language, m_floatingCaptions.currentTranslationText());
     }
 }
 
@@ -411,7 +412,7 @@ void SystemAudioCaptureController::publish(const CaptionTranslation &translation
         say(texts::translated(translation.language, m_translator->providerName()));
     }
     if (m_floatingCaptions.isOpen()) {
-        m_floatingCaptions.show(translation.text, translation.translation);
+        m_floatingCaptions.showSpoken(translation.text, translation.language, translation.translation);
     }
 }
 

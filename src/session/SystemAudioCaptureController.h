@@ -192,7 +192,7 @@ private:
     void handle(const pipeline_event::Speech &event);
     void handle(const pipeline_event::Failed &event);
     void handleSpeech(const QString &text, AppleSystemSpeechLanguage language, bool isFinal);
-    void updateFloatingCaptionForLiveSource(const QString &text);
+    void updateFloatingCaptionForLiveSource(const QString &text, AppleSystemSpeechLanguage language);
     void updateCaptionTranslation(const QString &translation, const QString &text);
     /// Publishes a translation whose line has it already.
     void publish(const CaptionTranslation &translation);

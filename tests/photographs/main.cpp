@@ -356,8 +356,8 @@ void photographPanel(const QString &target)
     Studio studio(user.path());
     studio.open();
     LumaphoneSettings &settings = studio.session.settings;
-    studio.floatingCaptions->show(QStringLiteral("ちょっと待って、今のアイデアめちゃくちゃ良くない？"),
-        QStringLiteral("等一下，剛剛那個點子也太可以了吧？"));
+    studio.floatingCaptions->showSpoken(QStringLiteral("ちょっと待って、今のアイデアめちゃくちゃ良くない？"),
+        AppleSystemSpeechLanguage::japanese, QStringLiteral("等一下，剛剛那個點子也太可以了吧？"));
     studio.floatingCaptions->panel()->setColor(QColor(QStringLiteral("#5c7390")));
     for (const FloatingCaptionTheme theme : allFloatingCaptionThemes) {
         settings.setCaptionTheme(theme);

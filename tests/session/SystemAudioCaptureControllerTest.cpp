@@ -615,6 +615,21 @@ private slots:
         QVERIFY(!controller.restoredDraftMessage());
     }
 
+    void thePanelKnowsTheLanguageOfWhatWasSaid()
+    {
+        LiveSession session;
+        session.started();
+        QCOMPARE(session.panel.language, std::optional<AppleSystemSpeechLanguage>());
+        session.speech(t("안녕하세요"), false, korean);
+        QCOMPARE(session.panel.language, std::optional(korean));
+        session.speech(t("おはよう"), true, japanese);
+        settle();
+        QCOMPARE(session.panel.shown.constLast(), t("おはよう | 譯:おはよう"));
+        QCOMPARE(session.panel.language, std::optional(japanese));
+        session.controller->handlePipelineEvent(pipeline_event::Failed {t("壞了")});
+        QCOMPARE(session.panel.language, std::optional<AppleSystemSpeechLanguage>());
+    }
+
     void anEmptyOrBrokenDraftIsLeftAlone_data()
     {
         QTest::addColumn<QByteArray>("bytes");
