@@ -161,6 +161,8 @@ public:
             return machine.speechFramework->isInstalled(localeIdentifier(language));
         })
     {
+        QObject::connect(&m_models, &ModelsModel::installationEnded, &m_controller,
+            &SystemAudioCaptureController::translateRestoredLines);
         setUpQmlEngine(m_engine);
     }
     ~MainWindow()

@@ -321,6 +321,13 @@ void SystemAudioCaptureController::markTranscriptSaved(const QUuid &id, const QS
     say(texts::saved(title));
 }
 
+void SystemAudioCaptureController::translateRestoredLines()
+{
+    if (m_restoredDraftMessage) {
+        m_scheduler.translateRestored();
+    }
+}
+
 void SystemAudioCaptureController::forgetSavedTranscript()
 {
     using Self = SystemAudioCaptureController;
@@ -409,7 +416,9 @@ void SystemAudioCaptureController::publish(const CaptionTranslation &translation
 {
     if (text::canonicallyEqual(translation.text, m_transcript)) {
         set(m_translatedText, translation.translation, &SystemAudioCaptureController::translatedTextChanged);
-        say(texts::translated(translation.language, m_translator->providerName()));
+        if (!m_restoredDraftMessage) {
+            say(texts::translated(translation.language, m_translator->providerName()));
+        }
     }
     if (m_floatingCaptions.isOpen()) {
         m_floatingCaptions.showSpoken(translation.text, translation.language, translation.translation);

@@ -123,6 +123,9 @@ public:
     /// Ends the session, or its beginning. What was recognised is still translated.
     void stop(bool updateStatus);
     void clearCaptions();
+    /// Asks, in quiet moments, for the translations that a restored session lacks. Without effect on any
+    /// other one. To be called when translation may have become possible; a failure is not told.
+    void translateRestoredLines();
     /// The library has saved the session under this identity.
     void markTranscriptSaved(const QUuid &id, const QString &title);
     /// Takes whatever a pipeline reports.

@@ -68,6 +68,9 @@ void photographLive(const QString &target)
         studio.open();
         studio.photograph(target, QStringLiteral("live-restored"));
         studio.live->saveTranscript();
+        studio.session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {std::chrono::hours(24), QString()};
+        };
         studio.settle();
         studio.photograph(target, QStringLiteral("live-saved"));
     }
