@@ -133,7 +133,9 @@ public:
         m_settings.setAudioInputSource(std::holds_alternative<MicrophoneInputChoice>(command.input)
                 ? LumaphoneAudioInputSource::microphone
                 : LumaphoneAudioInputSource::systemAudio);
-        if (command.translation == TranslationChoice::apple) {
+        // Without translation no provider has to be configured either.
+        if (command.translation == TranslationChoice::apple
+            || command.translation == TranslationChoice::off) {
             m_settings.setProcessingMode(LumaphoneProcessingMode::appleMode);
         } else if (command.translation == TranslationChoice::custom) {
             m_settings.setProcessingMode(LumaphoneProcessingMode::customAPI);

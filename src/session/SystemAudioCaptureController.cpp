@@ -378,7 +378,7 @@ void SystemAudioCaptureController::handleSpeech(
     }
     set(m_detectedLanguage, std::optional(language), &Self::detectedLanguageChanged);
     set(m_transcript, trimmed, &Self::transcriptChanged);
-    say(texts::recognized(isFinal));
+    say(m_translator->translates() ? texts::recognized(isFinal) : texts::recognizedOnly(isFinal));
     m_merger.upsertCaptionLine(trimmed, language, isFinal);
     saveDraftIfNeeded();
     updateFloatingCaptionForLiveSource(trimmed, language);

@@ -615,6 +615,19 @@ private slots:
         QVERIFY(!controller.restoredDraftMessage());
     }
 
+    void whereNothingIsTranslatedNoTranslationIsPromised()
+    {
+        LiveSession session;
+        session.translator->isWanted = false;
+        auto &controller = session.started();
+        session.partial("はい");
+        QCOMPARE(controller.status(), t("Apple Speech 即時轉錄中。"));
+        session.final("はい");
+        QCOMPARE(controller.status(), t("Apple Speech 收到完整句子。"));
+        settle();
+        QVERIFY(session.translator->calls.empty());
+    }
+
     void thePanelKnowsTheLanguageOfWhatWasSaid()
     {
         LiveSession session;
