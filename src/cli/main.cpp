@@ -187,7 +187,7 @@ private:
             return std::make_shared<NoTranslation>();
         }
         return std::make_shared<SessionTranslator>(
-            m_settings, m_user.glossary, m_onDevice, m_chatCompletions);
+            m_settings, m_user.glossary, m_onDevice, m_chatCompletions, m_mainQueue);
     }
 
     LivePipelineMaker pipelineMaker(std::function<void()> onFileCompleted)

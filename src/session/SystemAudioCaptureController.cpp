@@ -98,7 +98,7 @@ bool SystemAudioCaptureController::hasUnsavedTranscript() const
 bool SystemAudioCaptureController::canStartLiveTranslation() const
 {
     return m_settings.processingMode() == LumaphoneProcessingMode::appleMode
-        || ProviderCapabilities(m_settings.providerConfiguration()).supportsTextTranslation;
+        || ProviderCapabilities(m_settings.providerEndpoint()).supportsTextTranslation;
 }
 
 QString SystemAudioCaptureController::startStatusText() const
