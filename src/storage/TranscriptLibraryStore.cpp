@@ -285,6 +285,11 @@ QList<TranscriptRecordMetadata> TranscriptLibraryStore::filteredRecords(const QS
     return m_search.filtered(m_records, query);
 }
 
+bool TranscriptLibraryStore::prepareSearch(std::chrono::milliseconds budget) const
+{
+    return m_search.prepare(m_records, budget);
+}
+
 QString TranscriptLibraryStore::markdownText(const TranscriptDocument &document) const
 {
     return document.markdownText(m_environment.locale);
