@@ -6,7 +6,8 @@ Rectangle {
     id: preview
 
     required property InspectorModel inspector
-    readonly property real scaleDown: 0.46
+    /// So that both sample lines have room at the default font size.
+    readonly property real scaleDown: 0.4
 
     implicitHeight: 148
     radius: Theme.gap
@@ -29,7 +30,7 @@ Rectangle {
     FloatingCaptionView {
         objectName: "inspector.preview"
         anchors.centerIn: parent
-        width: (preview.width - 2 * Theme.space) / preview.scaleDown
+        width: (preview.width - 2 * Theme.unit) / preview.scaleDown
         height: (preview.height - 2 * Theme.space) / preview.scaleDown
         scale: preview.scaleDown
         settings: preview.inspector.settings
