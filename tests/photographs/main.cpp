@@ -39,6 +39,9 @@ void photographLive(const QString &target)
         Studio studio(user.path());
         studio.open();
         studio.photograph(target, QStringLiteral("live-idle"));
+        studio.object(QStringLiteral("inspector.flickable")).setProperty("contentY", 480);
+        studio.photograph(target, QStringLiteral("inspector-captions"));
+        studio.object(QStringLiteral("inspector.flickable")).setProperty("contentY", 0);
         studio.session.nextPipeline->gate.close();
         start(studio);
         studio.photograph(target, QStringLiteral("live-starting"));
@@ -65,12 +68,12 @@ void photographLive(const QString &target)
     }
     {
         Studio studio(user.path());
-        studio.open();
-        studio.photograph(target, QStringLiteral("live-restored"));
-        studio.live->saveTranscript();
         studio.session.translator->plan = [](const QString &) {
             return ScriptedTranslator::Plan {std::chrono::hours(24), QString()};
         };
+        studio.open();
+        studio.photograph(target, QStringLiteral("live-restored"));
+        studio.live->saveTranscript();
         studio.settle();
         studio.photograph(target, QStringLiteral("live-saved"));
     }
