@@ -1,5 +1,8 @@
-// What the window costs: a partial result with few and with many lines, and the first frame after the start.
+// What the window costs: a partial result with few and with many lines, the frames of scrolling and of
+// searching, and the first frame after the start. A screen of 60 Hz leaves 16.7 ms for a frame.
+#include "base/AtomicFile.h"
 #include "photographs/Studio.h"
+#include "storage/TranscriptIndex.h"
 #include "support/Coroutines.h"
 #include "support/PrivateDisplay.h"
 #include "support/PrivateSessionBus.h"
@@ -7,9 +10,15 @@
 
 #include <QEventLoop>
 #include <QGuiApplication>
+#include <QQuickItem>
 #include <QQuickWindow>
+#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
+#include <time.h>
+
+#include <algorithm>
+#include <vector>
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -39,6 +48,137 @@ void nextFrame(QQuickWindow &window)
     QObject::connect(&window, &QQuickWindow::frameSwapped, &loop, &QEventLoop::quit);
     loop.exec();
 }
+
+double mainThreadMs()
+{
+    timespec now {};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+/// The main thread's work for each of many frames, from what causes it until it can be seen.
+class FrameTimes
+{
+public:
+    template<typename Action> void measure(QQuickWindow &window, Action cause)
+    {
+        const double before = mainThreadMs();
+        cause();
+        nextFrame(window);
+        m_times.push_back(mainThreadMs() - before);
+    }
+    void report(benchmark::State &state)
+    {
+        std::sort(m_times.begin(), m_times.end());
+        const auto at = [this](double share) {
+            return m_times.at(static_cast<std::size_t>(share * static_cast<double>(m_times.size() - 1)));
+        };
+        state.counters["median_ms"] = at(0.5);
+        state.counters["p95_ms"] = at(0.95);
+        state.counters["worst_ms"] = at(1);
+        state.counters["late"] = static_cast<double>(
+            std::count_if(m_times.begin(), m_times.end(), [](double time) { return time > 1000.0 / 60; }));
+    }
+
+private:
+    std::vector<double> m_times;
+};
+
+/// Through a session of 5,000 lines, by so many pixels for each frame, from its end to its beginning and
+/// back.
+void scrollASession(benchmark::State &state)
+{
+    Studio studio(QStringLiteral("/dev/null"));
+    studio.open();
+    fill(studio, 5000);
+    auto *list = qobject_cast<QQuickItem *>(&studio.object(QStringLiteral("card.lines")));
+    double step = -static_cast<double>(state.range(0));
+    FrameTimes frames;
+    for (auto _ : state) {
+        const double former = list->property("contentY").toDouble();
+        frames.measure(*studio.window, [&] {
+            QMetaObject::invokeMethod(list, "scrollBy", Q_ARG(double, step));
+            list->update(); // a frame comes even at the end of the list
+        });
+        if (list->property("contentY").toDouble() == former) {
+            step = -step;
+        }
+    }
+    frames.report(state);
+}
+BENCHMARK(scrollASession)
+    ->ArgName("pixels")
+    ->Arg(20)
+    ->Arg(200)
+    ->Arg(2000)
+    ->Arg(50000)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(600);
+
+/// A library whose index alone is there, with sessions of twenty lines.
+void writeIndex(const QString &folder, int count)
+{
+    const auto layout = TranscriptLibraryLayout::at(folder + QStringLiteral("/Transcripts"));
+    createFolder(layout.sessions);
+    const QDateTime begin(QDate(2026, 1, 31), QTime(8, 0), Qt::UTC);
+    QList<TranscriptRecordMetadata> records;
+    TranscriptDocument document;
+    for (int number = 0; number < count; ++number) {
+        document.lines.clear();
+        for (int line = 0; line < 20; ++line) {
+            document.lines.append({QUuid::createUuid(),
+                QStringLiteral("今日の会議の議題は%1番目の項目から始めたいと思います").arg(number + line),
+                QStringLiteral("今天的會議議題，我想從第 %1 個項目開始。").arg(number + line),
+                AppleSystemSpeechLanguage::japanese, begin, true});
+        }
+        TranscriptRecordMetadata &metadata = document.metadata;
+        metadata.id = QUuid::createUuid();
+        metadata.title = QStringLiteral("Lumaphone Transcript %1").arg(number);
+        metadata.createdAt = begin.addSecs(-number);
+        metadata.folderName = QStringLiteral("folder-%1").arg(number);
+        metadata.searchText = document.searchText();
+        records.append(metadata);
+    }
+    TranscriptIndex(layout).write(records);
+}
+
+/// Letter by letter in the search field over 10,000 records: terms that many, few and no records contain, and
+/// back to the whole list.
+void searchTheLibrary(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    writeIndex(folder.path(), 10'000);
+    const bool isFirst = state.range(0) == 1;
+    const QStringList typed {QStringLiteral("議"), QStringLiteral("議題"), QStringLiteral("議題は1"),
+        QStringLiteral("議題は12"), QStringLiteral("議題は123"), QStringLiteral("議題は1234"),
+        QStringLiteral("水"), QStringLiteral("水星"), QString()};
+    std::unique_ptr<Studio> studio;
+    const auto open = [&] {
+        studio.reset();
+        studio = std::make_unique<Studio>(folder.path());
+        studio->open();
+        studio->content().setProperty("workspaceMode", QStringLiteral("library"));
+        // The first letter comes when the library has been looked at for a moment.
+        waitUntil([&] { return !studio->workspace->isPreparingSearch(); });
+    };
+    open();
+    FrameTimes frames;
+    qsizetype next = 0;
+    for (auto _ : state) {
+        if (isFirst) {
+            state.PauseTiming();
+            open();
+            state.ResumeTiming();
+        }
+        frames.measure(*studio->window, [&] { studio->workspace->setSearchText(typed[next]); });
+        if (!isFirst) {
+            next = (next + 1) % typed.size();
+        }
+    }
+    frames.report(state);
+}
+BENCHMARK(searchTheLibrary)->ArgName("first")->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(10);
+BENCHMARK(searchTheLibrary)->ArgName("first")->Arg(0)->Unit(benchmark::kMillisecond)->Iterations(270);
 
 void aPartialResult(benchmark::State &state)
 {

@@ -143,8 +143,8 @@ public:
               .floatingCaptions = m_floatingCaptions,
               .transcriptProcessor = machine.transcriptProcessor,
               .draftStore = LumaphoneSessionDraftStore(machine.folders),
-              .translator = std::make_shared<SessionTranslator>(
-                  machine.settings, machine.glossary, machine.onDevice, machine.chatCompletions),
+              .translator = std::make_shared<SessionTranslator>(machine.settings, machine.glossary,
+                  machine.onDevice, machine.chatCompletions, machine.mainQueue),
               .access = CaptureAccess(machine.screenAudio, machine.microphone, machine.clock),
               .makePipeline = machine.pipelines(),
               .clock = machine.clock,
@@ -161,6 +161,8 @@ public:
             return machine.speechFramework->isInstalled(localeIdentifier(language));
         })
     {
+        QObject::connect(&m_models, &ModelsModel::installationEnded, &m_controller,
+            &SystemAudioCaptureController::translateRestoredLines);
         setUpQmlEngine(m_engine);
     }
     ~MainWindow()

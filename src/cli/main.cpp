@@ -133,7 +133,9 @@ public:
         m_settings.setAudioInputSource(std::holds_alternative<MicrophoneInputChoice>(command.input)
                 ? LumaphoneAudioInputSource::microphone
                 : LumaphoneAudioInputSource::systemAudio);
-        if (command.translation == TranslationChoice::apple) {
+        // Without translation no provider has to be configured either.
+        if (command.translation == TranslationChoice::apple
+            || command.translation == TranslationChoice::off) {
             m_settings.setProcessingMode(LumaphoneProcessingMode::appleMode);
         } else if (command.translation == TranslationChoice::custom) {
             m_settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
@@ -185,7 +187,7 @@ private:
             return std::make_shared<NoTranslation>();
         }
         return std::make_shared<SessionTranslator>(
-            m_settings, m_user.glossary, m_onDevice, m_chatCompletions);
+            m_settings, m_user.glossary, m_onDevice, m_chatCompletions, m_mainQueue);
     }
 
     LivePipelineMaker pipelineMaker(std::function<void()> onFileCompleted)

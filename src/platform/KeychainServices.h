@@ -17,6 +17,7 @@ struct KeychainQuery
 enum class KeychainStatus {
     success,
     itemNotFound,
+    locked, ///< to peek() alone: the item is there, but only the user can open the keychain
     other, ///< no keychain, access refused, still locked: the reason is not told apart
 };
 
@@ -34,6 +35,8 @@ public:
     virtual ~KeychainServices() = default;
 
     virtual KeychainReading copyMatching(const KeychainQuery &query) = 0;
+    /// The same without asking the user for anything.
+    virtual KeychainReading peek(const KeychainQuery &query) { return copyMatching(query); }
     /// Replaces the data of the item that exists.
     virtual KeychainStatus update(const KeychainQuery &query, const QByteArray &data) = 0;
     /// Makes a new item.

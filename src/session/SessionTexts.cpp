@@ -151,6 +151,12 @@ QString recognized(bool isFinal)
                    : QStringLiteral("Apple Speech 即時轉錄中，正在更新台灣繁中翻譯。");
 }
 
+QString recognizedOnly(bool isFinal)
+{
+    return isFinal ? QStringLiteral("Apple Speech 收到完整句子。")
+                   : QStringLiteral("Apple Speech 即時轉錄中。");
+}
+
 QString translated(AppleSystemSpeechLanguage language, const QString &provider)
 {
     return language == AppleSystemSpeechLanguage::mandarin ? QStringLiteral("原文已是中文，直接顯示。")

@@ -43,6 +43,8 @@ QString systemAudioErrorMessage(const QString &description, LumaphoneAudioInputS
 // While it runs.
 QString samplesReceived(qint64 count, LumaphoneAudioInputSource source);
 QString recognized(bool isFinal);
+/// The same where nothing is translated.
+QString recognizedOnly(bool isFinal);
 QString translated(AppleSystemSpeechLanguage language, const QString &provider);
 QString translationFailed(const QString &provider, const QString &description);
 QString translationFailedStatus(const QString &provider, const QString &description);

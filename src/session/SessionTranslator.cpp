@@ -1,5 +1,6 @@
 #include "session/SessionTranslator.h"
 
+#include "base/Completion.h"
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "storage/LumaphoneSettings.h"
 #include "translation/GlossarySelection.h"
@@ -45,11 +46,12 @@ QString translationSourceIdentifier(AppleSystemSpeechLanguage language)
 
 SessionTranslator::SessionTranslator(const LumaphoneSettings &settings,
     const LumaphoneGlossaryStore &glossaryStore, LumaphoneAppleTranslationService &translator,
-    OpenAICompatibleTranslationService &customTranslator)
+    OpenAICompatibleTranslationService &customTranslator, std::shared_ptr<MainQueue> mainQueue)
     : m_settings(settings)
     , m_glossaryStore(glossaryStore)
     , m_translator(translator)
     , m_customTranslator(customTranslator)
+    , m_mainQueue(std::move(mainQueue))
 {
 }
 
@@ -69,7 +71,10 @@ QCoro::Task<QString> SessionTranslator::translateText(
     const auto terms = glossaryTermsOccurring(m_glossaryStore.enabledTerms(), text);
     const QString source = translationSourceIdentifier(language);
     if (m_settings.processingMode() == LumaphoneProcessingMode::customAPI) {
-        const OpenAICompatibleProviderConfiguration configuration = m_settings.providerConfiguration();
+        OpenAICompatibleProviderConfiguration configuration = m_settings.providerEndpoint();
+        // A locked keychain asks the user first, however long that takes; the session goes on meanwhile.
+        configuration.apiKey = co_await runInBackground(m_mainQueue, "provider-key",
+            [keychain = m_settings.keychain()] { return LumaphoneSettings::readProviderAPIKey(keychain); });
         const LumaphoneGlossaryPrompt prompt {terms};
         co_return co_await m_customTranslator.translate(text, source, configuration, prompt, stop);
     }

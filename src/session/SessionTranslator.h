@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/MainQueue.h"
 #include "session/CaptionTranslator.h"
 
 #include <memory>
@@ -20,7 +21,8 @@ class SessionTranslator final : public CaptionTranslator
 {
 public:
     SessionTranslator(const LumaphoneSettings &settings, const LumaphoneGlossaryStore &glossaryStore,
-        LumaphoneAppleTranslationService &translator, OpenAICompatibleTranslationService &customTranslator);
+        LumaphoneAppleTranslationService &translator, OpenAICompatibleTranslationService &customTranslator,
+        std::shared_ptr<MainQueue> mainQueue);
 
     QString providerName() const override;
     QCoro::Task<QString> translateText(
@@ -32,6 +34,7 @@ private:
     const LumaphoneGlossaryStore &m_glossaryStore;
     LumaphoneAppleTranslationService &m_translator;
     OpenAICompatibleTranslationService &m_customTranslator;
+    const std::shared_ptr<MainQueue> m_mainQueue;
 };
 
 } // namespace lumaphone

@@ -98,7 +98,7 @@ bool SystemAudioCaptureController::hasUnsavedTranscript() const
 bool SystemAudioCaptureController::canStartLiveTranslation() const
 {
     return m_settings.processingMode() == LumaphoneProcessingMode::appleMode
-        || ProviderCapabilities(m_settings.providerConfiguration()).supportsTextTranslation;
+        || ProviderCapabilities(m_settings.providerEndpoint()).supportsTextTranslation;
 }
 
 QString SystemAudioCaptureController::startStatusText() const
@@ -321,6 +321,13 @@ void SystemAudioCaptureController::markTranscriptSaved(const QUuid &id, const QS
     say(texts::saved(title));
 }
 
+void SystemAudioCaptureController::translateRestoredLines()
+{
+    if (m_restoredDraftMessage) {
+        m_scheduler.translateRestored();
+    }
+}
+
 void SystemAudioCaptureController::forgetSavedTranscript()
 {
     using Self = SystemAudioCaptureController;
@@ -371,28 +378,29 @@ void SystemAudioCaptureController::handleSpeech(
     }
     set(m_detectedLanguage, std::optional(language), &Self::detectedLanguageChanged);
     set(m_transcript, trimmed, &Self::transcriptChanged);
-    say(texts::recognized(isFinal));
+    say(m_translator->translates() ? texts::recognized(isFinal) : texts::recognizedOnly(isFinal));
     m_merger.upsertCaptionLine(trimmed, language, isFinal);
     saveDraftIfNeeded();
-    updateFloatingCaptionForLiveSource(trimmed);
+    updateFloatingCaptionForLiveSource(trimmed, language);
     m_scheduler.scheduleTranslation(trimmed, language, isFinal);
     if (isFinal) {
         m_merger.clearCurrentLine();
     }
 }
 
-void SystemAudioCaptureController::updateFloatingCaptionForLiveSource(const QString &text)
+void SystemAudioCaptureController::updateFloatingCaptionForLiveSource(
+    const QString &text, AppleSystemSpeechLanguage language)
 {
     if (const auto index = m_merger.list().newestIndexOf(text)) {
         const QString translation = text::trimmed(captionLines().at(*index).translatedText);
         if (!translation.isEmpty() && translation != pendingTranslationPlaceholder) {
-            m_floatingCaptions.show(text, translation);
+            m_floatingCaptions.showSpoken(text, language, translation);
             return;
         }
     }
     if (m_floatingCaptions.isOpen()) {
         // A new partial result never blanks the last translation.
-        m_floatingCaptions.show(text, m_floatingCaptions.currentTranslationText());
+        m_floatingCaptions.showSpoken(text, language, m_floatingCaptions.currentTranslationText());
     }
 }
 
@@ -408,10 +416,12 @@ void SystemAudioCaptureController::publish(const CaptionTranslation &translation
 {
     if (text::canonicallyEqual(translation.text, m_transcript)) {
         set(m_translatedText, translation.translation, &SystemAudioCaptureController::translatedTextChanged);
-        say(texts::translated(translation.language, m_translator->providerName()));
+        if (!m_restoredDraftMessage) {
+            say(texts::translated(translation.language, m_translator->providerName()));
+        }
     }
     if (m_floatingCaptions.isOpen()) {
-        m_floatingCaptions.show(translation.text, translation.translation);
+        m_floatingCaptions.showSpoken(translation.text, translation.language, translation.translation);
     }
 }
 

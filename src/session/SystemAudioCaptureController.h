@@ -123,6 +123,9 @@ public:
     /// Ends the session, or its beginning. What was recognised is still translated.
     void stop(bool updateStatus);
     void clearCaptions();
+    /// Asks, in quiet moments, for the translations that a restored session lacks. Without effect on any
+    /// other one. To be called when translation may have become possible; a failure is not told.
+    void translateRestoredLines();
     /// The library has saved the session under this identity.
     void markTranscriptSaved(const QUuid &id, const QString &title);
     /// Takes whatever a pipeline reports.
@@ -192,7 +195,7 @@ private:
     void handle(const pipeline_event::Speech &event);
     void handle(const pipeline_event::Failed &event);
     void handleSpeech(const QString &text, AppleSystemSpeechLanguage language, bool isFinal);
-    void updateFloatingCaptionForLiveSource(const QString &text);
+    void updateFloatingCaptionForLiveSource(const QString &text, AppleSystemSpeechLanguage language);
     void updateCaptionTranslation(const QString &translation, const QString &text);
     /// Publishes a translation whose line has it already.
     void publish(const CaptionTranslation &translation);

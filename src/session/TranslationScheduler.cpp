@@ -50,8 +50,22 @@ void TranslationScheduler::finishRemaining()
     startWorker();
 }
 
+void TranslationScheduler::translateRestored()
+{
+    m_isRestored = true;
+    m_failedTexts.clear();
+    m_managedLanguages.clear();
+    if (m_inFlight) {
+        // What has changed may let it succeed: its failure would tell nothing any more.
+        m_inFlight->stop.request_stop();
+    }
+    startWorker();
+}
+
 void TranslationScheduler::reset()
 {
+    m_isRestored = false;
+    m_managedLanguages.clear();
     m_translationWorkerID.reset();
     m_latest.reset();
     m_lastTranslation.reset();
@@ -97,14 +111,22 @@ TranslationScheduler::Turn TranslationScheduler::nextTurn()
     return Rest {};
 }
 
+bool TranslationScheduler::isUnmanaged(AppleSystemSpeechLanguage language) const
+{
+    const auto found = m_managedLanguages.find(language);
+    return found != m_managedLanguages.end() && !found->second;
+}
+
 std::optional<TranslationScheduler::Request> TranslationScheduler::requestForPassedOverLine() const
 {
     const auto &lines = m_lines.lines();
     const auto line = std::find_if(lines.begin(), lines.end(), [&](const LumaphoneCaptionLine &candidate) {
-        // Only the last line may still change: before it, also what the recogniser gave up stands as it is.
-        const bool isSettled = candidate.isFinal || &candidate != &lines.constLast();
+        // Only the last line of a live session may still change: before it, also what the recogniser gave up
+        // stands as it is.
+        const bool isSettled = candidate.isFinal || m_isRestored || &candidate != &lines.constLast();
         return isSettled && candidate.translatedText == pendingTranslationPlaceholder
-            && !m_failedTexts.contains(text::canonicalForm(candidate.sourceText));
+            && !m_failedTexts.contains(text::canonicalForm(candidate.sourceText))
+            && !isUnmanaged(effectiveTranslationLanguage(candidate.sourceText, candidate.sourceLanguage));
     });
     if (line == lines.end()) {
         return std::nullopt;
@@ -160,6 +182,9 @@ void TranslationScheduler::receive(const Request &request, const Answer &answer)
     if (const auto *translated = std::get_if<QString>(&answer)) {
         const CaptionTranslation translation {request.text, *translated, request.language};
         m_failedTexts.remove(text::canonicalForm(request.text));
+        if (m_isRestored) {
+            m_managedLanguages[request.language] = true;
+        }
         if (request.passedOverLine) {
             m_receiver.passedOverLineTranslated(*request.passedOverLine, translation);
         } else {
@@ -172,6 +197,11 @@ void TranslationScheduler::receive(const Request &request, const Answer &answer)
         return;
     }
     m_failedTexts.insert(text::canonicalForm(request.text));
+    if (m_isRestored) {
+        // One text of a language that is managed may fail alone; the first one tells of all.
+        m_managedLanguages.try_emplace(request.language, false);
+        return;
+    }
     const QString description = std::get<Failure>(answer).description;
     if (request.passedOverLine) {
         m_receiver.passedOverLineFailed(request.text, description);

@@ -11,6 +11,7 @@
 #include <QSet>
 
 #include <chrono>
+#include <map>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -60,6 +61,10 @@ public:
     void scheduleTranslation(const QString &text, AppleSystemSpeechLanguage language, bool isFinal);
     /// No more text will come: what is pending and the lines that were passed over are still translated.
     void finishRemaining();
+    /// The lines are those of a session that is over: those without a translation get one, as far as it can
+    /// be had now. Nobody waits for them, so that a failure is not told. To be called again when more can be
+    /// had.
+    void translateRestored();
     /// Forgets everything. A request under way is given up, and its answer ignored.
     void reset();
     /// Whether no worker runs: nothing is pending, nothing is under way.
@@ -103,6 +108,7 @@ private:
     void startWorker();
     Turn nextTurn();
     std::optional<Request> requestForPassedOverLine() const;
+    bool isUnmanaged(AppleSystemSpeechLanguage language) const;
     void receive(const Request &request, const Answer &answer);
     void abandonRequest();
 
@@ -116,6 +122,10 @@ private:
     std::optional<Request> m_inFlight;
     std::optional<CaptionTranslation> m_lastTranslation;
     QSet<QString> m_failedTexts; ///< in canonical form
+    bool m_isRestored = false; ///< whether the lines are those of a session that is over
+    /// Whether the provider manages a language of the restored lines. One that it has failed at is left
+    /// alone.
+    std::map<AppleSystemSpeechLanguage, bool> m_managedLanguages;
 };
 
 } // namespace lumaphone

@@ -37,6 +37,13 @@ std::optional<QString> LumaphoneKeychain::read(const QString &account) const
     return decodedUtf8(reading.data);
 }
 
+bool LumaphoneKeychain::holds(const QString &account) const
+{
+    const KeychainReading reading = m_services->peek(baseQuery(account));
+    return reading.status == KeychainStatus::locked
+        || (reading.status == KeychainStatus::success && decodedUtf8(reading.data));
+}
+
 void LumaphoneKeychain::save(const QString &value, const QString &account) const
 {
     const KeychainQuery query = baseQuery(account);

@@ -21,6 +21,8 @@ public:
 
     /// None when there is no such item, it cannot be had, or its data is not UTF-8. An empty text is a text.
     std::optional<QString> read(const QString &account) const;
+    /// Whether read() can give a text, as far as can be told without asking the user to unlock the keychain.
+    bool holds(const QString &account) const;
     /// Replaces the account's text in place, or adds it.
     void save(const QString &value, const QString &account) const;
     void remove(const QString &account) const;

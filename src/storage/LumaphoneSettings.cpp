@@ -53,7 +53,7 @@ LumaphoneSettings::LumaphoneSettings(
           FloatingCaptionDisplayMode::bilingual))
     , m_providerBaseURL(defaults.string(keys::providerBaseURL).value_or(defaultProviderBaseURL()))
     , m_providerModel(defaults.string(keys::providerModel).value_or(QStringLiteral("gpt-4o-mini")))
-    , m_hasProviderAPIKey(m_keychain.read(apiKeyAccount).has_value())
+    , m_hasProviderAPIKey(m_keychain.holds(apiKeyAccount))
 {
 }
 
@@ -125,7 +125,14 @@ void LumaphoneSettings::setProviderModel(const QString &model)
 
 OpenAICompatibleProviderConfiguration LumaphoneSettings::providerConfiguration() const
 {
-    return {text::trimmed(m_providerBaseURL), readProviderAPIKey(m_keychain), text::trimmed(m_providerModel)};
+    OpenAICompatibleProviderConfiguration configuration = providerEndpoint();
+    configuration.apiKey = readProviderAPIKey(m_keychain);
+    return configuration;
+}
+
+OpenAICompatibleProviderConfiguration LumaphoneSettings::providerEndpoint() const
+{
+    return {text::trimmed(m_providerBaseURL), {}, text::trimmed(m_providerModel)};
 }
 
 QString LumaphoneSettings::readProviderAPIKey(const LumaphoneKeychain &keychain)
@@ -133,14 +140,21 @@ QString LumaphoneSettings::readProviderAPIKey(const LumaphoneKeychain &keychain)
     return keychain.read(apiKeyAccount).value_or(QString());
 }
 
-void LumaphoneSettings::saveProviderAPIKey(const QString &key)
+void LumaphoneSettings::saveProviderAPIKey(const QString &key, const KeychainRunner &run)
 {
     const QString trimmedKey = text::trimmed(key);
     const bool hasKey = !trimmedKey.isEmpty();
-    if (hasKey) {
-        m_keychain.save(trimmedKey, apiKeyAccount);
+    const auto work = [keychain = m_keychain, trimmedKey] {
+        if (trimmedKey.isEmpty()) {
+            keychain.remove(apiKeyAccount);
+        } else {
+            keychain.save(trimmedKey, apiKeyAccount);
+        }
+    };
+    if (run) {
+        run(work);
     } else {
-        m_keychain.remove(apiKeyAccount);
+        work();
     }
     if (std::exchange(m_hasProviderAPIKey, hasKey) != hasKey) {
         emit hasProviderAPIKeyChanged();

@@ -11,7 +11,12 @@
 
 #include <QObject>
 
+#include <functional>
+
 namespace lumaphone {
+
+/// Runs, at once or later, on any thread, something that blocks while the keychain asks the user.
+using KeychainRunner = std::function<void(std::function<void()> work)>;
 
 /// Every choice of the user that survives a restart. The program makes one and hands it to whoever needs it.
 /// Main thread.
@@ -79,16 +84,20 @@ public:
     const QString &providerModel() const { return m_providerModel; }
     void setProviderModel(const QString &model);
 
-    /// Whether a key was there when the settings were made or has been saved since. It follows what was asked
+    /// Whether a key was there when the settings were made, perhaps in a locked keychain, or has been saved
+    /// since. It follows what was asked
     /// of the keychain, not what came of it.
     bool hasProviderAPIKey() const { return m_hasProviderAPIKey; }
 
     /// Base URL and model without white space at their ends, with the key that the keychain holds now, or "".
     OpenAICompatibleProviderConfiguration providerConfiguration() const;
+    /// The same without the key, for which the user may have to be asked.
+    OpenAICompatibleProviderConfiguration providerEndpoint() const;
     /// The key in a keychain like keychain(), or "". May be called on any thread that may block.
     static QString readProviderAPIKey(const LumaphoneKeychain &keychain);
     /// Keeps the key, without white space at its ends, in the keychain; a blank one deletes what is there.
-    void saveProviderAPIKey(const QString &key);
+    /// `run` runs what may block, perhaps on another thread; without it, that is done here and now.
+    void saveProviderAPIKey(const QString &key, const KeychainRunner &run = {});
 
     DefaultsStore &defaults() const { return m_defaults; }
     const LumaphoneKeychain &keychain() const { return m_keychain; }

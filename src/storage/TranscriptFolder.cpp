@@ -27,14 +27,28 @@ bool TranscriptFolder::exists() const
     return QFileInfo(m_path).isDir();
 }
 
+/// What `decode` makes of a file.
+template<typename Decode> auto TranscriptFolder::decoded(const QString &name, Decode decode) const
+{
+    const QByteArray bytes = read(name);
+    try {
+        return decode(json::parse(bytes));
+    } catch (const json::DecodingError &error) {
+        throw TranscriptStorageError(TranscriptStorageError::Case::fileDamaged,
+            m_path + QLatin1Char('/') + name, error.errorDescription());
+    }
+}
+
 TranscriptRecordMetadata TranscriptFolder::readMetadata() const
 {
-    return transcriptRecordMetadataFromJson(json::parse(read(metadataFile)));
+    return decoded(
+        metadataFile, [](const json::Value &value) { return transcriptRecordMetadataFromJson(value); });
 }
 
 QList<SavedTranscriptLine> TranscriptFolder::readLines() const
 {
-    return recordcoding::list(json::parse(read(linesFile)), savedTranscriptLineFromJson);
+    return decoded(linesFile,
+        [](const json::Value &value) { return recordcoding::list(value, savedTranscriptLineFromJson); });
 }
 
 void TranscriptFolder::write(const TranscriptDocument &document) const

@@ -15,8 +15,7 @@ public:
     const QString &path() const { return m_path; }
     bool exists() const;
 
-    /// Throws TranscriptStorageError or FileError when it is not there, json::DecodingError when it is
-    /// damaged.
+    /// Throws TranscriptStorageError when it is not there or damaged, FileError when it cannot be read.
     TranscriptRecordMetadata readMetadata() const;
     QList<SavedTranscriptLine> readLines() const;
     /// Creates the folder and writes its files one after another, each replacing its former self in one step.
@@ -26,6 +25,7 @@ public:
     void remove() const;
 
 private:
+    template<typename Decode> auto decoded(const QString &name, Decode decode) const;
     QByteArray read(const QString &name) const;
     void write(const QString &name, const QByteArray &bytes) const;
 

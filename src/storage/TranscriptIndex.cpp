@@ -3,6 +3,7 @@
 #include "base/AtomicFile.h"
 #include "storage/RecordCoding.h"
 #include "storage/TranscriptFolder.h"
+#include "storage/TranscriptStorageError.h"
 
 #include <QDir>
 #include <QFile>
@@ -42,9 +43,14 @@ QList<TranscriptRecordMetadata> TranscriptIndex::read()
     if (!bytes) {
         return {};
     }
-    auto records = recordcoding::list(json::parse(*bytes), transcriptRecordMetadataFromJson);
-    sortNewestFirst(records);
-    return records;
+    try {
+        auto records = recordcoding::list(json::parse(*bytes), transcriptRecordMetadataFromJson);
+        sortNewestFirst(records);
+        return records;
+    } catch (const json::DecodingError &error) {
+        throw TranscriptStorageError(
+            TranscriptStorageError::Case::fileDamaged, m_layout.index, error.errorDescription());
+    }
 }
 
 void TranscriptIndex::write(const QList<TranscriptRecordMetadata> &records)

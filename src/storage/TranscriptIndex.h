@@ -23,7 +23,8 @@ public:
 
     /// Whether the file is not the one that was read or written last.
     bool hasChanged() const;
-    /// The records, newest first; none without a file. Throws FileError or json::DecodingError.
+    /// The records, newest first; none without a file. Throws FileError, or TranscriptStorageError if it is
+    /// damaged.
     QList<TranscriptRecordMetadata> read();
     /// Replaces the file. Throws FileError.
     void write(const QList<TranscriptRecordMetadata> &records);

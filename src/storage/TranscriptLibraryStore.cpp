@@ -157,12 +157,12 @@ void TranscriptLibraryStore::rebuild(const LocalizedError &damage)
     const QString keptAs = keepAside(m_environment.layout.index);
     m_index.write(rebuilt.records);
     QString message = QStringLiteral(
-        "Transcript Library 錯誤：索引無法讀取（%1）。原檔保留為「%2」，已從 %3 個 session 資料夾重建索引。")
-                          .arg(damage.errorDescription(), keptAs, QString::number(rebuilt.records.size()));
+        "Transcript Library 錯誤：索引無法讀取，原檔保留為「%1」。已從 %2 個 session 資料夾重建索引。")
+                          .arg(keptAs, QString::number(rebuilt.records.size()));
     if (rebuilt.skippedFolders > 0) {
         message += QStringLiteral("另有 %1 個資料夾無法讀取。").arg(rebuilt.skippedFolders);
     }
-    setLastErrorMessage(message);
+    setLastErrorMessage(message + damage.errorDescription());
 }
 
 TranscriptRecordMetadata TranscriptLibraryStore::save(
@@ -283,6 +283,11 @@ QCoro::Task<> TranscriptLibraryStore::openFolder(TranscriptRecordMetadata wanted
 QList<TranscriptRecordMetadata> TranscriptLibraryStore::filteredRecords(const QString &query) const
 {
     return m_search.filtered(m_records, query);
+}
+
+bool TranscriptLibraryStore::prepareSearch(std::chrono::milliseconds budget) const
+{
+    return m_search.prepare(m_records, budget);
 }
 
 QString TranscriptLibraryStore::markdownText(const TranscriptDocument &document) const

@@ -15,6 +15,7 @@
 #include <QLocale>
 #include <QObject>
 
+#include <chrono>
 #include <optional>
 
 namespace lumaphone {
@@ -66,6 +67,9 @@ public:
 
     /// The records whose texts contain `query` without regard to case, in their order; all for a blank one.
     QList<TranscriptRecordMetadata> filteredRecords(const QString &query) const;
+    /// Prepares a part of what the first search needs, for about as long as `budget`. Whether all of it is
+    /// done.
+    bool prepareSearch(std::chrono::milliseconds budget) const;
     /// The document as a readable page, with dates as the user writes them.
     QString markdownText(const TranscriptDocument &document) const;
 

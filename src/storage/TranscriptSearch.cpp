@@ -69,20 +69,41 @@ QList<TranscriptRecordMetadata> TranscriptSearch::filtered(
     if (wanted.isEmpty()) {
         return records;
     }
+    const bool isNarrower = m_last && wanted.contains(m_last->wanted)
+        && m_last->records.constData() == records.constData() && m_last->records.size() == records.size();
+    const QList<TranscriptRecordMetadata> candidates = isNarrower ? m_last->found : records;
     QList<TranscriptRecordMetadata> found;
-    std::copy_if(records.begin(), records.end(), std::back_inserter(found),
+    std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(found),
         [&](const auto &record) { return foldedTexts(record).contains(wanted); });
+    m_last = Last {wanted, records, found};
     return found;
+}
+
+bool TranscriptSearch::prepare(
+    const QList<TranscriptRecordMetadata> &records, std::chrono::milliseconds budget)
+{
+    const auto end = std::chrono::steady_clock::now() + budget;
+    const auto open = std::find_if(records.begin(), records.end(),
+        [this](const auto &record) { return !m_foldedTexts.contains(record.id); });
+    for (auto record = open; record != records.end(); ++record) {
+        if (std::chrono::steady_clock::now() >= end) {
+            return false;
+        }
+        foldedTexts(*record);
+    }
+    return true;
 }
 
 void TranscriptSearch::forget(const QUuid &id)
 {
     m_foldedTexts.remove(id);
+    m_last.reset();
 }
 
 void TranscriptSearch::forgetAll()
 {
     m_foldedTexts.clear();
+    m_last.reset();
 }
 
 QString TranscriptSearch::folded(const QString &text) const

@@ -4,7 +4,7 @@ namespace lumaphone {
 
 namespace {
 
-QString description(TranscriptStorageError::Case errorCase, const QString &subject)
+QString description(TranscriptStorageError::Case errorCase, const QString &subject, const QString &detail)
 {
     switch (errorCase) {
     case TranscriptStorageError::Case::noDataFolder:
@@ -13,6 +13,8 @@ QString description(TranscriptStorageError::Case errorCase, const QString &subje
         return QStringLiteral("找不到 session 資料夾「%1」。").arg(subject);
     case TranscriptStorageError::Case::fileMissing:
         return QStringLiteral("找不到檔案「%1」。").arg(subject);
+    case TranscriptStorageError::Case::fileDamaged:
+        return QStringLiteral("檔案「%1」已損壞或不完整，無法讀取。詳細資訊：%2").arg(subject, detail);
     case TranscriptStorageError::Case::unpairedSurrogate:
         return QStringLiteral("%1含有不完整的字元（不成對的代理碼），無法儲存。請刪除後再試一次。")
             .arg(subject);
@@ -22,8 +24,8 @@ QString description(TranscriptStorageError::Case errorCase, const QString &subje
 
 } // namespace
 
-TranscriptStorageError::TranscriptStorageError(Case errorCase, const QString &subject)
-    : LocalizedError(description(errorCase, subject))
+TranscriptStorageError::TranscriptStorageError(Case errorCase, const QString &subject, const QString &detail)
+    : LocalizedError(description(errorCase, subject, detail))
     , m_case(errorCase)
 {
 }

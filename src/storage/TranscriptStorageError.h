@@ -14,10 +14,11 @@ public:
         noDataFolder, ///< the user's data folder is unknown
         folderMissing, ///< `subject`: the session folder
         fileMissing, ///< `subject`: the file
+        fileDamaged, ///< `subject`: the file; with what is wrong in it
         unpairedSurrogate, ///< `subject`: the text that cannot be written as UTF-8
     };
 
-    explicit TranscriptStorageError(Case errorCase, const QString &subject = {});
+    explicit TranscriptStorageError(Case errorCase, const QString &subject = {}, const QString &detail = {});
     Case errorCase() const { return m_case; }
 
 private:

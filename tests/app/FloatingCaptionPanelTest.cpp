@@ -196,7 +196,7 @@ private slots:
         QVERIFY(waitUntil([&] { return f.panelIsShown(); }));
         f.other.show();
         QVERIFY(waitUntil([&] { return !f.panelIsShown(); }));
-        f.panel.setTexts("a", "b");
+        f.panel.setTexts("a", {}, "b");
         f.panel.orderFront();
         settle();
         QVERIFY(!f.panelIsShown());
@@ -243,7 +243,7 @@ private slots:
             "1", "mousemove_relative", "--", "-20", "0", "mouseup", "1"});
         QVERIFY(waitUntil([&] { return moves.count() > 0; }));
         f.panel.orderFront();
-        f.panel.setTexts("a", "b");
+        f.panel.setTexts("a", {}, "b");
         settle();
         QVERIFY(f.isActive());
         QCOMPARE(f.desktop.inputFocus(), focused);

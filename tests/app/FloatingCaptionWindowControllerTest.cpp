@@ -89,6 +89,16 @@ private slots:
         QCOMPARE(f.controller.currentTranslationText(), QString("譯文"));
     }
 
+    void whatWasSaidGetsTheGlyphsOfItsLanguage()
+    {
+        Fixture f;
+        f.controller.showSpoken("直ちに", AppleSystemSpeechLanguage::japanese, "立刻");
+        QCOMPARE(f.shown("sourceText"), QString("直ちに"));
+        QCOMPARE(f.shown("sourceLanguage"), QString("japanese"));
+        f.controller.show("Apple Translation 無法完成", "請再試一次");
+        QCOMPARE(f.shown("sourceLanguage"), QString());
+    }
+
     void laterTextsGoIntoTheSameContent()
     {
         Fixture f;

@@ -252,6 +252,30 @@ private slots:
         QCOMPARE(model.sourceText(), "おはよう。");
     }
 
+    void aRestoredDraftGetsItsTranslationsWhenTheyCanBeHad()
+    {
+        Views views;
+        bool canTranslate = false;
+        views.session.translator->plan = [&canTranslate](const QString &) {
+            return ScriptedTranslator::Plan {{}, canTranslate ? QString() : QString("no model")};
+        };
+        views.start();
+        views.session.final("おはよう。");
+        settle();
+        views.model.reset();
+        views.session.make();
+        LiveSessionModel model(
+            *views.session.controller, views.session.settings, *views.library, *views.glossary);
+        settle();
+        QCOMPARE(views.session.translator->calls.size(), std::size_t(2));
+        QVERIFY(!model.isStageTranslated());
+        canTranslate = true;
+        views.session.settings.setProviderModel("another");
+        settle();
+        QVERIFY(model.isStageTranslated());
+        QCOMPARE(model.translationText(), "譯:おはよう。");
+    }
+
     void aWholeSideCanBeCopied()
     {
         Views views;

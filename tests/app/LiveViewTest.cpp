@@ -226,6 +226,27 @@ private slots:
         QVERIFY(said->property("text").toString().contains("Transcripts"));
     }
 
+    void theNoticeOfARestoredSessionLiesRightBelowItsText()
+    {
+        QTemporaryDir folder;
+        {
+            Studio studio(folder.path());
+            studio.open();
+            studio.live->startOrStop();
+            studio.settle();
+            studio.converse();
+        }
+        Studio studio(folder.path());
+        studio.open();
+        QTRY_VERIFY(qobject_cast<QQuickItem *>(&studio.object("inspector.unsaved"))->height() > 0);
+        const auto *notice = qobject_cast<QQuickItem *>(&studio.object("inspector.unsaved"));
+        const QQuickItem *text = notice->parentItem()->childItems().constFirst();
+        QVERIFY(notice->isVisible());
+        QCOMPARE(text->property("lineCount").toInt(), 1);
+        QCOMPARE(notice->y() - text->height(), 12.0);
+        QCOMPARE(notice->parentItem()->height(), notice->y() + notice->height());
+    }
+
     void anErrorIsShownOnTheStage()
     {
         QTemporaryDir folder;

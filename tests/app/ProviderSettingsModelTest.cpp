@@ -2,10 +2,12 @@
 
 #include "storage/LumaphoneSettings.h"
 #include "support/Coroutines.h"
+#include "support/Gate.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
 #include "support/MisbehavingHttpServer.h"
 
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -20,9 +22,17 @@ struct Sheet
     MemoryKeychain keychain;
     LumaphoneSettings settings {defaults, keychain};
     std::shared_ptr<MainQueue> mainQueue = MainQueue::create();
-    ProviderSettingsModel model {settings, mainQueue};
+    std::unique_ptr<ProviderSettingsModel> owned
+        = std::make_unique<ProviderSettingsModel>(settings, mainQueue);
+    ProviderSettingsModel &model = *owned;
     MisbehavingHttpServer server;
 
+    /// What the keychain holds once all that was asked of it is done, after which there is no model any more.
+    const std::vector<MemoryKeychain::Item> &keptItems()
+    {
+        owned.reset();
+        return keychain.items;
+    }
     /// Runs a test against the server and returns what it came to.
     ProviderSettingsModel::ProviderTestStatus tested()
     {
@@ -63,9 +73,9 @@ private slots:
         sheet.model.save();
         QCOMPARE(sheet.settings.providerBaseURL(), " http://localhost/v1");
         QCOMPARE(sheet.settings.providerModel(), "qwen");
-        QCOMPARE(sheet.keychain.items.at(0).data, QByteArray("sk-1"));
         QVERIFY(sheet.model.apiKey().isEmpty());
         QCOMPARE(sheet.model.apiKeyStatusText(), "已儲存於 macOS 鑰匙圈，測試與翻譯會沿用它");
+        QCOMPARE(sheet.keptItems().at(0).data, QByteArray("sk-1"));
     }
 
     void savingWithoutAKeyKeepsTheOldOne()
@@ -77,7 +87,7 @@ private slots:
         sheet.model.setApiKey("  ");
         sheet.model.save();
         QVERIFY(sheet.settings.hasProviderAPIKey());
-        QCOMPARE(sheet.keychain.items.at(0).data, QByteArray("sk-old"));
+        QCOMPARE(sheet.keptItems().at(0).data, QByteArray("sk-old"));
     }
 
     void theKeyCanBeCleared()
@@ -85,10 +95,35 @@ private slots:
         Sheet sheet;
         sheet.settings.saveProviderAPIKey("sk-old");
         sheet.model.clearKey();
-        QVERIFY(sheet.keychain.items.empty());
         QVERIFY(!sheet.model.hasProviderAPIKey());
         QCOMPARE(sheet.model.testStatus(), ProviderSettingsModel::success);
         QCOMPARE(sheet.model.testStatusText(), "已清除鑰匙圈中的 API 金鑰。");
+        QVERIFY(sheet.keptItems().empty());
+    }
+
+    void aKeychainThatAsksTheUserDoesNotHoldUpTheSheet()
+    {
+        Gate answer;
+        Sheet sheet;
+        sheet.settings.saveProviderAPIKey("sk-old");
+        sheet.keychain.askTheUser = [&answer] {
+            const auto afterwards = qScopeGuard([&answer] { answer.open(); });
+            answer.wait();
+        };
+        sheet.server.thenAnswer(behaviour::complete("早安。"));
+        sheet.model.setBaseURL(sheet.server.url("/v1"));
+        sheet.model.setApiKey("sk-new");
+        sheet.model.save();
+        QVERIFY(sheet.model.hasProviderAPIKey());
+        QVERIFY(sheet.model.apiKey().isEmpty());
+        sheet.model.testProvider();
+        settle();
+        QVERIFY(sheet.model.isTestingProvider());
+        answer.open();
+        QVERIFY(waitUntil([&] { return sheet.model.testStatus() == ProviderSettingsModel::success; }));
+        // What is asked of the keychain is done in the order of asking.
+        QCOMPARE(sheet.server.requests().first().header("Authorization"), QByteArray("Bearer sk-new"));
+        QCOMPARE(sheet.keptItems().at(0).data, QByteArray("sk-new"));
     }
 
     void aTestSendsTheFieldsAsTheyAre()

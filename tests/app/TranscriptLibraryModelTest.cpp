@@ -128,6 +128,27 @@ private slots:
         QCOMPARE(counts.count(), from.size() == to.size() ? 0 : 1);
     }
 
+    void aListThatChangesEverywhereIsReplacedButForItsEnds()
+    {
+        Watched w;
+        QString all;
+        QString odd;
+        for (int number = 1; number <= 401; ++number) {
+            all += QString::number(number) + ' ';
+            odd += number % 2 == 1 ? QString::number(number) + ' ' : QString();
+        }
+        w.model.setRecords(records(all));
+        w.announced.clear();
+        w.model.setRecords(records(odd));
+        QCOMPARE(w.titles(), odd.trimmed());
+        QCOMPARE(w.announced, QStringList({"-1-399", "+1-199"}));
+        w.announced.clear();
+        w.model.setRecords(records(all));
+        QCOMPARE(w.titles(), all.trimmed());
+        QCOMPARE(w.announced, QStringList({"-1-199", "+1-399"}));
+        QVERIFY(w.model.rowOf(countedUuid(400)) == 399);
+    }
+
     void aChangedRecordChangesItsRow()
     {
         Watched w;

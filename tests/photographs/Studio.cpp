@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QTest>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace lumaphone::test {
@@ -15,6 +16,16 @@ namespace {
 QLocale taiwan()
 {
     return {QLocale::Chinese, QLocale::TraditionalChineseScript, QLocale::Taiwan};
+}
+
+/// Whether no sheet or menu is on its way in or out, however slow the machine is.
+bool areSheetsAtRest(const QQuickWindow &window)
+{
+    const auto objects = window.findChildren<QObject *>();
+    return std::none_of(objects.begin(), objects.end(), [](const QObject *object) {
+        return object->inherits("QQuickPopup") && object->property("visible").toBool()
+            && !object->property("opened").toBool();
+    });
 }
 
 } // namespace
@@ -99,7 +110,10 @@ void Studio::photograph(const QString &target, const QString &name)
     for (const bool isDark : {false, true}) {
         window->setProperty("isDark", isDark);
         settle();
-        QTest::qWait(250); // for the animations of what has just opened
+        QTest::qWait(250); // for the animations of the controls
+        if (!waitUntil([this] { return areSheetsAtRest(*window); })) {
+            throw std::runtime_error("A sheet does not finish opening or closing.");
+        }
         const QString path
             = QStringLiteral("%1/%2-%3.png")
                   .arg(target, name, isDark ? QStringLiteral("dark") : QStringLiteral("light"));

@@ -39,6 +39,9 @@ void photographLive(const QString &target)
         Studio studio(user.path());
         studio.open();
         studio.photograph(target, QStringLiteral("live-idle"));
+        studio.object(QStringLiteral("inspector.flickable")).setProperty("contentY", 480);
+        studio.photograph(target, QStringLiteral("inspector-captions"));
+        studio.object(QStringLiteral("inspector.flickable")).setProperty("contentY", 0);
         studio.session.nextPipeline->gate.close();
         start(studio);
         studio.photograph(target, QStringLiteral("live-starting"));
@@ -65,6 +68,9 @@ void photographLive(const QString &target)
     }
     {
         Studio studio(user.path());
+        studio.session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {std::chrono::hours(24), QString()};
+        };
         studio.open();
         studio.photograph(target, QStringLiteral("live-restored"));
         studio.live->saveTranscript();
@@ -356,8 +362,8 @@ void photographPanel(const QString &target)
     Studio studio(user.path());
     studio.open();
     LumaphoneSettings &settings = studio.session.settings;
-    studio.floatingCaptions->show(QStringLiteral("ちょっと待って、今のアイデアめちゃくちゃ良くない？"),
-        QStringLiteral("等一下，剛剛那個點子也太可以了吧？"));
+    studio.floatingCaptions->showSpoken(QStringLiteral("ちょっと待って、今のアイデアめちゃくちゃ良くない？"),
+        AppleSystemSpeechLanguage::japanese, QStringLiteral("等一下，剛剛那個點子也太可以了吧？"));
     studio.floatingCaptions->panel()->setColor(QColor(QStringLiteral("#5c7390")));
     for (const FloatingCaptionTheme theme : allFloatingCaptionThemes) {
         settings.setCaptionTheme(theme);

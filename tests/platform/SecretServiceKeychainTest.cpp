@@ -53,6 +53,7 @@ private slots:
     void aRemovedItemIsGone();
     void bytesThatAreNoTextAreHandedOnAsTheyAre();
     void theSettingsKeepTheirKeyInTheKeyringAlone();
+    void aPeekReadsWhatIsUnlockedAndAsksNobody();
     void anItemOutlivesTheKeyringsRestart();
     void aLockedCollectionNobodyUnlocksRefuses();
     void theEndOfTheBusIsNotTheEndOfTheProgram();
@@ -173,6 +174,28 @@ void SecretServiceKeychainTest::theSettingsKeepTheirKeyInTheKeyringAlone()
     settings.saveProviderAPIKey(QStringLiteral("  "));
     QCOMPARE(m_keyring.itemCount(), 0);
     QVERIFY(!LumaphoneSettings(defaults, m_keychain).hasProviderAPIKey());
+}
+
+void SecretServiceKeychainTest::aPeekReadsWhatIsUnlockedAndAsksNobody()
+{
+    QVERIFY(m_keychain.peek(query).status == KeychainStatus::itemNotFound);
+    QVERIFY(m_keychain.add(query, "secret") == KeychainStatus::success);
+    const KeychainReading reading = m_keychain.peek(query);
+    QVERIFY(reading.status == KeychainStatus::success);
+    QCOMPARE(reading.data, QByteArray("secret"));
+
+    const QTemporaryDir folder;
+    JsonDefaultsStore defaults(folder.filePath(QStringLiteral("settings.json")));
+    QVERIFY(m_keyring.lock());
+    const KeychainReading locked = m_keychain.peek(query);
+    QVERIFY(locked.status == KeychainStatus::locked);
+    QVERIFY(locked.data.isEmpty());
+    QVERIFY(
+        m_keychain.peek({query.service, QStringLiteral("another")}).status == KeychainStatus::itemNotFound);
+    QVERIFY(LumaphoneSettings(defaults, m_keychain).hasProviderAPIKey());
+    m_keyring.kill();
+    QVERIFY(m_keychain.peek(query).status == KeychainStatus::other);
+    QVERIFY(m_keyring.start());
 }
 
 void SecretServiceKeychainTest::anItemOutlivesTheKeyringsRestart()

@@ -3,6 +3,7 @@
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "storage/LumaphoneSettings.h"
 #include "support/Coroutines.h"
+#include "support/Gate.h"
 #include "support/GlossaryTerms.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
@@ -11,6 +12,7 @@
 #include "translation/OpenAICompatibleTranslationError.h"
 #include "translation/OpenAICompatibleTranslationService.h"
 
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -31,7 +33,8 @@ struct Translators
     ScriptedTranslationFramework framework;
     LumaphoneAppleTranslationService apple {framework};
     OpenAICompatibleTranslationService custom;
-    SessionTranslator translator {settings, glossary, apple, custom};
+    std::shared_ptr<MainQueue> mainQueue = MainQueue::create();
+    SessionTranslator translator {settings, glossary, apple, custom, mainQueue};
 
     QString translate(const char *text, AppleSystemSpeechLanguage language)
     {
@@ -97,6 +100,24 @@ private slots:
         session.settings.setProviderBaseURL(QString());
         QVERIFY_THROWS_EXCEPTION(OpenAICompatibleTranslationError, session.translate("hello", english));
         QVERIFY(session.framework.translations.isEmpty());
+    }
+
+    void aKeychainThatAsksTheUserDoesNotHoldUpTheSession()
+    {
+        Gate answer;
+        Translators session;
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        session.settings.setProviderBaseURL(QString());
+        session.keychain.askTheUser = [&answer] {
+            const auto afterwards = qScopeGuard([&answer] { answer.open(); });
+            answer.wait();
+        };
+        const auto translation
+            = session.translator.translateText(QStringLiteral("hello"), english, std::stop_token());
+        settle();
+        QVERIFY(!translation.isReady());
+        answer.open();
+        QVERIFY(waitUntil([&] { return translation.isReady(); }));
     }
 
     void failuresReachTheCaller()

@@ -615,6 +615,34 @@ private slots:
         QVERIFY(!controller.restoredDraftMessage());
     }
 
+    void whereNothingIsTranslatedNoTranslationIsPromised()
+    {
+        LiveSession session;
+        session.translator->isWanted = false;
+        auto &controller = session.started();
+        session.partial("はい");
+        QCOMPARE(controller.status(), t("Apple Speech 即時轉錄中。"));
+        session.final("はい");
+        QCOMPARE(controller.status(), t("Apple Speech 收到完整句子。"));
+        settle();
+        QVERIFY(session.translator->calls.empty());
+    }
+
+    void thePanelKnowsTheLanguageOfWhatWasSaid()
+    {
+        LiveSession session;
+        session.started();
+        QCOMPARE(session.panel.language, std::optional<AppleSystemSpeechLanguage>());
+        session.speech(t("안녕하세요"), false, korean);
+        QCOMPARE(session.panel.language, std::optional(korean));
+        session.speech(t("おはよう"), true, japanese);
+        settle();
+        QCOMPARE(session.panel.shown.constLast(), t("おはよう | 譯:おはよう"));
+        QCOMPARE(session.panel.language, std::optional(japanese));
+        session.controller->handlePipelineEvent(pipeline_event::Failed {t("壞了")});
+        QCOMPARE(session.panel.language, std::optional<AppleSystemSpeechLanguage>());
+    }
+
     void anEmptyOrBrokenDraftIsLeftAlone_data()
     {
         QTest::addColumn<QByteArray>("bytes");

@@ -1,7 +1,9 @@
 #include "base/Text.h"
+#include "support/CaptionLines.h"
 #include "support/LiveSession.h"
 
 #include <QSet>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <random>
@@ -24,6 +26,40 @@ ScriptedTranslator::Plan after(std::chrono::milliseconds delay, bool endsWhenSto
 {
     return {delay, QString(), endsWhenStopped};
 }
+
+/// A session of lines without translations, found again after a crash.
+struct RestoredSession
+{
+    struct Line
+    {
+        const char *text;
+        AppleSystemSpeechLanguage language;
+        bool isFinal = true;
+    };
+
+    explicit RestoredSession(const std::vector<Line> &lines)
+    {
+        LumaphoneSessionDraft draft {
+            .lines = {},
+            .sourceLanguage = automatic,
+            .detectedLanguage = std::nullopt,
+            .startedAt = std::nullopt,
+            .endedAt = std::nullopt,
+            .updatedAt = session.clock->now(),
+        };
+        for (const Line &line : lines) {
+            auto restored = captionLine(uint(draft.lines.size()), t(line.text), line.isFinal);
+            restored.sourceLanguage = line.language;
+            restored.translatedText = pending;
+            draft.lines.append(restored);
+        }
+        LumaphoneSessionDraftStore(folder.path()).save(draft);
+        session.make();
+    }
+
+    QTemporaryDir folder;
+    LiveSession session {folder.path()};
+};
 
 } // namespace
 
@@ -468,6 +504,104 @@ private slots:
         QTest::newRow("slow and failing") << 40 << 3000;
         QTest::newRow("broken") << 100 << 500;
     }
+    void restoredLinesGetTheTranslationsTheyLack()
+    {
+        RestoredSession restored(
+            {{"おはよう", japanese}, {"Good morning", english}, {"はい", japanese, false}});
+        LiveSession &session = restored.session;
+        settle();
+        QVERIFY(session.translator->calls.empty());
+        const QString status = session.controller->status();
+        session.controller->translateRestoredLines();
+        settle();
+        QCOMPARE(session.requested(), (QStringList {t("おはよう"), t("Good morning"), t("はい")}));
+        QCOMPARE(session.translator->calls[1].language, english);
+        QCOMPARE(session.translationOfLine(1), t("譯:Good morning"));
+        QCOMPARE(session.translationOfLine(2), t("譯:はい"));
+        QCOMPARE(session.controller->translatedText(), t("譯:はい"));
+        QCOMPARE(session.controller->status(), status);
+        const auto draft = LumaphoneSessionDraftStore(restored.folder.path()).load();
+        QVERIFY(draft && draft->lines == session.controller->captionLines());
+        session.controller->translateRestoredLines();
+        settle();
+        QCOMPARE(session.translator->calls.size(), std::size_t(3));
+    }
+
+    void aLanguageThatCannotBeTranslatedNowIsAskedOnceAndNotTold()
+    {
+        RestoredSession restored({{"おはよう", japanese}, {"こんばんは", japanese}, {"Good morning", english},
+            {"はい", japanese}});
+        LiveSession &session = restored.session;
+        bool hasModel = false;
+        session.translator->plan = [&](const QString &text) {
+            const bool fails = !hasModel && text != t("Good morning");
+            return ScriptedTranslator::Plan {0ms, fails ? t("缺少模型") : QString()};
+        };
+        const QString status = session.controller->status();
+        session.controller->translateRestoredLines();
+        settle();
+        QCOMPARE(session.requested(), (QStringList {t("おはよう"), t("Good morning")}));
+        QCOMPARE(session.controller->status(), status);
+        QVERIFY(session.panel.shown.isEmpty());
+        QVERIFY(!session.controller->isTranslating());
+        hasModel = true;
+        session.controller->translateRestoredLines();
+        settle();
+        for (qsizetype line = 0; line < 4; ++line) {
+            QVERIFY(session.translationOfLine(line).startsWith(t("譯:")));
+        }
+        QCOMPARE(session.translator->calls.size(), std::size_t(5));
+    }
+
+    void oneRestoredLineThatFailsLeavesTheOthersTheirTurn()
+    {
+        RestoredSession restored({{"一", japanese}, {"二", japanese}, {"三", japanese}});
+        LiveSession &session = restored.session;
+        session.translator->plan = [&](const QString &text) {
+            return ScriptedTranslator::Plan {0ms, text == t("二") ? t("壞了") : QString()};
+        };
+        session.controller->translateRestoredLines();
+        settle();
+        QCOMPARE(session.translationOfLine(1), pending);
+        QCOMPARE(session.translationOfLine(2), t("譯:三"));
+    }
+
+    void aChangeEndsTheRequestOfBefore()
+    {
+        RestoredSession restored({{"一", japanese}});
+        LiveSession &session = restored.session;
+        session.translator->plan = [](const QString &) {
+            return after(1h);
+        };
+        session.controller->translateRestoredLines();
+        settle();
+        session.translator->plan = {};
+        session.controller->translateRestoredLines();
+        session.clock->advance(1s);
+        QCOMPARE(session.translator->calls.size(), std::size_t(2));
+        QCOMPARE(session.translationOfLine(0), t("譯:一"));
+    }
+
+    void theNextSessionKnowsNothingOfTheRestoredOne()
+    {
+        RestoredSession restored({{"一", japanese}});
+        LiveSession &session = restored.session;
+        session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {0ms, t("壞了")};
+        };
+        session.controller->translateRestoredLines();
+        settle();
+        session.controller->clearCaptions();
+        session.controller->start();
+        settle();
+        session.final("二");
+        settle();
+        QCOMPARE(session.controller->status(), t("Apple Translation 錯誤：壞了"));
+        session.controller->translateRestoredLines();
+        settle();
+        QCOMPARE(session.requested(), (QStringList {t("一"), t("二")}));
+    }
+
     void everyFinalLineIsTranslatedOrItsRequestFailed()
     {
         QFETCH(int, failPercent);

@@ -420,8 +420,12 @@ void TranscriptLibraryStoreTest::damagedFilesOfASessionSaySo()
     isMissing ? removeFile(path) : replaceFile(path, "[{\"id\": 1", Durability::Renamed);
     const auto error = thrownBy<LocalizedError>([&] { fixture.store->loadRecord(record.id); });
     QVERIFY(error);
-    QCOMPARE(fixture.store->lastErrorMessage().value_or(QString()),
-        QStringLiteral("Transcript Library 錯誤：") + error->errorDescription());
+    const QString message = fixture.store->lastErrorMessage().value_or(QString());
+    QCOMPARE(message, QStringLiteral("Transcript Library 錯誤：") + error->errorDescription());
+    const QString said = isMissing
+        ? QStringLiteral("Transcript Library 錯誤：找不到檔案「%1」。")
+        : QStringLiteral("Transcript Library 錯誤：檔案「%1」已損壞或不完整，無法讀取。");
+    QVERIFY2(message.startsWith(said.arg(path)), qPrintable(message));
 }
 
 void TranscriptLibraryStoreTest::anUpdateReplacesFolderAndRecord()
@@ -573,6 +577,8 @@ void TranscriptLibraryStoreTest::aDamagedIndexIsRebuiltFromTheFolders()
         message.startsWith(QStringLiteral("Transcript Library 錯誤：索引無法讀取")), qPrintable(message));
     QVERIFY2(message.contains(QStringLiteral("index.damaged.json")), qPrintable(message));
     QVERIFY2(message.contains(QStringLiteral("已從 2 個 session 資料夾重建索引")), qPrintable(message));
+    QVERIFY2(message.contains(QStringLiteral("檔案「%1」已損壞或不完整，無法讀取。").arg(fixture.index())),
+        qPrintable(message));
     QCOMPARE(readFile(fixture.root() + QStringLiteral("/index.damaged.json")).value_or("(gone)"), bytes);
     const auto next = fixture.another();
     QVERIFY(next->records() == (QList {b, a}));

@@ -29,6 +29,8 @@ private slots:
     void aBlankQueryFindsEverythingInOrder();
     void titleAndNoteAreSearchedByThemselves();
     void whatChangedIsSearchedAnew();
+    void whatIsPreparedIsNotPreparedAgain();
+    void moreAndFewerLettersFindTheirRecords();
 };
 
 void TranscriptSearchTest::caseDoesNotMatter_data()
@@ -76,6 +78,47 @@ void TranscriptSearchTest::caseDoesNotMatter()
     QFETCH(const bool, isFound);
     TranscriptSearch search(locale);
     QCOMPARE(search.filtered({record(1, text)}, query).size(), isFound ? 1 : 0);
+}
+
+void TranscriptSearchTest::moreAndFewerLettersFindTheirRecords()
+{
+    TranscriptSearch search(QLocale::c());
+    QList records {record(1, QStringLiteral("abc")), record(2, QStringLiteral("xbc")),
+        record(3, QStringLiteral("ab")), record(4, QStringLiteral("none"))};
+    const auto found = [&](const char *query) {
+        QStringList texts;
+        for (const TranscriptRecordMetadata &each : search.filtered(records, QString::fromUtf8(query))) {
+            texts.append(each.searchText);
+        }
+        return texts.join(QLatin1Char(' '));
+    };
+    QCOMPARE(found("b"), QStringLiteral("abc xbc ab"));
+    QCOMPARE(found("bc"), QStringLiteral("abc xbc"));
+    QCOMPARE(found("abc"), QStringLiteral("abc"));
+    QCOMPARE(found("ab"), QStringLiteral("abc ab"));
+    QCOMPARE(found("x"), QStringLiteral("xbc"));
+    QCOMPARE(found(""), QStringLiteral("abc xbc ab none"));
+    QCOMPARE(found("xb"), QStringLiteral("xbc"));
+    records.append(record(5, QStringLiteral("xbd")));
+    QCOMPARE(found("xb"), QStringLiteral("xbc xbd"));
+    QCOMPARE(found("xbd"), QStringLiteral("xbd"));
+    records[4] = record(5, QStringLiteral("abcxbde"));
+    search.forget(records[4].id);
+    QCOMPARE(found("xbde"), QStringLiteral("abcxbde"));
+}
+
+void TranscriptSearchTest::whatIsPreparedIsNotPreparedAgain()
+{
+    using namespace std::chrono_literals;
+    TranscriptSearch search(QLocale::c());
+    const QList records {record(1, QStringLiteral("a")), record(2, QStringLiteral("b"))};
+    QVERIFY(search.prepare({}, 0ms));
+    QVERIFY(!search.prepare(records, 0ms));
+    QVERIFY(search.prepare(records, 1h));
+    QVERIFY(search.prepare(records, 0ms));
+    QCOMPARE(search.filtered(records, QStringLiteral("B")), QList {records[1]});
+    search.forget(records[1].id);
+    QVERIFY(!search.prepare(records, 0ms));
 }
 
 void TranscriptSearchTest::aBlankQueryFindsEverythingInOrder()

@@ -5,12 +5,13 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <vector>
 
 namespace lumaphone::test {
 
-/// A keychain that lives as long as the test and remembers how it was used.
+/// A keychain that lives as long as the test and remembers how it was used. One thread at a time.
 class MemoryKeychain final : public KeychainServices
 {
 public:
@@ -22,11 +23,17 @@ public:
 
     KeychainReading copyMatching(const KeychainQuery &query) override
     {
+        ask();
+        return peek(query);
+    }
+    KeychainReading peek(const KeychainQuery &query) override
+    {
         const KeychainStatus status = begin("copyMatching", query);
         return {status, status == KeychainStatus::success ? find(query)->data : QByteArray()};
     }
     KeychainStatus update(const KeychainQuery &query, const QByteArray &data) override
     {
+        ask();
         const KeychainStatus status = begin("update", query);
         if (status == KeychainStatus::success) {
             find(query)->data = data;
@@ -36,6 +43,7 @@ public:
     KeychainStatus add(const KeychainQuery &query, const QByteArray &data) override
     {
         calls.append(QStringLiteral("add"));
+        ask();
         if (failure) {
             return *failure;
         }
@@ -44,6 +52,7 @@ public:
     }
     KeychainStatus remove(const KeychainQuery &query) override
     {
+        ask();
         const KeychainStatus status = begin("remove", query);
         if (status == KeychainStatus::success) {
             items.erase(find(query));
@@ -53,9 +62,17 @@ public:
 
     std::vector<Item> items;
     std::optional<KeychainStatus> failure; ///< the answer to every call, while it is set
+    std::function<void()>
+        askTheUser; ///< runs within every call but peek(), as a locked keychain's dialog does
     QStringList calls; ///< operations, in the order of calling
 
 private:
+    void ask() const
+    {
+        if (askTheUser) {
+            askTheUser();
+        }
+    }
     KeychainStatus begin(const char *operation, const KeychainQuery &query)
     {
         calls.append(QString::fromLatin1(operation));

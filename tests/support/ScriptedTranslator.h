@@ -38,6 +38,7 @@ public:
 
     static QString translationOf(const QString &text) { return QStringLiteral("譯:") + text; }
 
+    bool translates() const override { return isWanted; }
     QString providerName() const override { return name; }
     QCoro::Task<QString> translateText(
         QString text, AppleSystemSpeechLanguage language, std::stop_token stop) override
@@ -65,6 +66,7 @@ public:
     }
     void warm(AppleSystemSpeechLanguage language) override { warmed.push_back(language); }
 
+    bool isWanted = true;
     QString name = QStringLiteral("Apple Translation");
     std::function<Plan(const QString &text)> plan;
     std::map<QString, QString> translations; ///< those that are not "譯:" and the text

@@ -32,9 +32,11 @@ FloatingCaptionPanel::FloatingCaptionPanel(
     }
 }
 
-void FloatingCaptionPanel::setTexts(const QString &sourceText, const QString &translationText)
+void FloatingCaptionPanel::setTexts(
+    const QString &sourceText, const QString &sourceLanguage, const QString &translationText)
 {
     if (QQuickItem *view = rootObject()) {
+        view->setProperty("sourceLanguage", sourceLanguage);
         view->setProperty("sourceText", sourceText);
         view->setProperty("translationText", translationText);
     }

@@ -19,7 +19,8 @@ public:
     /// `properties` are set when it is made.
     FloatingCaptionPanel(QQmlEngine &engine, const QUrl &view, const QVariantMap &properties);
 
-    void setTexts(const QString &sourceText, const QString &translationText);
+    /// `sourceLanguage` is the raw value of the language whose glyphs the source text gets; or it is empty.
+    void setTexts(const QString &sourceText, const QString &sourceLanguage, const QString &translationText);
     /// Shows it above everything, without making it active.
     void orderFront();
 

@@ -43,8 +43,9 @@ Item {
     DropShadow {
         anchors.fill: stack
         source: stack
-        radius: view.style.shadowRadius
-        samples: 2 * view.style.shadowRadius + 1
+        // The effect's radius is where its blur ends, at 3.33 deviations; a shadow's radius is two of them.
+        radius: Math.round(view.style.shadowRadius / 2 * 3.33 - 1)
+        samples: 2 * radius + 1
         verticalOffset: view.style.shadowOffset
         color: view.style.shadowColor
     }

@@ -49,12 +49,24 @@ FloatingCaptionWindowController::~FloatingCaptionWindowController()
 
 void FloatingCaptionWindowController::show(const QString &sourceText, const QString &translationText)
 {
+    show(sourceText, QString(), translationText);
+}
+
+void FloatingCaptionWindowController::showSpoken(
+    const QString &sourceText, AppleSystemSpeechLanguage language, const QString &translationText)
+{
+    show(sourceText, rawValue(language), translationText);
+}
+
+void FloatingCaptionWindowController::show(
+    const QString &sourceText, const QString &sourceLanguage, const QString &translationText)
+{
     Q_ASSERT(thread() == QThread::currentThread());
     const bool wasOpen = isOpen();
     if (!wasOpen) {
         createPanel();
     }
-    m_panel->setTexts(sourceText, translationText);
+    m_panel->setTexts(sourceText, sourceLanguage, translationText);
     m_panel->orderFront();
     setTexts(sourceText, translationText);
     if (!wasOpen) {

@@ -36,6 +36,8 @@ public:
     ~FloatingCaptionWindowController() override;
 
     void show(const QString &sourceText, const QString &translationText) override;
+    void showSpoken(const QString &sourceText, AppleSystemSpeechLanguage language,
+        const QString &translationText) override;
     bool isOpen() const override { return m_panel != nullptr; }
     /// Both are empty while closed.
     QString currentTranslationText() const override { return m_currentTranslationText; }
@@ -54,6 +56,8 @@ signals:
     void currentTranslationTextChanged();
 
 private:
+    /// `sourceLanguage` is a raw value, or empty for what is the program's own.
+    void show(const QString &sourceText, const QString &sourceLanguage, const QString &translationText);
     void createPanel();
     void position(FloatingCaptionPanel &panel) const;
     void windowDidMoveOrResize(const FloatingCaptionPanel &panel);

@@ -1,14 +1,13 @@
 import QtQuick
 import Lumaphone
 
-/// How the floating captions will look over a picture, at a fraction of their size.
+/// How the floating captions will look over a picture: the panel's own content, at a fraction of its size.
 Rectangle {
     id: preview
 
     required property InspectorModel inspector
-    readonly property real scaleDown: 0.46
-    readonly property string look: inspector.captionTheme
-    readonly property string mode: inspector.captionDisplayMode
+    /// So that both sample lines have room at the default font size.
+    readonly property real scaleDown: 0.4
 
     implicitHeight: 148
     radius: Theme.gap
@@ -28,46 +27,16 @@ Rectangle {
         }
     }
 
-    Rectangle {
+    FloatingCaptionView {
+        objectName: "inspector.preview"
         anchors.centerIn: parent
-        width: parent.width - 2 * Theme.space
-        height: Math.min(parent.height - Theme.space, texts.implicitHeight + 2 * 18 * preview.scaleDown + Theme.unit)
-        radius: Theme.unit
-        color: Qt.alpha(preview.look === "dark" ? "black" : preview.look === "light" ? "white" : Theme.window, preview.inspector.captionOpacity)
-        border.width: 1
-        border.color: preview.look === "dark" ? Qt.rgba(1, 1, 1, 0.16) : preview.look === "light" ? Qt.rgba(0, 0, 0, 0.14) : Qt.alpha(Theme.accent, 0.22)
-
-        Column {
-            id: texts
-
-            anchors.centerIn: parent
-            width: parent.width - 2 * Theme.gap
-
-            LanguageText {
-                width: parent.width
-                visible: preview.mode !== "translationOnly"
-                horizontalAlignment: Text.AlignHCenter
-                text: preview.inspector.previewSourceText
-                language: "japanese"
-                font.pixelSize: Math.max(preview.inspector.captionFontSize * 0.58, 14) * preview.scaleDown * 1.2
-                maximumLineCount: 2
-                elide: Text.ElideRight
-                color: preview.look === "dark" ? Qt.rgba(1, 1, 1, 0.72) : preview.look === "light" ? Qt.rgba(0, 0, 0, 0.62) : Theme.textSecondary
-                Accessible.ignored: true
-            }
-
-            LanguageText {
-                width: parent.width
-                visible: preview.mode !== "sourceOnly"
-                horizontalAlignment: Text.AlignHCenter
-                text: preview.inspector.previewTranslationText
-                font.pixelSize: preview.inspector.captionFontSize * preview.scaleDown
-                font.bold: true
-                maximumLineCount: 2
-                elide: Text.ElideRight
-                color: preview.look === "dark" ? "white" : preview.look === "light" ? "black" : Theme.text
-                Accessible.ignored: true
-            }
-        }
+        width: (preview.width - 2 * Theme.unit) / preview.scaleDown
+        height: (preview.height - 2 * Theme.space) / preview.scaleDown
+        scale: preview.scaleDown
+        settings: preview.inspector.settings
+        sourceText: preview.inspector.previewSourceText
+        sourceLanguage: "japanese"
+        translationText: preview.inspector.previewTranslationText
+        Accessible.ignored: true
     }
 }

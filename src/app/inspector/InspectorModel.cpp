@@ -33,8 +33,7 @@ template<typename Cases> QVariantList choices(const Cases &cases)
 /// None of what a provider can do depends on its key.
 ProviderCapabilities capabilities(const LumaphoneSettings &settings)
 {
-    return ProviderCapabilities(
-        {text::trimmed(settings.providerBaseURL()), QString(), text::trimmed(settings.providerModel())});
+    return ProviderCapabilities(settings.providerEndpoint());
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "storage/LumaphoneSettings.h"
+
 #include <QObject>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
@@ -7,7 +9,6 @@
 namespace lumaphone {
 
 class LumaphoneGlossaryStore;
-class LumaphoneSettings;
 class SystemAudioCaptureController;
 
 /// The choices in the inspector, as raw values that QML can carry, with the lists to choose from. Each
@@ -17,6 +18,7 @@ class InspectorModel final : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The program makes the one model.")
+    Q_PROPERTY(lumaphone::LumaphoneSettings *settings READ settings CONSTANT)
     Q_PROPERTY(QVariantList audioInputSources READ audioInputSources CONSTANT)
     Q_PROPERTY(QVariantList sourceLanguages READ sourceLanguages CONSTANT)
     Q_PROPERTY(QVariantList processingModes READ processingModes CONSTANT)
@@ -51,6 +53,7 @@ public:
     InspectorModel(SystemAudioCaptureController &controller, LumaphoneSettings &settings,
         const LumaphoneGlossaryStore &glossary, QObject *parent = nullptr);
 
+    LumaphoneSettings *settings() const { return &m_settings; }
     QVariantList audioInputSources() const;
     QVariantList sourceLanguages() const;
     QVariantList processingModes() const;

@@ -36,7 +36,7 @@ Rectangle {
         anchors.fill: parent
         anchors.leftMargin: 1
         contentWidth: width
-        contentHeight: column.implicitHeight + 2 * column.anchors.margins
+        contentHeight: column.implicitHeight + 2 * column.x
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         T.ScrollBar.vertical: AppScrollBar {}
@@ -66,8 +66,10 @@ Rectangle {
         ColumnLayout {
             id: column
 
-            anchors.fill: parent
-            anchors.margins: 20
+            x: 20
+            y: 20
+            // Never less, not even before the first layout: texts that wrapped in between would leave their gaps.
+            width: Math.max(panel.implicitWidth - 1, flickable.width) - 2 * x
             spacing: Theme.margin
 
             ColumnLayout {

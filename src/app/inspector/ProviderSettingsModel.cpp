@@ -97,7 +97,7 @@ void ProviderSettingsModel::save()
     m_settings.setProviderBaseURL(m_baseURL);
     m_settings.setProviderModel(m_model);
     if (!text::trimmed(m_apiKey).isEmpty()) {
-        m_settings.saveProviderAPIKey(m_apiKey);
+        m_settings.saveProviderAPIKey(m_apiKey, [this](auto work) { m_keychainQueue.post(work); });
     }
     setApiKey({});
 }
@@ -105,7 +105,7 @@ void ProviderSettingsModel::save()
 void ProviderSettingsModel::clearKey()
 {
     setApiKey({});
-    m_settings.saveProviderAPIKey({});
+    m_settings.saveProviderAPIKey({}, [this](auto work) { m_keychainQueue.post(work); });
     setTestStatus(success, providertexts::apiKeyCleared());
 }
 
@@ -127,10 +127,11 @@ QCoro::Task<> ProviderSettingsModel::runTest(QPointer<ProviderSettingsModel> sel
     QString text;
     try {
         if (configuration.apiKey.isEmpty()) {
-            // A locked keychain asks the user first, however long that takes; the window goes on meanwhile.
-            const LumaphoneKeychain keychain = self->m_settings.keychain();
-            configuration.apiKey = co_await runInBackground(self->m_mainQueue, "provider-key",
-                [keychain] { return LumaphoneSettings::readProviderAPIKey(keychain); });
+            const Completion<QString> key(self->m_mainQueue);
+            self->m_keychainQueue.post([key, keychain = self->m_settings.keychain()] {
+                key.resolve(LumaphoneSettings::readProviderAPIKey(keychain));
+            });
+            configuration.apiKey = co_await key;
         }
         if (!self || stop.stop_requested()) {
             co_return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/MainQueue.h"
+#include "base/SerialQueue.h"
 #include "translation/OpenAICompatibleTranslationService.h"
 
 #include <QCoroTask>
@@ -83,6 +84,8 @@ private:
 
     LumaphoneSettings &m_settings;
     const std::shared_ptr<MainQueue> m_mainQueue;
+    /// A locked keychain asks the user first, however long that takes; the window goes on meanwhile.
+    SerialQueue m_keychainQueue {"dev.lumaphone.provider-key"};
     OpenAICompatibleTranslationService m_testTranslator;
     std::stop_source m_test;
     QString m_baseURL;

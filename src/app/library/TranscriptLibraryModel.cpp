@@ -17,6 +17,20 @@ bool showSame(const TranscriptRecordMetadata &a, const TranscriptRecordMetadata 
         && a.providerName == b.providerName && a.languageName() == b.languageName();
 }
 
+/// Views follow so many runs of rows more quickly than they draw what is visible anew. A search among
+/// thousands of records makes thousands of runs.
+constexpr std::size_t maximumRuns = 64;
+
+/// The number of runs of false.
+std::size_t gaps(const std::vector<bool> &row)
+{
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        count += !row[i] && (i == 0 || row[i - 1]) ? 1 : 0;
+    }
+    return count;
+}
+
 } // namespace
 
 TranscriptLibraryModel::TranscriptLibraryModel(const QLocale &locale, QObject *parent)
@@ -74,8 +88,13 @@ void TranscriptLibraryModel::setRecords(const QList<TranscriptRecordMetadata> &r
     const int formerCount = count();
     // The former records live until no row points to them any more.
     const QList<TranscriptRecordMetadata> former = m_records;
-    removeRowsMissingFrom(positions);
-    insertMissingRows(wanted);
+    const std::vector<bool> stays = rowsThatStay(positions);
+    if (runsOfChange(stays, positions) > maximumRuns) {
+        replaceMiddle(wanted);
+    } else {
+        removeRows(stays);
+        insertMissingRows(wanted);
+    }
     replaceRows(wanted);
     m_records = records;
     if (count() != formerCount) {
@@ -83,8 +102,8 @@ void TranscriptLibraryModel::setRecords(const QList<TranscriptRecordMetadata> &r
     }
 }
 
-/// Also removes rows that are to stand elsewhere.
-void TranscriptLibraryModel::removeRowsMissingFrom(const QHash<QUuid, int> &positions)
+/// Which rows are still wanted, but for those that are to stand elsewhere.
+std::vector<bool> TranscriptLibraryModel::rowsThatStay(const QHash<QUuid, int> &positions) const
 {
     std::vector<bool> stays;
     stays.reserve(m_rows.size());
@@ -94,6 +113,49 @@ void TranscriptLibraryModel::removeRowsMissingFrom(const QHash<QUuid, int> &posi
         stays.push_back(position > last);
         last = std::max(last, position);
     }
+    return stays;
+}
+
+/// How many runs of rows come and go.
+std::size_t TranscriptLibraryModel::runsOfChange(
+    const std::vector<bool> &stays, const QHash<QUuid, int> &positions) const
+{
+    std::vector<bool> isThere(static_cast<std::size_t>(positions.size()));
+    for (std::size_t row = 0; row < stays.size(); ++row) {
+        if (stays[row]) {
+            isThere[static_cast<std::size_t>(positions.value(m_rows[row]->id))] = true;
+        }
+    }
+    return gaps(stays) + gaps(isThere);
+}
+
+/// Replaces all but the equal rows at the beginning and at the end.
+void TranscriptLibraryModel::replaceMiddle(const Rows &wanted)
+{
+    const auto isSame = [](const TranscriptRecordMetadata *a, const TranscriptRecordMetadata *b) {
+        return a->id == b->id;
+    };
+    const auto first
+        = std::mismatch(m_rows.begin(), m_rows.end(), wanted.begin(), wanted.end(), isSame).first;
+    const auto begin = first - m_rows.begin();
+    const auto last = std::mismatch(
+        m_rows.rbegin(), std::make_reverse_iterator(first), wanted.rbegin(), wanted.rend() - begin, isSame);
+    const auto end = last.first.base() - m_rows.begin();
+    if (begin < end) {
+        beginRemoveRows({}, static_cast<int>(begin), static_cast<int>(end - 1));
+        m_rows.erase(m_rows.begin() + begin, m_rows.begin() + end);
+        endRemoveRows();
+    }
+    const auto wantedEnd = last.second.base() - wanted.begin();
+    if (begin < wantedEnd) {
+        beginInsertRows({}, static_cast<int>(begin), static_cast<int>(wantedEnd - 1));
+        m_rows.insert(m_rows.begin() + begin, wanted.begin() + begin, wanted.begin() + wantedEnd);
+        endInsertRows();
+    }
+}
+
+void TranscriptLibraryModel::removeRows(const std::vector<bool> &stays)
+{
     for (int end = count(); end > 0;) {
         if (stays[static_cast<std::size_t>(end - 1)]) {
             --end;

@@ -16,13 +16,14 @@ FocusScope {
     Accessible.role: Accessible.Pane
     Accessible.name: "紀錄庫"
 
-    onVisibleChanged: {
-        if (visible)
-            workspace.selectInitialRecordIfNeeded();
-    }
-    Component.onCompleted: {
-        if (visible)
-            workspace.selectInitialRecordIfNeeded();
+    onVisibleChanged: library.appear()
+    Component.onCompleted: library.appear()
+
+    function appear(): void {
+        if (!visible)
+            return;
+        workspace.selectInitialRecordIfNeeded();
+        workspace.prepareSearch();
     }
 
     function askForFile(format: string): void {

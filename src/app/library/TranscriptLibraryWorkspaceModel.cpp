@@ -44,6 +44,11 @@ TranscriptLibraryWorkspaceModel::TranscriptLibraryWorkspaceModel(
     });
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
         &TranscriptLibraryWorkspaceModel::finishEditing);
+    connect(&m_preparation, &QTimer::timeout, this, [this] {
+        if (m_store.prepareSearch(std::chrono::milliseconds(4))) {
+            m_preparation.stop();
+        }
+    });
     updateList();
 }
 
@@ -78,6 +83,11 @@ void TranscriptLibraryWorkspaceModel::setSearchText(const QString &text)
     if (set(m_searchText, text, &TranscriptLibraryWorkspaceModel::searchTextChanged)) {
         updateList();
     }
+}
+
+void TranscriptLibraryWorkspaceModel::prepareSearch()
+{
+    m_preparation.start();
 }
 
 QString TranscriptLibraryWorkspaceModel::emptyListText() const

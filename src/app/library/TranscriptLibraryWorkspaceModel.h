@@ -8,6 +8,7 @@
 #include <QLocale>
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
@@ -113,6 +114,10 @@ public:
     Q_INVOKABLE void cancelDelete();
     Q_INVOKABLE void deletePendingRecord();
     Q_INVOKABLE void dismissError();
+    /// The user may search soon: what takes longest is done now, in pieces that hold up no frame.
+    Q_INVOKABLE void prepareSearch();
+    /// Whether that is under way.
+    bool isPreparingSearch() const { return m_preparation.isActive(); }
 
 signals:
     void searchTextChanged();
@@ -147,6 +152,7 @@ private:
     QCoro::Task<> reveal(TranscriptRecordMetadata record);
 
     TranscriptLibraryStore &m_store;
+    QTimer m_preparation;
     QLocale m_locale;
     TranscriptLibraryModel m_records;
     TranscriptLinesModel m_draftLines;

@@ -91,6 +91,12 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
         &LiveSessionModel::cardStatusTextChanged);
     connect(&m_lines, &CaptionLinesModel::lineFinished, this,
         [this](int row) { emit lineFinished(m_controller.captionLines().at(row).sourceText); });
+    for (const auto changed :
+        {&LumaphoneSettings::processingModeChanged, &LumaphoneSettings::providerBaseURLChanged,
+            &LumaphoneSettings::providerModelChanged, &LumaphoneSettings::hasProviderAPIKeyChanged}) {
+        connect(&settings, changed, &controller, &Controller::translateRestoredLines);
+    }
+    controller.translateRestoredLines();
     m_soundWatch.setRunning(controller.isRunning());
     update();
 }

@@ -33,7 +33,8 @@ FocusScope {
 
         Item {
             Layout.fillWidth: true
-            implicitHeight: Math.max(Theme.controlHeightSmall, titleText.implicitHeight)
+            // A title of two lines has as much room around it as one of one line has.
+            implicitHeight: Math.max(Theme.controlHeightSmall, titleText.implicitHeight + Theme.gap)
 
             Symbol {
                 id: symbol

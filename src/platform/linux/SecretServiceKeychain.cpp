@@ -102,11 +102,17 @@ KeychainStatus run(const Operation &operation)
     Q_UNREACHABLE();
 }
 
+enum class Unlocking {
+    AskTheUser,
+    Never,
+};
+
 /// Runs `change` on every unlocked item that the query names, until one sets the error.
 KeychainStatus withItems(SecretService *service, Error &error, const KeychainQuery &query,
-    const std::function<void(SecretItem *)> &change)
+    const std::function<void(SecretItem *)> &change, Unlocking unlocking = Unlocking::AskTheUser)
 {
-    const auto flags = static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | SECRET_SEARCH_UNLOCK);
+    const int unlock = unlocking == Unlocking::AskTheUser ? SECRET_SEARCH_UNLOCK : 0;
+    const auto flags = static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | unlock);
     const ItemList items(secret_service_search_sync(
         service, &genericPassword, attributesOf(query).get(), flags, nullptr, error.place()));
     if (error.isSet()) {
@@ -115,7 +121,7 @@ KeychainStatus withItems(SecretService *service, Error &error, const KeychainQue
     if (!items) {
         return KeychainStatus::itemNotFound;
     }
-    KeychainStatus status = KeychainStatus::other;
+    KeychainStatus status = unlocking == Unlocking::Never ? KeychainStatus::locked : KeychainStatus::other;
     for (const GList *link = items.get(); link && !error.isSet(); link = link->next) {
         SecretItem *item = SECRET_ITEM(link->data);
         if (!secret_item_get_locked(item)) {
@@ -126,31 +132,44 @@ KeychainStatus withItems(SecretService *service, Error &error, const KeychainQue
     return status;
 }
 
-} // namespace
-
-KeychainReading SecretServiceKeychain::copyMatching(const KeychainQuery &query)
+KeychainReading readItem(const KeychainQuery &query, Unlocking unlocking)
 {
     KeychainReading reading;
     reading.status = run([&](SecretService *service, Error &error) {
         bool isRead = false;
-        const KeychainStatus found = withItems(service, error, query, [&](SecretItem *item) {
-            if (isRead || !secret_item_load_secret_sync(item, nullptr, error.place())) {
-                return;
-            }
-            const Value value(secret_item_get_secret(item));
-            gsize length = 0;
-            const gchar *bytes = value ? secret_value_get(value.get(), &length) : nullptr;
-            if (bytes) {
-                reading.data = QByteArray(bytes, static_cast<qsizetype>(length));
-                isRead = true;
-            }
-        });
+        const KeychainStatus found = withItems(
+            service, error, query,
+            [&](SecretItem *item) {
+                if (isRead || !secret_item_load_secret_sync(item, nullptr, error.place())) {
+                    return;
+                }
+                const Value value(secret_item_get_secret(item));
+                gsize length = 0;
+                const gchar *bytes = value ? secret_value_get(value.get(), &length) : nullptr;
+                if (bytes) {
+                    reading.data = QByteArray(bytes, static_cast<qsizetype>(length));
+                    isRead = true;
+                }
+            },
+            unlocking);
         return found == KeychainStatus::success && !isRead ? KeychainStatus::other : found;
     });
     if (reading.status != KeychainStatus::success) {
         reading.data.clear();
     }
     return reading;
+}
+
+} // namespace
+
+KeychainReading SecretServiceKeychain::copyMatching(const KeychainQuery &query)
+{
+    return readItem(query, Unlocking::AskTheUser);
+}
+
+KeychainReading SecretServiceKeychain::peek(const KeychainQuery &query)
+{
+    return readItem(query, Unlocking::Never);
 }
 
 KeychainStatus SecretServiceKeychain::update(const KeychainQuery &query, const QByteArray &data)

@@ -10,6 +10,7 @@ class SecretServiceKeychain final : public KeychainServices
 {
 public:
     KeychainReading copyMatching(const KeychainQuery &query) override;
+    KeychainReading peek(const KeychainQuery &query) override;
     KeychainStatus update(const KeychainQuery &query, const QByteArray &data) override;
     KeychainStatus add(const KeychainQuery &query, const QByteArray &data) override;
     KeychainStatus remove(const KeychainQuery &query) override;
