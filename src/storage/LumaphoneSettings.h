@@ -85,8 +85,7 @@ public:
     void setProviderModel(const QString &model);
 
     /// Whether a key was there when the settings were made, perhaps in a locked keychain, or has been saved
-    /// since. It follows what was asked
-    /// of the keychain, not what came of it.
+    /// since. It follows what was asked of the keychain, not what came of it.
     bool hasProviderAPIKey() const { return m_hasProviderAPIKey; }
 
     /// Base URL and model without white space at their ends, with the key that the keychain holds now, or "".
