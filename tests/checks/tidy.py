@@ -30,9 +30,9 @@ def sources_of(entry):
 # A source that is compiled for itself has options of its own.
 compilations = {}
 for entry in json.loads((build / "compile_commands.json").read_text()):
-    target = re.search(r"CMakeFiles/([^/]+)\.dir/", entry["output"])[1]
+    folder_of_target, target = re.search(r" -o (\S+)/CMakeFiles/([^/]+)\.dir/", entry["command"]).groups()
     sources = list(filter(is_ours, sources_of(entry)))
-    if not sources or not (build / entry["output"]).is_relative_to(build / "src"):
+    if not sources or not (build / folder_of_target).is_relative_to(build / "src"):
         continue
     name = target if "/Unity/" in entry["file"] else f"{target}-{pathlib.Path(entry['file']).stem}"
     compilations.setdefault(name, (entry, []))[1].extend(sources)

@@ -38,7 +38,8 @@ void ChildProcess::kill()
 
 int ChildProcess::wait()
 {
-    const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(mostMilliseconds);
+    const bool hasEnded
+        = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(mostMilliseconds);
     return hasEnded && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
 

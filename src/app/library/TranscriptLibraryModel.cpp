@@ -92,7 +92,7 @@ void TranscriptLibraryModel::setRecords(const QList<TranscriptRecordMetadata> &r
     if (runsOfChange(stays, positions) > maximumRuns) {
         replaceMiddle(wanted);
     } else {
-        removeRows(stays);
+        removeMissingRows(stays);
         insertMissingRows(wanted);
     }
     replaceRows(wanted);
@@ -154,7 +154,7 @@ void TranscriptLibraryModel::replaceMiddle(const Rows &wanted)
     }
 }
 
-void TranscriptLibraryModel::removeRows(const std::vector<bool> &stays)
+void TranscriptLibraryModel::removeMissingRows(const std::vector<bool> &stays)
 {
     for (int end = count(); end > 0;) {
         if (stays[static_cast<std::size_t>(end - 1)]) {

@@ -49,7 +49,7 @@ private:
 
     std::vector<bool> rowsThatStay(const QHash<QUuid, int> &positions) const;
     std::size_t runsOfChange(const std::vector<bool> &stays, const QHash<QUuid, int> &positions) const;
-    void removeRows(const std::vector<bool> &stays);
+    void removeMissingRows(const std::vector<bool> &stays);
     void replaceMiddle(const Rows &wanted);
     void insertMissingRows(const Rows &wanted);
     void replaceRows(const Rows &wanted);
