@@ -226,7 +226,6 @@ private slots:
         QTest::addColumn<int>("frames");
         QTest::newRow("odd and small") << 7;
         QTest::newRow("odd") << 1021;
-        QTest::newRow("a block") << 2048;
         QTest::newRow("a block and one") << 2049;
         QTest::newRow("everything at once") << 10'000'000;
     }
