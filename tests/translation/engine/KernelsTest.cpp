@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -45,6 +46,22 @@ struct Extremes
     int mostWeight;
 };
 
+std::vector<std::uint32_t> rowsInOrder(int count)
+{
+    std::vector<std::uint32_t> rows(static_cast<std::size_t>(count));
+    std::iota(rows.begin(), rows.end(), 0U);
+    return rows;
+}
+
+/// Among twice as many.
+std::vector<std::uint32_t> scatteredRows(int count)
+{
+    std::vector<std::uint32_t> rows = rowsInOrder(count);
+    for (std::uint32_t &row : rows)
+        row = row * 2 + 1 - row % 2;
+    return rows;
+}
+
 } // namespace
 
 class KernelsTest : public QObject
@@ -81,12 +98,8 @@ private slots:
                 = randomBytes(std::size_t(rows * depth), extreme.leastCode, extreme.mostCode, random);
             const auto weights = randomBytes(
                 std::size_t(outputs * depth) * 2, extreme.leastWeight, extreme.mostWeight, random);
-            std::vector<std::uint32_t> inOrder;
-            std::vector<std::uint32_t> scattered;
-            for (std::uint32_t output = 0; output < std::uint32_t(outputs); ++output) {
-                inOrder.push_back(output);
-                scattered.push_back(output * 2 + 1 - output % 2);
-            }
+            const std::vector<std::uint32_t> inOrder = rowsInOrder(outputs);
+            const std::vector<std::uint32_t> scattered = scatteredRows(outputs);
             for (const Kernels *kernels : availableKernels()) {
                 std::vector<std::int32_t> products(std::size_t(rows * outputs), -1);
                 kernels->multiply(
@@ -123,12 +136,8 @@ private slots:
             std::vector<std::uint8_t> pairs(digits.size() / 2);
             for (std::size_t index = 0; index < digits.size(); ++index)
                 pairs[index / 128 * 64 + index % 64] |= std::uint8_t(digits[index] << index / 64 % 2 * 4);
-            std::vector<std::uint32_t> inOrder;
-            std::vector<std::uint32_t> scattered;
-            for (std::uint32_t output = 0; output < std::uint32_t(outputs); ++output) {
-                inOrder.push_back(output);
-                scattered.push_back(output * 2 + 1 - output % 2);
-            }
+            const std::vector<std::uint32_t> inOrder = rowsInOrder(outputs);
+            const std::vector<std::uint32_t> scattered = scatteredRows(outputs);
             for (const Kernels *kernels : availableKernels()) {
                 std::vector<std::int32_t> products(std::size_t(outputs), -1);
                 kernels->multiplyDigits(codes.data(), depth, pairs.data(), nullptr, outputs, products.data());
