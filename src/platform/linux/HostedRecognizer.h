@@ -2,8 +2,8 @@
 
 #include "platform/linux/SpeechHostSession.h"
 #include "platform/linux/StreamingRecognizer.h"
+#include "speech/GrowingText.h"
 #include "speech/LanguageArbiter.h"
-#include "speech/StableText.h"
 #include "speech/TaiwanTraditional.h"
 
 namespace lumaphone {
@@ -37,14 +37,16 @@ public:
 
 private:
     void heard(const host::Decoded &decoded);
-    /// None: a volatile text that is not to be shown.
-    std::optional<QString> shownText(const host::Decoded &decoded);
+    QString believedText(const QString &text, SpokenLanguage language, LanguageArbiter::Seconds speech,
+        const host::Decoded &decoded) const;
+    void show(const QStringList &texts, bool endsWithFinal);
 
     const std::vector<SpokenLanguage> m_languages;
     const RecognitionSink m_sink;
-    const bool m_hasStreamingTexts; ///< volatile ones only grow
     LanguageArbiter m_arbiter;
-    StableText m_stableText;
+    std::optional<std::int64_t> m_segment; ///< under way
+    GrowingText m_growing;
+    SpokenLanguage m_shownLanguage;
     std::optional<TaiwanTraditional> m_traditional;
     SpeechHostSession m_session;
 };
