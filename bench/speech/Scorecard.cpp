@@ -108,8 +108,7 @@ double cpuSeconds()
 SpeechInstallation installationIn(const SpeechModelFiles &files)
 {
     return {QStringLiteral(LUMAPHONE_SPEECH_HOST), QStringLiteral(LUMAPHONE_SPEECH_RUNTIME),
-        files.voiceDetector,
-        {host::NetworkKind::senseVoice, {files.network.toStdString()}, files.tokens.toStdString()}, {}};
+        files.voiceDetector, files.network, {}};
 }
 
 std::shared_ptr<SpeechEngine> engineNamed(const QString &name)
@@ -119,16 +118,20 @@ std::shared_ptr<SpeechEngine> engineNamed(const QString &name)
     }
     std::variant<SpeechModelFiles, QString> files
         = SpeechModelFiles {name + QStringLiteral("/silero_vad.onnx"),
-            name + QStringLiteral("/model.int8.onnx"), name + QStringLiteral("/tokens.txt")};
+            {host::NetworkKind::senseVoice, {(name + QStringLiteral("/model.int8.onnx")).toStdString()},
+                (name + QStringLiteral("/tokens.txt")).toStdString()}};
     if (name == QStringLiteral("installed")) {
         files = installedSpeechModel(ModelStore(modelsFolder(XdgFolders()), ModelCatalogue::configured()));
     }
-    return std::make_shared<HostedSpeechEngine>([files]() -> HostedSpeechEngine::Installation {
-        if (const auto *const missing = std::get_if<QString>(&files)) {
-            return *missing;
-        }
-        return installationIn(std::get<SpeechModelFiles>(files));
-    });
+    return std::make_shared<HostedSpeechEngine>(
+        std::vector {SpokenLanguage::japanese, SpokenLanguage::english, SpokenLanguage::korean,
+            SpokenLanguage::mandarin},
+        [files]() -> HostedSpeechEngine::Installation {
+            if (const auto *const missing = std::get_if<QString>(&files)) {
+                return *missing;
+            }
+            return installationIn(std::get<SpeechModelFiles>(files));
+        });
 }
 
 std::vector<Heard> recognise(

@@ -28,6 +28,9 @@ private:
     const bool m_isComplete;
 };
 
+const std::vector<SpokenLanguage> fourLanguages {
+    SpokenLanguage::japanese, SpokenLanguage::english, SpokenLanguage::korean, SpokenLanguage::mandarin};
+
 } // namespace
 
 class InstalledSpeechModelTest : public QObject
@@ -68,16 +71,19 @@ private slots:
         installToySpeechModels(store);
         const auto files = std::get<SpeechModelFiles>(installedSpeechModel(store));
         QCOMPARE(files.voiceDetector, folder.filePath("silero-vad/silero_vad.onnx"));
-        QCOMPARE(files.network, folder.filePath("sense-voice/model.int8.onnx"));
-        QCOMPARE(files.tokens, folder.filePath("sense-voice/tokens.txt"));
+        const host::Network expected {host::NetworkKind::senseVoice,
+            {folder.filePath("sense-voice/model.int8.onnx").toStdString()},
+            folder.filePath("sense-voice/tokens.txt").toStdString()};
+        QCOMPARE(files.network, expected);
     }
 
     void theFrameworkFollowsWhatIsInstalled()
     {
         const QTemporaryDir folder;
         const ModelStore store(folder.path(), ModelCatalogue::builtIn());
-        const auto engine = std::make_shared<HostedSpeechEngine>(SpeechInstallations(
-            std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
+        const auto engine = std::make_shared<HostedSpeechEngine>(fourLanguages,
+            SpeechInstallations(
+                std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
         EngineSpeechFramework framework({engine}, MainQueue::create());
         const auto error
             = thrownBy<SpeechFrameworkError>([&] { test::waitFor(framework.reserve("zh-Hant-TW")); });
@@ -105,8 +111,9 @@ private slots:
         const QTemporaryDir folder;
         const ModelStore store(folder.path(), ModelCatalogue::builtIn());
         installToySpeechModels(store);
-        const HostedSpeechEngine engine(SpeechInstallations(
-            std::make_shared<Resources>(false), [&store] { return installedSpeechModel(store); }));
+        const HostedSpeechEngine engine(fourLanguages,
+            SpeechInstallations(
+                std::make_shared<Resources>(false), [&store] { return installedSpeechModel(store); }));
         QVERIFY(engine.installedLocales().empty());
         QVERIFY(engine.installationHint("ja-JP")->contains("libsherpa-onnx-c-api.so"));
         QVERIFY(!engine.installationHint("fr-FR"));
@@ -117,8 +124,9 @@ private slots:
         const QTemporaryDir folder;
         const ModelStore store(folder.path(), ModelCatalogue::builtIn());
         installToySpeechModels(store);
-        const HostedSpeechEngine engine(SpeechInstallations(
-            std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
+        const HostedSpeechEngine engine(fourLanguages,
+            SpeechInstallations(
+                std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
         const auto recognizers
             = engine.makeRecognizers({"ja-JP", "ko-KR"}, [](const QString &, const SpeechResult &) {});
         QCOMPARE(recognizers.size(), std::size_t(1));
@@ -129,8 +137,9 @@ private slots:
     {
         const QTemporaryDir folder;
         const ModelStore store(folder.path(), ModelCatalogue::builtIn());
-        const HostedSpeechEngine engine(SpeechInstallations(
-            std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
+        const HostedSpeechEngine engine(fourLanguages,
+            SpeechInstallations(
+                std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
         const auto recognizers
             = engine.makeRecognizers({"ja-JP"}, [](const QString &, const SpeechResult &) {});
         QVERIFY(thrownBy<SpeechFrameworkError>([&] { recognizers.front()->load(); }));

@@ -9,9 +9,16 @@ namespace lumaphone {
 
 std::vector<std::shared_ptr<SpeechEngine>> installedSpeechEngines(const ModelStore &models)
 {
-    const SpeechInstallations installations(
-        std::make_shared<ExecutableFolderResources>(), [&models] { return installedSpeechModel(models); });
-    return {std::make_shared<HostedSpeechEngine>(installations), std::make_shared<PocketSphinxEngine>()};
+    const auto resources = std::make_shared<ExecutableFolderResources>();
+    const std::vector<SpokenLanguage> fourLanguages {
+        SpokenLanguage::japanese, SpokenLanguage::english, SpokenLanguage::korean, SpokenLanguage::mandarin};
+    return {
+        std::make_shared<HostedSpeechEngine>(std::vector {SpokenLanguage::english},
+            SpeechInstallations(resources, [resources] { return bundledEnglishModel(*resources); })),
+        std::make_shared<HostedSpeechEngine>(fourLanguages,
+            SpeechInstallations(resources, [&models] { return installedSpeechModel(models); })),
+        std::make_shared<PocketSphinxEngine>(),
+    };
 }
 
 } // namespace lumaphone

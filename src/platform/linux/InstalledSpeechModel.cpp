@@ -1,5 +1,6 @@
 #include "platform/linux/InstalledSpeechModel.h"
 
+#include <QFile>
 #include <QLocale>
 #include <QStringList>
 
@@ -28,6 +29,11 @@ const ModelEntry *speechEntry(const ModelCatalogue &catalogue, const QString &ro
         }
     }
     return nullptr;
+}
+
+std::string encoded(const QString &path)
+{
+    return QFile::encodeName(path).toStdString();
 }
 
 /// What there is to install.
@@ -67,7 +73,8 @@ std::variant<SpeechModelFiles, QString> installedSpeechModel(const ModelStore &s
     const auto installedNetwork = store.installed(*network);
     if (installedDetector && installedNetwork) {
         return SpeechModelFiles {installedDetector->require(voiceDetectorRole),
-            installedNetwork->require(networkRole), installedNetwork->require(tokensRole)};
+            {host::NetworkKind::senseVoice, {encoded(installedNetwork->require(networkRole))},
+                encoded(installedNetwork->require(tokensRole))}};
     }
     Missing missing;
     if (!installedDetector) {
@@ -77,6 +84,21 @@ std::variant<SpeechModelFiles, QString> installedSpeechModel(const ModelStore &s
         missing.add(*network);
     }
     return missing.hint();
+}
+
+std::variant<SpeechModelFiles, QString> bundledEnglishModel(const BundleResources &resources)
+{
+    const auto folder = resources.path(QStringLiteral("english-speech"));
+    if (!folder) {
+        return QStringLiteral("這個版本的 Lumaphone 沒有附上英文語音辨識模型。"
+                              "請執行 packaging/install-speech-runtime 後重新建置，或改裝完整的套件。");
+    }
+    const auto file = [&folder](const char *name) {
+        return *folder + QLatin1Char('/') + QLatin1String(name);
+    };
+    return SpeechModelFiles {file("voice-detector.onnx"),
+        {host::NetworkKind::moonshine, {encoded(file("encoder.onnx")), encoded(file("decoder.onnx"))},
+            encoded(file("tokens.txt"))}};
 }
 
 } // namespace lumaphone

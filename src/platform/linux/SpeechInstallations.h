@@ -9,8 +9,7 @@ namespace lumaphone {
 struct SpeechModelFiles
 {
     QString voiceDetector;
-    QString network;
-    QString tokens;
+    host::Network network;
 };
 
 /// Finds what the hosted engine needs: its program and the runtime library among the program's resources, and
