@@ -20,6 +20,10 @@ QString withoutRepeatedTail(const QString &text);
 /// Whether a person can have said so many words (where no blanks divide them, characters) in so much speech.
 bool canBeSaid(const QString &text, std::chrono::duration<double> speech);
 
+/// Whether so much speech can have been so few words: a recogniser that takes noise for speech finds a word
+/// here and there.
+bool fills(const QString &text, std::chrono::duration<double> speech);
+
 /// How the end of one segment and the beginning of the next are written when a sentence was cut in two.
 struct SentenceCut
 {

@@ -140,6 +140,26 @@ private slots:
         QCOMPARE(canBeSaid(text, std::chrono::duration<double>(seconds)), expected);
     }
 
+    void noiseIsFoundToSayTooLittle_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("seconds");
+        QTest::addColumn<bool>("expected");
+        QTest::newRow("a word") << "thigh" << 0.5 << true;
+        QTest::newRow("a long word") << "well" << 3.0 << true;
+        QTest::newRow("a word in twenty seconds") << "thigh" << 20.0 << false;
+        QTest::newRow("slow speech") << "he was not an ill" << 6.0 << true;
+        QTest::newRow("a few words in noise") << "the thigh tipped" << 6.0 << false;
+        QTest::newRow("nothing") << "" << 10.0 << false;
+    }
+    void noiseIsFoundToSayTooLittle()
+    {
+        QFETCH(QString, text);
+        QFETCH(double, seconds);
+        QFETCH(bool, expected);
+        QCOMPARE(fills(text, std::chrono::duration<double>(seconds)), expected);
+    }
+
     void aSentenceThatWasCutReadsAsOne_data()
     {
         QTest::addColumn<QString>("text");

@@ -55,8 +55,9 @@ HostedRecognizer::HostedRecognizer(const SpeechInstallation &installation,
     , m_arbiter(languages)
     , m_growing(agreementFor(installation))
     , m_shownLanguage(languages.front())
-    , m_session(installation.hostProgram, configurationOf(installation, languages),
-          [this](const host::Decoded &decoded) { heard(decoded); })
+    , m_session(
+          installation.hostProgram, configurationOf(installation, languages),
+          [this](const host::Decoded &decoded) { heard(decoded); }, installation.repair)
 {
 }
 

@@ -16,6 +16,8 @@ struct SpeechInstallation
     QString voiceDetector;
     host::Network network;
     std::optional<host::Network> volatileNetwork;
+    /// What the user can do about files that are damaged.
+    QString repair = SpeechHostSession::reinstallTheModel();
 };
 
 /// Recognises several languages with one decode, in a process of its own: a single language with a network

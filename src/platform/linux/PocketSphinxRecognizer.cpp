@@ -1,5 +1,7 @@
 #include "platform/linux/PocketSphinxRecognizer.h"
 
+#include "speech/RecognizedText.h"
+
 #include <QFile>
 #include <QRegularExpression>
 
@@ -232,6 +234,11 @@ void PocketSphinxRecognizer::endUtterance()
 
 void PocketSphinxRecognizer::giveVolatile(const QString &hypothesis)
 {
+    // A single word may be all that it finds in a noise; in speech the next one comes soon.
+    if (unitsOf(hypothesis).size() < 2 || !fills(hypothesis, speech())) {
+        m_growing.listen(hypothesis);
+        return;
+    }
     for (const QString &text : m_growing.heard(hypothesis)) {
         if (!m_isCancelled) {
             m_sink(m_localeIdentifier, {text, false});
@@ -241,10 +248,16 @@ void PocketSphinxRecognizer::giveVolatile(const QString &hypothesis)
 
 void PocketSphinxRecognizer::giveFinal(const QString &text)
 {
-    const QStringList texts = m_growing.concluded(text);
+    const QStringList texts = m_growing.concluded(fills(text, speech()) ? text : QString());
     for (qsizetype i = 0; i < texts.size() && !m_isCancelled; ++i) {
         m_sink(m_localeIdentifier, {texts[i], i + 1 == texts.size()});
     }
+}
+
+std::chrono::duration<double> PocketSphinxRecognizer::speech() const
+{
+    return std::chrono::duration<double>(
+        static_cast<double>(m_utteranceSamples) / static_cast<double>(sampleRateHz));
 }
 
 } // namespace lumaphone

@@ -5,6 +5,7 @@
 #include "speech/GrowingText.h"
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 
 namespace lumaphone {
@@ -29,6 +30,8 @@ private:
     void endUtterance();
     void giveVolatile(const QString &hypothesis);
     void giveFinal(const QString &text);
+    /// Of the utterance under way.
+    std::chrono::duration<double> speech() const;
 
     const QString m_localeIdentifier;
     const PocketSphinxModel m_model;
