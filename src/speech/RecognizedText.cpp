@@ -89,9 +89,8 @@ constexpr std::chrono::duration<double> shortestWord {1.0 / 7};
 constexpr std::chrono::duration<double> shortestCharacter {1.0 / 11};
 constexpr std::chrono::duration<double> slack {0.5};
 
-// Speech without pauses is never slower for long.
+// Speech without pauses is never slower, the pause at its end included.
 constexpr double slowestWordsPerSecond = 0.7;
-constexpr std::chrono::duration<double> shortSpeech {3.0};
 
 /// Words of English that begin with a capital at the beginning of a sentence only.
 bool isNeverAName(const QString &word)
@@ -165,8 +164,7 @@ bool canBeSaid(const QString &text, std::chrono::duration<double> speech)
 
 bool fills(const QString &text, std::chrono::duration<double> speech)
 {
-    return speech <= shortSpeech
-        || static_cast<double>(unitsOf(text).size()) >= speech.count() * slowestWordsPerSecond;
+    return static_cast<double>(unitsOf(text).size()) >= speech.count() * slowestWordsPerSecond;
 }
 
 QString writtenAsPart(const QString &text, SentenceCut cut)

@@ -105,15 +105,15 @@ QStringList reference(const QString &wav)
     return lines;
 }
 
-/// Compares what was heard with what the decoder's own program prints, which shows nothing before the end of
-/// an utterance: the first word of one may be the one that was shown.
-QStringList withoutFirstWords(const QStringList &lines)
+/// Whether lines are what the decoder's own program prints. It shows nothing before the end of an utterance;
+/// here the word that was shown first stays, so that the first two may be others.
+bool isHeardAs(const QStringList &heard, const QStringList &expected)
 {
-    QStringList rest;
-    for (const QString &line : lines) {
-        rest.append(line.section(QLatin1Char(' '), 1));
-    }
-    return rest;
+    return std::equal(heard.begin(), heard.end(), expected.begin(), expected.end(),
+        [](const QString &line, const QString &other) {
+            const QStringList words = other.split(QLatin1Char(' '));
+            return line == other || (words.size() > 2 && line.endsWith(words.mid(2).join(QLatin1Char(' '))));
+        });
 }
 
 QStringList recordings()
@@ -232,7 +232,7 @@ private slots:
         QFETCH(QString, path);
         const QStringList expected = reference(path);
         QVERIFY(!expected.isEmpty());
-        QCOMPARE(withoutFirstWords(finalsOf(samplesOfWav(path))), withoutFirstWords(expected));
+        QVERIFY(isHeardAs(finalsOf(samplesOfWav(path)), expected));
     }
 
     void severalUtterancesAreHeardAsTheDecodersOwnProgramHearsThem()
@@ -246,7 +246,7 @@ private slots:
         writeWav(wav, samples);
         const QStringList expected = reference(wav);
         QVERIFY(expected.size() >= 4);
-        QCOMPARE(withoutFirstWords(finalsOf(samples)), withoutFirstWords(expected));
+        QVERIFY(isHeardAs(finalsOf(samples), expected));
     }
 
     void theSizeOfPiecesDoesNotMatter_data()
@@ -343,7 +343,7 @@ private slots:
         const QTemporaryDir folder;
         const QString wav = folder.filePath(QStringLiteral("late.wav"));
         writeWav(wav, samples);
-        QCOMPARE(withoutFirstWords(finalsOf(samples)), withoutFirstWords(reference(wav)));
+        QVERIFY(isHeardAs(finalsOf(samples), reference(wav)));
     }
 
     void noiseSaysNothing_data()
@@ -434,8 +434,8 @@ private slots:
             = std::async(std::launch::async, [otherPath] { return finalsOf(samplesOfWav(otherPath)); });
         const QStringList finals = finalsOf(samplesOfWav(m_sentence));
         const QStringList otherFinals = other.get();
-        QCOMPARE(withoutFirstWords(finals), withoutFirstWords(reference(m_sentence)));
-        QCOMPARE(withoutFirstWords(otherFinals), withoutFirstWords(reference(otherPath)));
+        QVERIFY(isHeardAs(finals, reference(m_sentence)));
+        QVERIFY(isHeardAs(otherFinals, reference(otherPath)));
     }
 
     void nothingIsWrittenToTheTerminal()
