@@ -18,7 +18,7 @@ PACKAGING = pathlib.Path(sys.argv[1])
 REAL_FILES = pathlib.Path(sys.argv[2]) if len(sys.argv) > 2 else None
 PROCESSOR = platform.machine()
 MARKS = [b"<<ST_%d>>" % number for number in range(768)]
-LIMIT = 60
+LIMIT = 300
 
 # Packs what lies in packages/, as npm does: the name of the archive goes to the standard output.
 NPM = """#!/bin/sh
