@@ -18,7 +18,7 @@ PACKAGING = pathlib.Path(sys.argv[1])
 REAL_FILES = pathlib.Path(sys.argv[2]) if len(sys.argv) > 2 else None
 PROCESSOR = platform.machine()
 MARKS = [b"<<ST_%d>>" % number for number in range(768)]
-LIMIT = 60
+LIMIT = 300
 
 # Packs what lies in packages/, as npm does: the name of the archive goes to the standard output.
 NPM = """#!/bin/sh
@@ -217,6 +217,20 @@ class InstallSpeechRuntime(unittest.TestCase):
         self.assertIn("PocketSphinx", said)
         self.assertNotIn("Fetching", said)
         self.assert_nothing()
+
+    def test_installs_npm_only_where_something_is_to_be_fetched(self):
+        installer = self.work.root / "packaging/install-packages"
+        installer.write_text('#!/bin/sh\necho "$*" >"$STUB/installed"\nexit 1\n')
+        installer.chmod(0o755)
+        self.bring_all()
+        self.work.without_npm()
+        self.assertEqual(self.work.run("--install-npm"), (0, ""))
+        self.assertFalse((self.work.stub / "installed").exists())
+        (self.work.folder / "libonnxruntime.so").unlink()
+        status, said = self.work.run("--install-npm")
+        self.assertEqual(status, 0)
+        self.assertEqual((self.work.stub / "installed").read_text(), "--automatic fetch\n")
+        self.assertIn("npm, which fetches it, is not installed", said)
 
     def test_gives_the_reason_of_npm(self):
         for word in ("error", "ERR!"):
