@@ -52,6 +52,8 @@ HostedRecognizer::HostedRecognizer(const SpeechInstallation &installation,
     const std::vector<SpokenLanguage> &languages, RecognitionSink sink)
     : m_languages(languages)
     , m_sink(std::move(sink))
+    , m_demandIntact(installation.demandIntact)
+    , m_repair(installation.repair)
     , m_arbiter(languages)
     , m_growing(agreementFor(installation))
     , m_shownLanguage(languages.front())
@@ -73,7 +75,26 @@ void HostedRecognizer::load()
     if (std::find(m_languages.begin(), m_languages.end(), SpokenLanguage::mandarin) != m_languages.end()) {
         m_traditional.emplace();
     }
+    demandIntactFiles();
     m_session.start();
+}
+
+void HostedRecognizer::demandIntactFiles() const
+{
+    if (!m_demandIntact) {
+        return;
+    }
+    try {
+        m_demandIntact(m_cancelled.get_token());
+    } catch (const std::exception &error) {
+        throw SpeechFrameworkError(localizedDescription(error) + m_repair);
+    }
+}
+
+void HostedRecognizer::cancel() noexcept
+{
+    m_cancelled.request_stop();
+    m_session.cancel();
 }
 
 void HostedRecognizer::heard(const host::Decoded &decoded)

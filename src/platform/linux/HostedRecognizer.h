@@ -16,6 +16,8 @@ struct SpeechInstallation
     QString voiceDetector;
     host::Network network;
     std::optional<host::Network> volatileNetwork;
+    /// Throws where a file is not the one it should be, before the library sees it. None: nothing is known.
+    std::function<void(const std::stop_token &)> demandIntact;
     /// What the user can do about files that are damaged.
     QString repair = SpeechHostSession::reinstallTheModel();
 };
@@ -32,12 +34,13 @@ public:
     void load() override;
     void accept(std::span<const std::int16_t> samples) override { m_session.append(samples); }
     void finish() override { m_session.finish(); }
-    void cancel() noexcept override { m_session.cancel(); }
+    void cancel() noexcept override;
 
     /// The host's process; -1 while there is none. Any thread.
     pid_t hostProcessId() const { return m_session.processId(); }
 
 private:
+    void demandIntactFiles() const;
     void heard(const host::Decoded &decoded);
     QString believedText(const QString &text, SpokenLanguage language, LanguageArbiter::Seconds speech,
         const host::Decoded &decoded) const;
@@ -45,6 +48,9 @@ private:
 
     const std::vector<SpokenLanguage> m_languages;
     const RecognitionSink m_sink;
+    const std::function<void(const std::stop_token &)> m_demandIntact;
+    const QString m_repair;
+    std::stop_source m_cancelled;
     LanguageArbiter m_arbiter;
     std::optional<std::int64_t> m_segment; ///< under way
     GrowingText m_growing;
