@@ -42,9 +42,9 @@ QString sha256(const json::Value &object)
         return {};
     }
     QString digits = json::text(object, "sha256").toLower();
-    static const QRegularExpression hexadecimal(QStringLiteral("^[0-9a-f]{8,64}$"));
+    static const QRegularExpression hexadecimal(QStringLiteral("^[0-9a-f]{64}$"));
     if (!hexadecimal.match(digits).hasMatch()) {
-        reject(QStringLiteral("「%1」不是 SHA-256").arg(digits));
+        reject(QStringLiteral("「%1」不是完整的 SHA-256（64 個十六進位數字）").arg(digits));
     }
     return digits;
 }
@@ -79,6 +79,14 @@ ModelFile file(const json::Value &object)
     return {json::text(object, "role"), plainName(json::text(object, "name")), size(object), sha256(object)};
 }
 
+/// Models are trusted by their hashes alone.
+void demandHash(const ModelFile &file)
+{
+    if (file.sha256.isEmpty()) {
+        reject(QStringLiteral("%1 缺少完整的 SHA-256").arg(file.name));
+    }
+}
+
 ModelCompression compression(const QString &name)
 {
     if (name == QLatin1String("none")) {
@@ -105,6 +113,13 @@ ModelDownload download(const json::Value &object)
     plainName(download.name());
     if (download.compression != ModelCompression::tarBz2 && download.files.size() != 1) {
         reject(QStringLiteral("%1 只能有一個檔案").arg(download.name()));
+    }
+    const bool isKnownArchive
+        = download.compression == ModelCompression::tarBz2 && !download.sha256.isEmpty();
+    for (const ModelFile &file : std::as_const(download.files)) {
+        if (!file.isLicence() || !isKnownArchive) {
+            demandHash(file);
+        }
     }
     return download;
 }

@@ -21,7 +21,10 @@ struct ModelFile
     QString role; ///< what it is to its engine, such as "model", "vocabulary", "shortlist", "tokens"
     QString name; ///< its name in the model's folder
     std::optional<qint64> size; ///< bytes, if known beforehand
-    QString sha256; ///< lower-case hexadecimal, whole or its first digits; empty if not known beforehand
+    QString sha256; ///< 64 lower-case hexadecimal digits; empty only for a licence, see ModelDownload::files
+
+    /// Whether it is a text for the user, which no engine reads.
+    bool isLicence() const { return role == QLatin1String("licence"); }
 };
 
 /// One thing to fetch: a file, a compressed file, or an archive with several.
@@ -30,8 +33,10 @@ struct ModelDownload
     QUrl url;
     ModelCompression compression = ModelCompression::none;
     std::optional<qint64> size; ///< of what is fetched, if known
-    QString sha256; ///< of what is fetched, as in ModelFile
-    QList<ModelFile> files; ///< exactly one unless it is an archive, whose other members are left out
+    QString sha256; ///< of what is fetched, as in ModelFile; empty if not known beforehand
+    /// Exactly one unless it is an archive, whose other members are left out. The hash of each is known, but
+    /// for that of a licence in an archive whose own hash is known.
+    QList<ModelFile> files;
 
     /// The last part of the address.
     QString name() const;

@@ -16,6 +16,30 @@ namespace lumaphone {
 
 namespace {
 
+/// What a file should be: as it is known, or else as it was when it was installed.
+FileDigest expectedDigest(const ModelFile &file, const RecordedFile &recorded)
+{
+    return {file.size.value_or(recorded.size), file.sha256.isEmpty() ? recorded.sha256 : file.sha256};
+}
+
+bool isAsExpected(const ModelFile &file, const RecordedFile &recorded)
+{
+    return expectedDigest(file, recorded) == FileDigest {recorded.size, recorded.sha256};
+}
+
+/// Reads a file. Throws ModelError, FileError.
+void demandDigest(const QString &path, const FileDigest &expected)
+{
+    const FileDigest digest = digestOf(path);
+    if (digest.size != expected.size) {
+        throw ModelError(ModelError::Case::wrongSize, path,
+            QStringLiteral("應為 %1，實際為 %2").arg(expected.size).arg(digest.size));
+    }
+    if (digest.sha256 != expected.sha256) {
+        throw ModelError(ModelError::Case::wrongContents, path);
+    }
+}
+
 /// A damaged model is not used again, whatever it is asked later.
 void markDamaged(ModelManifest manifest, const QString &folder)
 {
@@ -92,7 +116,8 @@ ModelState ModelStore::state(const ModelEntry &entry) const
     for (const ModelFile &file : entry.files()) {
         const RecordedFile *recorded = manifest->find(file.name);
         const QFileInfo info(folder + QLatin1Char('/') + file.name);
-        if (recorded == nullptr || !info.isFile() || info.size() != recorded->size) {
+        if (recorded == nullptr || !isAsExpected(file, *recorded) || !info.isFile()
+            || info.size() != recorded->size) {
             return ModelState::damaged;
         }
     }
@@ -114,28 +139,24 @@ void ModelStore::verify(const ModelEntry &entry) const
     if (!manifest) {
         throw ModelError(ModelError::Case::fileMissing, folder + QStringLiteral("/installed.json"));
     }
-    for (const ModelFile &file : entry.files()) {
-        const RecordedFile *recorded = manifest->find(file.name);
-        const QString path = folder + QLatin1Char('/') + file.name;
-        if (recorded == nullptr || !QFileInfo(path).isFile()) {
-            markDamaged(*manifest, folder);
-            throw ModelError(ModelError::Case::fileMissing, path);
+    ModelManifest found {{}, manifest->installedAt, false};
+    try {
+        for (const ModelFile &file : entry.files()) {
+            const RecordedFile *recorded = manifest->find(file.name);
+            const QString path = folder + QLatin1Char('/') + file.name;
+            if (recorded == nullptr || !QFileInfo(path).isFile()) {
+                throw ModelError(ModelError::Case::fileMissing, path);
+            }
+            const FileDigest expected = expectedDigest(file, *recorded);
+            demandDigest(path, expected);
+            found.files.append({file.name, expected.size, expected.sha256});
         }
-        const FileDigest digest = digestOf(path);
-        if (digest.size != recorded->size) {
-            markDamaged(*manifest, folder);
-            throw ModelError(ModelError::Case::wrongSize, path,
-                QStringLiteral("應為 %1，實際為 %2").arg(recorded->size).arg(digest.size));
-        }
-        if (digest.sha256 != recorded->sha256) {
-            markDamaged(*manifest, folder);
-            throw ModelError(ModelError::Case::wrongContents, path);
-        }
+    } catch (const ModelError &) {
+        markDamaged(*manifest, folder);
+        throw;
     }
-    if (manifest->isDamaged) { // the right files have come back
-        ModelManifest repaired = *manifest;
-        repaired.isDamaged = false;
-        repaired.write(folder);
+    if (state(entry) != ModelState::installed) { // the right files have come back
+        found.write(folder);
     }
 }
 

@@ -49,8 +49,9 @@ public:
     /// None unless the state is `installed`.
     std::optional<InstalledModel> installed(const ModelEntry &entry) const;
 
-    /// Reads all files and compares them with what is known and with what was recorded at the installation.
-    /// A model that fails is `damaged` from then on. Takes a while. Throws ModelError, FileError.
+    /// Reads all files and compares them with what is known, or else with what was recorded at the
+    /// installation. A model that fails is `damaged` from then on. Takes a while. Throws ModelError,
+    /// FileError.
     void verify(const ModelEntry &entry) const;
 
     /// Removes a model and what is left of an installation that was begun; one that is not there is fine.

@@ -24,6 +24,12 @@ namespace {
 /// No model that this program can use is larger.
 constexpr qint64 mostBytes = 4LL * 1024 * 1024 * 1024;
 
+/// What is not known beforehand is taken as it comes.
+bool isRight(const QString &sha256, const QString &known)
+{
+    return known.isEmpty() || sha256 == known;
+}
+
 QString sizesText(qint64 expected, qint64 actual)
 {
     return QStringLiteral("應為 %1，實際為 %2").arg(expected).arg(actual);
@@ -95,18 +101,14 @@ public:
         m_writer.write(bytes);
     }
 
-    /// `published` is the digest of the file before it was unpacked, if it was a file of its own.
-    RecordedFile finish(const QString &published = {})
+    RecordedFile finish()
     {
         m_writer.finish();
         const FileDigest digest = m_digest.result();
         if (m_file.size && digest.size != *m_file.size) {
             throw ModelError(ModelError::Case::wrongSize, m_file.name, sizesText(*m_file.size, digest.size));
         }
-        // Of which of the two a shortened digest was taken is not always said.
-        const bool isRight = matchesKnown(digest.sha256, m_file.sha256)
-            || (!published.isEmpty() && matchesKnown(published, m_file.sha256));
-        if (!isRight) {
+        if (!isRight(digest.sha256, m_file.sha256)) {
             throw ModelError(ModelError::Case::wrongContents, m_file.name);
         }
         return {m_file.name, digest.size, digest.sha256};
@@ -128,7 +130,7 @@ void checkSource(const ModelDownload &download, const QString &path)
 
 void checkSource(const ModelDownload &download, const FileDigest &digest)
 {
-    if (!matchesKnown(digest.sha256, download.sha256)) {
+    if (!isRight(digest.sha256, download.sha256)) {
         throw ModelError(ModelError::Case::wrongContents, download.name());
     }
 }
@@ -203,9 +205,8 @@ RecordedFile unpackSingle(Source &source, const ModelDownload &download, const Q
             target.write(block);
         }
     }
-    const FileDigest digest = source.finish();
-    checkSource(download, digest);
-    return target.finish(digest.sha256);
+    checkSource(download, source.finish());
+    return target.finish();
 }
 
 /// Reads a tar archive out of a Source. What a Source throws is kept until the archive library has returned.
@@ -328,11 +329,6 @@ QList<RecordedFile> unpackArchive(Source &source, const ModelDownload &download,
 }
 
 } // namespace
-
-bool matchesKnown(const QString &sha256, const QString &known)
-{
-    return sha256.startsWith(known);
-}
 
 QList<RecordedFile> unpackModel(const ModelDownload &download, const QString &path, const QString &folder,
     const UnpackProgress &onProgress, const std::stop_token &stop)

@@ -19,16 +19,19 @@ using namespace lumaphone::cli;
 
 namespace {
 
+const QByteArray weights = test::noise(100'000, 3);
+
 QByteArray listing(const QString &server)
 {
     const QString model
         = QStringLiteral(R"({"id": "%1", "kind": "translation", "title": "%1!", "languages": [%2],
         "licence": {"text": "terms of %1", "mustBeAccepted": %3},
         "downloads": [{"url": "%4/%1.bin", "compression": "none",
-            "files": [{"role": "model", "name": "%1.bin"}]}]})");
-    const QStringList models {model.arg("ja-en", R"("ja", "en")", "false", server),
-        model.arg("en-zh-Hant", R"("en", "zh-Hant")", "false", server),
-        model.arg("own-terms", R"("xx", "yy")", "true", server)};
+            "files": [{"role": "model", "name": "%1.bin", "sha256": "%5"}]}]})");
+    const QString hash = test::sha256Of(weights);
+    const QStringList models {model.arg("ja-en", R"("ja", "en")", "false", server, hash),
+        model.arg("en-zh-Hant", R"("en", "zh-Hant")", "false", server, hash),
+        model.arg("own-terms", R"("xx", "yy")", "true", server, hash)};
     return ("{\"models\": [" + models.join(QLatin1Char(',')) + "]}").toUtf8();
 }
 
@@ -44,7 +47,7 @@ private slots:
         m_scratch = std::make_unique<QTemporaryDir>();
         m_server = std::make_unique<test::FileServer>();
         for (const char *name : {"ja-en", "en-zh-Hant", "own-terms"}) {
-            m_server->put(QStringLiteral("/%1.bin").arg(name), test::noise(100'000, 3));
+            m_server->put(QStringLiteral("/%1.bin").arg(name), weights);
         }
         m_store = std::make_unique<ModelStore>(
             m_scratch->filePath("Models"), ModelCatalogue::fromJson(listing(m_server->url({})), "test"));
@@ -132,7 +135,7 @@ private slots:
     {
         QFile file(m_scratch->filePath("ja-en.bin"));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("weights");
+        file.write(weights);
         file.close();
         QCOMPARE(install({{"ja-en"}, m_scratch->path(), false}), exitSuccess);
         QVERIFY(m_server->requests().isEmpty());

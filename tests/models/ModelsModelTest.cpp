@@ -15,18 +15,22 @@ using namespace lumaphone;
 
 namespace {
 
+const QByteArray weights = test::noise(100'000, 3);
+
 QByteArray listing(const QString &server)
 {
     const QString model = QStringLiteral(R"({"id": "%1", "kind": "%2", "title": "%1!", "languages": [%3],
         "licence": {"text": "terms of %1", "mustBeAccepted": %4},
         "downloads": [{"url": "%5/%1.bin", "compression": "none",
-            "files": [{"role": "%6", "name": "%1.bin"}]}]})");
+            "files": [{"role": "%6", "name": "%1.bin", "sha256": "%7"}]}]})");
     const QStringList models {model.arg("en-zh-Hant", "translation", R"("en", "zh-Hant")", "false", server),
         model.arg("ja-en", "translation", R"("ja", "en")", "false", server),
         model.arg("ko-en", "translation", R"("ko", "en")", "false", server),
         model.arg("listener", "speech", R"("ja", "ko")", "false", server).arg("vad"),
         model.arg("speech", "speech", R"("ja")", "true", server)};
-    return ("{\"models\": [" + models.join(QLatin1Char(',')).replace("%6", "model") + "]}").toUtf8();
+    return ("{\"models\": ["
+        + models.join(QLatin1Char(',')).replace("%6", "model").replace("%7", test::sha256Of(weights)) + "]}")
+        .toUtf8();
 }
 
 enum Rows { english, japanese, korean, speech };
@@ -43,7 +47,7 @@ private slots:
         m_scratch = std::make_unique<QTemporaryDir>();
         m_server = std::make_unique<test::FileServer>();
         for (const char *name : {"en-zh-Hant", "ja-en", "ko-en", "listener", "speech"}) {
-            m_server->put(QStringLiteral("/%1.bin").arg(name), test::noise(100'000, 3));
+            m_server->put(QStringLiteral("/%1.bin").arg(name), weights);
         }
         m_store = std::make_unique<ModelStore>(
             m_scratch->filePath("Models"), ModelCatalogue::fromJson(listing(m_server->url({})), "test"));
@@ -209,7 +213,7 @@ private slots:
         const auto status = [&model](int row) {
             return model.data(model.index(row), ModelsModel::StatusTextRole).toString();
         };
-        QCOMPARE(status(model.translationRow("en")), QStringLiteral("尚未安裝，安裝後約 44 MB"));
+        QCOMPARE(status(model.translationRow("en")), QStringLiteral("尚未安裝，安裝後約 49 MB"));
         QCOMPARE(status(model.speechRow("zh")), QStringLiteral("尚未安裝，下載約 164 MB"));
     }
 

@@ -54,7 +54,7 @@ private slots:
         QFETCH(QStringList, installed);
         QFETCH(QString, hint);
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const ModelStore store(folder.path(), toySpeechCatalogue());
         for (const QString &id : installed) {
             installToySpeechModel(store, id);
         }
@@ -64,7 +64,7 @@ private slots:
     void anInstalledModelIsFound()
     {
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const ModelStore store(folder.path(), toySpeechCatalogue());
         installToySpeechModels(store);
         const auto files = std::get<SpeechModelFiles>(installedSpeechModel(store));
         QCOMPARE(files.voiceDetector, folder.filePath("silero-vad/silero_vad.onnx"));
@@ -75,7 +75,7 @@ private slots:
     void theFrameworkFollowsWhatIsInstalled()
     {
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const ModelStore store(folder.path(), toySpeechCatalogue());
         const auto engine = std::make_shared<HostedSpeechEngine>(SpeechInstallations(
             std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
         EngineSpeechFramework framework({engine}, MainQueue::create());
@@ -103,7 +103,7 @@ private slots:
     void aMissingRuntimeIsSaid()
     {
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const ModelStore store(folder.path(), toySpeechCatalogue());
         installToySpeechModels(store);
         const HostedSpeechEngine engine(SpeechInstallations(
             std::make_shared<Resources>(false), [&store] { return installedSpeechModel(store); }));
@@ -115,7 +115,7 @@ private slots:
     void oneRecognizerServesAllLanguages()
     {
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const ModelStore store(folder.path(), toySpeechCatalogue());
         installToySpeechModels(store);
         const HostedSpeechEngine engine(SpeechInstallations(
             std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
@@ -128,7 +128,7 @@ private slots:
     void aModelRemovedInBetweenFailsToLoad()
     {
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const ModelStore store(folder.path(), toySpeechCatalogue());
         const HostedSpeechEngine engine(SpeechInstallations(
             std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
         const auto recognizers
