@@ -9,6 +9,22 @@
 
 namespace lumaphone {
 
+void demandSize(const QString &name, qint64 actual, qint64 expected)
+{
+    if (actual != expected) {
+        throw ModelError(ModelError::Case::wrongSize, name,
+            QStringLiteral("應為 %1，實際為 %2").arg(expected).arg(actual));
+    }
+}
+
+void demandDigest(const QString &name, const FileDigest &actual, const FileDigest &expected)
+{
+    demandSize(name, actual.size, expected.size);
+    if (actual.sha256 != expected.sha256) {
+        throw ModelError(ModelError::Case::wrongContents, name);
+    }
+}
+
 // The toolkit's own SHA-256 takes ten times as long: it does without the instructions that processors have
 // for it.
 RunningDigest::RunningDigest()

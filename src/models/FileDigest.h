@@ -19,6 +19,11 @@ struct FileDigest
     bool operator==(const FileDigest &) const = default;
 };
 
+/// Throws ModelError (wrongSize). `name` is for the error.
+void demandSize(const QString &name, qint64 actual, qint64 expected);
+/// Throws ModelError (wrongSize, wrongContents).
+void demandDigest(const QString &name, const FileDigest &actual, const FileDigest &expected);
+
 /// Counts and hashes bytes that pass by.
 class RunningDigest
 {

@@ -30,11 +30,6 @@ bool isRight(const QString &sha256, const QString &known)
     return known.isEmpty() || sha256 == known;
 }
 
-QString sizesText(qint64 expected, qint64 actual)
-{
-    return QStringLiteral("應為 %1，實際為 %2").arg(expected).arg(actual);
-}
-
 /// The source, which is hashed as it is read.
 class Source
 {
@@ -94,9 +89,8 @@ public:
     void write(QByteArrayView bytes)
     {
         m_digest.add(bytes);
-        const qint64 most = m_file.size.value_or(mostBytes);
-        if (m_digest.size() > most) {
-            throw ModelError(ModelError::Case::wrongSize, m_file.name, sizesText(most, m_digest.size()));
+        if (const qint64 most = m_file.size.value_or(mostBytes); m_digest.size() > most) {
+            demandSize(m_file.name, m_digest.size(), most);
         }
         m_writer.write(bytes);
     }
@@ -105,9 +99,7 @@ public:
     {
         m_writer.finish();
         const FileDigest digest = m_digest.result();
-        if (m_file.size && digest.size != *m_file.size) {
-            throw ModelError(ModelError::Case::wrongSize, m_file.name, sizesText(*m_file.size, digest.size));
-        }
+        demandSize(m_file.name, digest.size, m_file.size.value_or(digest.size));
         if (!isRight(digest.sha256, m_file.sha256)) {
             throw ModelError(ModelError::Case::wrongContents, m_file.name);
         }
@@ -123,9 +115,7 @@ private:
 void checkSource(const ModelDownload &download, const QString &path)
 {
     const qint64 actual = QFileInfo(path).size();
-    if (download.size && actual != *download.size) {
-        throw ModelError(ModelError::Case::wrongSize, download.name(), sizesText(*download.size, actual));
-    }
+    demandSize(download.name(), actual, download.size.value_or(actual));
 }
 
 void checkSource(const ModelDownload &download, const FileDigest &digest)
