@@ -15,9 +15,11 @@ std::vector<std::shared_ptr<SpeechEngine>> installedSpeechEngines(
         SpokenLanguage::japanese, SpokenLanguage::english, SpokenLanguage::korean, SpokenLanguage::mandarin};
     return {
         std::make_shared<HostedSpeechEngine>(std::vector {SpokenLanguage::english},
-            SpeechInstallations(resources, [&models, &checked] { return bundledEnglishModel(models, checked); })),
+            SpeechInstallations(
+                resources, [&models, &checked] { return bundledEnglishModel(models, checked); })),
         std::make_shared<HostedSpeechEngine>(fourLanguages,
-            SpeechInstallations(resources, [&models, &checked] { return installedSpeechModel(models, checked); })),
+            SpeechInstallations(
+                resources, [&models, &checked] { return installedSpeechModel(models, checked); })),
         std::make_shared<PocketSphinxEngine>(),
     };
 }

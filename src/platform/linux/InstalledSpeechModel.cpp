@@ -104,7 +104,8 @@ std::variant<SpeechModelFiles, QString> installedSpeechModel(const ModelStore &s
 
 std::variant<SpeechModelFiles, QString> bundledEnglishModel(const ModelStore &store, CheckedFiles &checked)
 {
-    const ModelEntry *const entry = bundledEntryWith(store.catalogue(), {encoderRole, decoderRole, tokensRole});
+    const ModelEntry *const entry
+        = bundledEntryWith(store.catalogue(), {encoderRole, decoderRole, tokensRole});
     const auto model = entry == nullptr ? std::nullopt : store.installed(*entry);
     if (!model) {
         return QStringLiteral("這個版本的 Lumaphone 沒有附上英文語音辨識模型，或它的檔案不完整。"
@@ -112,7 +113,8 @@ std::variant<SpeechModelFiles, QString> bundledEnglishModel(const ModelStore &st
     }
     return SpeechModelFiles {
         model->require(voiceDetectorRole),
-        {host::NetworkKind::moonshine, {encoded(model->require(encoderRole)), encoded(model->require(decoderRole))},
+        {host::NetworkKind::moonshine,
+            {encoded(model->require(encoderRole)), encoded(model->require(decoderRole))},
             encoded(model->require(tokensRole))},
         [&store, &checked, entry](const std::stop_token &stop) {
             store.requireIntact(

@@ -6,11 +6,11 @@
 
 namespace lumaphone {
 
-// What the networks need, or a sentence for the user: what is missing and how to get it. `store` and `checked`,
-// which compares the files before they are used, must outlive the answer.
+// What the networks need, or a sentence for the user: what is missing and how to get it. `store` and
+// `checked`, which compares the files before they are used, must outlive the answer.
 
-/// The network for four languages that the user has installed, with a voice detector: the one installed with it,
-/// or else the program's own.
+/// The network for four languages that the user has installed, with a voice detector: the one installed with
+/// it, or else the program's own.
 std::variant<SpeechModelFiles, QString> installedSpeechModel(const ModelStore &store, CheckedFiles &checked);
 
 /// The English network that is part of the program.
