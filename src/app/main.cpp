@@ -95,7 +95,8 @@ struct Machine
     JsonDefaultsStore defaults {defaultsPath(folders)};
     SecretServiceKeychain keychain;
     DesktopFileViewer fileViewer;
-    ModelStore models {modelsFolder(folders), ModelCatalogue::configured()};
+    ModelStore models {
+        modelsFolder(folders), ModelCatalogue::configured(), std::make_shared<ExecutableFolderResources>()};
     std::shared_ptr<EngineSpeechFramework> speechFramework
         = std::make_shared<EngineSpeechFramework>(installedSpeechEngines(models), mainQueue);
     OnDeviceTranslationFramework translationFramework {models, mainQueue};

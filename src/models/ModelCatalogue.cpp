@@ -9,6 +9,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace lumaphone {
@@ -24,6 +25,11 @@ const QString &pivotLanguage()
 [[noreturn]] void reject(const QString &text)
 {
     throw json::DecodingError(text);
+}
+
+QString existsTwice(const QString &id)
+{
+    return QStringLiteral("有兩個 %1").arg(id);
 }
 
 /// A name that stays inside the folder it is put into.
@@ -87,6 +93,16 @@ void demandHash(const ModelFile &file)
     }
 }
 
+ModelFile bundledFile(const json::Value &object)
+{
+    ModelFile bundled = file(object);
+    demandHash(bundled);
+    if (!bundled.size) {
+        reject(QStringLiteral("%1 缺少 size").arg(bundled.name));
+    }
+    return bundled;
+}
+
 ModelCompression compression(const QString &name)
 {
     if (name == QLatin1String("none")) {
@@ -145,7 +161,12 @@ ModelEntry entry(const json::Value &object)
     }
     const json::Value &licence = json::member(object, "licence");
     entry.licence = {json::text(licence, "text"), json::boolean(licence, "mustBeAccepted")};
-    entry.downloads = listOf(object, "downloads", &download);
+    entry.isBundled = json::has(object, "bundled") && json::boolean(object, "bundled");
+    if (entry.isBundled) {
+        entry.bundledFiles = listOf(object, "files", &bundledFile);
+    } else {
+        entry.downloads = listOf(object, "downloads", &download);
+    }
 
     QSet<QString> names;
     for (const ModelFile &file : entry.files()) {
@@ -166,11 +187,24 @@ QString ModelDownload::name() const
 
 QList<ModelFile> ModelEntry::files() const
 {
-    QList<ModelFile> all;
+    QList<ModelFile> all = bundledFiles;
     for (const ModelDownload &download : downloads) {
         all.append(download.files);
     }
     return all;
+}
+
+bool ModelEntry::hasRole(const QString &role) const
+{
+    const QList<ModelFile> all = files();
+    return std::any_of(all.begin(), all.end(), [&role](const ModelFile &file) { return file.role == role; });
+}
+
+qint64 ModelEntry::knownSize() const
+{
+    const QList<ModelFile> all = files();
+    return std::accumulate(all.begin(), all.end(), qint64(0),
+        [](qint64 sum, const ModelFile &file) { return sum + file.size.value_or(0); });
 }
 
 std::optional<qint64> ModelEntry::knownDownloadSize() const
@@ -202,7 +236,21 @@ ModelCatalogue ModelCatalogue::builtIn()
 ModelCatalogue ModelCatalogue::configured()
 {
     const QString path = qEnvironmentVariable("LUMAPHONE_MODEL_CATALOGUE");
-    return path.isEmpty() ? builtIn() : fromFile(path);
+    const ModelCatalogue own = builtIn();
+    if (path.isEmpty()) {
+        return own;
+    }
+    ModelCatalogue catalogue = fromFile(path);
+    for (const ModelEntry &entry : own.m_entries) {
+        if (!entry.isBundled) {
+            continue;
+        }
+        if (catalogue.find(entry.id)) {
+            throw ModelError(ModelError::Case::catalogueUnreadable, path, existsTwice(entry.id));
+        }
+        catalogue.m_entries.append(entry);
+    }
+    return catalogue;
 }
 
 ModelCatalogue ModelCatalogue::fromFile(const QString &path)
@@ -221,7 +269,7 @@ ModelCatalogue ModelCatalogue::fromJson(const QByteArray &bytes, const QString &
         QSet<QString> ids;
         for (const ModelEntry &entry : catalogue.m_entries) {
             if (ids.contains(entry.id)) {
-                reject(QStringLiteral("有兩個 %1").arg(entry.id));
+                reject(existsTwice(entry.id));
             }
             ids.insert(entry.id);
         }

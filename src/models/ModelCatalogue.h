@@ -48,7 +48,7 @@ struct ModelLicence
     bool mustBeAccepted = false; ///< before anything is fetched
 };
 
-/// A model that can be installed.
+/// A model that the user can install, or that comes with the program.
 struct ModelEntry
 {
     QString id; ///< such as "ja-en"; also the name of its folder
@@ -56,9 +56,14 @@ struct ModelEntry
     QString title; ///< for the user
     QStringList languages; ///< of speech: those it understands; of translation: source and target
     ModelLicence licence;
-    QList<ModelDownload> downloads;
+    QList<ModelDownload> downloads; ///< none of a bundled one
+    bool isBundled = false; ///< part of the program: it is neither installed nor removed
+    QList<ModelFile> bundledFiles; ///< of which size and hash are known
 
     QList<ModelFile> files() const;
+    bool hasRole(const QString &role) const;
+    /// Bytes on the disk, as far as they are known.
+    qint64 knownSize() const;
     /// Bytes to fetch, as far as they are known.
     std::optional<qint64> knownDownloadSize() const;
 };
@@ -69,8 +74,8 @@ class ModelCatalogue
 public:
     /// The program's own.
     static ModelCatalogue builtIn();
-    /// The one that the environment variable LUMAPHONE_MODEL_CATALOGUE names, or else the program's own.
-    /// Throws ModelError, FileError.
+    /// The one that the environment variable LUMAPHONE_MODEL_CATALOGUE names with the program's own bundled
+    /// models behind it, or else the program's own. Throws ModelError, FileError.
     static ModelCatalogue configured();
     /// One of somebody else's making. Throws ModelError, FileError.
     static ModelCatalogue fromFile(const QString &path);

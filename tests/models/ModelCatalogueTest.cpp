@@ -1,10 +1,12 @@
 #include "models/ModelCatalogue.h"
 
+#include "base/AtomicFile.h"
 #include "models/ModelError.h"
 #include "support/Coroutines.h"
 #include "support/ModelFixtures.h"
 
 #include <QObject>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace lumaphone;
@@ -55,7 +57,8 @@ private slots:
             QVERIFY(!entry.title.isEmpty());
             QVERIFY(!entry.licence.text.isEmpty());
         }
-        QCOMPARE(ids, (QStringList {"en-zh-Hant", "ja-en", "ko-en", "silero-vad", "sense-voice"}));
+        QCOMPARE(ids,
+            (QStringList {"en-zh-Hant", "ja-en", "ko-en", "silero-vad", "english-speech", "sense-voice"}));
     }
 
     void filesCarryWhatIsKnownOfThem()
@@ -123,6 +126,72 @@ private slots:
                 QVERIFY2(file.isLicence() || (file.size && file.sha256.size() == 64), qPrintable(file.name));
             }
         }
+    }
+
+    void englishSpeechIsPartOfTheProgram()
+    {
+        const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+        const ModelEntry &entry = catalogue.entry("english-speech");
+        QVERIFY(entry.isBundled);
+        QVERIFY(entry.downloads.isEmpty());
+        QCOMPARE(entry.languages, QStringList {"en"});
+        for (const char *role : {"encoder", "decoder", "tokens", "vad", "licence"}) {
+            QVERIFY2(entry.hasRole(role), role);
+        }
+        QVERIFY(!entry.hasRole("model"));
+        QCOMPARE(entry.knownSize(), qint64(7937661 + 20243286 + 549354 + 1807522 + 1791));
+        for (const ModelEntry &other : catalogue.entries()) {
+            QCOMPARE(other.isBundled, &other == &entry);
+        }
+    }
+
+    void aBundledModelIsListedWithItsFiles()
+    {
+        ModelEntry bundled;
+        bundled.id = "own-speech";
+        bundled.kind = ModelKind::speech;
+        bundled.languages = QStringList {"en"};
+        bundled.isBundled = true;
+        bundled.bundledFiles = {{"encoder", "encoder.onnx", 5, hash}};
+        const ModelCatalogue catalogue = ModelCatalogue::fromJson(test::listingOf({bundled}), "own");
+        QCOMPARE(catalogue.entry("own-speech").files().constFirst().name, QStringLiteral("encoder.onnx"));
+
+        bundled.bundledFiles[0].sha256.clear();
+        QVERIFY(
+            test::thrownBy<ModelError>([&] { ModelCatalogue::fromJson(test::listingOf({bundled}), "own"); }));
+        bundled.bundledFiles[0] = {"encoder", "encoder.onnx", {}, hash};
+        QVERIFY(
+            test::thrownBy<ModelError>([&] { ModelCatalogue::fromJson(test::listingOf({bundled}), "own"); }));
+        bundled.bundledFiles.clear();
+        QVERIFY(
+            test::thrownBy<ModelError>([&] { ModelCatalogue::fromJson(test::listingOf({bundled}), "own"); }));
+    }
+
+    void whatTheProgramBringsIsThereWithAnyCatalogue()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("catalogue.json");
+        replaceFile(path, sound, Durability::Renamed);
+        qputenv("LUMAPHONE_MODEL_CATALOGUE", path.toUtf8());
+        const ModelCatalogue catalogue = ModelCatalogue::configured();
+        qunsetenv("LUMAPHONE_MODEL_CATALOGUE");
+        QCOMPARE(catalogue.entries().size(), 2);
+        QCOMPARE(catalogue.entries()[0].id, QStringLiteral("xx-yy"));
+        QVERIFY(catalogue.entry("english-speech").isBundled);
+        QCOMPARE(ModelCatalogue::configured().entries().size(), ModelCatalogue::builtIn().entries().size());
+    }
+
+    void whatTheProgramBringsCannotBeListedAnew()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("catalogue.json");
+        replaceFile(path, QByteArray(sound).replace("xx-yy", "english-speech"), Durability::Renamed);
+        qputenv("LUMAPHONE_MODEL_CATALOGUE", path.toUtf8());
+        const auto error = test::thrownBy<ModelError>(&ModelCatalogue::configured);
+        qunsetenv("LUMAPHONE_MODEL_CATALOGUE");
+        QVERIFY(error);
+        QCOMPARE(error->errorDescription(),
+            QStringLiteral("無法讀取模型目錄 %1：有兩個 english-speech").arg(path));
     }
 
     void aLicenceIsKnownByItsArchive()

@@ -68,11 +68,18 @@ QJsonObject listed(const ModelEntry &entry)
     for (const ModelDownload &download : entry.downloads) {
         downloads.append(listed(download));
     }
-    return {{"id", entry.id}, {"kind", entry.kind == ModelKind::speech ? "speech" : "translation"},
-        {"title", entry.title}, {"languages", QJsonArray::fromStringList(entry.languages)},
+    QJsonObject object {{"id", entry.id},
+        {"kind", entry.kind == ModelKind::speech ? "speech" : "translation"}, {"title", entry.title},
+        {"languages", QJsonArray::fromStringList(entry.languages)},
         {"licence",
-            QJsonObject {{"text", entry.licence.text}, {"mustBeAccepted", entry.licence.mustBeAccepted}}},
-        {"downloads", downloads}};
+            QJsonObject {{"text", entry.licence.text}, {"mustBeAccepted", entry.licence.mustBeAccepted}}}};
+    if (entry.isBundled) {
+        object.insert("bundled", true);
+        object.insert("files", listed(entry.bundledFiles));
+    } else {
+        object.insert("downloads", downloads);
+    }
+    return object;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "support/ServedModels.h"
 
+#include "support/BundledModel.h"
 #include "support/FileServer.h"
 #include "support/ModelFixtures.h"
 
@@ -7,8 +8,11 @@ namespace lumaphone::test {
 
 ModelCatalogue servedModels(FileServer &server, const std::function<qsizetype(const ModelEntry &)> &size)
 {
-    QList<ModelEntry> models = ModelCatalogue::builtIn().entries();
+    QList<ModelEntry> models = catalogueWithSmallBundle().entries();
     for (ModelEntry &entry : models) {
+        if (entry.isBundled) {
+            continue;
+        }
         const QString path = QStringLiteral("/%1.bin").arg(entry.id);
         const QByteArray bytes(size(entry), 'm');
         server.put(path, bytes);
