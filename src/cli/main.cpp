@@ -105,6 +105,13 @@ struct Library
     }};
 };
 
+/// The models of the user and those of the program.
+ModelStore modelStore()
+{
+    return {modelsFolder(XdgFolders()), ModelCatalogue::configured(),
+        std::make_shared<ExecutableFolderResources>()};
+}
+
 /// The folder in which the instances of the program find each other.
 QString instanceFolder(const XdgFolders &folders)
 {
@@ -215,7 +222,7 @@ private:
     LockedSingleInstance m_instance {instanceFolder(m_user.folders)};
     NoFloatingCaptions m_noPanel;
     std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
-    ModelStore m_models {modelsFolder(m_user.folders), ModelCatalogue::configured()};
+    ModelStore m_models = modelStore();
     OnDeviceTranslationFramework m_translationFramework {m_models, m_mainQueue};
     LumaphoneAppleTranslationService m_onDevice {m_translationFramework};
     OpenAICompatibleTranslationService m_chatCompletions;
@@ -261,10 +268,10 @@ public:
         return runDraftDiscard(store, m_streams);
     }
 
-    ExitStatus operator()(const ModelsList &) const { return runModelsList(models(), m_streams); }
+    ExitStatus operator()(const ModelsList &) const { return runModelsList(modelStore(), m_streams); }
     ExitStatus operator()(const ModelsInstall &command) const
     {
-        const ModelStore store = models();
+        const ModelStore store = modelStore();
         const auto mainQueue = MainQueue::create();
         ModelInstaller installer(store, mainQueue);
         std::stop_source stop;
@@ -274,11 +281,15 @@ public:
     }
     ExitStatus operator()(const ModelsRemove &command) const
     {
-        return runModelsRemove(command, models(), m_streams);
+        return runModelsRemove(command, modelStore(), m_streams);
     }
     ExitStatus operator()(const ModelsVerify &command) const
     {
-        return runModelsVerify(command, models(), m_streams);
+        return runModelsVerify(command, modelStore(), m_streams);
+    }
+    ExitStatus operator()(const ModelsLicence &command) const
+    {
+        return runModelsLicence(command, modelStore(), m_streams);
     }
 
     ExitStatus operator()(const SettingsList &) const
@@ -371,8 +382,6 @@ public:
     const CommandStreams &streams() const { return m_streams; }
 
 private:
-    static ModelStore models() { return {modelsFolder(XdgFolders()), ModelCatalogue::configured()}; }
-
     CommandStreams m_streams {descriptorSink(STDOUT_FILENO), descriptorSink(STDERR_FILENO)};
 };
 
