@@ -227,7 +227,7 @@ ExitStatus runModelsLicence(
     for (const QString &name : command.names) {
         for (const ModelEntry *entry : modelsNamed(name, store.catalogue())) {
             texts.append(
-                QStringLiteral("%1（%2）\n%3").arg(entry->title, entry->id, store.licenceText(*entry)));
+                QStringLiteral("%1：%2\n%3").arg(entry->id, entry->title, store.licenceText(*entry)));
         }
     }
     texts.removeDuplicates();

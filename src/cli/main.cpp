@@ -1,5 +1,6 @@
 #include "base/DetachedTasks.h"
 #include "base/MainQueue.h"
+#include "base/RunToEnd.h"
 #include "capture/LivePipelineServices.h"
 #include "capture/SoundFileLivePipeline.h"
 #include "capture/SoundFileReader.h"
@@ -184,7 +185,7 @@ public:
             controller, *printer, m_command.translation != TranslationChoice::off, m_mainQueue);
         running = &session;
         const TerminationSignals termination([&session] { session.stop(); });
-        return QCoro::waitFor(session.run());
+        return runToEnd(session.run());
     }
 
 private:
@@ -200,8 +201,7 @@ private:
     LivePipelineMaker pipelineMaker(std::function<void()> onFileCompleted)
     {
         const LivePipelineServices services {
-            std::make_shared<EngineSpeechFramework>(
-                installedSpeechEngines(m_models, m_checkedFiles), m_mainQueue),
+            std::make_shared<EngineSpeechFramework>(installedSpeechEngines(m_models, m_checkedFiles), m_mainQueue),
             m_mainQueue, m_detachedTasks, QLocale::system()};
         if (const auto *file = std::get_if<SoundFileInput>(&m_command.input)) {
             return [file = *file, services, clock = m_clock, onFileCompleted](LumaphoneAudioInputSource,
@@ -278,7 +278,7 @@ public:
         ModelInstaller installer(store, mainQueue);
         std::stop_source stop;
         const TerminationSignals termination([&stop] { stop.request_stop(); });
-        return QCoro::waitFor(runModelsInstall(
+        return runToEnd(runModelsInstall(
             command, store, installer, m_streams, terminalColumnsOf(STDERR_FILENO), stop.get_token()));
     }
     ExitStatus operator()(const ModelsRemove &command) const

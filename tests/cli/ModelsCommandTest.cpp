@@ -173,14 +173,13 @@ private slots:
         test::shipBundledModel(program());
         QCOMPARE(runModelsLicence({{"english-speech"}}, *m_store, m_printed->streams), exitSuccess);
         QVERIFY2(m_printed->output.startsWith(
-                     "英文的語音辨識（english-speech）\nMIT 授權。\n\nThe files of this folder"),
+                     "english-speech：英文的語音辨識\nMIT 授權。\n\nThe files of this folder"),
             m_printed->output);
         QVERIFY(m_printed->output.endsWith("\nSOFTWARE.\n"));
         m_printed->output.clear();
         QCOMPARE(runModelsLicence({{"ja-zh-Hant", "ja-en"}}, *m_store, m_printed->streams), exitSuccess);
         QCOMPARE(m_printed->output,
-            QByteArray(
-                "ja-en!（ja-en）\nterms of ja-en\n\nen-zh-Hant!（en-zh-Hant）\nterms of en-zh-Hant\n"));
+            QByteArray("ja-en：ja-en!\nterms of ja-en\n\nen-zh-Hant：en-zh-Hant!\nterms of en-zh-Hant\n"));
         QVERIFY(test::thrownBy<ModelError>(
             [this] { runModelsLicence({{"nobody"}}, *m_store, m_printed->streams); }));
     }
