@@ -27,7 +27,7 @@ def paragraphs(text):
         yield fields
 
 
-header, *rest = paragraphs((packaging / "copyright").read_text(encoding="utf-8"))
+header, *rest = paragraphs((packaging / "debian/copyright").read_text(encoding="utf-8"))
 expect("the first paragraph names the form",
        header["Format"] == ["https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/"])
 parts = [fields for fields in rest if "Files" in fields]
