@@ -12,6 +12,7 @@
 #include "support/VirtualClock.h"
 
 #include <QTemporaryDir>
+#include <QTimeZone>
 
 #include <benchmark/benchmark.h>
 
@@ -23,7 +24,7 @@ namespace {
 QList<SavedTranscriptLine> spokenLines(std::int64_t count)
 {
     QList<SavedTranscriptLine> lines;
-    const QDateTime begin(QDate(2026, 1, 31), QTime(8, 0), Qt::UTC);
+    const QDateTime begin(QDate(2026, 1, 31), QTime(8, 0), QTimeZone::utc());
     for (std::int64_t i = 0; i < count; ++i) {
         lines.append({countedUuid(static_cast<uint>(i)),
             QStringLiteral("今日の会議の議題は%1番目の項目から始めたいと思います").arg(i * 7919),

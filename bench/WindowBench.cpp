@@ -13,6 +13,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
+#include <QTimeZone>
 
 #include <benchmark/benchmark.h>
 #include <time.h>
@@ -120,7 +121,7 @@ void writeIndex(const QString &folder, int count)
 {
     const auto layout = TranscriptLibraryLayout::at(folder + QStringLiteral("/Transcripts"));
     createFolder(layout.sessions);
-    const QDateTime begin(QDate(2026, 1, 31), QTime(8, 0), Qt::UTC);
+    const QDateTime begin(QDate(2026, 1, 31), QTime(8, 0), QTimeZone::utc());
     QList<TranscriptRecordMetadata> records;
     TranscriptDocument document;
     for (int number = 0; number < count; ++number) {

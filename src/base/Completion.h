@@ -70,6 +70,26 @@ public:
         return true;
     }
 
+    /// Awaits the same answer, but never goes on at once: whoever awaits it gives way to its caller first,
+    /// even where the answer is there already.
+    auto inTurn() const
+    {
+        struct InTurn
+        {
+            const Completion *completion;
+
+            bool await_ready() const { return false; }
+            void await_suspend(std::coroutine_handle<> waiting) const
+            {
+                if (!completion->await_suspend(waiting)) {
+                    completion->m_mainQueue->post([waiting] { waiting.resume(); });
+                }
+            }
+            T await_resume() const { return completion->await_resume(); }
+        };
+        return InTurn {this};
+    }
+
     T await_resume() const
     {
         const std::lock_guard lock(m_state->mutex);
@@ -104,7 +124,8 @@ private:
     std::shared_ptr<State> m_state;
 };
 
-/// Runs `work` on a thread of its own and hands its result, or its exception, to the awaiting main thread.
+/// Runs `work` on a thread of its own and hands its result, or its exception, to the awaiting main thread,
+/// never before the event loop has its turn.
 template<typename Work>
 QCoro::Task<std::invoke_result_t<Work>> runInBackground(
     std::shared_ptr<MainQueue> mainQueue, std::string threadName, Work work)
@@ -125,7 +146,7 @@ QCoro::Task<std::invoke_result_t<Work>> runInBackground(
         }
     });
     // The thread's last act is the answer, so joining it at the end of this scope never waits for work.
-    co_return co_await done;
+    co_return co_await done.inTurn();
 }
 
 } // namespace lumaphone

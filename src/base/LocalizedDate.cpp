@@ -10,6 +10,9 @@ QString localizedDateText(const QDateTime &date, const QLocale &locale)
     if (!isQuoted) {
         format.replace(QLatin1Char('B'), QStringLiteral("AP"));
     }
+    // Newer locale data part the time and the half of the day by a blank that no keyboard has; these texts
+    // are searched for, and files are named by them.
+    format.replace(QChar(0x202F), QLatin1Char(' '));
     return locale.toString(date.toLocalTime(), format);
 }
 

@@ -118,7 +118,7 @@ QCoro::Task<AppleSystemSpeechTranscriber::PreparedSession> AppleSystemSpeechTran
     if (languages.size() == 1) {
         std::exception_ptr error;
         try {
-            co_return co_await prepare(languages, LanguageFallback::NotAllowed, attempt);
+            co_return co_await prepare(std::move(languages), LanguageFallback::NotAllowed, attempt);
         } catch (const Superseded &) {
             throw;
         } catch (...) {

@@ -2,7 +2,9 @@
 
 #include "base/Json.h"
 
+#include <QDateTime>
 #include <QList>
+#include <QTimeZone>
 
 #include <optional>
 
@@ -25,7 +27,7 @@ Enum choice(const json::Value &object, const char *key, std::optional<Enum> (*fr
 /// A date of whole seconds, as the files hold it.
 inline QDateTime wholeSeconds(const QDateTime &date)
 {
-    return QDateTime::fromSecsSinceEpoch(date.toSecsSinceEpoch(), Qt::UTC);
+    return QDateTime::fromSecsSinceEpoch(date.toSecsSinceEpoch(), QTimeZone::utc());
 }
 
 /// `list` as a JSON array of what toJson() makes of its elements.

@@ -35,6 +35,18 @@ private slots:
         QCOMPARE(test::waitFor(awaited(completion)), 42);
     }
 
+    void anAnswerInTurnWaitsForTheEventLoop()
+    {
+        const Completion<int> completion(m_queue);
+        completion.resolve(42);
+        const auto inTurn = [](Completion<int> answer) -> QCoro::Task<int> {
+            co_return co_await answer.inTurn();
+        };
+        auto task = inTurn(completion);
+        QVERIFY(!task.isReady());
+        QCOMPARE(test::waitFor(std::move(task)), 42);
+    }
+
     void anAnswerFromAnotherThreadResumesTheMainThread()
     {
         const Completion<int> completion(m_queue);
@@ -108,6 +120,16 @@ private slots:
         int ran = 0;
         test::waitFor(runInBackground(m_queue, "test-work", [&ran] { ++ran; }));
         QCOMPARE(ran, 1);
+    }
+
+    void backgroundWorkLetsItsCallerGoOn()
+    {
+        // Sooner or later the work is done before it is awaited.
+        for (int round = 0; round < 1000; ++round) {
+            auto task = runInBackground(m_queue, "test-work", [] {});
+            QVERIFY(!task.isReady());
+            test::waitFor(std::move(task));
+        }
     }
 
     void backgroundWorkHandsItsExceptionOver()

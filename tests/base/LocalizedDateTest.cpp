@@ -25,9 +25,7 @@ private slots:
         QFETCH(QString, locale);
         QFETCH(QTime, time);
         const QDateTime date(QDate(2026, 3, 1), time);
-        QString text = localizedDateText(date.toUTC(), QLocale(locale));
-        // Some versions of the locale data part time and half of the day by a narrow blank.
-        QTEST(text.replace(QChar(0x202F), ' '), "text");
+        QTEST(localizedDateText(date.toUTC(), QLocale(locale)), "text");
     }
 };
 

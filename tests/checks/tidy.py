@@ -11,7 +11,10 @@ import re
 import subprocess
 import sys
 
+from pinned_tools import skip_without
+
 root, build, clang_tidy = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]), sys.argv[3]
+skip_without("clang-tidy", clang_tidy)
 folder = build / "tests/checks/tidy"
 folder.mkdir(parents=True, exist_ok=True)
 

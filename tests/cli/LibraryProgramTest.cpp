@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 #include <pty.h>
 #include <unistd.h>
@@ -30,7 +31,7 @@ LumaphoneCaptionLine line(uint number, const QString &source, const QString &tra
     result.sourceText = source;
     result.sourceLanguage = AppleSystemSpeechLanguage::english;
     result.translatedText = translation;
-    result.createdAt = QDateTime(QDate(2026, 1, 31), QTime(8, 0), Qt::UTC).addSecs(seconds);
+    result.createdAt = QDateTime(QDate(2026, 1, 31), QTime(8, 0), QTimeZone::utc()).addSecs(seconds);
     result.isFinal = true;
     return result;
 }
@@ -65,9 +66,9 @@ struct User
                            line(2, "Open the Lumaphone window", "翻譯中...", 4)},
             .sourceLanguage = AppleSystemSpeechLanguage::automatic,
             .detectedLanguage = AppleSystemSpeechLanguage::english,
-            .startedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 0), Qt::UTC),
-            .endedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 1), Qt::UTC),
-            .updatedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 1), Qt::UTC)});
+            .startedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 0), QTimeZone::utc()),
+            .endedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 1), QTimeZone::utc()),
+            .updatedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 1), QTimeZone::utc())});
     }
     /// Saves a draft and returns the new transcript's id.
     QString saveDraft() const
@@ -145,7 +146,7 @@ private slots:
             .detectedLanguage = {},
             .startedAt = {},
             .endedAt = {},
-            .updatedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 0), Qt::UTC)});
+            .updatedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 0), QTimeZone::utc())});
         const auto saving = user.run({"library", "save"});
         QCOMPARE(saving->exitCode(), 1);
         QCOMPARE(saving->messages(), QByteArray("目前沒有可儲存的字幕。\n"));

@@ -81,6 +81,20 @@ QObject *fileDialogIn(const QQuickItem &item)
     return nullptr;
 }
 
+/// Newer versions of the toolkit give the dialog a window of its own.
+QObject *openFileDialog()
+{
+    for (QWindow *window : QGuiApplication::allWindows()) {
+        auto *quickWindow = qobject_cast<QQuickWindow *>(window);
+        if (quickWindow && quickWindow->isVisible()) {
+            if (auto *dialog = fileDialogIn(*quickWindow->contentItem())) {
+                return dialog;
+            }
+        }
+    }
+    return nullptr;
+}
+
 /// Everything below an item that takes the keys when Tab comes to it.
 QList<QQuickItem *> tabStopsIn(QQuickItem &item)
 {
@@ -309,9 +323,9 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         auto *dialog = window.findChild<QObject *>(name);
         await([&] { return dialog && dialog->property("visible").toBool(); },
             name + QStringLiteral(" was never opened"));
-        await([&] { return fileDialogIn(*window.contentItem()) != nullptr; },
+        await([] { return openFileDialog() != nullptr; },
             QStringLiteral("the file dialog is not the toolkit's own"));
-        QObject &popup = *fileDialogIn(*window.contentItem());
+        QObject &popup = *openFileDialog();
         popup.setProperty("selectedFile", QUrl::fromLocalFile(rest));
         QMetaObject::invokeMethod(&popup, "accept");
         await([&] { return !dialog->property("visible").toBool(); }, name + QStringLiteral(" stayed"));

@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 using namespace lumaphone;
 
@@ -152,7 +153,7 @@ private:
         ModelManifest manifest;
         manifest.files
             = {{"model.bin", 7, test::sha256Of("weights")}, {"vocab.spm", 5, test::sha256Of("words")}};
-        manifest.installedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 5), Qt::UTC);
+        manifest.installedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 5), QTimeZone::utc());
         manifest.write(m_store->modelFolder(entry()));
     }
 

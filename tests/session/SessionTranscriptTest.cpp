@@ -3,13 +3,14 @@
 #include "support/CountedUuids.h"
 
 #include <QTest>
+#include <QTimeZone>
 
 using namespace lumaphone;
 using test::countedUuid;
 
 namespace {
 
-const QDateTime begin = QDateTime(QDate(2026, 1, 31), QTime(8, 0), Qt::UTC);
+const QDateTime begin = QDateTime(QDate(2026, 1, 31), QTime(8, 0), QTimeZone::utc());
 
 LumaphoneCaptionLine line(uint number, const QString &source, const QString &translation)
 {

@@ -3,6 +3,7 @@
 #include "support/CountedUuids.h"
 
 #include <QTest>
+#include <QTimeZone>
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -10,7 +11,7 @@ using enum AppleSystemSpeechLanguage;
 
 namespace {
 
-const QDateTime begin = QDateTime(QDate(2026, 1, 31), QTime(8, 0), Qt::UTC);
+const QDateTime begin = QDateTime(QDate(2026, 1, 31), QTime(8, 0), QTimeZone::utc());
 
 SavedTranscriptLine line(const QString &source, AppleSystemSpeechLanguage language, int seconds = 0,
     const QString &translation = {}, bool isFinal = false)

@@ -19,8 +19,8 @@ TranscriptDocument sample()
     metadata.id = countedUuid(0xab);
     metadata.title = QStringLiteral("會議");
     metadata.note = QStringLiteral("重要");
-    metadata.createdAt = QDateTime(QDate(2026, 1, 31), QTime(8, 5, 9), Qt::UTC);
-    metadata.startedAt = QDateTime(QDate(2026, 1, 31), QTime(7, 0), Qt::UTC);
+    metadata.createdAt = QDateTime(QDate(2026, 1, 31), QTime(8, 5, 9), QTimeZone::utc());
+    metadata.startedAt = QDateTime(QDate(2026, 1, 31), QTime(7, 0), QTimeZone::utc());
     metadata.sourceLanguage = AppleSystemSpeechLanguage::automatic;
     metadata.detectedLanguage = AppleSystemSpeechLanguage::english;
     metadata.targetLanguage = QStringLiteral("zh-TW");

@@ -1,12 +1,13 @@
 #include "storage/TranscriptSubtitles.h"
 
 #include <QTest>
+#include <QTimeZone>
 
 using namespace lumaphone;
 
 namespace {
 
-const QDateTime begin = QDateTime(QDate(2026, 1, 31), QTime(8, 0), Qt::UTC);
+const QDateTime begin = QDateTime(QDate(2026, 1, 31), QTime(8, 0), QTimeZone::utc());
 
 /// A session whose lines were opened at these seconds, named a, b, c and so on.
 TranscriptDocument openedAt(const QList<double> &seconds)

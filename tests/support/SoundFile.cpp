@@ -50,6 +50,18 @@ void writeSoundFile(const QString &path, const std::vector<double> &samples, int
     sf_close(file);
 }
 
+std::vector<std::int16_t> samplesOfSoundFile(const QString &path)
+{
+    SF_INFO info = {};
+    SNDFILE *const file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(info.frames));
+    if (!file || info.channels != 1 || sf_read_short(file, samples.data(), info.frames) != info.frames) {
+        qFatal("%s: %s", qUtf8Printable(path), sf_strerror(file));
+    }
+    sf_close(file);
+    return samples;
+}
+
 void writeSilentWav(const QString &path, std::int64_t frames, int sampleRateHz)
 {
     QFile file(path);

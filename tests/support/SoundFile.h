@@ -13,6 +13,9 @@ namespace lumaphone::test {
 void writeSoundFile(
     const QString &path, const std::vector<double> &samples, int sampleRateHz, int channels = 1);
 
+/// The samples of a sound file of one channel. A failure ends the process.
+std::vector<std::int16_t> samplesOfSoundFile(const QString &path);
+
 /// Writes a WAV file of `frames` silent 16-bit mono samples that occupies next to no room on the disk.
 void writeSilentWav(const QString &path, std::int64_t frames, int sampleRateHz);
 

@@ -1,44 +1,34 @@
 #include "support/ToySpeech.h"
 
-#include "support/WavFile.h"
+#include "support/SoundFile.h"
 
 #include <QFile>
 #include <QHash>
-#include <QProcess>
-#include <QTemporaryDir>
 
 #include <algorithm>
-#include <cstdlib>
 #include <stdexcept>
 
 namespace lumaphone::test {
 
 namespace {
 
-constexpr int synthesisLimitMs = 20000;
-// The voice begins and ends with a little silence.
-constexpr int quiet = 100;
-
-QString voiceOf(const QString &language)
+std::vector<QStringList> rowsOf(const QString &name)
 {
-    static const QHash<QString, QString> voices {
-        {QStringLiteral("ja"), QStringLiteral("ja")},
-        {QStringLiteral("en"), QStringLiteral("en-us")},
-        {QStringLiteral("ko"), QStringLiteral("ko")},
-        {QStringLiteral("zh"), QStringLiteral("cmn-latn-pinyin")},
-    };
-    return voices.value(language);
+    QFile file(toySpeechFile(name));
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw std::runtime_error((name + QStringLiteral(" is missing")).toStdString());
+    }
+    std::vector<QStringList> rows;
+    while (!file.atEnd()) {
+        rows.push_back(QString::fromUtf8(file.readLine()).trimmed().split(QLatin1Char('\t')));
+    }
+    return rows;
 }
 
-void run(const QString &program, const QStringList &arguments)
+/// The `number`th recording of a folder, counted from one.
+QString recording(const QString &beginning, qsizetype number)
 {
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(synthesisLimitMs) || process.exitCode() != 0) {
-        throw std::runtime_error(
-            (program + QStringLiteral(" failed: ") + QString::fromUtf8(process.readAllStandardError()))
-                .toStdString());
-    }
+    return toySpeechFile(QStringLiteral("%1%2.flac").arg(beginning).arg(number, 2, 10, QLatin1Char('0')));
 }
 
 } // namespace
@@ -50,41 +40,33 @@ QString toySpeechFile(const QString &name)
 
 std::vector<ToyPhrase> toyPhrases()
 {
-    QFile file(toySpeechFile(QStringLiteral("phrases.tsv")));
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw std::runtime_error("phrases.tsv is missing");
-    }
     std::vector<ToyPhrase> phrases;
-    while (!file.atEnd()) {
-        const QStringList fields = QString::fromUtf8(file.readLine()).trimmed().split(QLatin1Char('\t'));
-        phrases.push_back({fields.at(0), fields.at(1), fields.at(2)});
+    QHash<QString, qsizetype> counts;
+    for (const QStringList &row : rowsOf(QStringLiteral("phrases.tsv"))) {
+        const QString &language = row.at(0);
+        const QString beginning = QStringLiteral("spoken/%1-").arg(language);
+        phrases.push_back({language, row.at(2), recording(beginning, ++counts[language])});
     }
     return phrases;
 }
 
-std::vector<std::int16_t> speak(const ToyPhrase &phrase, const ToyVoice &voice)
+std::vector<ToyPhrase> toyConversation()
 {
-    const QTemporaryDir folder;
-    const QString spoken = folder.filePath(QStringLiteral("spoken.wav"));
-    const QString converted = folder.filePath(QStringLiteral("converted.wav"));
-    QString name = voiceOf(phrase.language);
-    if (!voice.variant.isEmpty()) {
-        name += QLatin1Char('+') + voice.variant;
+    const std::vector<ToyPhrase> phrases = toyPhrases();
+    std::vector<ToyPhrase> conversation;
+    for (const QStringList &row : rowsOf(QStringLiteral("conversation.tsv"))) {
+        const auto first = std::find_if(phrases.begin(), phrases.end(),
+            [&row](const ToyPhrase &phrase) { return phrase.language == row.at(0); });
+        ToyPhrase turn = *(first + row.at(1).toInt() - 1);
+        turn.recording = recording(QStringLiteral("conversation/"), qsizetype(conversation.size()) + 1);
+        conversation.push_back(turn);
     }
-    run(QStringLiteral("espeak-ng"),
-        {QStringLiteral("-v"), name, QStringLiteral("-s"), QString::number(voice.wordsPerMinute),
-            QStringLiteral("-p"), QString::number(voice.pitch), QStringLiteral("-w"), spoken,
-            phrase.spelling});
-    run(QStringLiteral("sox"),
-        {QStringLiteral("-D"), spoken, QStringLiteral("-r"), QStringLiteral("16000"), QStringLiteral("-c"),
-            QStringLiteral("1"), QStringLiteral("-b"), QStringLiteral("16"), converted});
-    const std::vector<std::int16_t> samples = samplesOfWav(converted);
-    const auto isHeard = [](std::int16_t sample) {
-        return std::abs(int {sample}) > quiet;
-    };
-    const auto first = std::find_if(samples.begin(), samples.end(), isHeard);
-    const auto last = std::find_if(samples.rbegin(), samples.rend(), isHeard).base();
-    return {first, std::max(first, last)};
+    return conversation;
+}
+
+std::vector<std::int16_t> speak(const ToyPhrase &phrase)
+{
+    return samplesOfSoundFile(phrase.recording);
 }
 
 std::vector<std::int16_t> silence(double seconds)

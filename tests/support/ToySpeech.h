@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
-/// Small speech networks of the project's own, which know the phrases of tests/data/speech-toy, and a
-/// synthetic voice that speaks them.
+/// Small speech networks of the project's own, which know the phrases of tests/data/speech-toy, and
+/// recordings of a synthetic voice that speaks them.
 namespace lumaphone::test {
 
 /// A file of tests/data/speech-toy.
@@ -16,23 +16,18 @@ QString toySpeechFile(const QString &name);
 struct ToyPhrase
 {
     QString language; ///< "ja", "en", "ko", "zh"
-    QString spelling; ///< as the voice needs it
     QString text; ///< as the networks write it
+    QString recording; ///< a file
 };
 
-/// All phrases the networks know.
+/// All phrases the networks know, in the plain voice.
 std::vector<ToyPhrase> toyPhrases();
 
-/// How the voice speaks.
-struct ToyVoice
-{
-    QString variant; ///< such as "m3"; empty for the plain voice
-    int wordsPerMinute = 175;
-    int pitch = 50;
-};
+/// Phrases of all languages in turn, by voices at speeds and pitches that the networks have not learned from.
+std::vector<ToyPhrase> toyConversation();
 
-/// A phrase as 16 kHz mono sound, without silence around it. Throws std::runtime_error.
-std::vector<std::int16_t> speak(const ToyPhrase &phrase, const ToyVoice &voice = {});
+/// A phrase as 16 kHz mono sound, without silence around it.
+std::vector<std::int16_t> speak(const ToyPhrase &phrase);
 
 std::vector<std::int16_t> silence(double seconds);
 

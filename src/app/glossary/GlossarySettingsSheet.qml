@@ -163,7 +163,7 @@ Sheet {
                     list.currentIndex = index;
                     list.forceActiveFocus();
                 }
-                onToggled: sheet.settings.toggle(index)
+                onSwitched: sheet.settings.toggle(index)
                 onEdited: sheet.settings.edit(index)
                 onDeleted: sheet.settings.remove(index)
             }

@@ -15,7 +15,7 @@ T.ItemDelegate {
     required property bool isTermEnabled
     property bool isCurrent: false
 
-    signal toggled
+    signal switched
     signal edited
     signal deleted
 
@@ -30,7 +30,7 @@ T.ItemDelegate {
     Accessible.description: detail + (isTermEnabled ? "，已啟用" : "，已停用")
     onDoubleClicked: row.edited()
     // Else it would be a click; the list knows the other keys.
-    Keys.onSpacePressed: row.toggled()
+    Keys.onSpacePressed: row.switched()
 
     RowLayout {
         id: content
@@ -74,7 +74,7 @@ T.ItemDelegate {
             systemImage: row.isTermEnabled ? "minus.circle" : "checkmark.circle"
             help: row.isTermEnabled ? "停用" : "啟用"
             Accessible.name: help + "「" + row.source + "」"
-            onClicked: row.toggled()
+            onClicked: row.switched()
         }
 
         ToolbarIconButton {

@@ -4,6 +4,7 @@
 
 #include <opencc/Config.hpp>
 #include <opencc/Converter.hpp>
+#include <opencc/Exception.hpp>
 
 #include <string>
 
@@ -20,6 +21,13 @@ constexpr auto traditionalSteps = R"({
     ]
 })";
 
+opencc::ConverterPtr loadChain(bool isTraditional, const std::string &dictionaries)
+{
+    opencc::Config config;
+    return isTraditional ? config.NewFromString(traditionalSteps, dictionaries)
+                         : config.NewFromFile(dictionaries + "/s2twp.json");
+}
+
 } // namespace
 
 struct TaiwanWording::Converter
@@ -28,19 +36,27 @@ struct TaiwanWording::Converter
 };
 
 TaiwanWording::TaiwanWording(WrittenChinese written)
+    : TaiwanWording(written, QStringLiteral(LUMAPHONE_OPENCC_DICTIONARIES))
+{
+}
+
+TaiwanWording::TaiwanWording(WrittenChinese written, const QString &dictionaries)
 {
     if (written == WrittenChinese::None)
         return;
     const bool isTraditional = written == WrittenChinese::Traditional;
-    try {
-        opencc::Config config;
-        const opencc::ConverterPtr chain
-            = isTraditional ? config.NewFromString(traditionalSteps, "") : config.NewFromFile("s2twp.json");
-        m_converter = std::make_shared<const Converter>(Converter {chain});
-    } catch (const std::exception &error) {
+    const auto fail = [isTraditional](const char *reason) {
         throw EngineError(EngineError::Case::Unavailable,
-            isTraditional ? QStringLiteral("TWPhrases") : QStringLiteral("s2twp"),
-            QString::fromUtf8(error.what()));
+            isTraditional ? QStringLiteral("TWPhrases") : QStringLiteral("s2twp"), QString::fromUtf8(reason));
+    };
+    try {
+        m_converter = std::make_shared<const Converter>(
+            Converter {loadChain(isTraditional, dictionaries.toStdString())});
+    } catch (const opencc::Exception &error) {
+        // Its errors are no standard ones; those of the dictionaries' format are.
+        fail(error.what());
+    } catch (const std::exception &error) {
+        fail(error.what());
     }
 }
 

@@ -20,6 +20,8 @@ class TaiwanWording
 public:
     /// Throws EngineError (Unavailable) where the system lacks the dictionaries.
     explicit TaiwanWording(WrittenChinese written);
+    /// With the dictionaries of a folder.
+    TaiwanWording(WrittenChinese written, const QString &dictionaries);
     TaiwanWording(TaiwanWording &&) noexcept;
     TaiwanWording &operator=(TaiwanWording &&) noexcept;
     ~TaiwanWording();

@@ -141,7 +141,9 @@ std::string namesOf(const std::vector<int> &words)
     for (const int word : words) {
         std::array<char, 32> name;
         std::snprintf(name.data(), name.size(), "w%05d", word);
-        text += (text.empty() ? "" : " ") + std::string(name.data());
+        if (!text.empty())
+            text += ' ';
+        text += name.data();
     }
     return text;
 }

@@ -1,7 +1,12 @@
 #include "translation/engine/TaiwanWording.h"
 
+#include "base/AtomicFile.h"
+#include "translation/engine/EngineError.h"
+
+#include <QTemporaryDir>
 #include <QTest>
 
+using namespace lumaphone;
 using namespace lumaphone::engine;
 
 class TaiwanWordingTest : public QObject
@@ -40,6 +45,39 @@ private slots:
         QFETCH(QString, rewritten);
         const TaiwanWording wording {WrittenChinese(written)};
         QCOMPARE(wording.rewrite(text), rewritten);
+    }
+
+    void damagedDictionariesAreUnavailable_data()
+    {
+        QTest::addColumn<int>("written");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("named");
+        using enum WrittenChinese;
+        QTest::newRow("another file")
+            << int(Traditional) << "TWPhrases.ocd2" << QByteArray("no dictionary") << "TWPhrases";
+        QTest::newRow("only a beginning")
+            << int(Traditional) << "TWPhrases.ocd2" << QByteArray("OPENCC_MARISA_0.2.5") << "TWPhrases";
+        QTest::newRow("not its language") << int(Simplified) << "s2twp.json" << QByteArray("{") << "s2twp";
+        QTest::newRow("none") << int(Simplified) << "other.json" << QByteArray("{}") << "s2twp";
+    }
+
+    void damagedDictionariesAreUnavailable()
+    {
+        QFETCH(int, written);
+        QFETCH(QString, file);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, named);
+        const QTemporaryDir folder;
+        replaceFile(folder.filePath(file), bytes, Durability::Renamed);
+        try {
+            const TaiwanWording wording(WrittenChinese(written), folder.path());
+            QFAIL("loaded");
+        } catch (const EngineError &error) {
+            QCOMPARE(error.which(), EngineError::Case::Unavailable);
+            QCOMPARE(error.path(), named);
+            QVERIFY(!error.subject().isEmpty());
+        }
     }
 };
 
