@@ -233,12 +233,16 @@ int run()
 {
     MainWindow *raised = nullptr;
     LockedSingleInstance instance(instanceFolder(XdgFolders()));
-    const auto raise = [&raised] {
+    const auto raise = [&raised](const QString &permission) {
         if (raised) {
+            // Wayland's windows come to the front only by the right of what the user has just started.
+            if (!permission.isEmpty()) {
+                qputenv("XDG_ACTIVATION_TOKEN", permission.toUtf8());
+            }
             raised->raise();
         }
     };
-    if (instance.claim(raise) == InstanceRole::second) {
+    if (instance.claim(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"), raise) == InstanceRole::second) {
         complain(QStringLiteral("Lumaphone 已經在執行，視窗會移到最前面。"));
         return 0;
     }
