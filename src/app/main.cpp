@@ -1,6 +1,7 @@
 #include "app/QmlEngineSetup.h"
 #include "app/floating/FloatingCaptionPanel.h"
 #include "app/floating/FloatingCaptionWindowController.h"
+#include "app/floating/LayerShell.h"
 #include "app/floating/WindowSystem.h"
 #include "app/glossary/GlossarySettingsModel.h"
 #include "app/inspector/InspectorModel.h"
@@ -258,7 +259,8 @@ int run()
 
 int main(int argc, char *argv[])
 {
-    const QString windowSystem = preferredWindowSystem(QProcessEnvironment::systemEnvironment());
+    const QString windowSystem
+        = preferredWindowSystem(QProcessEnvironment::systemEnvironment(), &layershell::isOffered);
     if (!windowSystem.isEmpty()) {
         qputenv("QT_QPA_PLATFORM", windowSystem.toUtf8());
     }
