@@ -7,9 +7,10 @@
 namespace lumaphone::test {
 
 PrivateDisplay::PrivateDisplay(QSize size, WindowManager manager)
-    : m_formerDisplay(qgetenv("DISPLAY"))
+    : m_size(size)
+    , m_formerDisplay(qgetenv("DISPLAY"))
 {
-    startServer(size);
+    startServer();
     qputenv("DISPLAY", m_name.toUtf8());
     if (manager == WindowManager::openbox) {
         startWindowManager();
@@ -25,11 +26,11 @@ PrivateDisplay::~PrivateDisplay()
     m_formerDisplay.isNull() ? qunsetenv("DISPLAY") : qputenv("DISPLAY", m_formerDisplay);
 }
 
-void PrivateDisplay::startServer(QSize size)
+void PrivateDisplay::startServer()
 {
     m_server = makeOwnedProcess();
     m_server->setStandardErrorFile(m_folder.filePath(QStringLiteral("server.log")));
-    const QString screen = QStringLiteral("%1x%2x24").arg(size.width()).arg(size.height());
+    const QString screen = QStringLiteral("%1x%2x24").arg(m_size.width()).arg(m_size.height());
     // It chooses a free number, says which, and says it when it is ready.
     m_server->start(QStringLiteral("Xvfb"),
         {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
