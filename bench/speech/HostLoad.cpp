@@ -3,17 +3,16 @@
 //     HostLoad NETWORK TOKENS VOICE-DETECTOR MINUTES SPEECH.wav...
 // The network of random_network.py costs what the real one does.
 
+#include "bench/speech/ProcessUse.h"
+#include "bench/speech/Statistics.h"
 #include "platform/linux/HostedRecognizer.h"
 #include "speech/Segmenter.h"
 #include "support/WavFile.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <thread>
 
@@ -30,52 +29,11 @@ double seconds(Clock::duration duration)
     return std::chrono::duration<double>(duration).count();
 }
 
-double percentile(std::vector<double> values, double share)
-{
-    if (values.empty()) {
-        return 0;
-    }
-    std::sort(values.begin(), values.end());
-    return values[std::min(values.size() - 1, static_cast<std::size_t>(share * double(values.size())))];
-}
-
 void print(const char *name, const std::vector<double> &values)
 {
     std::printf("%-34s median %6.1f ms   95th %6.1f ms   99th %6.1f ms   (%zu)\n", name,
-        1000 * percentile(values, 0.5), 1000 * percentile(values, 0.95), 1000 * percentile(values, 0.99),
-        values.size());
-}
-
-/// "VmRSS" or "VmHWM" of a process, in MB.
-double memoryOf(pid_t process, const QByteArray &field)
-{
-    QFile file(QStringLiteral("/proc/%1/status").arg(process));
-    if (file.open(QIODevice::ReadOnly)) {
-        for (const QByteArray &line : file.readAll().split('\n')) {
-            if (line.startsWith(field)) {
-                return line.mid(field.size() + 1).simplified().split(' ').constFirst().toDouble() / 1024;
-            }
-        }
-    }
-    return 0;
-}
-
-double cpuSecondsOf(pid_t process)
-{
-    QFile file(QStringLiteral("/proc/%1/stat").arg(process));
-    if (!file.open(QIODevice::ReadOnly)) {
-        return 0;
-    }
-    const QList<QByteArray> fields = file.readAll().split(' ');
-    return (fields.at(13).toDouble() + fields.at(14).toDouble()) / double(::sysconf(_SC_CLK_TCK));
-}
-
-double ownCpuSeconds()
-{
-    rusage usage {};
-    ::getrusage(RUSAGE_SELF, &usage);
-    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec)
-        + double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+        1000 * bench::percentile(values, 0.5), 1000 * bench::percentile(values, 0.95),
+        1000 * bench::percentile(values, 0.99), values.size());
 }
 
 } // namespace
@@ -121,8 +79,8 @@ int main(int argc, char **argv)
     std::printf("%-34s %6.2f s\n", "loading", seconds(Clock::now() - loading));
 
     const double length = arguments[4].toDouble() * 60;
-    const double hostBefore = cpuSecondsOf(session.processId());
-    const double ownBefore = ownCpuSeconds();
+    const double hostBefore = bench::cpuSecondsOf(session.processId());
+    const double ownBefore = bench::cpuSecondsOf(::getpid());
     start = Clock::now();
     auto next = start;
     for (std::size_t at = 0; seconds(next - start) < length;
@@ -133,12 +91,12 @@ int main(int argc, char **argv)
     }
     const double elapsed = seconds(Clock::now() - start);
     std::printf("%-34s %6.1f %% of one processor\n", "host",
-        100 * (cpuSecondsOf(session.processId()) - hostBefore) / elapsed);
-    std::printf(
-        "%-34s %6.2f %% of one processor\n", "program", 100 * (ownCpuSeconds() - ownBefore) / elapsed);
-    std::printf("%-34s %6.0f MB, at most %.0f MB\n", "host, resident", memoryOf(session.processId(), "VmRSS"),
-        memoryOf(session.processId(), "VmHWM"));
-    std::printf("%-34s %6.0f MB\n", "program, resident", memoryOf(::getpid(), "VmRSS"));
+        100 * (bench::cpuSecondsOf(session.processId()) - hostBefore) / elapsed);
+    std::printf("%-34s %6.2f %% of one processor\n", "program",
+        100 * (bench::cpuSecondsOf(::getpid()) - ownBefore) / elapsed);
+    const bench::ProcessMemory host = bench::memoryOf(session.processId());
+    std::printf("%-34s %6.0f MB, at most %.0f MB\n", "host, resident", host.residentMB, host.peakMB);
+    std::printf("%-34s %6.0f MB\n", "program, resident", bench::memoryOf(::getpid()).residentMB);
     session.finish();
     print("volatile text after its last sample", volatileDelays);
     print("final text after its last sample", finalDelays);

@@ -1,205 +1,208 @@
-// How well and how quickly an engine recognises recordings with transcripts, at the speed of sound:
-//     Scorecard ENGINE LIST
-// ENGINE: "pocketsphinx", "installed" (the networks the user has installed) or a folder with model.int8.onnx,
-// tokens.txt and silero_vad.onnx. LIST has a line for each recording: locale, TAB, WAV file (16 kHz mono),
-// TAB, transcript. English and Korean are scored by words, the others by characters.
+// How well, how promptly, how calmly and at what cost the program captions human speech, for each engine that
+// is installed. README.md in this folder says how to run it.
 
-#include "models/ModelStore.h"
-#include "platform/linux/HostedSpeechEngine.h"
-#include "platform/linux/InstalledSpeechModel.h"
-#include "platform/linux/PocketSphinxEngine.h"
-#include "platform/linux/XdgFolders.h"
-#include "speech/TaiwanTraditional.h"
-#include "storage/UserFiles.h"
-#include "support/WavFile.h"
+#include "bench/speech/MachineState.h"
+#include "bench/speech/QuietCaptions.h"
+#include "bench/speech/ScorecardColumn.h"
+#include "bench/speech/Soak.h"
+#include "bench/speech/Waiting.h"
 
+#include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QMap>
-#include <QRegularExpression>
-
-#include <sys/resource.h>
+#include <QTemporaryDir>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
-#include <mutex>
-#include <thread>
 
 using namespace lumaphone;
-using Clock = std::chrono::steady_clock;
+using namespace lumaphone::bench;
 
 namespace {
 
-struct Recording
+struct Choices
 {
-    QString locale;
-    QString path;
-    QString transcript;
+    std::vector<Engine> engines;
+    TableFormat format = TableFormat::text;
+    bool printsTexts = false;
+    QString list;
+    unsigned seed = 1;
+    ScorecardOptions scorecard;
+    std::optional<double> soakMinutes;
+    std::optional<double> quietMinutes;
+    QString keepFolder;
+    QStringList files;
 };
 
-struct Heard
+QCommandLineOption valueOption(const char *name, const char *description, const char *value)
 {
-    QString text;
-    bool isFinal = false;
-    double at = 0; ///< seconds since the first sample
-};
-
-/// What is compared: without punctuation and case; words, or characters where blanks mean nothing.
-QStringList units(const QString &text, const QString &locale)
-{
-    static const QRegularExpression marks(QStringLiteral("[\\p{P}\\p{S}]"));
-    const QString plain = QString(text).remove(marks).toLower();
-    if (locale == QStringLiteral("en-US") || locale == QStringLiteral("ko-KR")) {
-        return plain.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    }
-    return QString(plain).remove(QLatin1Char(' ')).split(QString(), Qt::SkipEmptyParts);
+    return {QString::fromLatin1(name), QString::fromLatin1(description), QString::fromLatin1(value)};
 }
 
-qsizetype errors(const QStringList &spoken, const QStringList &heard)
+/// A number above zero, or none if the option was not given.
+std::optional<double> number(const QCommandLineParser &parser, const QString &name)
 {
-    QList<qsizetype> row(heard.size() + 1);
-    for (qsizetype column = 0; column < row.size(); ++column) {
-        row[column] = column;
+    if (!parser.isSet(name)) {
+        return std::nullopt;
     }
-    for (qsizetype i = 0; i < spoken.size(); ++i) {
-        qsizetype diagonal = row[0]++;
-        for (qsizetype column = 1; column < row.size(); ++column) {
-            const qsizetype same = diagonal + (spoken[i] == heard[column - 1] ? 0 : 1);
-            diagonal = std::exchange(row[column], std::min({row[column] + 1, row[column - 1] + 1, same}));
+    bool isNumber = false;
+    const double value = parser.value(name).toDouble(&isNumber);
+    if (!isNumber || value <= 0) {
+        throw BenchError(QStringLiteral("--%1 needs a number above zero.").arg(name));
+    }
+    return value;
+}
+
+/// Those that were asked for; otherwise those that are there.
+std::vector<Engine> chosenEngines(const QStringList &names)
+{
+    std::vector<Engine> engines;
+    for (const QString &name : names) {
+        const auto found = std::find_if(allEngines().begin(), allEngines().end(),
+            [&name](Engine engine) { return nameOf(engine) == name; });
+        if (found == allEngines().end()) {
+            throw BenchError(QStringLiteral("There is no engine \"%1\".").arg(name));
+        }
+        engines.push_back(*found);
+    }
+    if (names.isEmpty()) {
+        for (const Engine engine : allEngines()) {
+            if (const auto missing = ProgramUnderTest::whatIsMissing(engine)) {
+                std::printf("Without %s: %s\n", qUtf8Printable(titleOf(engine)), qUtf8Printable(*missing));
+            } else {
+                engines.push_back(engine);
+            }
         }
     }
-    return row.last();
+    return engines;
 }
 
-struct Sums
+Choices choicesFrom(const QCoreApplication &application)
 {
-    qsizetype units = 0;
-    qsizetype errors = 0;
-    qsizetype erased = 0; ///< units that were shown and taken back
-    qsizetype shown = 0; ///< units of final texts
-    std::vector<double> firstWord; ///< seconds after the speech began
-    std::vector<double> final; ///< seconds after the sound ended
-    double soundSeconds = 0;
-};
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Measures captions of human speech. Without options: the scorecard, in about five minutes."));
+    parser.addHelpOption();
+    parser.addOptions({{QStringLiteral("markdown"), QStringLiteral("Print tables as Markdown.")},
+        {QStringLiteral("texts"), QStringLiteral("Print what was heard as well.")},
+        valueOption(
+            "engine", "bundled, four-languages or pocketsphinx; without it, all that are there.", "name"),
+        valueOption(
+            "recordings", "A list of recordings with transcripts that takes the place of Debian's.", "list"),
+        valueOption("rounds", "How often the recordings are played (1).", "number"),
+        valueOption("steady", "How long somebody speaks without a pause, in minutes (0.5).", "minutes"),
+        valueOption("soak", "Instead: the recordings in an order by chance for so many minutes.", "minutes"),
+        valueOption("quiet", "Instead: sounds in which nobody speaks, so many minutes of each.", "minutes"),
+        valueOption("keep", "With --quiet: where its sounds stay, to be listened to.", "folder"),
+        valueOption("seed", "Another order, other sounds (1).", "number")});
+    parser.addPositionalArgument(QStringLiteral("files"),
+        QStringLiteral("With --quiet: further sound files."), QStringLiteral("[FILE...]"));
+    parser.process(application);
 
-double median(std::vector<double> values)
-{
-    if (values.empty()) {
-        return 0;
-    }
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
+    Choices choices;
+    choices.soakMinutes = number(parser, QStringLiteral("soak"));
+    choices.quietMinutes = number(parser, QStringLiteral("quiet"));
+    choices.seed = static_cast<unsigned>(number(parser, QStringLiteral("seed")).value_or(choices.seed));
+    choices.scorecard.rounds
+        = static_cast<int>(std::ceil(number(parser, QStringLiteral("rounds")).value_or(1)));
+    choices.scorecard.steadyMinutes
+        = number(parser, QStringLiteral("steady")).value_or(choices.scorecard.steadyMinutes);
+    choices.printsTexts = parser.isSet(QStringLiteral("texts"));
+    choices.list = parser.value(QStringLiteral("recordings"));
+    choices.keepFolder = parser.value(QStringLiteral("keep"));
+    choices.files = parser.positionalArguments();
+    choices.format = parser.isSet(QStringLiteral("markdown")) ? TableFormat::markdown : TableFormat::text;
+    choices.engines = chosenEngines(parser.values(QStringLiteral("engine")));
+    return choices;
 }
 
-double cpuSeconds()
+void print(const QString &text)
 {
-    double sum = 0;
-    for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
-        rusage usage {};
-        ::getrusage(static_cast<__rusage_who>(who), &usage);
-        sum += double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec)
-            + double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-    }
-    return sum;
+    std::fputs(qUtf8Printable(text), stdout);
+    std::fflush(stdout);
 }
 
-SpeechInstallation installationIn(const SpeechModelFiles &files)
+void printTexts(const std::vector<ScorecardColumn> &columns, const test::SpokenRecordings &speech)
 {
-    return {QStringLiteral(LUMAPHONE_SPEECH_HOST), QStringLiteral(LUMAPHONE_SPEECH_RUNTIME),
-        files.voiceDetector,
-        {host::NetworkKind::senseVoice, {files.network.toStdString()}, files.tokens.toStdString()}, {}};
-}
-
-std::shared_ptr<SpeechEngine> engineNamed(const QString &name)
-{
-    if (name == QStringLiteral("pocketsphinx")) {
-        return std::make_shared<PocketSphinxEngine>();
-    }
-    std::variant<SpeechModelFiles, QString> files
-        = SpeechModelFiles {name + QStringLiteral("/silero_vad.onnx"),
-            name + QStringLiteral("/model.int8.onnx"), name + QStringLiteral("/tokens.txt")};
-    if (name == QStringLiteral("installed")) {
-        files = installedSpeechModel(ModelStore(modelsFolder(XdgFolders()), ModelCatalogue::configured()));
-    }
-    return std::make_shared<HostedSpeechEngine>([files]() -> HostedSpeechEngine::Installation {
-        if (const auto *const missing = std::get_if<QString>(&files)) {
-            return *missing;
-        }
-        return installationIn(std::get<SpeechModelFiles>(files));
-    });
-}
-
-std::vector<Heard> recognise(
-    const SpeechEngine &engine, const QString &locale, std::vector<std::int16_t> samples)
-{
-    std::mutex mutex;
-    std::vector<Heard> heard;
-    Clock::time_point start;
-    const auto recognizers
-        = engine.makeRecognizers({locale}, [&](const QString &, const SpeechResult &result) {
-              const std::lock_guard lock(mutex);
-              heard.push_back(
-                  {result.text, result.isFinal, std::chrono::duration<double>(Clock::now() - start).count()});
-          });
-    if (recognizers.empty()) {
-        return {};
-    }
-    StreamingRecognizer &recognizer = *recognizers.front();
-    recognizer.load();
-    constexpr std::size_t piece = 320;
-    samples.resize((samples.size() + 16000) / piece * piece); // a second of silence ends the last sentence
-    start = Clock::now();
-    for (std::size_t at = 0; at < samples.size(); at += piece) {
-        std::this_thread::sleep_until(start + std::chrono::milliseconds(20) * (at / piece + 1));
-        recognizer.accept(std::span(samples).subspan(at, piece));
-    }
-    recognizer.finish();
-    return heard;
-}
-
-void score(const Recording &recording, const std::vector<Heard> &heard, double speechStart, double soundEnd,
-    Sums &sums)
-{
-    QString text;
-    QStringList before;
-    for (const Heard &each : heard) {
-        const QStringList now = units(each.text, recording.locale);
-        const auto kept = std::mismatch(before.begin(), before.end(), now.begin(), now.end()).first;
-        sums.erased += before.end() - kept;
-        before = each.isFinal ? QStringList() : now;
-        if (each.isFinal) {
-            sums.shown += now.size();
-            text += QLatin1Char(' ') + each.text;
+    for (std::size_t i = 0; i < speech.recordings.size(); ++i) {
+        print(QStringLiteral("\n%1\n").arg(speech.recordings[i].transcript));
+        for (const ScorecardColumn &column : columns) {
+            print(QStringLiteral("    %1: %2\n").arg(column.title, column.files.texts.at(qsizetype(i))));
         }
     }
-    if (!heard.empty()) {
-        sums.firstWord.push_back(heard.front().at - speechStart);
-        sums.final.push_back(heard.back().at - soundEnd);
+    print(QStringLiteral("\nPlayed\n"));
+    for (const ScorecardColumn &column : columns) {
+        print(QStringLiteral("    %1: %2\n").arg(column.title, column.playedText));
     }
-    const bool isMandarin = recording.locale == QStringLiteral("zh-Hant-TW");
-    const QStringList spoken
-        = units(isMandarin ? TaiwanTraditional().convert(recording.transcript) : recording.transcript,
-            recording.locale);
-    sums.units += spoken.size();
-    sums.errors += errors(spoken, units(text, recording.locale));
 }
 
-std::vector<Recording> recordingsIn(const QString &list)
+void printScorecard(const Choices &choices, const test::SpokenRecordings &speech)
 {
-    QFile file(list);
-    if (!file.open(QIODevice::ReadOnly)) {
-        qFatal("%s cannot be read", qPrintable(list));
+    const SoundServer server;
+    std::vector<ScorecardColumn> columns;
+    for (const Engine engine : choices.engines) {
+        const ProgramUnderTest program(engine);
+        columns.push_back(measure(server, program, speech, choices.scorecard));
     }
-    std::vector<Recording> recordings;
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        const QStringList fields = QString::fromUtf8(line).split(QLatin1Char('\t'));
-        if (fields.size() == 3) {
-            recordings.push_back({fields[0], QFileInfo(list).dir().filePath(fields[1]), fields[2]});
+    tellProgress(QStringLiteral("pocketsphinx_continuous"));
+    if (const auto peer = peerScores(speech)) {
+        ScorecardColumn column;
+        column.title = QStringLiteral("pocketsphinx_continuous");
+        column.files = *peer;
+        columns.push_back(column);
+    }
+    print(scorecardTable(columns).text(choices.format));
+    if (choices.printsTexts) {
+        printTexts(columns, speech);
+    }
+}
+
+void printSoak(const Choices &choices, const test::SpokenRecordings &speech)
+{
+    const SoundServer server;
+    for (const Engine engine : choices.engines) {
+        const ProgramUnderTest program(engine);
+        print(QStringLiteral("\n%1\n").arg(titleOf(engine)));
+        print(soak(server, program, speech, *choices.soakMinutes, choices.seed).text(choices.format));
+    }
+}
+
+void printQuiet(const Choices &choices, AppleSystemSpeechLanguage language)
+{
+    const QuietOptions options {*choices.quietMinutes, choices.seed, choices.keepFolder, choices.files};
+    for (const Engine engine : choices.engines) {
+        const ProgramUnderTest program(engine);
+        TextTable table({titleOf(engine), QStringLiteral("minutes"), QStringLiteral("lines")});
+        QString texts;
+        for (const QuietCaptions &captions : quietCaptions(program, language, options)) {
+            table.add({captions.sound, QString::number(captions.minutes, 'f', 1),
+                captions.lines.isEmpty() ? QStringLiteral("none") : QString::number(captions.lines.size())});
+            for (const QString &line : captions.lines) {
+                texts += QStringLiteral("%1: %2\n").arg(captions.sound, line);
+            }
         }
+        print(QLatin1Char('\n') + table.text(choices.format) + texts);
     }
-    return recordings;
+}
+
+void run(const Choices &choices)
+{
+    print(machineState() + QLatin1Char('\n'));
+    const QTemporaryDir folder;
+    const test::SpokenRecordings speech = choices.list.isEmpty() ? test::debianRecordings(folder.path())
+                                                                 : test::listedRecordings(choices.list);
+    if (choices.quietMinutes) {
+        printQuiet(choices, speech.language);
+        return;
+    }
+    print(QStringLiteral("%1 recordings, %2 s\n\n")
+              .arg(speech.recordings.size())
+              .arg(speech.seconds(), 0, 'f', 0));
+    if (choices.soakMinutes) {
+        printSoak(choices, speech);
+    } else {
+        printScorecard(choices, speech);
+    }
 }
 
 } // namespace
@@ -207,35 +210,12 @@ std::vector<Recording> recordingsIn(const QString &list)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
-    if (arguments.size() != 3) {
-        std::fprintf(stderr, "Scorecard ENGINE LIST\n");
-        return 64;
+    handleInterruption();
+    try {
+        run(choicesFrom(application));
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
     }
-    const auto engine = engineNamed(arguments[1]);
-    QMap<QString, Sums> languages;
-    const double cpuBefore = cpuSeconds();
-    double soundSeconds = 0;
-    for (const Recording &recording : recordingsIn(arguments[2])) {
-        const auto samples = test::samplesOfWav(recording.path);
-        const auto loud
-            = std::find_if(samples.begin(), samples.end(), [](int sample) { return std::abs(sample) > 300; });
-        Sums &sums = languages[recording.locale];
-        const double length = double(samples.size()) / 16000;
-        score(recording, recognise(*engine, recording.locale, samples),
-            double(loud - samples.begin()) / 16000, length, sums);
-        sums.soundSeconds += length;
-        soundSeconds += length;
-    }
-    for (auto it = languages.cbegin(); it != languages.cend(); ++it) {
-        const Sums &sums = it.value();
-        std::printf("%-11s %7.1f s  errors %5.1f %% (%lld of %lld)  first word %5.2f s  final %5.2f s  "
-                    "erasure %.2f\n",
-            qPrintable(it.key()), sums.soundSeconds, 100.0 * double(sums.errors) / double(sums.units),
-            static_cast<long long>(sums.errors), static_cast<long long>(sums.units), median(sums.firstWord),
-            median(sums.final), double(sums.erased) / double(std::max<qsizetype>(1, sums.shown)));
-    }
-    std::printf(
-        "processor: %.2f of real time, loading included\n", (cpuSeconds() - cpuBefore) / soundSeconds);
     return 0;
 }

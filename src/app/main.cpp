@@ -96,9 +96,11 @@ struct Machine
     JsonDefaultsStore defaults {defaultsPath(folders)};
     SecretServiceKeychain keychain;
     DesktopFileViewer fileViewer;
-    ModelStore models {modelsFolder(folders), ModelCatalogue::configured()};
+    ModelStore models {
+        modelsFolder(folders), ModelCatalogue::configured(), std::make_shared<ExecutableFolderResources>()};
+    CheckedFiles checkedFiles {checkedFilesPath(folders)};
     std::shared_ptr<EngineSpeechFramework> speechFramework
-        = std::make_shared<EngineSpeechFramework>(installedSpeechEngines(models), mainQueue);
+        = std::make_shared<EngineSpeechFramework>(installedSpeechEngines(models, checkedFiles), mainQueue);
     OnDeviceTranslationFramework translationFramework {models, mainQueue};
     LumaphoneAppleTranslationService onDevice {translationFramework};
     OpenAICompatibleTranslationService chatCompletions;

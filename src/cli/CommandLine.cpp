@@ -103,7 +103,7 @@ CommandLine parseModels(const QStringList &list)
         return ShowText {modelsHelp()};
     }
     const QString usage
-        = QStringLiteral("models 的用法：list、install PAIR…、remove PAIR… 或 verify [PAIR…]");
+        = QStringLiteral("models 的用法：list、install PAIR…、remove PAIR…、verify [PAIR…] 或 licence PAIR…");
     const QString verb = action(arguments, usage);
     const QStringList names = arguments.positional().mid(1);
     const bool isInstall = verb == QLatin1String("install");
@@ -129,6 +129,9 @@ CommandLine parseModels(const QStringList &list)
     }
     if (verb == QLatin1String("verify")) {
         return ModelsVerify {names};
+    }
+    if (verb == QLatin1String("licence") && !names.isEmpty()) {
+        return ModelsLicence {names};
     }
     throw UsageError(usage);
 }

@@ -84,7 +84,11 @@ struct ModelsRemove
 };
 struct ModelsVerify
 {
-    QStringList names; ///< empty: all that are installed
+    QStringList names; ///< empty: all that are in place
+};
+struct ModelsLicence
+{
+    QStringList names;
 };
 
 struct SettingsList
@@ -176,8 +180,8 @@ struct LibrarySave
 };
 
 using CommandLine = std::variant<ShowText, CaptionCommandLine, ModelsList, ModelsInstall, ModelsRemove,
-    ModelsVerify, SettingsList, SettingsGet, SettingsSet, KeySet, KeyClear, KeyStatus, DraftShow,
-    DraftDiscard, GlossaryList, GlossaryAdd, GlossaryRemove, GlossarySetEnabled, GlossaryImport,
+    ModelsVerify, ModelsLicence, SettingsList, SettingsGet, SettingsSet, KeySet, KeyClear, KeyStatus,
+    DraftShow, DraftDiscard, GlossaryList, GlossaryAdd, GlossaryRemove, GlossarySetEnabled, GlossaryImport,
     GlossaryExport, LibraryList, LibraryShow, LibraryExport, LibraryDelete, LibrarySave>;
 
 /// Reads the arguments behind the program's name. Throws UsageError.

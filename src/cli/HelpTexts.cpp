@@ -54,13 +54,16 @@ QString modelsHelp()
       lumaphone-cli models install [--from PATH] [--accept-licence] PAIR...
       lumaphone-cli models remove PAIR...
       lumaphone-cli models verify [PAIR...]
+      lumaphone-cli models licence PAIR...
 
 PAIR 是模型的名稱（例如 ja-en），或原文與譯文的語言（例如 ja-zh-Hant，經由英文，會用到兩個模型）。
 沒有人要求就不會下載。中斷或按 Ctrl-C 後，下次會從中斷處繼續。
 
-list 每行列出一個模型：名稱、狀態（missing、partial、installed 或 damaged）、說明，以 TAB 分隔。
+list 每行列出一個模型：名稱、狀態（missing、partial、installed、damaged 或 bundled）、在磁碟上的大小、說明，
+     以 TAB 分隔。bundled 是 Lumaphone 內建的，不需要安裝，也不能移除。
 remove 移除模型；語言對只移除第一個，另一個可能還有別的語言在用。
-verify 讀取所有檔案並比對大小與 SHA-256。
+verify 讀取所有檔案並比對大小與 SHA-256；沒有指定 PAIR 時檢查所有已安裝與內建的模型。
+licence 印出授權說明；模型在這台電腦上而且附有授權條款時，一併印出全文。
 
   --from PATH       從資料夾或檔案安裝，不下載
   --accept-licence  接受模型的授權條款；有些模型必須先接受

@@ -1,5 +1,6 @@
 #include "cli/ModelsCommand.h"
 
+#include "cli/TerminalText.h"
 #include "models/ModelError.h"
 #include "models/ModelInstaller.h"
 #include "models/ModelStore.h"
@@ -10,8 +11,12 @@ namespace lumaphone::cli {
 
 namespace {
 
-QString stateName(ModelState state)
+QString stateName(const ModelEntry &entry, const ModelStore &store)
 {
+    const ModelState state = store.state(entry);
+    if (entry.isBundled && state == ModelState::installed) {
+        return QStringLiteral("bundled");
+    }
     switch (state) {
     case ModelState::missing:
         return QStringLiteral("missing");
@@ -23,6 +28,12 @@ QString stateName(ModelState state)
         return QStringLiteral("damaged");
     }
     Q_UNREACHABLE();
+}
+
+QString dataSize(qint64 bytes, int decimals)
+{
+    return QLocale(QLocale::Chinese, QLocale::Taiwan)
+        .formattedDataSize(bytes, decimals, QLocale::DataSizeSIFormat);
 }
 
 /// The model of that name, or the models that lead from one language to another, such as "ja-zh-Hant". Throws
@@ -85,8 +96,7 @@ private:
         const QString what = progress.phase == ModelProgress::Phase::downloading
             ? QStringLiteral("下載中")
             : QStringLiteral("檢查並解開");
-        const QLocale locale(QLocale::Chinese, QLocale::Taiwan);
-        const QString done = locale.formattedDataSize(progress.done, 1, QLocale::DataSizeSIFormat);
+        const QString done = dataSize(progress.done, 1);
         if (!progress.total || *progress.total == 0) {
             return QStringLiteral("%1：%2 %3").arg(m_id, what, done);
         }
@@ -125,8 +135,9 @@ QCoro::Task<> installOne(const ModelEntry &entry, ModelsInstall command, ModelIn
 ExitStatus runModelsList(const ModelStore &store, const CommandStreams &streams)
 {
     for (const ModelEntry &entry : store.catalogue().entries()) {
+        const QString size = entry.knownSize() > 0 ? dataSize(entry.knownSize(), 0) : QStringLiteral("-");
         streams.print(
-            QStringList {entry.id, stateName(store.state(entry)), entry.title}.join(QLatin1Char('\t')));
+            QStringList {entry.id, stateName(entry, store), size, entry.title}.join(QLatin1Char('\t')));
     }
     return exitSuccess;
 }
@@ -138,6 +149,7 @@ QCoro::Task<ExitStatus> runModelsInstall(ModelsInstall command, const ModelStore
     QList<const ModelEntry *> entries;
     for (const QString &name : command.names) {
         for (const ModelEntry *entry : modelsNamed(name, store.catalogue())) {
+            store.demandNotBundled(*entry);
             if (!entries.contains(entry)) {
                 entries.append(entry);
             }
@@ -169,6 +181,7 @@ ExitStatus runModelsRemove(
     for (const QString &name : command.names) {
         // The second leg of a pair serves other pairs as well.
         const ModelEntry &entry = *modelsNamed(name, store.catalogue()).constFirst();
+        store.demandNotBundled(entry);
         if (store.state(entry) == ModelState::missing) {
             streams.print(QStringLiteral("%1 沒有安裝。").arg(entry.id));
             continue;
@@ -205,6 +218,21 @@ ExitStatus runModelsVerify(
         }
     }
     return status;
+}
+
+ExitStatus runModelsLicence(
+    const ModelsLicence &command, const ModelStore &store, const CommandStreams &streams)
+{
+    QStringList texts;
+    for (const QString &name : command.names) {
+        for (const ModelEntry *entry : modelsNamed(name, store.catalogue())) {
+            texts.append(
+                QStringLiteral("%1：%2\n%3").arg(entry->id, entry->title, store.licenceText(*entry)));
+        }
+    }
+    texts.removeDuplicates();
+    streams.print(severalRows(texts.join(QStringLiteral("\n\n"))));
+    return exitSuccess;
 }
 
 } // namespace lumaphone::cli

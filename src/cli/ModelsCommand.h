@@ -30,4 +30,7 @@ ExitStatus runModelsRemove(
 ExitStatus runModelsVerify(
     const ModelsVerify &command, const ModelStore &store, const CommandStreams &streams);
 
+ExitStatus runModelsLicence(
+    const ModelsLicence &command, const ModelStore &store, const CommandStreams &streams);
+
 } // namespace lumaphone::cli

@@ -47,4 +47,14 @@ QString singleRow(const QString &text)
     return row;
 }
 
+QString severalRows(const QString &text)
+{
+    QStringList rows
+        = QString(text).replace(QLatin1String("\r\n"), QLatin1String("\n")).split(QLatin1Char('\n'));
+    for (QString &row : rows) {
+        row = singleRow(row);
+    }
+    return rows.join(QLatin1Char('\n'));
+}
+
 } // namespace lumaphone::cli

@@ -14,4 +14,7 @@ QString tailFitting(const QString &text, int columns);
 /// The text on one row: control characters and line breaks become blanks.
 QString singleRow(const QString &text);
 
+/// The text on the rows that it has: other control characters than line breaks become blanks.
+QString severalRows(const QString &text);
+
 } // namespace lumaphone::cli

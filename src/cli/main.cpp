@@ -1,5 +1,6 @@
 #include "base/DetachedTasks.h"
 #include "base/MainQueue.h"
+#include "base/RunToEnd.h"
 #include "capture/LivePipelineServices.h"
 #include "capture/SoundFileLivePipeline.h"
 #include "capture/SoundFileReader.h"
@@ -105,6 +106,13 @@ struct Library
     }};
 };
 
+/// The models of the user and those of the program.
+ModelStore modelStore()
+{
+    return {modelsFolder(XdgFolders()), ModelCatalogue::configured(),
+        std::make_shared<ExecutableFolderResources>()};
+}
+
 /// The folder in which the instances of the program find each other.
 QString instanceFolder(const XdgFolders &folders)
 {
@@ -177,7 +185,7 @@ public:
             controller, *printer, m_command.translation != TranslationChoice::off, m_mainQueue);
         running = &session;
         const TerminationSignals termination([&session] { session.stop(); });
-        return QCoro::waitFor(session.run());
+        return runToEnd(session.run());
     }
 
 private:
@@ -193,7 +201,7 @@ private:
     LivePipelineMaker pipelineMaker(std::function<void()> onFileCompleted)
     {
         const LivePipelineServices services {
-            std::make_shared<EngineSpeechFramework>(installedSpeechEngines(m_models), m_mainQueue),
+            std::make_shared<EngineSpeechFramework>(installedSpeechEngines(m_models, m_checkedFiles), m_mainQueue),
             m_mainQueue, m_detachedTasks, QLocale::system()};
         if (const auto *file = std::get_if<SoundFileInput>(&m_command.input)) {
             return [file = *file, services, clock = m_clock, onFileCompleted](LumaphoneAudioInputSource,
@@ -215,7 +223,8 @@ private:
     LockedSingleInstance m_instance {instanceFolder(m_user.folders)};
     NoFloatingCaptions m_noPanel;
     std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
-    ModelStore m_models {modelsFolder(m_user.folders), ModelCatalogue::configured()};
+    ModelStore m_models = modelStore();
+    CheckedFiles m_checkedFiles {checkedFilesPath(m_user.folders)};
     OnDeviceTranslationFramework m_translationFramework {m_models, m_mainQueue};
     LumaphoneAppleTranslationService m_onDevice {m_translationFramework};
     OpenAICompatibleTranslationService m_chatCompletions;
@@ -261,24 +270,28 @@ public:
         return runDraftDiscard(store, m_streams);
     }
 
-    ExitStatus operator()(const ModelsList &) const { return runModelsList(models(), m_streams); }
+    ExitStatus operator()(const ModelsList &) const { return runModelsList(modelStore(), m_streams); }
     ExitStatus operator()(const ModelsInstall &command) const
     {
-        const ModelStore store = models();
+        const ModelStore store = modelStore();
         const auto mainQueue = MainQueue::create();
         ModelInstaller installer(store, mainQueue);
         std::stop_source stop;
         const TerminationSignals termination([&stop] { stop.request_stop(); });
-        return QCoro::waitFor(runModelsInstall(
+        return runToEnd(runModelsInstall(
             command, store, installer, m_streams, terminalColumnsOf(STDERR_FILENO), stop.get_token()));
     }
     ExitStatus operator()(const ModelsRemove &command) const
     {
-        return runModelsRemove(command, models(), m_streams);
+        return runModelsRemove(command, modelStore(), m_streams);
     }
     ExitStatus operator()(const ModelsVerify &command) const
     {
-        return runModelsVerify(command, models(), m_streams);
+        return runModelsVerify(command, modelStore(), m_streams);
+    }
+    ExitStatus operator()(const ModelsLicence &command) const
+    {
+        return runModelsLicence(command, modelStore(), m_streams);
     }
 
     ExitStatus operator()(const SettingsList &) const
@@ -371,8 +384,6 @@ public:
     const CommandStreams &streams() const { return m_streams; }
 
 private:
-    static ModelStore models() { return {modelsFolder(XdgFolders()), ModelCatalogue::configured()}; }
-
     CommandStreams m_streams {descriptorSink(STDOUT_FILENO), descriptorSink(STDERR_FILENO)};
 };
 

@@ -9,6 +9,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace lumaphone {
@@ -24,6 +25,11 @@ const QString &pivotLanguage()
 [[noreturn]] void reject(const QString &text)
 {
     throw json::DecodingError(text);
+}
+
+QString existsTwice(const QString &id)
+{
+    return QStringLiteral("有兩個 %1").arg(id);
 }
 
 /// A name that stays inside the folder it is put into.
@@ -42,9 +48,9 @@ QString sha256(const json::Value &object)
         return {};
     }
     QString digits = json::text(object, "sha256").toLower();
-    static const QRegularExpression hexadecimal(QStringLiteral("^[0-9a-f]{8,64}$"));
+    static const QRegularExpression hexadecimal(QStringLiteral("^[0-9a-f]{64}$"));
     if (!hexadecimal.match(digits).hasMatch()) {
-        reject(QStringLiteral("「%1」不是 SHA-256").arg(digits));
+        reject(QStringLiteral("「%1」不是完整的 SHA-256（64 個十六進位數字）").arg(digits));
     }
     return digits;
 }
@@ -79,6 +85,24 @@ ModelFile file(const json::Value &object)
     return {json::text(object, "role"), plainName(json::text(object, "name")), size(object), sha256(object)};
 }
 
+/// Models are trusted by their hashes alone.
+void demandHash(const ModelFile &file)
+{
+    if (file.sha256.isEmpty()) {
+        reject(QStringLiteral("%1 缺少完整的 SHA-256").arg(file.name));
+    }
+}
+
+ModelFile bundledFile(const json::Value &object)
+{
+    ModelFile bundled = file(object);
+    demandHash(bundled);
+    if (!bundled.size) {
+        reject(QStringLiteral("%1 缺少 size").arg(bundled.name));
+    }
+    return bundled;
+}
+
 ModelCompression compression(const QString &name)
 {
     if (name == QLatin1String("none")) {
@@ -106,6 +130,13 @@ ModelDownload download(const json::Value &object)
     if (download.compression != ModelCompression::tarBz2 && download.files.size() != 1) {
         reject(QStringLiteral("%1 只能有一個檔案").arg(download.name()));
     }
+    const bool isKnownArchive
+        = download.compression == ModelCompression::tarBz2 && !download.sha256.isEmpty();
+    for (const ModelFile &file : std::as_const(download.files)) {
+        if (!file.isLicence() || !isKnownArchive) {
+            demandHash(file);
+        }
+    }
     return download;
 }
 
@@ -130,7 +161,12 @@ ModelEntry entry(const json::Value &object)
     }
     const json::Value &licence = json::member(object, "licence");
     entry.licence = {json::text(licence, "text"), json::boolean(licence, "mustBeAccepted")};
-    entry.downloads = listOf(object, "downloads", &download);
+    entry.isBundled = json::has(object, "bundled") && json::boolean(object, "bundled");
+    if (entry.isBundled) {
+        entry.bundledFiles = listOf(object, "files", &bundledFile);
+    } else {
+        entry.downloads = listOf(object, "downloads", &download);
+    }
 
     QSet<QString> names;
     for (const ModelFile &file : entry.files()) {
@@ -151,11 +187,24 @@ QString ModelDownload::name() const
 
 QList<ModelFile> ModelEntry::files() const
 {
-    QList<ModelFile> all;
+    QList<ModelFile> all = bundledFiles;
     for (const ModelDownload &download : downloads) {
         all.append(download.files);
     }
     return all;
+}
+
+bool ModelEntry::hasRole(const QString &role) const
+{
+    const QList<ModelFile> all = files();
+    return std::any_of(all.begin(), all.end(), [&role](const ModelFile &file) { return file.role == role; });
+}
+
+qint64 ModelEntry::knownSize() const
+{
+    const QList<ModelFile> all = files();
+    return std::accumulate(all.begin(), all.end(), qint64(0),
+        [](qint64 sum, const ModelFile &file) { return sum + file.size.value_or(0); });
 }
 
 std::optional<qint64> ModelEntry::knownDownloadSize() const
@@ -187,7 +236,21 @@ ModelCatalogue ModelCatalogue::builtIn()
 ModelCatalogue ModelCatalogue::configured()
 {
     const QString path = qEnvironmentVariable("LUMAPHONE_MODEL_CATALOGUE");
-    return path.isEmpty() ? builtIn() : fromFile(path);
+    const ModelCatalogue own = builtIn();
+    if (path.isEmpty()) {
+        return own;
+    }
+    ModelCatalogue catalogue = fromFile(path);
+    for (const ModelEntry &entry : own.m_entries) {
+        if (!entry.isBundled) {
+            continue;
+        }
+        if (catalogue.find(entry.id)) {
+            throw ModelError(ModelError::Case::catalogueUnreadable, path, existsTwice(entry.id));
+        }
+        catalogue.m_entries.append(entry);
+    }
+    return catalogue;
 }
 
 ModelCatalogue ModelCatalogue::fromFile(const QString &path)
@@ -206,7 +269,7 @@ ModelCatalogue ModelCatalogue::fromJson(const QByteArray &bytes, const QString &
         QSet<QString> ids;
         for (const ModelEntry &entry : catalogue.m_entries) {
             if (ids.contains(entry.id)) {
-                reject(QStringLiteral("有兩個 %1").arg(entry.id));
+                reject(existsTwice(entry.id));
             }
             ids.insert(entry.id);
         }

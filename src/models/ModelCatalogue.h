@@ -21,7 +21,10 @@ struct ModelFile
     QString role; ///< what it is to its engine, such as "model", "vocabulary", "shortlist", "tokens"
     QString name; ///< its name in the model's folder
     std::optional<qint64> size; ///< bytes, if known beforehand
-    QString sha256; ///< lower-case hexadecimal, whole or its first digits; empty if not known beforehand
+    QString sha256; ///< 64 lower-case hexadecimal digits; empty only for a licence, see ModelDownload::files
+
+    /// Whether it is a text for the user, which no engine reads.
+    bool isLicence() const { return role == QLatin1String("licence"); }
 };
 
 /// One thing to fetch: a file, a compressed file, or an archive with several.
@@ -30,8 +33,10 @@ struct ModelDownload
     QUrl url;
     ModelCompression compression = ModelCompression::none;
     std::optional<qint64> size; ///< of what is fetched, if known
-    QString sha256; ///< of what is fetched, as in ModelFile
-    QList<ModelFile> files; ///< exactly one unless it is an archive, whose other members are left out
+    QString sha256; ///< of what is fetched, as in ModelFile; empty if not known beforehand
+    /// Exactly one unless it is an archive, whose other members are left out. The hash of each is known, but
+    /// for that of a licence in an archive whose own hash is known.
+    QList<ModelFile> files;
 
     /// The last part of the address.
     QString name() const;
@@ -43,7 +48,7 @@ struct ModelLicence
     bool mustBeAccepted = false; ///< before anything is fetched
 };
 
-/// A model that can be installed.
+/// A model that the user can install, or that comes with the program.
 struct ModelEntry
 {
     QString id; ///< such as "ja-en"; also the name of its folder
@@ -51,9 +56,14 @@ struct ModelEntry
     QString title; ///< for the user
     QStringList languages; ///< of speech: those it understands; of translation: source and target
     ModelLicence licence;
-    QList<ModelDownload> downloads;
+    QList<ModelDownload> downloads; ///< none of a bundled one
+    bool isBundled = false; ///< part of the program: it is neither installed nor removed
+    QList<ModelFile> bundledFiles; ///< of which size and hash are known
 
     QList<ModelFile> files() const;
+    bool hasRole(const QString &role) const;
+    /// Bytes on the disk, as far as they are known.
+    qint64 knownSize() const;
     /// Bytes to fetch, as far as they are known.
     std::optional<qint64> knownDownloadSize() const;
 };
@@ -64,8 +74,8 @@ class ModelCatalogue
 public:
     /// The program's own.
     static ModelCatalogue builtIn();
-    /// The one that the environment variable LUMAPHONE_MODEL_CATALOGUE names, or else the program's own.
-    /// Throws ModelError, FileError.
+    /// The one that the environment variable LUMAPHONE_MODEL_CATALOGUE names with the program's own bundled
+    /// models behind it, or else the program's own. Throws ModelError, FileError.
     static ModelCatalogue configured();
     /// One of somebody else's making. Throws ModelError, FileError.
     static ModelCatalogue fromFile(const QString &path);

@@ -35,6 +35,16 @@ QString description(ModelError::Case errorCase, const QString &subject, const QS
         return QStringLiteral("找不到檔案 %1。").arg(subject);
     case ModelError::Case::cancelled:
         return QStringLiteral("已取消安裝「%1」。").arg(subject);
+    case ModelError::Case::partOfProgram:
+        return QStringLiteral("「%1」是 Lumaphone 的一部分，不需要安裝，也不能移除。").arg(subject);
+    case ModelError::Case::notShipped:
+        return QStringLiteral("這個版本的 Lumaphone 沒有附上「%1」。"
+                              "請執行 packaging/install-speech-runtime 後重新建置，或改裝完整的套件。")
+            .arg(subject);
+    case ModelError::Case::damagedProgram:
+        return QStringLiteral("Lumaphone 附的檔案 %1 已損壞（%2）。"
+                              "請重新安裝 Lumaphone，或再執行一次 packaging/install-speech-runtime。")
+            .arg(subject, detail);
     }
     Q_UNREACHABLE();
 }

@@ -25,6 +25,9 @@ public:
         diskFull,
         fileMissing, ///< the folder or archive holds no file of that name
         cancelled,
+        partOfProgram, ///< it comes with the program and can neither be installed nor removed
+        notShipped, ///< it should have come with the program
+        damagedProgram, ///< a file that came with the program is wrong; `detail` says how
     };
 
     /// `subject` is the model's or the file's name.

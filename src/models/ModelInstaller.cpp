@@ -92,6 +92,9 @@ bool isWrong(const ModelError &error)
     case interrupted:
     case diskFull:
     case cancelled:
+    case partOfProgram:
+    case notShipped:
+    case damagedProgram:
         return false;
     }
     Q_UNREACHABLE();
@@ -190,6 +193,7 @@ QCoro::Task<> ModelInstaller::install(
 {
     const std::shared_ptr<State> state = m_state;
     const ModelEntry entry = state->store.catalogue().entry(id);
+    state->store.demandNotBundled(entry);
     demandConsent(entry, consent);
     const FileLock lock = lockOf(state->store, entry);
     if (state->store.state(entry) == ModelState::installed) {
@@ -226,6 +230,7 @@ QCoro::Task<> ModelInstaller::installFrom(
 {
     const std::shared_ptr<State> state = m_state;
     const ModelEntry entry = state->store.catalogue().entry(id);
+    state->store.demandNotBundled(entry);
     demandConsent(entry, consent);
     const bool isFolder = QFileInfo(path).isDir();
     const QDir folder(path);

@@ -14,6 +14,8 @@ struct RecordedFile
     QString name;
     qint64 size = 0;
     QString sha256;
+
+    bool operator==(const RecordedFile &) const = default;
 };
 
 /// The record that lies beside the files of an installed model.
@@ -23,6 +25,7 @@ struct ModelManifest
     QDateTime installedAt;
     bool isDamaged = false; ///< a check has found other contents
 
+    bool operator==(const ModelManifest &) const = default;
     const RecordedFile *find(const QString &name) const; ///< null if there is none
 
     /// None if there is no record, or none that can be read.

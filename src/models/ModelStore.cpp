@@ -2,13 +2,14 @@
 
 #include "base/AtomicFile.h"
 #include "base/FileLock.h"
-#include "models/FileDigest.h"
+#include "models/CheckedFiles.h"
 #include "models/ModelError.h"
 #include "models/ModelManifest.h"
 
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -16,11 +17,44 @@ namespace lumaphone {
 
 namespace {
 
-/// A damaged model is not used again, whatever it is asked later.
-void markDamaged(ModelManifest manifest, const QString &folder)
+/// What a file should be: as it is known, or else as it was when it was installed.
+FileDigest expectedDigest(const ModelFile &file, const RecordedFile &recorded)
 {
-    manifest.isDamaged = true;
-    manifest.write(folder);
+    return {file.size.value_or(recorded.size), file.sha256.isEmpty() ? recorded.sha256 : file.sha256};
+}
+
+bool isAsExpected(const ModelFile &file, const RecordedFile &recorded)
+{
+    return expectedDigest(file, recorded) == FileDigest {recorded.size, recorded.sha256};
+}
+
+/// What went wrong with a file that came with the program. Throws ModelError.
+[[noreturn]] void rethrowAsDamagedProgram(const ModelError &error, const QString &path)
+{
+    const auto fail = [&path](const QString &detail) {
+        throw ModelError(ModelError::Case::damagedProgram, path, detail);
+    };
+    switch (error.errorCase()) {
+    case ModelError::Case::fileMissing:
+        fail(QStringLiteral("找不到檔案"));
+        break;
+    case ModelError::Case::wrongSize:
+        fail(QStringLiteral("大小不對"));
+        break;
+    case ModelError::Case::wrongContents:
+        fail(QStringLiteral("SHA-256 不符"));
+        break;
+    default:
+        break;
+    }
+    throw error;
+}
+
+void demandFile(const QString &path)
+{
+    if (!QFileInfo(path).isFile()) {
+        throw ModelError(ModelError::Case::fileMissing, path);
+    }
 }
 
 void removeFolder(const QString &path)
@@ -58,9 +92,11 @@ QString InstalledModel::require(const QString &role) const
     return *found;
 }
 
-ModelStore::ModelStore(QString folder, ModelCatalogue catalogue)
+ModelStore::ModelStore(
+    QString folder, ModelCatalogue catalogue, std::shared_ptr<const BundleResources> bundle)
     : m_folder(std::move(folder))
     , m_catalogue(std::move(catalogue))
+    , m_bundle(std::move(bundle))
 {
 }
 
@@ -79,8 +115,30 @@ QString ModelStore::lockPath(const ModelEntry &entry) const
     return m_folder + QStringLiteral("/.%1.lock").arg(entry.id);
 }
 
+std::optional<QString> ModelStore::bundledFolder(const ModelEntry &entry) const
+{
+    return m_bundle ? m_bundle->path(entry.id) : std::nullopt;
+}
+
+ModelState ModelStore::bundledState(const ModelEntry &entry) const
+{
+    const std::optional<QString> folder = bundledFolder(entry);
+    if (!folder) {
+        return ModelState::missing;
+    }
+    const bool isWhole
+        = std::all_of(entry.bundledFiles.begin(), entry.bundledFiles.end(), [&folder](const ModelFile &file) {
+              const QFileInfo info(*folder + QLatin1Char('/') + file.name);
+              return info.isFile() && info.size() == *file.size;
+          });
+    return isWhole ? ModelState::installed : ModelState::damaged;
+}
+
 ModelState ModelStore::state(const ModelEntry &entry) const
 {
+    if (entry.isBundled) {
+        return bundledState(entry);
+    }
     const QString folder = modelFolder(entry);
     if (!QFileInfo(folder).isDir()) {
         return QFileInfo(partialFolder(entry)).isDir() ? ModelState::partial : ModelState::missing;
@@ -92,7 +150,8 @@ ModelState ModelStore::state(const ModelEntry &entry) const
     for (const ModelFile &file : entry.files()) {
         const RecordedFile *recorded = manifest->find(file.name);
         const QFileInfo info(folder + QLatin1Char('/') + file.name);
-        if (recorded == nullptr || !info.isFile() || info.size() != recorded->size) {
+        if (recorded == nullptr || !isAsExpected(file, *recorded) || !info.isFile()
+            || info.size() != recorded->size) {
             return ModelState::damaged;
         }
     }
@@ -104,43 +163,145 @@ std::optional<InstalledModel> ModelStore::installed(const ModelEntry &entry) con
     if (state(entry) != ModelState::installed) {
         return std::nullopt;
     }
-    return InstalledModel(modelFolder(entry), entry.files());
+    return InstalledModel(
+        entry.isBundled ? bundledFolder(entry).value_or(QString()) : modelFolder(entry), entry.files());
 }
 
-void ModelStore::verify(const ModelEntry &entry) const
+void ModelStore::compareBundled(
+    const ModelEntry &entry, const QList<ModelFile> &files, const Comparison &compare) const
+{
+    const std::optional<QString> folder = bundledFolder(entry);
+    if (!folder) {
+        throw ModelError(ModelError::Case::notShipped, entry.title);
+    }
+    for (const ModelFile &file : files) {
+        const QString path = *folder + QLatin1Char('/') + file.name;
+        try {
+            demandFile(path);
+            compare(path, {*file.size, file.sha256});
+        } catch (const ModelError &error) {
+            rethrowAsDamagedProgram(error, path);
+        }
+    }
+}
+
+void ModelStore::compareInstalled(
+    const ModelEntry &entry, const QList<ModelFile> &files, const Comparison &compare) const
 {
     const QString folder = modelFolder(entry);
     const std::optional<ModelManifest> manifest = ModelManifest::read(folder);
     if (!manifest) {
         throw ModelError(ModelError::Case::fileMissing, folder + QStringLiteral("/installed.json"));
     }
+    try {
+        for (const ModelFile &file : files) {
+            const RecordedFile *recorded = manifest->find(file.name);
+            const QString path = folder + QLatin1Char('/') + file.name;
+            if (recorded == nullptr) {
+                throw ModelError(ModelError::Case::fileMissing, path);
+            }
+            demandFile(path);
+            compare(path, expectedDigest(file, *recorded));
+        }
+    } catch (const ModelError &error) {
+        if (error.errorCase() != ModelError::Case::cancelled) {
+            markDamaged(entry, *manifest);
+        }
+        throw;
+    }
+}
+
+void ModelStore::verify(const ModelEntry &entry) const
+{
+    const Comparison compare = [](const QString &path, const FileDigest &expected) {
+        demandDigest(path, digestOf(path), expected);
+    };
+    if (entry.isBundled) {
+        compareBundled(entry, entry.files(), compare);
+        return;
+    }
+    compareInstalled(entry, entry.files(), compare);
+    mend(entry);
+}
+
+InstalledModel ModelStore::requireIntact(const ModelEntry &entry, const QStringList &roles,
+    CheckedFiles &checked, const std::stop_token &stop) const
+{
+    QList<ModelFile> files = entry.files();
+    files.removeIf([&roles](const ModelFile &file) { return !roles.contains(file.role); });
+    const Comparison compare = [&checked, &stop](const QString &path, const FileDigest &expected) {
+        checked.demand(path, expected, stop);
+    };
+    if (entry.isBundled) {
+        compareBundled(entry, files, compare);
+        return {bundledFolder(entry).value_or(QString()), entry.bundledFiles};
+    }
+    compareInstalled(entry, files, compare);
+    const std::optional<InstalledModel> model = installed(entry);
+    if (!model) { // another of its files is wrong
+        throw ModelError(ModelError::Case::wrongContents, entry.title);
+    }
+    return *model;
+}
+
+void ModelStore::markDamaged(const ModelEntry &entry, const ModelManifest &found) const
+{
+    try {
+        ModelManifest damaged = found;
+        damaged.isDamaged = true;
+        replaceRecord(entry, found, damaged);
+    } catch (const FileError &) {
+        // What cannot be noted will be found again.
+    }
+}
+
+void ModelStore::mend(const ModelEntry &entry) const
+{
+    const std::optional<ModelManifest> found = ModelManifest::read(modelFolder(entry));
+    if (!found || state(entry) == ModelState::installed) {
+        return;
+    }
+    ModelManifest mended {{}, found->installedAt, false};
     for (const ModelFile &file : entry.files()) {
-        const RecordedFile *recorded = manifest->find(file.name);
-        const QString path = folder + QLatin1Char('/') + file.name;
-        if (recorded == nullptr || !QFileInfo(path).isFile()) {
-            markDamaged(*manifest, folder);
-            throw ModelError(ModelError::Case::fileMissing, path);
-        }
-        const FileDigest digest = digestOf(path);
-        if (digest.size != recorded->size) {
-            markDamaged(*manifest, folder);
-            throw ModelError(ModelError::Case::wrongSize, path,
-                QStringLiteral("應為 %1，實際為 %2").arg(recorded->size).arg(digest.size));
-        }
-        if (digest.sha256 != recorded->sha256) {
-            markDamaged(*manifest, folder);
-            throw ModelError(ModelError::Case::wrongContents, path);
+        if (const RecordedFile *recorded = found->find(file.name)) {
+            const FileDigest digest = expectedDigest(file, *recorded);
+            mended.files.append({file.name, digest.size, digest.sha256});
         }
     }
-    if (manifest->isDamaged) { // the right files have come back
-        ModelManifest repaired = *manifest;
-        repaired.isDamaged = false;
-        repaired.write(folder);
+    replaceRecord(entry, *found, mended);
+}
+
+void ModelStore::replaceRecord(
+    const ModelEntry &entry, const ModelManifest &found, const ModelManifest &manifest) const
+{
+    const std::optional<FileLock> lock = FileLock::tryTake(lockPath(entry));
+    // Another model may have taken its place in the meantime, or is about to.
+    if (lock && ModelManifest::read(modelFolder(entry)) == found) {
+        manifest.write(modelFolder(entry));
+    }
+}
+
+QString ModelStore::licenceText(const ModelEntry &entry) const
+{
+    const std::optional<InstalledModel> model = installed(entry);
+    const std::optional<QString> path = model ? model->path(QStringLiteral("licence")) : std::nullopt;
+    const std::optional<QByteArray> licence = path ? readFile(*path) : std::nullopt;
+    return licence ? entry.licence.text + QStringLiteral("\n\n") + QString::fromUtf8(*licence).trimmed()
+                   : entry.licence.text;
+}
+
+void ModelStore::demandNotBundled(const ModelEntry &entry) const
+{
+    if (entry.isBundled) {
+        throw ModelError(
+            bundledFolder(entry) ? ModelError::Case::partOfProgram : ModelError::Case::notShipped,
+            entry.title);
     }
 }
 
 void ModelStore::remove(const ModelEntry &entry) const
 {
+    demandNotBundled(entry);
     if (!QFileInfo(m_folder).isDir()) {
         return;
     }

@@ -24,9 +24,10 @@ namespace {
 /// No model that this program can use is larger.
 constexpr qint64 mostBytes = 4LL * 1024 * 1024 * 1024;
 
-QString sizesText(qint64 expected, qint64 actual)
+/// What is not known beforehand is taken as it comes.
+bool isRight(const QString &sha256, const QString &known)
 {
-    return QStringLiteral("應為 %1，實際為 %2").arg(expected).arg(actual);
+    return known.isEmpty() || sha256 == known;
 }
 
 /// The source, which is hashed as it is read.
@@ -88,25 +89,18 @@ public:
     void write(QByteArrayView bytes)
     {
         m_digest.add(bytes);
-        const qint64 most = m_file.size.value_or(mostBytes);
-        if (m_digest.size() > most) {
-            throw ModelError(ModelError::Case::wrongSize, m_file.name, sizesText(most, m_digest.size()));
+        if (const qint64 most = m_file.size.value_or(mostBytes); m_digest.size() > most) {
+            demandSize(m_file.name, m_digest.size(), most);
         }
         m_writer.write(bytes);
     }
 
-    /// `published` is the digest of the file before it was unpacked, if it was a file of its own.
-    RecordedFile finish(const QString &published = {})
+    RecordedFile finish()
     {
         m_writer.finish();
         const FileDigest digest = m_digest.result();
-        if (m_file.size && digest.size != *m_file.size) {
-            throw ModelError(ModelError::Case::wrongSize, m_file.name, sizesText(*m_file.size, digest.size));
-        }
-        // Of which of the two a shortened digest was taken is not always said.
-        const bool isRight = matchesKnown(digest.sha256, m_file.sha256)
-            || (!published.isEmpty() && matchesKnown(published, m_file.sha256));
-        if (!isRight) {
+        demandSize(m_file.name, digest.size, m_file.size.value_or(digest.size));
+        if (!isRight(digest.sha256, m_file.sha256)) {
             throw ModelError(ModelError::Case::wrongContents, m_file.name);
         }
         return {m_file.name, digest.size, digest.sha256};
@@ -121,14 +115,12 @@ private:
 void checkSource(const ModelDownload &download, const QString &path)
 {
     const qint64 actual = QFileInfo(path).size();
-    if (download.size && actual != *download.size) {
-        throw ModelError(ModelError::Case::wrongSize, download.name(), sizesText(*download.size, actual));
-    }
+    demandSize(download.name(), actual, download.size.value_or(actual));
 }
 
 void checkSource(const ModelDownload &download, const FileDigest &digest)
 {
-    if (!matchesKnown(digest.sha256, download.sha256)) {
+    if (!isRight(digest.sha256, download.sha256)) {
         throw ModelError(ModelError::Case::wrongContents, download.name());
     }
 }
@@ -203,9 +195,8 @@ RecordedFile unpackSingle(Source &source, const ModelDownload &download, const Q
             target.write(block);
         }
     }
-    const FileDigest digest = source.finish();
-    checkSource(download, digest);
-    return target.finish(digest.sha256);
+    checkSource(download, source.finish());
+    return target.finish();
 }
 
 /// Reads a tar archive out of a Source. What a Source throws is kept until the archive library has returned.
@@ -328,11 +319,6 @@ QList<RecordedFile> unpackArchive(Source &source, const ModelDownload &download,
 }
 
 } // namespace
-
-bool matchesKnown(const QString &sha256, const QString &known)
-{
-    return sha256.startsWith(known);
-}
 
 QList<RecordedFile> unpackModel(const ModelDownload &download, const QString &path, const QString &folder,
     const UnpackProgress &onProgress, const std::stop_token &stop)

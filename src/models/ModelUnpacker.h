@@ -20,8 +20,4 @@ using UnpackProgress = std::function<void(qint64 done, qint64 total)>;
 QList<RecordedFile> unpackModel(const ModelDownload &download, const QString &path, const QString &folder,
     const UnpackProgress &onProgress = {}, const std::stop_token &stop = {});
 
-/// Whether a digest is the one that is known, of which the last digits may be missing. Nothing known matches
-/// all.
-bool matchesKnown(const QString &sha256, const QString &known);
-
 } // namespace lumaphone

@@ -1,5 +1,6 @@
 #include "models/ModelsModel.h"
 
+#include "base/AtomicFile.h"
 #include "models/ModelError.h"
 
 #include <QLocale>
@@ -20,42 +21,9 @@ struct ModelsModel::Running
 
 namespace {
 
-QString languageName(const QString &identifier)
-{
-    static const QHash<QString, QString> names {{QStringLiteral("ja"), QStringLiteral("日文")},
-        {QStringLiteral("en"), QStringLiteral("英文")}, {QStringLiteral("ko"), QStringLiteral("韓文")}};
-    return names.value(identifier, identifier);
-}
-
 QString dataSize(qint64 bytes)
 {
     return QLocale(QLocale::Chinese, QLocale::Taiwan).formattedDataSize(bytes, 0, QLocale::DataSizeSIFormat);
-}
-
-/// Whether it recognizes speech by itself, instead of helping those that do.
-bool isRecognizer(const ModelEntry &entry)
-{
-    const QList<ModelFile> files = entry.files();
-    return std::any_of(files.begin(), files.end(),
-        [](const ModelFile &file) { return file.role == QStringLiteral("model"); });
-}
-
-bool shareALanguage(const ModelEntry &one, const ModelEntry &other)
-{
-    return std::any_of(one.languages.begin(), one.languages.end(),
-        [&other](const QString &language) { return other.languages.contains(language); });
-}
-
-/// The recogniser, and the models that help it.
-QList<const ModelEntry *> speechEntries(const ModelEntry &recognizer, const ModelCatalogue &catalogue)
-{
-    QList<const ModelEntry *> entries {&recognizer};
-    for (const ModelEntry &entry : catalogue.entries()) {
-        if (entry.kind == ModelKind::speech && !isRecognizer(entry) && shareALanguage(entry, recognizer)) {
-            entries.append(&entry);
-        }
-    }
-    return entries;
 }
 
 QString licenceText(const QList<const ModelEntry *> &entries)
@@ -78,22 +46,9 @@ ModelsModel::ModelsModel(const ModelStore &store, std::shared_ptr<MainQueue> mai
     , m_store(store)
     , m_installer(store, std::move(mainQueue), options)
 {
-    const QString target = QStringLiteral("zh-Hant");
-    const ModelCatalogue &catalogue = m_store.catalogue();
-    for (const ModelEntry &entry : catalogue.entries()) {
-        if (entry.kind == ModelKind::speech) {
-            if (isRecognizer(entry)) {
-                m_rows.append({entry.kind, entry.title, entry.languages, speechEntries(entry, catalogue),
-                    false, {}, {}});
-            }
-            continue;
-        }
-        const QString &source = entry.languages.constFirst();
-        const auto legs = catalogue.translationLegs(source, target);
-        if (!legs.isEmpty() && legs.constFirst() == &entry) {
-            m_rows.append({entry.kind, QStringLiteral("%1翻譯成繁體中文").arg(languageName(source)), {source},
-                legs, false, {}, {}});
-        }
+    const QList<ModelGroup> groups = modelGroups(m_store.catalogue());
+    for (const ModelGroup &group : groups) {
+        m_rows.append({group, false, {}, {}});
     }
 }
 
@@ -114,23 +69,15 @@ QHash<int, QByteArray> ModelsModel::roleNames() const
 {
     return {{TitleRole, "title"}, {StatusTextRole, "statusText"}, {IsReadyRole, "isReady"},
         {IsInstallingRole, "isInstalling"}, {ProgressRole, "progress"}, {IsErrorRole, "isError"},
-        {LicenceTextRole, "licenceText"}, {MustAcceptLicenceRole, "mustAcceptLicence"},
+        {LicenceTextRole, "licenceText"}, {HasLicenceRole, "hasLicence"},
+        {IsInstallableRole, "isInstallable"}, {MustAcceptLicenceRole, "mustAcceptLicence"},
         {InstallTitleRole, "installTitle"}, {IsRemovableRole, "isRemovable"},
         {RemovalTextRole, "removalText"}};
 }
 
 ModelState ModelsModel::stateOf(const Row &row) const
 {
-    ModelState worst = ModelState::installed;
-    for (const ModelEntry *entry : row.entries) {
-        const ModelState state = m_store.state(*entry);
-        if (state == ModelState::installed || worst == ModelState::damaged) {
-            continue;
-        }
-        worst = state == ModelState::damaged || worst == ModelState::installed ? state : worst;
-        worst = state == ModelState::partial ? state : worst;
-    }
-    return worst;
+    return groupState(row.group, m_store);
 }
 
 QString ModelsModel::statusText(const Row &row) const
@@ -147,15 +94,21 @@ QString ModelsModel::statusText(const Row &row) const
     if (!row.errorText.isEmpty()) {
         return row.errorText;
     }
+    const bool isBundled = row.group.isBundled();
     switch (stateOf(row)) {
     case ModelState::missing:
-        return QStringLiteral("尚未安裝") + sizeText(row);
+        return isBundled ? QStringLiteral("這個版本沒有附上。請執行 packaging/install-speech-runtime "
+                                          "後重新建置，或改裝完整的套件。")
+                         : QStringLiteral("尚未安裝") + sizeText(row);
     case ModelState::partial:
         return QStringLiteral("還沒有安裝完成");
     case ModelState::installed:
-        return QStringLiteral("已安裝，可離線使用");
+        return isBundled ? QStringLiteral("Lumaphone 內建，可離線使用")
+                         : QStringLiteral("已安裝，可離線使用");
     case ModelState::damaged:
-        return QStringLiteral("檔案已損壞");
+        return isBundled ? QStringLiteral("檔案已損壞。請重新安裝 Lumaphone，"
+                                          "或再執行一次 packaging/install-speech-runtime。")
+                         : QStringLiteral("檔案已損壞");
     }
     Q_UNREACHABLE();
 }
@@ -165,16 +118,14 @@ QString ModelsModel::sizeText(const Row &row) const
     qint64 download = 0;
     qint64 unpacked = 0;
     bool isDownloadKnown = true;
-    for (const ModelEntry *entry : row.entries) {
+    for (const ModelEntry *entry : neededModels(row.group, m_store)) {
         if (m_store.state(*entry) == ModelState::installed) {
             continue;
         }
         const auto size = entry->knownDownloadSize();
         isDownloadKnown = isDownloadKnown && size;
         download += size.value_or(0);
-        for (const ModelFile &file : entry->files()) {
-            unpacked += file.size.value_or(0);
-        }
+        unpacked += entry->knownSize();
     }
     if (isDownloadKnown && download > 0) {
         return QStringLiteral("，下載約 %1").arg(dataSize(download));
@@ -185,11 +136,14 @@ QString ModelsModel::sizeText(const Row &row) const
 QList<const ModelEntry *> ModelsModel::ownEntries(const Row &row) const
 {
     QList<const ModelEntry *> own;
-    for (const ModelEntry *entry : row.entries) {
+    if (row.group.isBundled()) {
+        return own;
+    }
+    for (const ModelEntry *entry : row.group.entries) {
         const auto users = std::count_if(m_rows.begin(), m_rows.end(),
-            [entry](const Row &other) { return other.entries.contains(entry); });
+            [entry](const Row &other) { return other.group.entries.contains(entry); });
         // What a row is about is its own, even if others build on it.
-        if (users == 1 || entry == row.entries.constFirst()) {
+        if (users == 1 || entry == row.group.entries.constFirst()) {
             own.append(entry);
         }
     }
@@ -210,9 +164,9 @@ QString ModelsModel::removalText(const Row &row) const
     QStringList others;
     for (const Row &other : m_rows) {
         const bool losesSomething = std::any_of(own.begin(), own.end(),
-            [&other](const ModelEntry *entry) { return other.entries.contains(entry); });
+            [&other](const ModelEntry *entry) { return other.group.entries.contains(entry); });
         if (&other != &row && losesSomething && stateOf(other) == ModelState::installed) {
-            others.append(QStringLiteral("「%1」").arg(other.title));
+            others.append(QStringLiteral("「%1」").arg(other.group.title));
         }
     }
     const QString later = QStringLiteral("之後要用時，需要重新下載。");
@@ -223,8 +177,10 @@ QString ModelsModel::removalText(const Row &row) const
 
 int ModelsModel::findRow(ModelKind kind, const QString &language) const
 {
-    const auto found = std::find_if(m_rows.begin(), m_rows.end(),
-        [kind, &language](const Row &row) { return row.kind == kind && row.languages.contains(language); });
+    const auto found = std::find_if(m_rows.begin(), m_rows.end(), [kind, &language](const Row &row) {
+        const ModelGroup &group = row.group;
+        return group.kind == kind && !group.isBundled() && group.languages.contains(language);
+    });
     return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
 }
 
@@ -247,7 +203,7 @@ QVariant ModelsModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case TitleRole:
     case Qt::DisplayRole:
-        return row.title;
+        return row.group.title;
     case StatusTextRole:
         return statusText(row);
     case IsReadyRole:
@@ -261,11 +217,17 @@ QVariant ModelsModel::data(const QModelIndex &index, int role) const
     case IsErrorRole:
         return !row.errorText.isEmpty();
     case LicenceTextRole:
-        return licenceText(row.entries);
-    case MustAcceptLicenceRole:
-        return std::any_of(row.entries.begin(), row.entries.end(), [this](const ModelEntry *entry) {
+        return licenceText(neededModels(row.group, m_store));
+    case HasLicenceRole:
+        return hasLicence(row);
+    case MustAcceptLicenceRole: {
+        const auto needed = neededModels(row.group, m_store);
+        return std::any_of(needed.begin(), needed.end(), [this](const ModelEntry *entry) {
             return entry->licence.mustBeAccepted && m_store.state(*entry) != ModelState::installed;
         });
+    }
+    case IsInstallableRole:
+        return !row.group.isBundled();
     case InstallTitleRole:
         switch (stateOf(row)) {
         case ModelState::missing:
@@ -286,6 +248,30 @@ QVariant ModelsModel::data(const QModelIndex &index, int role) const
     }
 }
 
+bool ModelsModel::hasLicence(const Row &row) const
+{
+    const auto &entries = row.group.entries;
+    return std::any_of(entries.begin(), entries.end(), [this](const ModelEntry *entry) {
+        const auto model = m_store.installed(*entry);
+        return model && model->path(QStringLiteral("licence"));
+    });
+}
+
+QString ModelsModel::licence(int row) const
+{
+    const QList<const ModelEntry *> entries = neededModels(m_rows[row].group, m_store);
+    QStringList texts;
+    for (const ModelEntry *entry : entries) {
+        const QString title = entries.size() > 1 ? entry->title + QStringLiteral("\n\n") : QString();
+        try {
+            texts.append(title + m_store.licenceText(*entry));
+        } catch (const FileError &error) {
+            texts.append(title + error.errorDescription());
+        }
+    }
+    return texts.join(QStringLiteral("\n\n"));
+}
+
 bool ModelsModel::isInstalling() const
 {
     return !m_queue.empty();
@@ -294,7 +280,7 @@ bool ModelsModel::isInstalling() const
 void ModelsModel::install(int row, bool acceptsLicence)
 {
     Row &wanted = m_rows[row];
-    if (wanted.isQueued || stateOf(wanted) == ModelState::installed) {
+    if (wanted.isQueued || wanted.group.isBundled() || stateOf(wanted) == ModelState::installed) {
         return;
     }
     wanted.isQueued = true;
@@ -371,7 +357,7 @@ QCoro::Task<> ModelsModel::run(std::shared_ptr<Running> running)
     };
     QString errorText;
     try {
-        const QList<const ModelEntry *> entries = m_rows[running->row].entries;
+        const QList<const ModelEntry *> entries = neededModels(m_rows[running->row].group, m_store);
         for (const ModelEntry *entry : entries) {
             co_await m_installer.install(entry->id, running->consent, onProgress, running->stop.get_token());
             if (running->isAbandoned) {
@@ -401,7 +387,7 @@ void ModelsModel::finish(const std::shared_ptr<Running> &running, const QString 
         emit isInstallingChanged();
     }
     if (!running->stop.stop_requested()) {
-        emit installationEnded(QStringLiteral("%1：%2").arg(row.title, statusText(row)));
+        emit installationEnded(QStringLiteral("%1：%2").arg(row.group.title, statusText(row)));
     }
     startNext();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "models/ModelGroup.h"
 #include "models/ModelInstaller.h"
-#include "models/ModelStore.h"
 
 #include <QAbstractListModel>
 #include <QList>
@@ -30,7 +30,9 @@ public:
         IsInstallingRole, ///< bool: running or waiting
         ProgressRole, ///< 0 to 1, or -1 if nobody knows
         IsErrorRole, ///< bool: the last installation failed, for the reason that the status text gives
-        LicenceTextRole, ///< text for the user
+        LicenceTextRole, ///< text for the user, a few lines
+        HasLicenceRole, ///< bool: there is a whole licence to read, which lies with the files
+        IsInstallableRole, ///< bool: it does not come with the program
         MustAcceptLicenceRole, ///< bool: before the installation
         InstallTitleRole, ///< text of the button: install, go on or repair
         IsRemovableRole, ///< bool: something of it is on the disk, and it is not being installed
@@ -50,9 +52,9 @@ public:
 
     bool isInstalling() const;
 
-    /// The row that recognizes a language, such as "ja"; -1 if there is none.
+    /// The row to install for speech in a language, such as "ja"; -1 if there is none.
     int speechRow(const QString &language) const;
-    /// The row that translates from a language; -1 if there is none.
+    /// The row to install for translation from a language; -1 if there is none.
     int translationRow(const QString &language) const;
 
     /// Begins to fetch what is missing. Without effect while the row is being installed or is ready.
@@ -63,6 +65,8 @@ public:
     Q_INVOKABLE void remove(int row);
     /// Looks at the disk again.
     Q_INVOKABLE void refresh();
+    /// The terms of a row's models as far as they are here, with all that lies with their files.
+    Q_INVOKABLE QString licence(int row) const;
 
 signals:
     void isInstallingChanged();
@@ -71,13 +75,9 @@ signals:
     void installationEnded(const QString &text);
 
 private:
-    /// One thing that the user may want.
     struct Row
     {
-        ModelKind kind;
-        QString title;
-        QStringList languages; ///< that it recognizes or translates from
-        QList<const ModelEntry *> entries; ///< what it is about comes first
+        ModelGroup group;
         bool isQueued = false;
         std::optional<ModelProgress> progress;
         QString errorText;
@@ -88,7 +88,8 @@ private:
     QString statusText(const Row &row) const;
     /// How much is to be fetched, or what it becomes, as the end of a sentence; empty if nobody knows.
     QString sizeText(const Row &row) const;
-    /// The row's models that no other row uses.
+    bool hasLicence(const Row &row) const;
+    /// The row's models that no other row uses, and that can be removed.
     QList<const ModelEntry *> ownEntries(const Row &row) const;
     bool isRemovable(const Row &row) const;
     QString removalText(const Row &row) const;

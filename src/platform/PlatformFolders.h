@@ -15,6 +15,8 @@ public:
     virtual std::optional<QString> applicationSupport() const = 0;
     /// The parent of the application's settings; none when the user has no home.
     virtual std::optional<QString> configuration() const = 0;
+    /// The parent of what the application can make again; none when the user has no home.
+    virtual std::optional<QString> cache() const = 0;
 };
 
 } // namespace lumaphone

@@ -20,6 +20,8 @@ struct OfflineLayout
         senseVoiceModel = 8 + 152,
         senseVoiceLanguage = 8 + 160,
         senseVoiceNormalizes = 8 + 168,
+        moonshineEncoder = 8 + 176 + 8,
+        moonshineDecoder = 8 + 176 + 32, // the merged one; the others' places stay empty
         decodingMethod = 528,
     };
 };
@@ -37,20 +39,41 @@ std::string unmarked(const std::string &mark)
     return isMarked ? mark.substr(2, mark.size() - 4) : mark;
 }
 
+void setFiles(ConfigurationBlock &block, const Network &network, const std::string &language)
+{
+    switch (network.kind) {
+    case NetworkKind::senseVoice:
+        if (network.files.size() != 1) {
+            break;
+        }
+        block.setText(OfflineLayout::senseVoiceModel, network.files.front());
+        block.setText(OfflineLayout::senseVoiceLanguage, language.empty() ? "auto" : language);
+        block.setInteger(OfflineLayout::senseVoiceNormalizes, 1);
+        return;
+    case NetworkKind::moonshine:
+        if (network.files.size() != 2) {
+            break;
+        }
+        block.setText(OfflineLayout::moonshineEncoder, network.files[0]);
+        block.setText(OfflineLayout::moonshineDecoder, network.files[1]);
+        return;
+    case NetworkKind::streamingCtc:
+    case NetworkKind::streamingTransducer:
+        break;
+    }
+    throw HostFailure(
+        FailureKind::network, "a network of whole segments has one file, or an encoder and a decoder");
+}
+
 ConfigurationBlock configurationOf(const Network &network, const std::string &language, int threads)
 {
-    if (network.files.size() != 1) {
-        throw HostFailure(FailureKind::network, "a network of one file is expected");
-    }
     ConfigurationBlock block;
     block.setInteger(OfflineLayout::sampleRate, static_cast<std::int32_t>(samplesPerSecond));
     block.setInteger(OfflineLayout::featureDimension, 80);
     block.setText(OfflineLayout::tokens, network.tokens);
     block.setInteger(OfflineLayout::threadCount, threads);
     block.setText(OfflineLayout::provider, "cpu");
-    block.setText(OfflineLayout::senseVoiceModel, network.files.front());
-    block.setText(OfflineLayout::senseVoiceLanguage, language.empty() ? "auto" : language);
-    block.setInteger(OfflineLayout::senseVoiceNormalizes, 1);
+    setFiles(block, network, language);
     block.setText(OfflineLayout::decodingMethod, "greedy_search");
     return block;
 }

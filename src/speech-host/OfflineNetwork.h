@@ -8,15 +8,17 @@
 
 namespace lumaphone::host {
 
-/// A network that hears whole segments and names their language: decodes a segment from its start each time.
+/// A network that hears whole segments: decodes a segment from its start each time. Some name its language.
 class OfflineNetwork final : public SegmentDecoder
 {
 public:
-    /// `language`: empty to let the network find out. Throws HostFailure (network).
+    /// `language`: empty to let the network find out; one that knows a single language does not ask. Throws
+    /// HostFailure (network).
     OfflineNetwork(
         const SpeechRuntime &runtime, const Network &network, const std::string &language, int threads);
 
     Hearing decode(std::int64_t start, std::span<const float> samples, bool isComplete) override;
+    bool hearsFromTheStart() const override { return true; }
 
 private:
     const SpeechRuntime &m_runtime;

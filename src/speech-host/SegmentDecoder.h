@@ -22,6 +22,9 @@ public:
     /// Decodes a segment so far. `start` names it; of one segment, `samples` only grow from call to call.
     /// No more calls follow for a segment that is complete.
     virtual Hearing decode(std::int64_t start, std::span<const float> samples, bool isComplete) = 0;
+    /// Whether each call hears the segment from its start, so that one with all of its speech in it says the
+    /// same whether it is said to be complete or not.
+    virtual bool hearsFromTheStart() const = 0;
 };
 
 } // namespace lumaphone::host

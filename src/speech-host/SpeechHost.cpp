@@ -114,6 +114,7 @@ std::unique_ptr<SegmentDecoder> SpeechHost::makeDecoder(
     const int threads = static_cast<int>(std::clamp(configuration.threads, 1U, 8U));
     switch (network.kind) {
     case NetworkKind::senseVoice:
+    case NetworkKind::moonshine:
         return std::make_unique<OfflineNetwork>(*m_runtime, network, configuration.language, threads);
     case NetworkKind::streamingCtc:
     case NetworkKind::streamingTransducer:
@@ -172,7 +173,7 @@ void SpeechHost::take(Segmenter::Outcome outcome)
         m_plan.closed(std::move(closed->segment), Clock::now());
     }
     if (const SpeechSegment *const open = m_segmenter->open()) {
-        m_plan.opened(open->start, open->voiced, Clock::now());
+        m_plan.opened({open->start, open->voiced, m_segmenter->silence()}, Clock::now());
     } else {
         m_plan.nothingOpen();
     }
@@ -257,8 +258,13 @@ void SpeechHost::decode(const DecodePlan::Volatile &job, std::unique_lock<std::m
         return;
     }
     const SpeechSegment segment = *open;
+    const DecodePlan::Extent extent {segment.start, segment.voiced, m_segmenter->silence()};
     lock.unlock();
-    report(m_volatileDecoder ? *m_volatileDecoder : *m_decoder, segment, false);
+    LastDecode decode = hear(m_volatileDecoder ? *m_volatileDecoder : *m_decoder, segment, extent, false);
+    report(segment, decode, false);
+    if (!m_volatileDecoder && m_decoder->hearsFromTheStart()) {
+        m_lastDecode = std::move(decode);
+    }
     lock.lock();
     m_plan.done(Clock::now());
 }
@@ -266,7 +272,12 @@ void SpeechHost::decode(const DecodePlan::Volatile &job, std::unique_lock<std::m
 void SpeechHost::decode(const DecodePlan::Final &job, std::unique_lock<std::mutex> &lock)
 {
     lock.unlock();
-    report(*m_decoder, job.segment, true);
+    // What was decoded when the pause began need not be decoded again at its end.
+    if (!m_lastDecode || !m_lastDecode->extent.isWholeOf(job.segment)) {
+        m_lastDecode = hear(*m_decoder, job.segment, {}, true);
+    }
+    report(job.segment, *m_lastDecode, true);
+    m_lastDecode.reset();
     lock.lock();
     m_plan.done(Clock::now());
     const std::int64_t settled = settledPosition();
@@ -276,14 +287,20 @@ void SpeechHost::decode(const DecodePlan::Final &job, std::unique_lock<std::mute
     lock.lock();
 }
 
-void SpeechHost::report(SegmentDecoder &decoder, const SpeechSegment &segment, bool isFinal)
+SpeechHost::LastDecode SpeechHost::hear(
+    SegmentDecoder &decoder, const SpeechSegment &segment, const DecodePlan::Extent &extent, bool isComplete)
 {
     const Clock::time_point started = Clock::now();
-    Hearing hearing = decoder.decode(segment.start, segment.samples, isFinal);
+    Hearing hearing = decoder.decode(segment.start, segment.samples, isComplete);
     const auto duration = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - started);
-    m_connection.send(Decoded {segment.start, segment.end(), segment.voiced, isFinal,
-        static_cast<std::uint32_t>(duration.count()), std::move(hearing.language), std::move(hearing.event),
-        std::move(hearing.text)});
+    return {extent, std::move(hearing), static_cast<std::uint32_t>(duration.count())};
+}
+
+void SpeechHost::report(const SpeechSegment &segment, const LastDecode &decode, bool isFinal)
+{
+    m_connection.send(Decoded {segment.start, segment.end(), segment.voiced, isFinal, segment.continuesSpeech,
+        segment.isCut, decode.milliseconds, decode.hearing.language, decode.hearing.event,
+        decode.hearing.text});
 }
 
 } // namespace lumaphone::host

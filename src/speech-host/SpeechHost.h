@@ -25,6 +25,13 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    struct LastDecode
+    {
+        DecodePlan::Extent extent;
+        Hearing hearing;
+        std::uint32_t milliseconds;
+    };
+
     void load(const Configure &configuration);
     std::unique_ptr<SegmentDecoder> makeDecoder(const Network &network, const Configure &configuration);
 
@@ -40,7 +47,9 @@ private:
     void decodeJobs();
     void decode(const DecodePlan::Volatile &job, std::unique_lock<std::mutex> &lock);
     void decode(const DecodePlan::Final &job, std::unique_lock<std::mutex> &lock);
-    void report(SegmentDecoder &decoder, const SpeechSegment &segment, bool isFinal);
+    LastDecode hear(SegmentDecoder &decoder, const SpeechSegment &segment, const DecodePlan::Extent &extent,
+        bool isComplete);
+    void report(const SpeechSegment &segment, const LastDecode &decode, bool isFinal);
     std::int64_t settledPosition() const;
 
     HostConnection &m_connection;
@@ -62,6 +71,9 @@ private:
     bool m_isAbandoned = false; ///< the decoder has nothing more to do
     bool m_hasFailed = false; ///< the decoding thread, which has told so
     std::thread m_decoding;
+
+    /// Of the network that serves final texts; the decoding thread's own.
+    std::optional<LastDecode> m_lastDecode;
 };
 
 } // namespace lumaphone::host

@@ -16,6 +16,7 @@ public:
     StreamingNetwork(const SpeechRuntime &runtime, const Network &network, int threads);
 
     Hearing decode(std::int64_t start, std::span<const float> samples, bool isComplete) override;
+    bool hearsFromTheStart() const override { return false; }
 
 private:
     using Handle = std::unique_ptr<const void, void (*)(const void *)>;

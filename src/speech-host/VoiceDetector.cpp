@@ -4,6 +4,8 @@
 #include "speech-host/HostFailure.h"
 #include "speech/Segmenter.h"
 
+#include <algorithm>
+
 namespace lumaphone::host {
 
 namespace {
@@ -24,10 +26,14 @@ struct DetectorLayout
     };
 };
 
+// Missing speech is worse than hearing a little too much: docs/speech-host.md has the measurements.
+constexpr float threshold = 0.4F;
 constexpr float hysteresisSeconds = 0.1F;
 // Past its limit the detector becomes stricter by itself. Segments end long before.
 constexpr float longestSpeechSeconds = 60.F;
 constexpr float bufferSeconds = 30.F;
+// After it has forgotten, it hesitates as at any beginning of speech.
+constexpr int hesitationWindows = 6;
 
 } // namespace
 
@@ -37,7 +43,7 @@ VoiceDetector::VoiceDetector(const SpeechRuntime &runtime, const std::string &mo
 {
     ConfigurationBlock block;
     block.setText(DetectorLayout::model, modelFile);
-    block.setFloat(DetectorLayout::threshold, 0.5F);
+    block.setFloat(DetectorLayout::threshold, threshold);
     block.setFloat(DetectorLayout::minimumSilence, hysteresisSeconds);
     block.setFloat(DetectorLayout::minimumSpeech, hysteresisSeconds);
     block.setInteger(DetectorLayout::window, windowSize);
@@ -64,7 +70,8 @@ bool VoiceDetector::isSpeech(std::span<const float> samples)
         while (m_runtime.voiceActivityDetectorEmpty(m_detector.get()) == 0) {
             m_runtime.voiceActivityDetectorPop(m_detector.get());
         }
-        return m_runtime.voiceActivityDetectorDetected(m_detector.get()) != 0;
+        m_assumedSpeech = std::max(0, m_assumedSpeech - 1);
+        return m_runtime.voiceActivityDetectorDetected(m_detector.get()) != 0 || m_assumedSpeech > 0;
     } catch (const std::exception &error) {
         throw HostFailure(FailureKind::voiceDetector, error.what());
     }
@@ -76,6 +83,7 @@ void VoiceDetector::forgetSound()
     while (m_runtime.voiceActivityDetectorEmpty(m_detector.get()) == 0) {
         m_runtime.voiceActivityDetectorPop(m_detector.get());
     }
+    m_assumedSpeech = hesitationWindows;
 }
 
 } // namespace lumaphone::host

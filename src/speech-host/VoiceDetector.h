@@ -18,12 +18,14 @@ public:
 
     /// Whether speech is going on at the end of the next window. Decisions against speech come 0.1 s late.
     bool isSpeech(std::span<const float> window);
-    /// To be called when a segment was cut within speech: what came before is not needed any more.
+    /// To be called when a segment was cut within speech: what came before is not needed any more. Speech
+    /// goes on meanwhile.
     void forgetSound();
 
 private:
     const SpeechRuntime &m_runtime;
     std::unique_ptr<const void, void (*)(const void *)> m_detector;
+    int m_assumedSpeech = 0; ///< windows for which it cannot know yet
 };
 
 } // namespace lumaphone::host

@@ -5,9 +5,9 @@
 
 namespace lumaphone {
 
-void DecodePlan::opened(std::int64_t start, std::int64_t voiced, Time now)
+void DecodePlan::opened(const Extent &extent, Time now)
 {
-    m_open = Open {start, voiced, now};
+    m_open = Open {extent, now};
 }
 
 void DecodePlan::nothingOpen()
@@ -17,7 +17,7 @@ void DecodePlan::nothingOpen()
 
 void DecodePlan::closed(SpeechSegment segment, Time now)
 {
-    if (m_open && m_open->start == segment.start) {
+    if (m_open && m_open->extent.start == segment.start) {
         m_open.reset();
     }
     m_waiting.push_back({std::move(segment), now});
@@ -33,22 +33,34 @@ DecodePlan::Job DecodePlan::next(Time now)
         m_started = now;
         return Final {std::move(oldest.segment)};
     }
-    const bool hasNews = m_open
-        && (!m_lastVolatile || m_lastVolatile->start != m_open->start
-            || m_lastVolatile->voiced < m_open->voiced);
-    if (!hasNews) {
+    const bool isPause = hasNewPause();
+    if (!isPause && !hasNewSpeech()) {
         return Nothing {};
     }
     if (m_started) {
-        const Time due = *m_started + hop();
-        const bool isFresh = m_open->grown >= due;
+        const Time due = *m_started + (isPause ? pauseHop() : hop());
+        const bool isFresh = isPause || m_open->grown >= due;
         if (now < due || (!isFresh && now < due + freshness)) {
-            return Nothing {due + freshness};
+            return Nothing {isPause ? due : due + freshness};
         }
     }
-    m_lastVolatile = m_open;
+    m_lastVolatile = m_open->extent;
     m_started = now;
-    return Volatile {m_open->start};
+    return Volatile {m_open->extent.start};
+}
+
+bool DecodePlan::hasNewSpeech() const
+{
+    return m_open
+        && (!m_lastVolatile || m_lastVolatile->start != m_open->extent.start
+            || m_lastVolatile->voiced < m_open->extent.voiced);
+}
+
+/// Whether someone has just stopped speaking, and no decode has heard all of it.
+bool DecodePlan::hasNewPause() const
+{
+    return m_open && m_open->extent.silence >= shortPause
+        && (hasNewSpeech() || m_lastVolatile->silence < shortPause);
 }
 
 void DecodePlan::done(Time now)
@@ -81,7 +93,13 @@ std::optional<std::int64_t> DecodePlan::oldestPending() const
 DecodePlan::Duration DecodePlan::hop() const
 {
     const auto share = std::chrono::duration_cast<Duration>(m_lastDecode * hopPerDecode);
-    return std::max(shortestHop, share) * m_hopFactor;
+    const bool isBeginning = m_open && m_open->extent.voiced < fewWords;
+    return std::max(isBeginning ? firstHop : shortestHop, share) * m_hopFactor;
+}
+
+DecodePlan::Duration DecodePlan::pauseHop() const
+{
+    return std::chrono::duration_cast<Duration>(m_lastDecode * pauseHopPerDecode) * m_hopFactor;
 }
 
 void DecodePlan::noteWait(Duration wait)

@@ -19,8 +19,15 @@ public:
     using Duration = std::chrono::steady_clock::duration;
 
     static constexpr Duration shortestHop = std::chrono::milliseconds(400);
+    /// The same while the first words are awaited: a segment with less speech than `fewWords`.
+    static constexpr Duration firstHop = std::chrono::milliseconds(250);
+    static constexpr std::int64_t fewWords = samplesPerSecond * 3 / 2;
     /// The hop is at least so many times the last decode: volatile texts take 40 % of a processor at most.
     static constexpr double hopPerDecode = 2.5;
+    /// So much of a pause is enough to decode what was said before it: if the pause ends the segment, its
+    /// final text is there already. It waits for no hop, but for so many times the last decode.
+    static constexpr std::int64_t shortPause = samplesPerSecond / 16;
+    static constexpr double pauseHopPerDecode = 1.5;
     /// A volatile text that is due waits so long for new sound, so that what is decoded is never stale.
     static constexpr Duration freshness = std::chrono::milliseconds(50);
     /// A final text that waited longer for its decoder doubles the hop...
@@ -48,8 +55,22 @@ public:
     };
     using Job = std::variant<Nothing, Volatile, Final>;
 
+    /// What of a segment a decode has heard, or could hear.
+    struct Extent
+    {
+        std::int64_t start = 0;
+        std::int64_t voiced = 0;
+        std::int64_t silence = 0; ///< behind the speech
+
+        /// All that was said, and enough behind it that nothing more can belong to it.
+        bool isWholeOf(const SpeechSegment &segment) const
+        {
+            return start == segment.start && voiced == segment.voiced && silence >= shortPause;
+        }
+    };
+
     /// The open segment has grown. Whatever was planned for another open segment is stale.
-    void opened(std::int64_t start, std::int64_t voiced, Time now);
+    void opened(const Extent &extent, Time now);
     /// There is no open segment.
     void nothingOpen();
     void closed(SpeechSegment segment, Time now);
@@ -75,16 +96,18 @@ private:
     };
     struct Open
     {
-        std::int64_t start;
-        std::int64_t voiced;
+        Extent extent;
         Time grown;
     };
 
     void noteWait(Duration wait);
+    bool hasNewSpeech() const;
+    bool hasNewPause() const;
+    Duration pauseHop() const;
 
     std::deque<Waiting> m_waiting;
     std::optional<Open> m_open;
-    std::optional<Open> m_lastVolatile; ///< what the last volatile decode saw
+    std::optional<Extent> m_lastVolatile; ///< what the last volatile decode heard
     std::optional<std::int64_t> m_current; ///< start of the final in the decoder
     std::optional<Time> m_started; ///< of the last job
     Duration m_lastDecode {};

@@ -1,6 +1,9 @@
 #include "speech/Segmenter.h"
 
 #include <algorithm>
+#include <limits>
+#include <numeric>
+#include <utility>
 
 namespace lumaphone {
 
@@ -10,6 +13,9 @@ constexpr std::int64_t milliseconds(std::int64_t count)
 {
     return count * samplesPerSecond / 1000;
 }
+
+// An earlier place is better for a cut if it has less than this of the power of a later one.
+constexpr float worthwhile = 0.5F;
 
 } // namespace
 
@@ -21,6 +27,7 @@ const Segmenter::Limits Segmenter::unhurriedLimits {
     .softLength = milliseconds(8000),
     .breath = milliseconds(120),
     .hardLength = milliseconds(10000),
+    .cutSearch = milliseconds(4000),
 };
 
 const Segmenter::Limits Segmenter::hurriedLimits {
@@ -31,11 +38,11 @@ const Segmenter::Limits Segmenter::hurriedLimits {
     .softLength = milliseconds(3000),
     .breath = milliseconds(60),
     .hardLength = milliseconds(5000),
+    .cutSearch = milliseconds(2000),
 };
 
 Segmenter::Segmenter(std::int64_t position)
     : m_position(position)
-    , m_closedUntil(position)
 {
 }
 
@@ -45,35 +52,31 @@ Segmenter::Outcome Segmenter::accept(std::span<const float> window, bool isSpeec
     if (!m_segment && isSpeech) {
         begin();
     }
+    m_position += static_cast<std::int64_t>(window.size());
     if (!m_segment) {
-        m_continues = false;
         remember(window);
-        m_position += static_cast<std::int64_t>(window.size());
         return {};
     }
-    m_segment->samples.insert(m_segment->samples.end(), window.begin(), window.end());
-    const auto length = static_cast<std::int64_t>(window.size());
-    m_position += length;
-    if (isSpeech) {
-        m_segment->voiced += length;
-        m_silence = 0;
-    } else {
-        m_silence += length;
+    append(window, isSpeech);
+    if (m_silence >= m_limits.endSilence) {
+        return end(false);
     }
-    return isComplete() ? end() : Outcome();
+    return isTooLong() ? cut() : Outcome();
 }
 
 Segmenter::Outcome Segmenter::finish()
 {
-    return m_segment ? end() : Outcome();
+    return m_segment ? end(false) : Outcome();
 }
 
 void Segmenter::begin()
 {
     m_segment.emplace();
-    m_segment->start = m_position - static_cast<std::int64_t>(m_recent.size());
-    m_segment->samples = std::move(m_recent);
-    m_recent.clear();
+    m_segment->samples = std::exchange(m_recent, {});
+    m_segment->start = m_position - static_cast<std::int64_t>(m_segment->samples.size());
+    // A short breath does not end a sentence.
+    m_segment->continuesSpeech = m_cutAt && m_segment->start - *m_cutAt < m_limits.endSilence;
+    m_windows.clear();
     m_silence = 0;
 }
 
@@ -86,31 +89,117 @@ void Segmenter::remember(std::span<const float> window)
     }
 }
 
-bool Segmenter::isComplete() const
+void Segmenter::append(std::span<const float> window, bool isSpeech)
 {
-    const auto length = static_cast<std::int64_t>(m_segment->samples.size());
-    return m_silence >= m_limits.endSilence || length >= m_limits.hardLength
-        || (length >= m_limits.softLength && m_silence >= m_limits.breath);
+    m_segment->samples.insert(m_segment->samples.end(), window.begin(), window.end());
+    const auto length = static_cast<std::int64_t>(window.size());
+    const float energy = std::inner_product(window.begin(), window.end(), window.begin(), 0.F);
+    m_windows.push_back({static_cast<std::int64_t>(m_segment->samples.size()),
+        energy / static_cast<float>(std::max<std::int64_t>(1, length)), isSpeech});
+    if (isSpeech) {
+        m_segment->voiced += length;
+        m_silence = 0;
+    } else {
+        m_silence += length;
+    }
 }
 
-Segmenter::Outcome Segmenter::end()
+bool Segmenter::isTooLong() const
+{
+    const auto length = static_cast<std::int64_t>(m_segment->samples.size());
+    return length >= m_limits.hardLength || (length >= m_limits.softLength && m_silence >= m_limits.breath);
+}
+
+Segmenter::Outcome Segmenter::end(bool isCut)
 {
     SpeechSegment segment = std::move(*m_segment);
     m_segment.reset();
-    m_hasCutSpeech = m_silence == 0;
+    segment.isCut = isCut;
     const std::int64_t surplus = std::max<std::int64_t>(0, m_silence - m_limits.tail);
     const auto kept = segment.samples.end() - surplus;
     // What is left of the pause may be the pre-roll of the next segment.
     m_recent.assign(kept, segment.samples.end());
     segment.samples.erase(kept, segment.samples.end());
-    m_closedUntil = segment.end();
-    // The last syllable of speech that was cut is speech, however short.
-    const bool isSpeech = segment.voiced > 0 && (m_continues || segment.voiced >= m_limits.minimumVoiced);
-    m_continues = m_hasCutSpeech;
+    m_cutAt = isCut ? std::optional(segment.end()) : std::nullopt;
+    return outcome(std::move(segment));
+}
+
+/// Ends a segment that is too long: in the breath at its end if there is one.
+Segmenter::Outcome Segmenter::cut()
+{
+    m_hasCutSpeech = m_silence < m_limits.breath;
+    if (!m_hasCutSpeech) {
+        return end(true);
+    }
+    Rest rest = splitAfter(quietestWindow());
+    const std::int64_t silence = std::exchange(m_silence, 0);
+    Outcome first = end(true);
+    m_silence = silence;
+    beginWith(std::move(rest));
+    return first;
+}
+
+/// The end of a segment that was cut is speech, however short.
+Segmenter::Outcome Segmenter::outcome(SpeechSegment segment) const
+{
+    const bool isSpeech
+        = segment.voiced > 0 && (segment.continuesSpeech || segment.voiced >= m_limits.minimumVoiced);
     if (!isSpeech) {
         return Dropped {segment.start};
     }
     return Closed {std::move(segment)};
+}
+
+/// Among the last windows, the latest of the quietest; its neighbours count too, since words have gaps
+/// shorter than a breath.
+std::size_t Segmenter::quietestWindow() const
+{
+    const auto length = static_cast<std::int64_t>(m_segment->samples.size());
+    const auto loudnessAround = [this](std::size_t i) {
+        return m_windows[i - 1].loudness + m_windows[i].loudness + m_windows[i + 1].loudness;
+    };
+    std::size_t quietest = m_windows.size() - 1;
+    float least = std::numeric_limits<float>::infinity();
+    for (std::size_t i = m_windows.size() - 1; i-- > 1 && m_windows[i].end > length - m_limits.cutSearch;) {
+        // Much quieter, to be worth a shorter segment.
+        if (loudnessAround(i) < least * worthwhile) {
+            least = loudnessAround(i);
+            quietest = i;
+        }
+    }
+    return quietest;
+}
+
+Segmenter::Rest Segmenter::splitAfter(std::size_t window)
+{
+    const std::int64_t at = m_windows[window].end;
+    std::vector<float> &samples = m_segment->samples;
+    Rest rest {{samples.begin() + at, samples.end()}, {}};
+    for (auto it = m_windows.begin() + static_cast<std::ptrdiff_t>(window) + 1; it != m_windows.end(); ++it) {
+        const std::int64_t length = it->end - (it - 1)->end;
+        m_segment->voiced -= it->isSpeech ? length : 0;
+        rest.windows.push_back({it->end - at, it->loudness, it->isSpeech});
+    }
+    samples.erase(samples.begin() + at, samples.end());
+    return rest;
+}
+
+void Segmenter::beginWith(Rest rest)
+{
+    m_recent.clear();
+    if (rest.samples.empty()) {
+        return;
+    }
+    m_segment.emplace();
+    m_segment->start = m_position - static_cast<std::int64_t>(rest.samples.size());
+    m_segment->samples = std::move(rest.samples);
+    m_segment->continuesSpeech = true;
+    m_windows = std::move(rest.windows);
+    std::int64_t before = 0;
+    for (const Window &window : m_windows) {
+        m_segment->voiced += window.isSpeech ? window.end - before : 0;
+        before = window.end;
+    }
 }
 
 const SpeechSegment *Segmenter::open() const

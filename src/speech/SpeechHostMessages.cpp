@@ -62,6 +62,8 @@ public:
         m_out.i64(message.end);
         m_out.i64(message.voicedSamples);
         m_out.u8(message.isFinal ? 1 : 0);
+        m_out.u8(message.continuesSpeech ? 1 : 0);
+        m_out.u8(message.isCut ? 1 : 0);
         m_out.u32(message.milliseconds);
         m_out.text(message.language);
         m_out.text(message.event);
@@ -164,6 +166,8 @@ Decoded takeDecoded(WireReader &in)
     message.end = in.i64();
     message.voicedSamples = in.i64();
     message.isFinal = takeFlag(in);
+    message.continuesSpeech = takeFlag(in);
+    message.isCut = takeFlag(in);
     message.milliseconds = in.u32();
     message.language = in.text();
     message.event = in.text();

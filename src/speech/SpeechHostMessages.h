@@ -12,15 +12,20 @@
 namespace lumaphone::host {
 
 /// Both sides must speak the same.
-constexpr std::uint32_t protocolVersion = 2;
+constexpr std::uint32_t protocolVersion = 3;
 
-enum class NetworkKind : std::uint8_t { senseVoice, streamingCtc, streamingTransducer };
+enum class NetworkKind : std::uint8_t {
+    senseVoice, ///< several languages; whole segments
+    moonshine, ///< English; whole segments
+    streamingCtc,
+    streamingTransducer,
+};
 
 /// A recognition network on disk.
 struct Network
 {
     NetworkKind kind = NetworkKind::senseVoice;
-    /// One file; encoder, decoder and joiner for a transducer.
+    /// One file; encoder and decoder of a Moonshine network; encoder, decoder and joiner of a transducer.
     std::vector<std::string> files;
     std::string tokens;
 
@@ -89,6 +94,8 @@ struct Decoded
     std::int64_t end = 0;
     std::int64_t voicedSamples = 0;
     bool isFinal = false;
+    bool continuesSpeech = false; ///< it begins where the segment before was cut, within speech
+    bool isCut = false; ///< it was cut itself; its speech goes on in the next segment
     std::uint32_t milliseconds = 0; ///< how long decoding took
     std::string language; ///< as the network names it: "ja", "nospeech"; empty if it names none
     std::string event; ///< "Speech", "BGM"; empty if it names none

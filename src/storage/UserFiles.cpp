@@ -39,4 +39,9 @@ QString modelsFolder(const PlatformFolders &folders)
     return applicationFolder(folders, QStringLiteral("Models"));
 }
 
+QString checkedFilesPath(const PlatformFolders &folders)
+{
+    return folders.cache().value_or(QDir::homePath()) + QStringLiteral("/lumaphone/checked-files.json");
+}
+
 } // namespace lumaphone

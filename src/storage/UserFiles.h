@@ -18,5 +18,7 @@ QString glossaryFolder(const PlatformFolders &folders);
 QString transcriptsFolder(const PlatformFolders &folders);
 /// The folder of the models that the user installs.
 QString modelsFolder(const PlatformFolders &folders);
+/// The file that remembers which files have been found right.
+QString checkedFilesPath(const PlatformFolders &folders);
 
 } // namespace lumaphone

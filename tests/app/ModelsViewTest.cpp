@@ -9,8 +9,10 @@
 #include "app/models/ModelOffer.h"
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "storage/TranscriptLibraryStore.h"
+#include "support/BundledModel.h"
 #include "support/Coroutines.h"
 #include "support/FileServer.h"
+#include "support/FolderResources.h"
 #include "support/LiveSession.h"
 #include "support/NotingFileViewer.h"
 #include "support/PrivateRuntimeFolder.h"
@@ -35,7 +37,8 @@ constexpr qsizetype modelSize = 100'000;
 const QString english = "models.0";
 const QString japanese = "models.1";
 const QString korean = "models.2";
-const QString speech = "models.3";
+const QString englishSpeech = "models.3";
+const QString speech = "models.4";
 
 /// The window with models that lie on a local server.
 struct Fixture
@@ -62,13 +65,14 @@ struct Fixture
     FloatingCaptionWindowController floatingCaptions {live.settings, [] {
                                                           return std::unique_ptr<FloatingCaptionPanel>();
                                                       }};
-    std::unique_ptr<ModelStore> store = std::make_unique<ModelStore>(
-        folder.filePath("models"), servedModels(server, [](const ModelEntry &) { return modelSize; }));
+    std::unique_ptr<ModelStore> store = std::make_unique<ModelStore>(folder.filePath("models"),
+        servedModels(server, [](const ModelEntry &) { return modelSize; }),
+        std::make_shared<FolderResources>(folder.filePath("program")));
     ModelsModel models {*store, live.mainQueue};
     std::vector<Language> recognized {Language::english};
     ModelOffer offer {
         models, live.settings, [this](Language language) {
-            const bool isInstalled = models.data(models.index(3), ModelsModel::IsReadyRole).toBool();
+            const bool isInstalled = models.data(models.index(4), ModelsModel::IsReadyRole).toBool();
             return isInstalled
                 || std::find(recognized.begin(), recognized.end(), language) != recognized.end();
         }};
@@ -99,6 +103,8 @@ struct Fixture
     {
         return waitUntil([this] { return !models.isInstalling(); }, 30000);
     }
+    /// As a program is shipped.
+    void ship() const { shipBundledModel(folder.filePath("program")); }
     ModelState state(const QString &id) const { return store->state(store->catalogue().entry(id)); }
     QString announced() const
     {
@@ -131,8 +137,85 @@ private slots:
             QVERIFY(!view.isShown(row + ".progress"));
         }
         QCOMPARE(view.textOf(speech), QString("四種語言的語音辨識（SenseVoice-Small）"));
-        QVERIFY(!view.isShown("models.4"));
+        QVERIFY(!view.isShown("models.5"));
         QVERIFY(f.server.requests().isEmpty());
+    }
+
+    void whatComesWithTheProgramIsListedWithItsLicence()
+    {
+        Fixture f;
+        f.ship();
+        auto &view = f.open();
+        QCOMPARE(view.textOf(englishSpeech), QString("英文的語音辨識（Moonshine\u00a0Tiny）"));
+        QCOMPARE(view.textOf(englishSpeech + ".status"), QString("Lumaphone 內建，可離線使用"));
+        QVERIFY(!view.isShown(englishSpeech + ".install"));
+        QVERIFY(!view.isShown(englishSpeech + ".remove"));
+        QVERIFY(!view.isShown(speech + ".licence")); // it is not here yet
+        QCOMPARE(accessibleName(view, englishSpeech + ".licence"),
+            QString("授權條款「英文的語音辨識（Moonshine\u00a0Tiny）」"));
+
+        QVERIFY(view.click(englishSpeech + ".licence"));
+        QVERIFY(waitUntil([&] { return view.focusedName() == "modelLicence.flickable"; }));
+        QVERIFY(view.textOf("modelLicence.text").startsWith("MIT 授權。\n\nThe files of this folder"));
+        view.press(Qt::Key_Escape);
+        QVERIFY(waitUntil([&] { return !view.isShown("modelLicence.close"); }));
+        QVERIFY(view.click(englishSpeech + ".licence"));
+        QVERIFY(view.click("modelLicence.close"));
+        QVERIFY(waitUntil([&] { return !view.isShown("modelLicence.close"); }));
+    }
+
+    void aLongLicenceIsScrolledByKeyboard()
+    {
+        Fixture f;
+        f.ship();
+        auto &view = f.open(QSize(1040, 420));
+        view.find(englishSpeech + ".licence")->forceActiveFocus();
+        view.press(Qt::Key_Space);
+        QVERIFY(waitUntil([&] { return view.focusedName() == "modelLicence.flickable"; }));
+        const QQuickItem *text = view.find("modelLicence.flickable");
+        const auto position = [text] {
+            return text->property("contentY").toReal();
+        };
+        const qreal end = text->property("contentHeight").toReal() - text->height();
+        QVERIFY(end > 0);
+        view.press(Qt::Key_Down);
+        QVERIFY(position() > 0);
+        view.press(Qt::Key_End);
+        QCOMPARE(position(), end);
+        view.press(Qt::Key_Down);
+        QCOMPARE(position(), end);
+        view.press(Qt::Key_PageUp);
+        QVERIFY(position() < end);
+        view.press(Qt::Key_Home);
+        QCOMPARE(position(), 0.0);
+        view.press(Qt::Key_Tab);
+        QCOMPARE(view.focusedName(), QString("modelLicence.close"));
+        view.press(Qt::Key_Space);
+        QVERIFY(waitUntil([&] { return !view.isShown("modelLicence.close"); }));
+    }
+
+    void aProgramShippedWithoutEnglishSaysWhatToDo()
+    {
+        Fixture f;
+        auto &view = f.open();
+        QVERIFY(view.textOf(englishSpeech + ".status").contains("packaging/install-speech-runtime"));
+        QVERIFY(!view.isShown(englishSpeech + ".install"));
+        QVERIFY(!view.isShown(englishSpeech + ".remove"));
+        QVERIFY(!view.isShown(englishSpeech + ".licence"));
+    }
+
+    void theProgramsVoiceDetectorSparesAnother()
+    {
+        Fixture f;
+        f.ship();
+        auto &view = f.open();
+        QCOMPARE(view.textOf(speech + ".status"), QString("尚未安裝，下載約 100 kB"));
+        QVERIFY(view.click(speech + ".install"));
+        QVERIFY(view.click("modelOffer.accept"));
+        QVERIFY(f.endsInstalling());
+        QCOMPARE(f.state("sense-voice"), ModelState::installed);
+        QCOMPARE(f.state("silero-vad"), ModelState::missing);
+        QCOMPARE(view.textOf(speech + ".status"), QString("已安裝，可離線使用"));
     }
 
     void aPressInstallsAndTheEndIsAnnounced()
@@ -196,7 +279,7 @@ private slots:
         auto &view = f.open();
         QVERIFY(view.click(speech + ".install"));
         QVERIFY(waitUntil([&] { return view.isShown("modelOffer.accept"); }));
-        QVERIFY(view.textOf("modelOffer.3.licence").contains("FunASR 模型授權條款"));
+        QVERIFY(view.textOf("modelOffer.4.licence").contains("FunASR 模型授權條款"));
         QVERIFY(!view.isShown("modelOffer.1"));
         QCOMPARE(view.textOf("modelOffer.accept"), QString("接受並安裝"));
         QVERIFY(waitUntil([&] { return view.focusedName() == "modelOffer.later"; }));
@@ -259,7 +342,7 @@ private slots:
         QCOMPARE(f.offer.title(), QString("安裝「日文」的語音辨識？"));
         QCOMPARE(view.textOf("modelOffer.message"),
             QString("這台電腦還聽不懂日文。下載一次之後就能離線使用，聲音不會離開這台電腦。"));
-        QCOMPARE(view.textOf("modelOffer.3.status"), QString("尚未安裝，下載約 200 kB"));
+        QCOMPARE(view.textOf("modelOffer.4.status"), QString("尚未安裝，下載約 200 kB"));
         QVERIFY(view.isShown("modelOffer.1")); // and what translates it
         QVERIFY(!view.isShown("modelOffer.0"));
         QVERIFY(!view.isShown("modelOffer.2"));
@@ -302,7 +385,7 @@ private slots:
         f.live.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
         auto &view = f.open();
         f.chooseNextLanguage();
-        QVERIFY(waitUntil([&] { return view.isShown("modelOffer.3"); }));
+        QVERIFY(waitUntil([&] { return view.isShown("modelOffer.4"); }));
         QVERIFY(!view.isShown("modelOffer.1"));
     }
 
@@ -327,7 +410,7 @@ private slots:
     {
         Fixture f;
         auto &view = f.open();
-        f.models.install(3, true);
+        f.models.install(4, true);
         QVERIFY(f.endsInstalling());
         // The models are there, and still the language cannot be heard: something else is missing.
         ModelOffer offer(f.models, f.live.settings, [](Language) { return false; });

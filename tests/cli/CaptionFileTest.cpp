@@ -1,5 +1,8 @@
 #include "base/Json.h"
+#include "support/ProgramCopy.h"
 #include "support/RunningProgram.h"
+#include "support/speech-scores/SpokenRecordings.h"
+#include "support/speech-scores/WordSpelling.h"
 
 #include <QDir>
 #include <QFile>
@@ -49,8 +52,8 @@ QByteArray read(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// What the engine's own program hears in a file, one utterance per line.
-QList<QByteArray> heardByTheEngine(const QString &path)
+/// What PocketSphinx's own program hears in a file, one utterance per line.
+QList<QByteArray> heardByPocketSphinx(const QString &path)
 {
     RunningProgram engine("pocketsphinx_continuous", {"-infile", path, "-logfn", "/dev/null"});
     engine.waitForEnd();
@@ -59,14 +62,54 @@ QList<QByteArray> heardByTheEngine(const QString &path)
     return lines;
 }
 
+/// A word that was shown stays at the beginning of a line, which that program does not know: the first two
+/// may differ.
+bool isSameButForItsBeginning(const QByteArray &line, const QByteArray &expected)
+{
+    const QList<QByteArray> words = expected.split(' ');
+    return line == expected || (words.size() > 2 && line.endsWith(words.mid(2).join(' ')));
+}
+
 } // namespace
 
 class CaptionFileTest : public QObject
 {
     Q_OBJECT
 
+    const test::ProgramCopy m_copy {program}; ///< without the network
+    QTemporaryDir m_folder;
+
 private slots:
-    void theLinesAreWhatTheEngineHears_data()
+    void theLinesAreWhatIsRead()
+    {
+#ifdef LUMAPHONE_HAS_ENGLISH_SPEECH
+        qsizetype words = 0;
+        qsizetype errors = 0;
+        for (const test::SpokenRecording &recording : test::debianRecordings(m_folder.path()).recordings) {
+            if (recording.set != "librivox") {
+                continue;
+            }
+            RunningProgram captions(program, {"caption", recording.path, "--translate", "off"});
+            QVERIFY(captions.waitForEnd());
+            QCOMPARE(captions.messages(), QByteArray());
+            QCOMPARE(captions.exitCode(), 0);
+            const QString heard = QString::fromUtf8(captions.output());
+            QVERIFY2(
+                heard.trimmed().at(0).isUpper() && heard.trimmed().at(heard.trimmed().size() - 1).isPunct(),
+                qPrintable(heard));
+            const auto english = AppleSystemSpeechLanguage::english;
+            const QStringList spoken = test::spelledWords(recording.transcript, english);
+            words += spoken.size();
+            errors += test::wordErrors(spoken, test::spelledWords(heard, english));
+        }
+        QVERIFY(words > 60);
+        QVERIFY2(errors <= 4, qPrintable(QString::number(errors)));
+#else
+        QSKIP("The English network is not installed.");
+#endif
+    }
+
+    void withoutANetworkTheLinesAreWhatPocketSphinxHears_data()
     {
         QTest::addColumn<QString>("path");
         for (const QString &name : QDir(speechFolder).entryList({"*.wav"})) {
@@ -74,20 +117,26 @@ private slots:
         }
     }
 
-    void theLinesAreWhatTheEngineHears()
+    void withoutANetworkTheLinesAreWhatPocketSphinxHears()
     {
         QFETCH(QString, path);
-        RunningProgram captions(program, {"caption", path, "--translate", "off"});
+        RunningProgram captions(m_copy.program(), {"caption", path, "--translate", "off"});
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.messages(), QByteArray());
         QCOMPARE(captions.exitCode(), 0);
-        QVERIFY(!captions.outputLines().isEmpty());
-        QCOMPARE(captions.outputLines(), heardByTheEngine(path));
+        const QList<QByteArray> lines = captions.outputLines();
+        const QList<QByteArray> expected = heardByPocketSphinx(path);
+        QVERIFY(!expected.isEmpty());
+        QCOMPARE(lines.size(), expected.size());
+        for (qsizetype i = 0; i < lines.size(); ++i) {
+            QVERIFY2(isSameButForItsBeginning(lines[i], expected[i]), lines[i]);
+        }
     }
 
     void everyChangeOfALineIsOneObject()
     {
-        RunningProgram captions(program, {"caption", speech, "--format", "jsonl", "--translate", "off"});
+        RunningProgram captions(
+            m_copy.program(), {"caption", speech, "--format", "jsonl", "--translate", "off"});
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.exitCode(), 0);
         QHash<QString, std::int64_t> revisions;
@@ -111,7 +160,10 @@ private slots:
             }
         }
         QVERIFY(partials > 5);
-        QCOMPARE(finalTexts.values(), QStringList(QString::fromUtf8(heardByTheEngine(speech).constFirst())));
+        QCOMPARE(finalTexts.size(), 1);
+        QCOMPARE(revisions.size(), 1);
+        QVERIFY(isSameButForItsBeginning(
+            finalTexts.values().constFirst().toUtf8(), heardByPocketSphinx(speech).constFirst()));
     }
 
     void silenceGivesNothing()

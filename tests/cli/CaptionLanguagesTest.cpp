@@ -1,3 +1,4 @@
+#include "base/AtomicFile.h"
 #include "base/Json.h"
 #include "models/ModelStore.h"
 #include "speech/TaiwanTraditional.h"
@@ -28,12 +29,18 @@ class UserWithModels
 public:
     UserWithModels()
     {
-        installToySpeechModels(ModelStore(m_folder.filePath("Lumaphone/Models"), ModelCatalogue::builtIn()));
+        replaceFile(catalogue(), toySpeechListing(), Durability::Renamed);
+        installToySpeechModels(ModelStore(m_folder.filePath("Lumaphone/Models"), toySpeechCatalogue()));
     }
 
-    QList<std::pair<QString, QString>> environment() const { return {{"XDG_DATA_HOME", m_folder.path()}}; }
+    QList<std::pair<QString, QString>> environment() const
+    {
+        return {{"XDG_DATA_HOME", m_folder.path()}, {"LUMAPHONE_MODEL_CATALOGUE", catalogue()}};
+    }
 
 private:
+    QString catalogue() const { return m_folder.filePath("catalogue.json"); }
+
     QTemporaryDir m_folder;
 };
 

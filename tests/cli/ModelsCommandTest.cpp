@@ -3,9 +3,11 @@
 #include "models/ModelError.h"
 #include "models/ModelInstaller.h"
 #include "models/ModelStore.h"
+#include "support/BundledModel.h"
 #include "support/CollectedStreams.h"
 #include "support/Coroutines.h"
 #include "support/FileServer.h"
+#include "support/FolderResources.h"
 #include "support/ModelFixtures.h"
 
 #include <QDir>
@@ -19,17 +21,24 @@ using namespace lumaphone::cli;
 
 namespace {
 
+const QByteArray weights = test::noise(100'000, 3);
+
 QByteArray listing(const QString &server)
 {
     const QString model
         = QStringLiteral(R"({"id": "%1", "kind": "translation", "title": "%1!", "languages": [%2],
         "licence": {"text": "terms of %1", "mustBeAccepted": %3},
         "downloads": [{"url": "%4/%1.bin", "compression": "none",
-            "files": [{"role": "model", "name": "%1.bin"}]}]})");
-    const QStringList models {model.arg("ja-en", R"("ja", "en")", "false", server),
-        model.arg("en-zh-Hant", R"("en", "zh-Hant")", "false", server),
-        model.arg("own-terms", R"("xx", "yy")", "true", server)};
-    return ("{\"models\": [" + models.join(QLatin1Char(',')) + "]}").toUtf8();
+            "files": [{"role": "model", "name": "%1.bin", "size": 100000,
+                "sha256": "%5"}]}]})");
+    const QString hash = test::sha256Of(weights);
+    const QStringList models {model.arg("ja-en", R"("ja", "en")", "false", server, hash),
+        model.arg("en-zh-Hant", R"("en", "zh-Hant")", "false", server, hash),
+        model.arg("own-terms", R"("xx", "yy")", "true", server, hash)};
+    const QByteArray own = ("{\"models\": [" + models.join(QLatin1Char(',')) + "]}").toUtf8();
+    QList<ModelEntry> entries = ModelCatalogue::fromJson(own, "own").entries();
+    entries.append(test::bundledModel());
+    return test::listingOf(entries);
 }
 
 } // namespace
@@ -44,10 +53,11 @@ private slots:
         m_scratch = std::make_unique<QTemporaryDir>();
         m_server = std::make_unique<test::FileServer>();
         for (const char *name : {"ja-en", "en-zh-Hant", "own-terms"}) {
-            m_server->put(QStringLiteral("/%1.bin").arg(name), test::noise(100'000, 3));
+            m_server->put(QStringLiteral("/%1.bin").arg(name), weights);
         }
-        m_store = std::make_unique<ModelStore>(
-            m_scratch->filePath("Models"), ModelCatalogue::fromJson(listing(m_server->url({})), "test"));
+        m_store = std::make_unique<ModelStore>(m_scratch->filePath("Models"),
+            ModelCatalogue::fromJson(listing(m_server->url({})), "test"),
+            std::make_shared<test::FolderResources>(program()));
         m_installer = std::make_unique<ModelInstaller>(*m_store, m_mainQueue);
         m_printed = std::make_unique<test::CollectedStreams>();
     }
@@ -62,6 +72,8 @@ private slots:
         QCOMPARE(std::get<ModelsRemove>(parseCommandLine({"models", "remove", "ja-en"})).names,
             QStringList {"ja-en"});
         QCOMPARE(std::get<ModelsVerify>(parseCommandLine({"models", "verify"})).names, QStringList());
+        QCOMPARE(std::get<ModelsLicence>(parseCommandLine({"models", "licence", "a", "b"})).names,
+            (QStringList {"a", "b"}));
         QVERIFY(std::get<ShowText>(parseCommandLine({"models", "--help"})).text.contains("models install"));
     }
 
@@ -72,6 +84,7 @@ private slots:
         QTest::newRow("unknown verb") << QStringList {"models", "get", "ja-en"};
         QTest::newRow("nothing to install") << QStringList {"models", "install"};
         QTest::newRow("nothing to remove") << QStringList {"models", "remove"};
+        QTest::newRow("no licence named") << QStringList {"models", "licence"};
         QTest::newRow("list takes no name") << QStringList {"models", "list", "ja-en"};
         QTest::newRow("empty name") << QStringList {"models", "install", ""};
         QTest::newRow("empty folder") << QStringList {"models", "install", "ja-en", "--from", ""};
@@ -90,8 +103,98 @@ private slots:
         QCOMPARE(runModelsList(*m_store, m_printed->streams), exitSuccess);
         QCOMPARE(m_printed->output,
             QByteArray("en-zh-Hant 安裝完成。\n"
-                       "ja-en\tpartial\tja-en!\nen-zh-Hant\tinstalled\ten-zh-Hant!\n"
-                       "own-terms\tmissing\town-terms!\n"));
+                       "ja-en\tpartial\t100 kB\tja-en!\nen-zh-Hant\tinstalled\t100 kB\ten-zh-Hant!\n"
+                       "own-terms\tmissing\t100 kB\town-terms!\n"
+                       "english-speech\tmissing\t10 kB\t英文的語音辨識\n"));
+    }
+
+    void aSizeThatNobodyKnowsIsNotSaid()
+    {
+        QList<ModelEntry> entries = m_store->catalogue().entries();
+        for (ModelEntry &entry : entries) {
+            for (ModelDownload &download : entry.downloads) {
+                download.files[0].size.reset();
+            }
+        }
+        const ModelStore store(
+            m_store->folder(), ModelCatalogue::fromJson(test::listingOf(entries), "without sizes"));
+        QCOMPARE(runModelsList(store, m_printed->streams), exitSuccess);
+        QVERIFY(m_printed->output.startsWith("ja-en\tmissing\t-\tja-en!\n"));
+    }
+
+    void whatComesWithTheProgramIsListedAndChecked()
+    {
+        test::shipBundledModel(program());
+        QCOMPARE(runModelsList(*m_store, m_printed->streams), exitSuccess);
+        QVERIFY(m_printed->output.endsWith("english-speech\tbundled\t10 kB\t英文的語音辨識\n"));
+        QCOMPARE(runModelsVerify({}, *m_store, m_printed->streams), exitSuccess);
+        QVERIFY(m_printed->output.endsWith("\nenglish-speech 完好。\n"));
+        QCOMPARE(runModelsVerify({{"english-speech"}}, *m_store, m_printed->streams), exitSuccess);
+        QVERIFY(m_printed->output.endsWith("english-speech 完好。\nenglish-speech 完好。\n"));
+        QCOMPARE(m_printed->messages, QByteArray());
+
+        QVERIFY(QFile::resize(program() + "/english-speech/tokens.txt", 2));
+        QCOMPARE(runModelsVerify({}, *m_store, m_printed->streams), exitFailure);
+        QVERIFY(m_printed->messages.contains("tokens.txt 已損壞（大小不對）"));
+        m_printed->output.clear();
+        QCOMPARE(runModelsList(*m_store, m_printed->streams), exitSuccess);
+        QVERIFY(m_printed->output.contains("english-speech\tdamaged\t"));
+    }
+
+    void whatComesWithTheProgramStays()
+    {
+        test::shipBundledModel(program());
+        const QString partOfProgram
+            = QStringLiteral("「英文的語音辨識」是 Lumaphone 的一部分，不需要安裝，也不能移除。");
+        const auto removing = test::thrownBy<ModelError>(
+            [this] { runModelsRemove({{"english-speech"}}, *m_store, m_printed->streams); });
+        QVERIFY(removing);
+        QCOMPARE(removing->errorDescription(), partOfProgram);
+        const auto installing = test::thrownBy<ModelError>([this] { install({"ja-en", "english-speech"}); });
+        QVERIFY(installing);
+        QCOMPARE(installing->errorDescription(), partOfProgram);
+        QVERIFY(m_server->requests().isEmpty());
+        QCOMPARE(m_printed->output, QByteArray());
+    }
+
+    void aProgramShippedWithoutItSaysSo()
+    {
+        QCOMPARE(runModelsVerify({}, *m_store, m_printed->streams), exitSuccess);
+        QCOMPARE(m_printed->output, QByteArray());
+        QCOMPARE(runModelsVerify({{"english-speech"}}, *m_store, m_printed->streams), exitFailure);
+        QVERIFY(m_printed->messages.contains("packaging/install-speech-runtime"));
+        const auto installing = test::thrownBy<ModelError>([this] { install({"english-speech"}); });
+        QVERIFY(installing);
+        QCOMPARE(installing->errorCase(), ModelError::Case::notShipped);
+    }
+
+    void licencesAreRead()
+    {
+        test::shipBundledModel(program());
+        QCOMPARE(runModelsLicence({{"english-speech"}}, *m_store, m_printed->streams), exitSuccess);
+        QVERIFY2(m_printed->output.startsWith(
+                     "english-speech：英文的語音辨識\nMIT 授權。\n\nThe files of this folder"),
+            m_printed->output);
+        QVERIFY(m_printed->output.endsWith("\nSOFTWARE.\n"));
+        m_printed->output.clear();
+        QCOMPARE(runModelsLicence({{"ja-zh-Hant", "ja-en"}}, *m_store, m_printed->streams), exitSuccess);
+        QCOMPARE(m_printed->output,
+            QByteArray("ja-en：ja-en!\nterms of ja-en\n\nen-zh-Hant：en-zh-Hant!\nterms of en-zh-Hant\n"));
+        QVERIFY(test::thrownBy<ModelError>(
+            [this] { runModelsLicence({{"nobody"}}, *m_store, m_printed->streams); }));
+    }
+
+    void aLicenceCannotSteerTheTerminal()
+    {
+        test::shipBundledModel(program());
+        QFile file(program() + "/english-speech/LICENSE");
+        const qint64 size = file.size();
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.write(QByteArray("\x1b[2Jterms").leftJustified(size, '.')) == size);
+        file.close();
+        QCOMPARE(runModelsLicence({{"english-speech"}}, *m_store, m_printed->streams), exitSuccess);
+        QVERIFY(m_printed->output.contains("terms"));
+        QVERIFY(!m_printed->output.contains('\x1b'));
     }
 
     void aPairInstallsItsLegs()
@@ -132,7 +235,7 @@ private slots:
     {
         QFile file(m_scratch->filePath("ja-en.bin"));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("weights");
+        file.write(weights);
         file.close();
         QCOMPARE(install({{"ja-en"}, m_scratch->path(), false}), exitSuccess);
         QVERIFY(m_server->requests().isEmpty());
@@ -178,6 +281,7 @@ private slots:
     }
 
 private:
+    QString program() const { return m_scratch->filePath("program"); }
     ExitStatus install(const ModelsInstall &command, std::optional<int> columns = {})
     {
         return test::waitFor(

@@ -37,6 +37,23 @@ private slots:
         QVERIFY(list->output().contains("示範"));
     }
 
+    void whatCannotBeInstalledIsSaid()
+    {
+        const auto unknown = run({"models", "install", "nobody"});
+        QCOMPARE(unknown->exitCode(), 1);
+        QCOMPARE(unknown->messages(), QByteArray("沒有名為「nobody」的模型。\n"));
+        QCOMPARE(run({"models", "remove", "ko-en"})->exitCode(), 0);
+        const auto unreachable = run({"models", "install", "ko-en"});
+        QCOMPARE(unreachable->exitCode(), 1);
+        QVERIFY2(unreachable->messages().contains("無法下載 model.koen.bin："), unreachable->messages());
+        for (const char *verb : {"install", "remove"}) {
+            const auto refused = run({"models", verb, "english-speech"});
+            QCOMPARE(refused->exitCode(), 1);
+            QVERIFY2(refused->messages().contains("Moonshine"), refused->messages());
+        }
+        QCOMPARE(run({"models", "install", "--from", phraseBook, "ko-en"})->exitCode(), 0);
+    }
+
     void speechBecomesChinese()
     {
         QFile recorded("/usr/share/pocketsphinx/test/data/goforward.raw");

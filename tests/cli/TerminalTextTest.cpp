@@ -54,6 +54,12 @@ private slots:
     {
         QCOMPARE(singleRow(QStringLiteral("a\nb\tc\x1b[2Jd\u2028e")), QStringLiteral("a b c [2Jd e"));
     }
+
+    void rowsAreKept()
+    {
+        QCOMPARE(
+            severalRows(QStringLiteral("a\r\nb\tc\n\n\x1b]0;d\rrow")), QStringLiteral("a\nb c\n\n ]0;d row"));
+    }
 };
 
 QTEST_GUILESS_MAIN(TerminalTextTest)

@@ -25,25 +25,35 @@ const QByteArray weights = test::noise(300'000, 7);
 const QByteArray words = "words of both languages";
 const QByteArray tokens = "a b c";
 
+/// A speech model as it is published.
+QByteArray archive(const QByteArray &licence = "terms")
+{
+    return test::tarBz2({{"s/model.onnx", weights}, {"s/tokens.txt", tokens}, {"s/LICENSE", licence}});
+}
+
 /// A translation model of two files, a speech model in an archive and one for which no disk is large enough.
 QByteArray listing(const QString &server)
 {
     const QString text = QStringLiteral(R"({"models": [
     {"id": "ja-en", "kind": "translation", "title": "日文", "languages": ["ja", "en"],
      "licence": {"text": "free", "mustBeAccepted": false},
-     "downloads": [{"url": "%1/model.bin.gz", "compression": "gzip",
-        "files": [{"role": "model", "name": "model.bin", "size": %2, "sha256": "%3"}]},
-      {"url": "%1/vocab.spm.gz", "compression": "gzip",
-        "files": [{"role": "sourceVocabulary", "name": "vocab.spm"}]}]},
+     "downloads": [{"url": "%1/model.bin.gz", "compression": "gzip", "files": [%2]},
+      {"url": "%1/vocab.spm.gz", "compression": "gzip", "files": [%3]}]},
     {"id": "speech", "kind": "speech", "title": "語音", "languages": ["ja"],
      "licence": {"text": "ask first", "mustBeAccepted": true},
-     "downloads": [{"url": "%1/speech.tar.bz2", "compression": "tar.bz2",
-        "files": [{"role": "model", "name": "model.onnx"}, {"role": "tokens", "name": "tokens.txt"}]}]},
+     "downloads": [{"url": "%1/speech.tar.bz2", "compression": "tar.bz2", "sha256": "%4",
+        "files": [%5, %6, {"role": "licence", "name": "LICENSE"}]}]},
     {"id": "vast", "kind": "speech", "title": "大模型", "languages": ["ja"],
      "licence": {"text": "free", "mustBeAccepted": false},
      "downloads": [{"url": "%1/vast.onnx", "compression": "none", "size": 1000000000000000,
-        "files": [{"role": "model", "name": "vast.onnx"}]}]}]})");
-    return text.arg(server).arg(weights.size()).arg(sha256Of(weights).first(8)).toUtf8();
+        "files": [%7]}]}]})");
+    using test::listedFile;
+    return text
+        .arg(server, listedFile("model", "model.bin", weights),
+            listedFile("sourceVocabulary", "vocab.spm", words), sha256Of(archive()),
+            listedFile("model", "model.onnx", weights), listedFile("tokens", "tokens.txt", tokens),
+            listedFile("model", "vast.onnx", weights))
+        .toUtf8();
 }
 
 } // namespace
@@ -81,10 +91,21 @@ private slots:
 
     void anArchiveArrivesUnpacked()
     {
-        m_server->put("/speech.tar.bz2", test::tarBz2({{"s/model.onnx", weights}, {"s/tokens.txt", tokens}}));
+        m_server->put("/speech.tar.bz2", archive());
         install("speech", LicenceConsent::accepted);
         QCOMPARE(contents("speech", "model.onnx"), weights);
         QCOMPARE(contents("speech", "tokens.txt"), tokens);
+        QCOMPARE(contents("speech", "LICENSE"), QByteArray("terms"));
+        m_store->verify(entry("speech"));
+    }
+
+    void anotherLicenceMakesAnotherArchive()
+    {
+        m_server->put("/speech.tar.bz2", archive("other terms"));
+        const ModelError error = failure("speech", LicenceConsent::accepted);
+        QCOMPARE(error.errorCase(), ModelError::Case::wrongContents);
+        QCOMPARE(error.subject(), QStringLiteral("speech.tar.bz2"));
+        QVERIFY(!m_store->installed(entry("speech")));
     }
 
     void progressIsToldFromTheFirstByteToTheLast()
@@ -350,16 +371,27 @@ private slots:
 
     void anArchiveOrItsFilesServeAsWell()
     {
-        write("any name", test::tarBz2({{"s/model.onnx", weights}, {"s/tokens.txt", tokens}}));
+        write("any name", archive());
         test::waitFor(
             m_installer->installFrom(m_scratch->filePath("any name"), "speech", LicenceConsent::accepted));
         QCOMPARE(contents("speech", "model.onnx"), weights);
 
         QVERIFY(QDir(m_scratch->path()).mkpath("s"));
-        write("s/model.onnx", "newer");
+        write("s/model.onnx", weights);
         write("s/tokens.txt", tokens);
+        write("s/LICENSE", "terms in another place");
         test::waitFor(m_installer->installFrom(m_scratch->filePath("s"), "speech", LicenceConsent::accepted));
-        QCOMPARE(contents("speech", "model.onnx"), QByteArray("newer"));
+        QCOMPARE(contents("speech", "LICENSE"), QByteArray("terms in another place"));
+        m_store->verify(entry("speech"));
+
+        write("s/model.onnx", "newer");
+        const auto error = test::thrownBy<ModelError>([this] {
+            test::waitFor(
+                m_installer->installFrom(m_scratch->filePath("s"), "speech", LicenceConsent::accepted));
+        });
+        QVERIFY(error);
+        QCOMPARE(error->errorCase(), ModelError::Case::wrongSize);
+        QCOMPARE(contents("speech", "model.onnx"), weights);
     }
 
     void aFolderThatLacksAFileIsRefused()
@@ -407,9 +439,9 @@ private:
         test::waitFor(m_installer->install(
             id, consent, [this](const ModelProgress &progress) { m_progress.append(progress); }));
     }
-    ModelError failure(const QString &id)
+    ModelError failure(const QString &id, LicenceConsent consent = LicenceConsent::none)
     {
-        const auto error = test::thrownBy<ModelError>([this, &id] { install(id); });
+        const auto error = test::thrownBy<ModelError>([&] { install(id, consent); });
         return error.value_or(ModelError(ModelError::Case::unknownModel, "it did not fail"));
     }
 

@@ -17,16 +17,37 @@ using namespace lumaphone;
 
 namespace {
 
-// The meta-object compiler takes two slashes in a raw text for a comment.
-const QByteArray listing
-    = R"({"models": [{"id": "ja-en", "kind": "translation", "title": "J", "languages": ["ja", "en"],
-    "licence": {"text": "free", "mustBeAccepted": false},
-    "downloads": [{"url": "https:\/\/example.org/model.bin", "compression": "none",
-            "files": [{"role": "model", "name": "model.bin"}]},
-        {"url": "https:\/\/example.org/vocab.spm", "compression": "none",
-            "files": [{"role": "sourceVocabulary", "name": "vocab.spm"}]}]}]})";
+/// One model of two files in an archive, with a licence that nothing is known of.
+QByteArray listing()
+{
+    // The meta-object compiler takes two slashes in a raw text for a comment.
+    const QString text = QStringLiteral(R"({"models": [{"id": "ja-en", "kind": "translation", "title": "J",
+        "languages": ["ja", "en"], "licence": {"text": "free", "mustBeAccepted": false},
+        "downloads": [{"url": "https:\/\/example.org/model.tar.bz2", "compression": "tar.bz2", "sha256": "%1",
+            "files": [%2, %3, {"role": "licence", "name": "LICENSE"}]}]}]})");
+    return text
+        .arg(test::sha256Of("archive"), test::listedFile("model", "model.bin", "weights"),
+            test::listedFile("sourceVocabulary", "vocab.spm", "words"))
+        .toUtf8();
+}
+
+/// The record of an installation as it has always been written.
+QByteArray record(const QByteArray &model, const QByteArray &licence)
+{
+    const auto file = [](const char *name, const QByteArray &bytes) {
+        return QStringLiteral(R"({"name": "%1", "sha256": "%2", "size": %3})")
+            .arg(name, test::sha256Of(bytes))
+            .arg(bytes.size());
+    };
+    return QStringLiteral(R"({"files": [%1, %2, %3], "installedAt": "2026-01-31T08:05:00Z",
+        "isDamaged": false})")
+        .arg(file("model.bin", model), file("vocab.spm", "words"), file("LICENSE", licence))
+        .toUtf8();
+}
 
 } // namespace
+
+Q_DECLARE_METATYPE(ModelState)
 
 class ModelStoreTest : public QObject
 {
@@ -37,7 +58,7 @@ private slots:
     {
         m_scratch = std::make_unique<QTemporaryDir>();
         m_store = std::make_unique<ModelStore>(
-            m_scratch->filePath("資料 데이터/Models"), ModelCatalogue::fromJson(listing, "test"));
+            m_scratch->filePath("資料 데이터/Models"), ModelCatalogue::fromJson(listing(), "test"));
     }
 
     void nothingIsMissing()
@@ -74,6 +95,7 @@ private slots:
         QTest::newRow("a file is gone") << "vocab.spm" << QByteArray() << true;
         QTest::newRow("a file is shorter") << "model.bin" << QByteArray("w") << true;
         QTest::newRow("a byte is another") << "model.bin" << QByteArray("weighty") << false;
+        QTest::newRow("the licence is another") << "LICENSE" << QByteArray("FREE") << false;
         QTest::newRow("the record is gone") << "installed.json" << QByteArray() << true;
         QTest::newRow("the record is no record") << "installed.json" << QByteArray("{}") << true;
         QTest::newRow("the record is of other kinds")
@@ -94,6 +116,47 @@ private slots:
         QVERIFY(test::thrownBy<ModelError>([this] { m_store->verify(entry()); }));
         QCOMPARE(m_store->state(entry()), ModelState::damaged);
         QVERIFY(!m_store->installed(entry()));
+    }
+
+    void anEarlierInstallationIsWhatItsRecordSays_data()
+    {
+        QTest::addColumn<QByteArray>("model"); // what was installed, and recorded
+        QTest::addColumn<QByteArray>("licence");
+        QTest::addColumn<ModelState>("state");
+        QTest::newRow("the files that are known now")
+            << QByteArray("weights") << QByteArray("free") << ModelState::installed;
+        QTest::newRow("a licence that nothing is known of")
+            << QByteArray("weights") << QByteArray("another licence") << ModelState::installed;
+        QTest::newRow("another file of the same size")
+            << QByteArray("weighty") << QByteArray("free") << ModelState::damaged;
+        QTest::newRow("another file") << QByteArray("old") << QByteArray("free") << ModelState::damaged;
+    }
+    void anEarlierInstallationIsWhatItsRecordSays()
+    {
+        QFETCH(QByteArray, model);
+        QFETCH(QByteArray, licence);
+        QFETCH(ModelState, state);
+        install();
+        write("model.bin", model);
+        write("LICENSE", licence);
+        write("installed.json", record(model, licence));
+        QCOMPARE(int(m_store->state(entry())), int(state));
+        if (state == ModelState::installed) {
+            m_store->verify(entry());
+            QCOMPARE(contents("installed.json"), record(model, licence)); // nothing to write
+        } else {
+            QVERIFY(test::thrownBy<ModelError>([this] { m_store->verify(entry()); }));
+            QCOMPARE(m_store->state(entry()), ModelState::damaged);
+        }
+    }
+
+    void theRightFilesMendAWrongRecord()
+    {
+        install();
+        write("installed.json", record("weighty", "free"));
+        QCOMPARE(m_store->state(entry()), ModelState::damaged);
+        m_store->verify(entry());
+        QCOMPARE(m_store->state(entry()), ModelState::installed);
     }
 
     void aRepairedModelIsUsedAgainAfterACheck()
@@ -145,14 +208,20 @@ private:
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(bytes), bytes.size());
     }
+    QByteArray contents(const QString &name) const
+    {
+        QFile file(m_store->modelFolder(entry()) + '/' + name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
     void install() const
     {
         QVERIFY(QDir().mkpath(m_store->modelFolder(entry())));
         write("model.bin", "weights");
         write("vocab.spm", "words");
+        write("LICENSE", "free");
         ModelManifest manifest;
-        manifest.files
-            = {{"model.bin", 7, test::sha256Of("weights")}, {"vocab.spm", 5, test::sha256Of("words")}};
+        manifest.files = {{"model.bin", 7, test::sha256Of("weights")},
+            {"vocab.spm", 5, test::sha256Of("words")}, {"LICENSE", 4, test::sha256Of("free")}};
         manifest.installedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 5), QTimeZone::utc());
         manifest.write(m_store->modelFolder(entry()));
     }

@@ -1,10 +1,13 @@
 #include "models/ModelsModel.h"
 
+#include "support/BundledModel.h"
 #include "support/Coroutines.h"
 #include "support/FileServer.h"
+#include "support/FolderResources.h"
 #include "support/ModelFixtures.h"
 
 #include <QAbstractItemModelTester>
+#include <QDir>
 #include <QFile>
 #include <QObject>
 #include <QSignalSpy>
@@ -15,21 +18,28 @@ using namespace lumaphone;
 
 namespace {
 
+const QByteArray weights = test::noise(100'000, 3);
+
 QByteArray listing(const QString &server)
 {
     const QString model = QStringLiteral(R"({"id": "%1", "kind": "%2", "title": "%1!", "languages": [%3],
         "licence": {"text": "terms of %1", "mustBeAccepted": %4},
         "downloads": [{"url": "%5/%1.bin", "compression": "none",
-            "files": [{"role": "%6", "name": "%1.bin"}]}]})");
+            "files": [{"role": "%6", "name": "%1.bin", "sha256": "%7"}]}]})");
     const QStringList models {model.arg("en-zh-Hant", "translation", R"("en", "zh-Hant")", "false", server),
         model.arg("ja-en", "translation", R"("ja", "en")", "false", server),
         model.arg("ko-en", "translation", R"("ko", "en")", "false", server),
         model.arg("listener", "speech", R"("ja", "ko")", "false", server).arg("vad"),
         model.arg("speech", "speech", R"("ja")", "true", server)};
-    return ("{\"models\": [" + models.join(QLatin1Char(',')).replace("%6", "model") + "]}").toUtf8();
+    const QString all
+        = models.join(QLatin1Char(',')).replace("%6", "model").replace("%7", test::sha256Of(weights));
+    QList<ModelEntry> entries
+        = ModelCatalogue::fromJson(("{\"models\": [" + all + "]}").toUtf8(), "installable").entries();
+    entries.append(test::bundledModel());
+    return test::listingOf(entries);
 }
 
-enum Rows { english, japanese, korean, speech };
+enum Rows { english, japanese, korean, speech, bundled };
 
 } // namespace
 
@@ -43,10 +53,11 @@ private slots:
         m_scratch = std::make_unique<QTemporaryDir>();
         m_server = std::make_unique<test::FileServer>();
         for (const char *name : {"en-zh-Hant", "ja-en", "ko-en", "listener", "speech"}) {
-            m_server->put(QStringLiteral("/%1.bin").arg(name), test::noise(100'000, 3));
+            m_server->put(QStringLiteral("/%1.bin").arg(name), weights);
         }
-        m_store = std::make_unique<ModelStore>(
-            m_scratch->filePath("Models"), ModelCatalogue::fromJson(listing(m_server->url({})), "test"));
+        m_store = std::make_unique<ModelStore>(m_scratch->filePath("Models"),
+            ModelCatalogue::fromJson(listing(m_server->url({})), "test"),
+            std::make_shared<test::FolderResources>(m_scratch->filePath("program")));
         m_model = std::make_unique<ModelsModel>(*m_store, m_mainQueue);
         m_tester = std::make_unique<QAbstractItemModelTester>(
             m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
@@ -59,12 +70,14 @@ private slots:
 
     void thereIsARowForEachThingAUserMayWant()
     {
-        QCOMPARE(m_model->rowCount(), 4);
+        QCOMPARE(m_model->rowCount(), 5);
         QCOMPARE(text(english, ModelsModel::TitleRole), QStringLiteral("英文翻譯成繁體中文"));
         QCOMPARE(text(japanese, ModelsModel::TitleRole), QStringLiteral("日文翻譯成繁體中文"));
         QCOMPARE(text(korean, ModelsModel::TitleRole), QStringLiteral("韓文翻譯成繁體中文"));
         QCOMPARE(text(speech, ModelsModel::TitleRole), QStringLiteral("speech!"));
-        for (int row = 0; row < 4; ++row) {
+        for (int row = english; row <= speech; ++row) {
+            QVERIFY(flag(row, ModelsModel::IsInstallableRole));
+            QVERIFY(!flag(row, ModelsModel::HasLicenceRole));
             QVERIFY(!flag(row, ModelsModel::IsReadyRole));
             QCOMPARE(text(row, ModelsModel::StatusTextRole), QStringLiteral("尚未安裝"));
             QCOMPARE(text(row, ModelsModel::InstallTitleRole), QStringLiteral("安裝"));
@@ -209,8 +222,66 @@ private slots:
         const auto status = [&model](int row) {
             return model.data(model.index(row), ModelsModel::StatusTextRole).toString();
         };
-        QCOMPARE(status(model.translationRow("en")), QStringLiteral("尚未安裝，安裝後約 44 MB"));
+        QCOMPARE(status(model.translationRow("en")), QStringLiteral("尚未安裝，安裝後約 49 MB"));
         QCOMPARE(status(model.speechRow("zh")), QStringLiteral("尚未安裝，下載約 164 MB"));
+    }
+
+    void whatComesWithTheProgramIsThere()
+    {
+        test::shipBundledModel(m_scratch->filePath("program"));
+        QCOMPARE(text(bundled, ModelsModel::TitleRole), QStringLiteral("英文的語音辨識"));
+        QCOMPARE(text(bundled, ModelsModel::StatusTextRole), QStringLiteral("Lumaphone 內建，可離線使用"));
+        QVERIFY(flag(bundled, ModelsModel::IsReadyRole));
+        QVERIFY(!flag(bundled, ModelsModel::IsInstallableRole));
+        QVERIFY(!flag(bundled, ModelsModel::IsRemovableRole));
+        QVERIFY(flag(bundled, ModelsModel::HasLicenceRole));
+        const QString licence = m_model->licence(bundled);
+        QVERIFY2(licence.startsWith("MIT 授權。\n\nThe files of this folder"), qPrintable(licence));
+        m_model->remove(bundled);
+        QVERIFY(flag(bundled, ModelsModel::IsReadyRole));
+        QVERIFY(!flag(bundled, ModelsModel::IsErrorRole));
+        QCOMPARE(m_model->speechRow("en"), -1); // nobody can install it
+    }
+
+    void aProgramShippedWithoutItSaysSo()
+    {
+        QCOMPARE(text(bundled, ModelsModel::StatusTextRole),
+            QStringLiteral("這個版本沒有附上。請執行 packaging/install-speech-runtime 後重新建置，"
+                           "或改裝完整的套件。"));
+        QVERIFY(!flag(bundled, ModelsModel::IsReadyRole));
+        QVERIFY(!flag(bundled, ModelsModel::IsInstallableRole));
+        QVERIFY(!flag(bundled, ModelsModel::HasLicenceRole));
+        m_model->install(bundled);
+        QVERIFY(!m_model->isInstalling());
+        QVERIFY(!flag(bundled, ModelsModel::IsErrorRole));
+    }
+
+    void aDamagedProgramSaysSo()
+    {
+        test::shipBundledModel(m_scratch->filePath("program"));
+        QVERIFY(QFile::resize(m_scratch->filePath("program/english-speech/encoder.onnx"), 1));
+        QVERIFY(text(bundled, ModelsModel::StatusTextRole).startsWith("檔案已損壞。請重新安裝 Lumaphone"));
+        QVERIFY(!flag(bundled, ModelsModel::IsReadyRole));
+        QVERIFY(!flag(bundled, ModelsModel::IsInstallableRole));
+        QVERIFY(!flag(bundled, ModelsModel::IsRemovableRole));
+    }
+
+    void theProgramsVoiceDetectorSparesAnother()
+    {
+        test::shipBundledModel(m_scratch->filePath("program"));
+        QCOMPARE(text(speech, ModelsModel::LicenceTextRole), QStringLiteral("terms of speech"));
+        m_model->install(speech, true);
+        QVERIFY(ends());
+        QVERIFY(flag(speech, ModelsModel::IsReadyRole));
+        QVERIFY(m_server->requestsFor("/listener.bin").isEmpty());
+        QVERIFY(QDir(m_scratch->filePath("program")).removeRecursively());
+        QVERIFY(!flag(speech, ModelsModel::IsReadyRole));
+        m_model->install(speech, true);
+        QVERIFY(ends());
+        QVERIFY(flag(speech, ModelsModel::IsReadyRole));
+        QCOMPARE(m_server->requestsFor("/listener.bin").size(), 1);
+        QCOMPARE(m_model->licence(speech),
+            QStringLiteral("speech!\n\nterms of speech\n\nlistener!\n\nterms of listener"));
     }
 
     void aRemovedRowLeavesWhatOthersUse()

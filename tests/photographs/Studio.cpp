@@ -1,6 +1,7 @@
 #include "photographs/Studio.h"
 
 #include "app/QmlEngineSetup.h"
+#include "support/FolderResources.h"
 
 #include <QDir>
 #include <QImage>
@@ -34,6 +35,7 @@ Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatienc
     : session(userFolder + QStringLiteral("/Drafts"))
     , folder(userFolder)
 {
+    shipBundledModel(m_program.path());
     session.make();
     glossaryStore = std::make_unique<LumaphoneGlossaryStore>(
         folder + QStringLiteral("/Glossary"), [](const QString &) {}, countedUuids());
@@ -74,7 +76,8 @@ Studio::~Studio()
 
 void Studio::open(QSize size)
 {
-    modelStore = std::make_unique<ModelStore>(folder + QStringLiteral("/Models"), catalogue);
+    modelStore = std::make_unique<ModelStore>(
+        folder + QStringLiteral("/Models"), catalogue, std::make_shared<FolderResources>(m_program.path()));
     models = std::make_unique<ModelsModel>(*modelStore, session.mainQueue);
     modelOffer = std::make_unique<ModelOffer>(*models, session.settings,
         [](AppleSystemSpeechLanguage language) { return language == AppleSystemSpeechLanguage::english; });

@@ -9,6 +9,7 @@
 #include "app/models/ModelOffer.h"
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "storage/TranscriptLibraryStore.h"
+#include "support/BundledModel.h"
 #include "support/LiveSession.h"
 #include "support/NotingFileViewer.h"
 
@@ -47,7 +48,7 @@ public:
     void converse();
 
     /// Which models there are; to be changed before open().
-    ModelCatalogue catalogue = ModelCatalogue::builtIn();
+    ModelCatalogue catalogue = catalogueWithSmallBundle();
     LiveSession session;
     NotingFileViewer fileViewer;
     QString folder;
@@ -64,6 +65,9 @@ public:
     std::unique_ptr<FloatingCaptionWindowController> floatingCaptions;
     std::unique_ptr<QQmlApplicationEngine> engine;
     QQuickWindow *window = nullptr;
+
+private:
+    QTemporaryDir m_program; ///< what comes with the program
 };
 
 } // namespace lumaphone::test

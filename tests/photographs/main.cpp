@@ -294,12 +294,20 @@ bool isIdle(const Studio &studio)
 /// The inspector's list of models and the sheet that offers them.
 void photographModels(const QString &target)
 {
-    enum Rows { english, japanese, korean, speech };
+    enum Rows { english, japanese, korean, englishSpeech, speech };
     {
         const UserFolder user;
         Studio studio(user.path());
         studio.open(QSize(1040, 680));
         studio.photograph(target, QStringLiteral("models-missing"));
+        studio.object(QStringLiteral("inspector.flickable")).setProperty("contentY", 240);
+        studio.photograph(target, QStringLiteral("models-bundled"));
+        QMetaObject::invokeMethod(&studio.object(QStringLiteral("inspectorPanel")), "modelLicenceWanted",
+            Q_ARG(QString, studio.catalogue.entry(QStringLiteral("english-speech")).title),
+            Q_ARG(QString, studio.models->licence(englishSpeech)));
+        studio.photograph(target, QStringLiteral("models-bundled-licence"));
+        QMetaObject::invokeMethod(&studio.object(QStringLiteral("modelLicence")), "close");
+        studio.object(QStringLiteral("inspector.flickable")).setProperty("contentY", 0);
         studio.modelOffer->languageChosen(QStringLiteral("japanese"));
         studio.photograph(target, QStringLiteral("models-offer"));
         QMetaObject::invokeMethod(&studio.object(QStringLiteral("modelOffer")), "close");

@@ -74,10 +74,13 @@ public:
         SpeechModuleOptions options = withVolatileResults)
     {
         const auto engine = std::make_shared<ScriptedSpeechEngine>(std::move(scripts));
+        std::vector<EngineSpeechAnalyzer::Assignment> assignments;
         for (const QString &locale : engine->installedLocales()) {
-            m_modules.push_back(std::make_shared<EngineSpeechModule>(locale, options, engine));
+            m_modules.push_back(std::make_shared<EngineSpeechModule>(locale, options));
+            assignments.push_back({m_modules.back(), engine});
         }
-        m_analyzer = std::make_shared<EngineSpeechAnalyzer>(m_modules, m_mainQueue, queueCapacity);
+        m_analyzer
+            = std::make_shared<EngineSpeechAnalyzer>(std::move(assignments), m_mainQueue, queueCapacity);
     }
     ~Analysis()
     {

@@ -1,5 +1,6 @@
 #include "platform/linux/InstalledSpeechModel.h"
 
+#include "models/ModelError.h"
 #include "platform/linux/EngineSpeechFramework.h"
 #include "support/Coroutines.h"
 #include "support/ToySpeechModel.h"
@@ -28,6 +29,9 @@ private:
     const bool m_isComplete;
 };
 
+const std::vector<SpokenLanguage> fourLanguages {
+    SpokenLanguage::japanese, SpokenLanguage::english, SpokenLanguage::korean, SpokenLanguage::mandarin};
+
 } // namespace
 
 class InstalledSpeechModelTest : public QObject
@@ -54,30 +58,64 @@ private slots:
         QFETCH(QStringList, installed);
         QFETCH(QString, hint);
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const ModelStore store(folder.path(), toySpeechCatalogue());
+        CheckedFiles checked(folder.filePath("checked.json"));
         for (const QString &id : installed) {
             installToySpeechModel(store, id);
         }
-        QCOMPARE(std::get<QString>(installedSpeechModel(store)), hint);
+        QCOMPARE(std::get<QString>(installedSpeechModel(store, checked)), hint);
     }
 
     void anInstalledModelIsFound()
     {
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const ModelStore store(folder.path(), toySpeechCatalogue());
+        CheckedFiles checked(folder.filePath("checked.json"));
         installToySpeechModels(store);
-        const auto files = std::get<SpeechModelFiles>(installedSpeechModel(store));
+        const auto files = std::get<SpeechModelFiles>(installedSpeechModel(store, checked));
         QCOMPARE(files.voiceDetector, folder.filePath("silero-vad/silero_vad.onnx"));
-        QCOMPARE(files.network, folder.filePath("sense-voice/model.int8.onnx"));
-        QCOMPARE(files.tokens, folder.filePath("sense-voice/tokens.txt"));
+        const host::Network expected {host::NetworkKind::senseVoice,
+            {folder.filePath("sense-voice/model.int8.onnx").toStdString()},
+            folder.filePath("sense-voice/tokens.txt").toStdString()};
+        QCOMPARE(files.network, expected);
+    }
+
+    /// Files are compared before the library sees them.
+    void aChangedFileIsNotLoaded()
+    {
+        const QTemporaryDir folder;
+        const ModelStore store(folder.path(), toySpeechCatalogue());
+        CheckedFiles checked(folder.filePath("checked.json"));
+        installToySpeechModels(store);
+        const auto files = std::get<SpeechModelFiles>(installedSpeechModel(store, checked));
+        files.demandIntact({});
+        QFile network(folder.filePath("sense-voice/model.int8.onnx"));
+        QVERIFY(network.open(QIODevice::ReadWrite));
+        QVERIFY(network.seek(1000) && network.write("x") == 1);
+        network.close();
+        const auto error = thrownBy<ModelError>([&] { files.demandIntact({}); });
+        QVERIFY(error);
+        QVERIFY2(
+            error->errorDescription().contains("model.int8.onnx"), qPrintable(error->errorDescription()));
+        QCOMPARE(files.repair, QStringLiteral("請移除後重新安裝。"));
+    }
+
+    void theBundledNetworkIsFound()
+    {
+        const QTemporaryDir folder;
+        const ModelStore none(folder.path(), ModelCatalogue::builtIn());
+        CheckedFiles checked(folder.filePath("checked.json"));
+        QVERIFY(std::get<QString>(bundledEnglishModel(none, checked)).contains("install-speech-runtime"));
     }
 
     void theFrameworkFollowsWhatIsInstalled()
     {
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
-        const auto engine = std::make_shared<HostedSpeechEngine>(SpeechInstallations(
-            std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
+        const ModelStore store(folder.path(), toySpeechCatalogue());
+        CheckedFiles checked(folder.filePath("checked.json"));
+        const auto engine = std::make_shared<HostedSpeechEngine>(fourLanguages,
+            SpeechInstallations(std::make_shared<Resources>(true),
+                [&store, &checked] { return installedSpeechModel(store, checked); }));
         EngineSpeechFramework framework({engine}, MainQueue::create());
         const auto error
             = thrownBy<SpeechFrameworkError>([&] { test::waitFor(framework.reserve("zh-Hant-TW")); });
@@ -103,10 +141,12 @@ private slots:
     void aMissingRuntimeIsSaid()
     {
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const ModelStore store(folder.path(), toySpeechCatalogue());
+        CheckedFiles checked(folder.filePath("checked.json"));
         installToySpeechModels(store);
-        const HostedSpeechEngine engine(SpeechInstallations(
-            std::make_shared<Resources>(false), [&store] { return installedSpeechModel(store); }));
+        const HostedSpeechEngine engine(fourLanguages,
+            SpeechInstallations(std::make_shared<Resources>(false),
+                [&store, &checked] { return installedSpeechModel(store, checked); }));
         QVERIFY(engine.installedLocales().empty());
         QVERIFY(engine.installationHint("ja-JP")->contains("libsherpa-onnx-c-api.so"));
         QVERIFY(!engine.installationHint("fr-FR"));
@@ -115,10 +155,12 @@ private slots:
     void oneRecognizerServesAllLanguages()
     {
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
+        const ModelStore store(folder.path(), toySpeechCatalogue());
+        CheckedFiles checked(folder.filePath("checked.json"));
         installToySpeechModels(store);
-        const HostedSpeechEngine engine(SpeechInstallations(
-            std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
+        const HostedSpeechEngine engine(fourLanguages,
+            SpeechInstallations(std::make_shared<Resources>(true),
+                [&store, &checked] { return installedSpeechModel(store, checked); }));
         const auto recognizers
             = engine.makeRecognizers({"ja-JP", "ko-KR"}, [](const QString &, const SpeechResult &) {});
         QCOMPARE(recognizers.size(), std::size_t(1));
@@ -128,9 +170,11 @@ private slots:
     void aModelRemovedInBetweenFailsToLoad()
     {
         const QTemporaryDir folder;
-        const ModelStore store(folder.path(), ModelCatalogue::builtIn());
-        const HostedSpeechEngine engine(SpeechInstallations(
-            std::make_shared<Resources>(true), [&store] { return installedSpeechModel(store); }));
+        const ModelStore store(folder.path(), toySpeechCatalogue());
+        CheckedFiles checked(folder.filePath("checked.json"));
+        const HostedSpeechEngine engine(fourLanguages,
+            SpeechInstallations(std::make_shared<Resources>(true),
+                [&store, &checked] { return installedSpeechModel(store, checked); }));
         const auto recognizers
             = engine.makeRecognizers({"ja-JP"}, [](const QString &, const SpeechResult &) {});
         QVERIFY(thrownBy<SpeechFrameworkError>([&] { recognizers.front()->load(); }));

@@ -25,7 +25,8 @@ private:
 
 void XdgFoldersTest::initTestCase()
 {
-    for (const char *variable : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"}) {
+    for (const char *variable :
+        {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
         m_former[variable] = qgetenv(variable);
     }
 }
@@ -41,34 +42,35 @@ void XdgFoldersTest::eachFolderFollowsItsVariable_data()
 {
     QTest::addColumn<QByteArray>("data");
     QTest::addColumn<QByteArray>("config");
-    QTest::addColumn<QString>("wantedData");
-    QTest::addColumn<QString>("wantedConfig");
-    const auto usualData = QStringLiteral("/home/someone/.local/share");
-    const auto usualConfig = QStringLiteral("/home/someone/.config");
-    QTest::newRow("unset") << QByteArray() << QByteArray() << usualData << usualConfig;
-    QTest::newRow("empty") << QByteArray("") << QByteArray("") << usualData << usualConfig;
+    QTest::addColumn<QByteArray>("cache");
+    QTest::addColumn<QStringList>("wanted");
+    const QStringList usual {"/home/someone/.local/share", "/home/someone/.config", "/home/someone/.cache"};
+    QTest::newRow("unset") << QByteArray() << QByteArray() << QByteArray() << usual;
+    QTest::newRow("empty") << QByteArray("") << QByteArray("") << QByteArray("") << usual;
     QTest::newRow("relative ones do not count")
-        << QByteArray("data") << QByteArray("./config") << usualData << usualConfig;
-    QTest::newRow("absolute") << QByteArray("/d/資料") << QByteArray("/c") << QStringLiteral("/d/資料")
-                              << QStringLiteral("/c");
-    QTest::newRow("trailing slash") << QByteArray("/d/") << QByteArray("/c//") << QStringLiteral("/d")
-                                    << QStringLiteral("/c");
+        << QByteArray("data") << QByteArray("./config") << QByteArray("../cache") << usual;
+    QTest::newRow("absolute") << QByteArray("/d/資料") << QByteArray("/c") << QByteArray("/快取")
+                              << QStringList {"/d/資料", "/c", "/快取"};
+    QTest::newRow("trailing slash") << QByteArray("/d/") << QByteArray("/c//") << QByteArray("/e/")
+                                    << QStringList {"/d", "/c", "/e"};
 }
 
 void XdgFoldersTest::eachFolderFollowsItsVariable()
 {
     QFETCH(const QByteArray, data);
     QFETCH(const QByteArray, config);
-    QFETCH(const QString, wantedData);
-    QFETCH(const QString, wantedConfig);
+    QFETCH(const QByteArray, cache);
+    QFETCH(const QStringList, wanted);
     const auto set = [](const char *variable, const QByteArray &value) {
         value.isNull() ? qunsetenv(variable) : qputenv(variable, value);
     };
     set("HOME", "/home/someone");
     set("XDG_DATA_HOME", data);
     set("XDG_CONFIG_HOME", config);
-    QCOMPARE(XdgFolders().applicationSupport().value_or(QString()), wantedData);
-    QCOMPARE(XdgFolders().configuration().value_or(QString()), wantedConfig);
+    set("XDG_CACHE_HOME", cache);
+    QCOMPARE(XdgFolders().applicationSupport().value_or(QString()), wanted[0]);
+    QCOMPARE(XdgFolders().configuration().value_or(QString()), wanted[1]);
+    QCOMPARE(XdgFolders().cache().value_or(QString()), wanted[2]);
 }
 
 void XdgFoldersTest::withoutAHomeVariableTheUsersEntryCounts()

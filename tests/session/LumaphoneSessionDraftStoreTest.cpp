@@ -37,6 +37,7 @@ public:
     }
     std::optional<QString> applicationSupport() const override { return m_applicationSupport; }
     std::optional<QString> configuration() const override { return std::nullopt; }
+    std::optional<QString> cache() const override { return std::nullopt; }
 
 private:
     std::optional<QString> m_applicationSupport;

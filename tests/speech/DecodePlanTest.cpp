@@ -47,7 +47,7 @@ private slots:
     void theFirstVolatileTextComesAtOnce()
     {
         DecodePlan plan;
-        plan.opened(100, 4000, Time());
+        plan.opened({100, 4000, 0}, Time());
         const auto job = plan.next(Time());
         QVERIFY(isVolatile(job));
         QCOMPARE(std::get<DecodePlan::Volatile>(job).start, std::int64_t(100));
@@ -68,14 +68,14 @@ private slots:
         QFETCH(int, hopMs);
         DecodePlan plan;
         Time now;
-        plan.opened(0, 4000, now);
+        plan.opened({0, 40000, 0}, now);
         QVERIFY(isVolatile(plan.next(now)));
         const Time due = now + std::chrono::milliseconds(hopMs);
         now += std::chrono::milliseconds(decodeMs);
         plan.done(now);
-        plan.opened(0, 8000, due - 1ms);
+        plan.opened({0, 44000, 0}, due - 1ms);
         QVERIFY(isNothing(plan.next(due - 1ms)));
-        plan.opened(0, 8512, due);
+        plan.opened({0, 44512, 0}, due);
         QVERIFY(isVolatile(plan.next(due)));
     }
 
@@ -84,10 +84,10 @@ private slots:
     {
         DecodePlan plan;
         const Time now;
-        plan.opened(0, 4000, now);
+        plan.opened({0, 40000, 0}, now);
         QVERIFY(isVolatile(plan.next(now)));
         plan.done(now + 10ms);
-        plan.opened(0, 8000, now + 390ms);
+        plan.opened({0, 44000, 0}, now + 390ms);
         const Time latest = now + 450ms;
         for (const auto time : {395ms, 400ms, 449ms}) {
             const auto job = plan.next(now + time);
@@ -97,13 +97,73 @@ private slots:
         QVERIFY(isVolatile(plan.next(latest)));
     }
 
+    void theFirstWordsComeSooner()
+    {
+        DecodePlan plan;
+        const Time now;
+        plan.opened({0, 4000, 0}, now);
+        QVERIFY(isVolatile(plan.next(now)));
+        plan.done(now + 20ms);
+        plan.opened({0, 8000, 0}, now + 250ms);
+        QVERIFY(isVolatile(plan.next(now + 250ms)));
+        plan.done(now + 270ms);
+        plan.opened({0, DecodePlan::fewWords, 0}, now + 500ms);
+        QVERIFY(isNothing(plan.next(now + 500ms)));
+        plan.opened({0, DecodePlan::fewWords, 0}, now + 650ms);
+        QVERIFY(isVolatile(plan.next(now + 650ms)));
+    }
+
+    /// What is decoded when a pause begins may be the final text; so it does not wait for the hop.
+    void aPauseIsDecodedAtOnceAndOnce()
+    {
+        DecodePlan plan;
+        const Time now;
+        constexpr std::int64_t pause = DecodePlan::shortPause;
+        plan.opened({0, 40000, 0}, now);
+        QVERIFY(isVolatile(plan.next(now)));
+        plan.done(now + 20ms);
+        plan.opened({0, 40000, pause - 1}, now + 40ms);
+        QVERIFY(isNothing(plan.next(now + 40ms)));
+        plan.opened({0, 40000, pause}, now + 60ms);
+        QVERIFY(isVolatile(plan.next(now + 60ms)));
+        plan.done(now + 80ms);
+        plan.opened({0, 40000, 2 * pause}, now + 10s);
+        QVERIFY(isNothing(plan.next(now + 10s)));
+        plan.opened({0, 41000, pause}, now + 10s);
+        QVERIFY(isVolatile(plan.next(now + 10s)));
+    }
+
+    void pausesOneAfterAnotherDoNotKeepTheDecoderBusy()
+    {
+        DecodePlan plan;
+        const Time now;
+        plan.opened({0, 40000, DecodePlan::shortPause}, now);
+        QVERIFY(isVolatile(plan.next(now)));
+        plan.done(now + 200ms);
+        plan.opened({0, 41000, DecodePlan::shortPause}, now + 210ms);
+        const auto job = plan.next(now + 210ms);
+        QVERIFY(isNothing(job));
+        QVERIFY(std::get<DecodePlan::Nothing>(job).until == now + 300ms);
+        QVERIFY(isVolatile(plan.next(now + 300ms)));
+    }
+
+    void aDecodeHeardTheWholeSegmentIfNobodySpokeSince()
+    {
+        const SpeechSegment segment {100, std::vector<float>(20000), 15000};
+        constexpr std::int64_t pause = DecodePlan::shortPause;
+        QVERIFY((DecodePlan::Extent {100, 15000, pause}.isWholeOf(segment)));
+        QVERIFY(!(DecodePlan::Extent {100, 15000, pause - 1}.isWholeOf(segment)));
+        QVERIFY(!(DecodePlan::Extent {100, 14000, pause}.isWholeOf(segment)));
+        QVERIFY(!(DecodePlan::Extent {101, 15000, pause}.isWholeOf(segment)));
+    }
+
     void withoutNewSpeechThereIsNoNewVolatileText()
     {
         DecodePlan plan;
-        plan.opened(0, 4000, Time());
+        plan.opened({0, 4000, 0}, Time());
         QVERIFY(isVolatile(plan.next(Time())));
         plan.done(Time() + 10ms);
-        plan.opened(0, 4000, Time());
+        plan.opened({0, 4000, 0}, Time());
         const auto job = plan.next(Time() + 10s);
         QVERIFY(isNothing(job));
         QVERIFY(!std::get<DecodePlan::Nothing>(job).until);
@@ -112,12 +172,12 @@ private slots:
     void aStaleVolatileTextIsDropped()
     {
         DecodePlan plan;
-        plan.opened(0, 4000, Time());
+        plan.opened({0, 4000, 0}, Time());
         plan.closed(segmentAt(0), Time());
         QVERIFY(isFinal(plan.next(Time())));
         plan.done(Time() + 10ms);
         QVERIFY(isNothing(plan.next(Time() + 10s)));
-        plan.opened(20000, 4000, Time());
+        plan.opened({20000, 4000, 0}, Time());
         plan.nothingOpen();
         QVERIFY(isNothing(plan.next(Time() + 10s)));
     }
@@ -125,10 +185,10 @@ private slots:
     void finalTextsComeFirstAndInOrder()
     {
         DecodePlan plan;
-        plan.opened(0, 4000, Time());
+        plan.opened({0, 4000, 0}, Time());
         plan.closed(segmentAt(0), Time());
         plan.closed(segmentAt(20000), Time());
-        plan.opened(40000, 9000, Time());
+        plan.opened({40000, 9000, 0}, Time());
         QCOMPARE(*plan.oldestPending(), std::int64_t(0));
         for (const std::int64_t start : {0, 20000}) {
             const auto job = plan.next(Time() + 1ms);
@@ -203,7 +263,7 @@ private slots:
                 now += 32ms;
                 if (left > 0) {
                     voiced += 512;
-                    plan.opened(start, voiced, now);
+                    plan.opened({start, voiced, 0}, now);
                     if (random() % 60 == 0) {
                         plan.closed(segmentAt(start, voiced), now);
                         ++closed;

@@ -33,13 +33,16 @@ public:
         for (std::int64_t i = 0; i < windows; ++i) {
             std::vector<float> samples(window);
             for (float &sample : samples) {
-                sample = static_cast<float>(m_next++ % 100000);
+                sample = loudness.value_or(static_cast<float>(m_next % 100000));
+                ++m_next;
             }
             take(m_segmenter.accept(samples, isSpeech));
         }
     }
     void finish() { take(m_segmenter.finish()); }
 
+    /// Of every sample; none: samples are their own positions.
+    std::optional<float> loudness;
     std::vector<SpeechSegment> segments;
     std::vector<std::int64_t> dropped;
 
@@ -144,13 +147,88 @@ private slots:
         Feed feed;
         feed.speech(35);
         feed.finish();
-        QCOMPARE(feed.segments.size(), std::size_t(4));
+        QVERIFY(feed.segments.size() >= 4);
         for (std::size_t i = 0; i < feed.segments.size(); ++i) {
             QVERIFY(secondsOf(static_cast<std::int64_t>(feed.segments[i].samples.size())) <= 10.05);
+            QCOMPARE(feed.segments[i].isCut, i + 1 < feed.segments.size());
+            QCOMPARE(feed.segments[i].continuesSpeech, i > 0);
             if (i > 0) {
                 QCOMPARE(feed.segments[i].start, feed.segments[i - 1].end());
             }
         }
+    }
+
+    void speechWithoutABreathIsCutWhereItIsQuietest_data()
+    {
+        QTest::addColumn<double>("dip"); // seconds after the start
+        QTest::addColumn<bool>("isFound");
+        QTest::newRow("near the limit") << 9.5 << true;
+        QTest::newRow("a while before") << 6.5 << true;
+        QTest::newRow("too early") << 5.0 << false;
+    }
+    void speechWithoutABreathIsCutWhereItIsQuietest()
+    {
+        QFETCH(double, dip);
+        QFETCH(bool, isFound);
+        Feed feed;
+        feed.loudness = 0.2F;
+        feed.speech(dip);
+        feed.loudness = 0.02F;
+        feed.give(2, true);
+        const std::int64_t gap = feed.segmenter().position();
+        feed.loudness = 0.2F;
+        feed.speech(12 - dip);
+        QCOMPARE(feed.segments.size(), std::size_t(1));
+        QVERIFY(feed.segments[0].isCut);
+        QCOMPARE(std::abs(feed.segments[0].end() - gap) <= 2 * window, isFound);
+        feed.silence(1);
+        QCOMPARE(feed.segments.size(), std::size_t(2));
+        QCOMPARE(feed.segments[1].start, feed.segments[0].end());
+        QCOMPARE(feed.segments[0].voiced + feed.segments[1].voiced, gap + windowsIn(12 - dip) * window);
+        QVERIFY(feed.segments[1].continuesSpeech);
+        QVERIFY(!feed.segments[1].isCut);
+    }
+
+    void ofSeveralQuietPlacesTheLatestServes()
+    {
+        Feed feed;
+        for (const double length : {6.5, 1.5, 1.0}) {
+            feed.loudness = 0.2F;
+            feed.speech(length);
+            feed.loudness = 0.02F;
+            feed.give(2, true);
+        }
+        const std::int64_t latest = feed.segmenter().position();
+        feed.loudness = 0.2F;
+        feed.speech(2);
+        QCOMPARE(feed.segments.size(), std::size_t(1));
+        QVERIFY(std::abs(feed.segments[0].end() - latest) <= 2 * window);
+    }
+
+    void afterAPauseASentenceIsNew()
+    {
+        Feed feed;
+        feed.speech(8.5);
+        feed.silence(0.15);
+        feed.speech(1);
+        feed.silence(1);
+        feed.speech(1);
+        feed.silence(1);
+        QCOMPARE(feed.segments.size(), std::size_t(3));
+        QVERIFY(feed.segments[0].isCut && !feed.segments[0].continuesSpeech);
+        QVERIFY(!feed.segments[1].isCut && feed.segments[1].continuesSpeech);
+        QVERIFY(!feed.segments[2].isCut && !feed.segments[2].continuesSpeech);
+    }
+
+    void aCutBeforeALongPauseIsNotContinued()
+    {
+        Feed feed;
+        feed.speech(8.5);
+        feed.silence(2);
+        feed.speech(1);
+        feed.silence(1);
+        QCOMPARE(feed.segments.size(), std::size_t(2));
+        QVERIFY(!feed.segments[1].continuesSpeech);
     }
 
     void theLastSyllableOfCutSpeechIsKeptHoweverShort()
@@ -177,6 +255,7 @@ private slots:
     {
         Feed feed;
         feed.segmenter().setLimits(Segmenter::hurriedLimits);
+        feed.loudness = 0.2F;
         feed.speech(12);
         QCOMPARE(feed.segments.size(), std::size_t(2));
         feed.speech(1);

@@ -26,8 +26,8 @@ std::vector<Request> requests()
 std::vector<Report> reports()
 {
     return {Loading {LoadStage::voiceDetector}, Ready {"1.13.8"},
-        Decoded {16000, 48000, 20000, true, 120, "ja", "Speech", "今日はいい天気ですね"}, Decoded {},
-        Settled {-1}, Closed {3, 5}, Finished {}, Failure {FailureKind::decoding, "too short"}};
+        Decoded {16000, 48000, 20000, true, false, true, 120, "ja", "Speech", "今日はいい天気ですね"},
+        Decoded {}, Settled {-1}, Closed {3, 5}, Finished {}, Failure {FailureKind::decoding, "too short"}};
 }
 
 } // namespace

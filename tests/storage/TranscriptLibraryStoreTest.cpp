@@ -174,6 +174,7 @@ void TranscriptLibraryStoreTest::theUsersLibraryLiesInTheDataFolder()
     {
         std::optional<QString> applicationSupport() const override { return QStringLiteral("/data"); }
         std::optional<QString> configuration() const override { return std::nullopt; }
+        std::optional<QString> cache() const override { return std::nullopt; }
     };
     const auto layout = TranscriptLibraryLayout::standard(Folders());
     QCOMPARE(layout.root.value_or(QString()), QStringLiteral("/data/Lumaphone/Transcripts"));
@@ -187,6 +188,7 @@ void TranscriptLibraryStoreTest::withoutADataFolderTheLibraryLiesInTmp()
     {
         std::optional<QString> applicationSupport() const override { return std::nullopt; }
         std::optional<QString> configuration() const override { return std::nullopt; }
+        std::optional<QString> cache() const override { return std::nullopt; }
     };
     const auto layout = TranscriptLibraryLayout::standard(Folders());
     QVERIFY(!layout.root);

@@ -1,6 +1,9 @@
 #include "support/ModelFixtures.h"
 
 #include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -10,6 +13,76 @@
 #include <stdexcept>
 
 namespace lumaphone::test {
+
+namespace {
+
+QJsonObject listed(const std::optional<qint64> &size, const QString &sha256)
+{
+    QJsonObject object;
+    if (size) {
+        object.insert("size", *size);
+    }
+    if (!sha256.isEmpty()) {
+        object.insert("sha256", sha256);
+    }
+    return object;
+}
+
+QJsonArray listed(const QList<ModelFile> &files)
+{
+    QJsonArray array;
+    for (const ModelFile &file : files) {
+        QJsonObject object = listed(file.size, file.sha256);
+        object.insert("role", file.role);
+        object.insert("name", file.name);
+        array.append(object);
+    }
+    return array;
+}
+
+QString nameOf(ModelCompression compression)
+{
+    switch (compression) {
+    case ModelCompression::none:
+        return "none";
+    case ModelCompression::gzip:
+        return "gzip";
+    case ModelCompression::tarBz2:
+        return "tar.bz2";
+    }
+    Q_UNREACHABLE();
+}
+
+QJsonObject listed(const ModelDownload &download)
+{
+    QJsonObject object = listed(download.size, download.sha256);
+    object.insert("url", download.url.toString());
+    object.insert("compression", nameOf(download.compression));
+    object.insert("files", listed(download.files));
+    return object;
+}
+
+QJsonObject listed(const ModelEntry &entry)
+{
+    QJsonArray downloads;
+    for (const ModelDownload &download : entry.downloads) {
+        downloads.append(listed(download));
+    }
+    QJsonObject object {{"id", entry.id},
+        {"kind", entry.kind == ModelKind::speech ? "speech" : "translation"}, {"title", entry.title},
+        {"languages", QJsonArray::fromStringList(entry.languages)},
+        {"licence",
+            QJsonObject {{"text", entry.licence.text}, {"mustBeAccepted", entry.licence.mustBeAccepted}}}};
+    if (entry.isBundled) {
+        object.insert("bundled", true);
+        object.insert("files", listed(entry.bundledFiles));
+    } else {
+        object.insert("downloads", downloads);
+    }
+    return object;
+}
+
+} // namespace
 
 QByteArray gzipped(const QByteArray &bytes)
 {
@@ -65,6 +138,23 @@ QByteArray tarBz2(const QList<std::pair<QString, QByteArray>> &members)
 QString sha256Of(const QByteArray &bytes)
 {
     return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
+}
+
+QString listedFile(const QString &role, const QString &name, const QByteArray &bytes)
+{
+    return QStringLiteral(R"({"role": "%1", "name": "%2", "size": %3, "sha256": "%4"})")
+        .arg(role, name)
+        .arg(bytes.size())
+        .arg(sha256Of(bytes));
+}
+
+QByteArray listingOf(const QList<ModelEntry> &entries)
+{
+    QJsonArray models;
+    for (const ModelEntry &entry : entries) {
+        models.append(listed(entry));
+    }
+    return QJsonDocument(QJsonObject {{"models", models}}).toJson();
 }
 
 QByteArray noise(qsizetype size, unsigned seed)

@@ -18,6 +18,12 @@ QByteArray tarBz2(const QList<std::pair<QString, QByteArray>> &members);
 
 QString sha256Of(const QByteArray &bytes);
 
+/// A file as a catalogue lists it, with its size and hash: an object in JSON.
+QString listedFile(const QString &role, const QString &name, const QByteArray &bytes);
+
+/// A whole catalogue in JSON.
+QByteArray listingOf(const QList<ModelEntry> &entries);
+
 /// Bytes that no compression makes smaller; the same for the same seed.
 QByteArray noise(qsizetype size, unsigned seed);
 

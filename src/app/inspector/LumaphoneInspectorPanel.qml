@@ -15,6 +15,7 @@ Rectangle {
 
     signal languagePicked(language: string)
     signal modelRemovalWanted(row: int, title: string, consequences: string)
+    signal modelLicenceWanted(title: string, text: string)
     signal openProvider
     signal openGlossary
     signal clear
@@ -161,6 +162,7 @@ Rectangle {
                 visible: panel.modelOffer !== null
                 offer: panel.modelOffer
                 onRemovalWanted: (row, title, consequences) => panel.modelRemovalWanted(row, title, consequences)
+                onLicenceWanted: (title, text) => panel.modelLicenceWanted(title, text)
             }
 
             Hairline {

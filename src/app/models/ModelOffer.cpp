@@ -140,6 +140,11 @@ void ModelOffer::remove(int row)
     m_models.remove(row);
 }
 
+QString ModelOffer::licence(int row) const
+{
+    return m_models.licence(row);
+}
+
 void ModelOffer::refresh()
 {
     m_models.refresh();

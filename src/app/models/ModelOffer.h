@@ -57,6 +57,8 @@ public:
     /// Ends the installation of a row.
     Q_INVOKABLE void stop(int row);
     Q_INVOKABLE void remove(int row);
+    /// As ModelsModel has it.
+    Q_INVOKABLE QString licence(int row) const;
     /// Looks at the disk again.
     Q_INVOKABLE void refresh();
     /// Yes to what was asked, licences included.

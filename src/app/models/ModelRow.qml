@@ -11,14 +11,17 @@ FocusScope {
     required property string statusText
     required property string installTitle
     required property bool isReady
+    required property bool isInstallable
     required property bool isInstalling
     required property bool isError
     required property bool isRemovable
+    required property bool hasLicence
     required property double progress
 
     signal wanted
     signal cancelled
     signal removed
+    signal licenceWanted
 
     implicitHeight: column.implicitHeight
     Accessible.role: Accessible.Grouping
@@ -40,7 +43,8 @@ FocusScope {
                 id: symbol
 
                 anchors.verticalCenter: parent.verticalCenter
-                name: row.isReady ? "checkmark.circle.fill" : row.isError ? "exclamationmark.triangle.fill" : "tray.and.arrow.down"
+                name: row.isReady ? "checkmark.circle.fill" : row.isError ? "exclamationmark.triangle.fill"
+                    : row.isInstallable ? "tray.and.arrow.down" : "minus.circle"
                 color: row.isReady ? Theme.success : row.isError ? Theme.danger : row.isInstalling ? Theme.accentText : Theme.textSecondary
                 size: 18
             }
@@ -65,9 +69,20 @@ FocusScope {
                 anchors.verticalCenter: parent.verticalCenter
                 spacing: Theme.unit
 
+                ToolbarIconButton {
+                    objectName: row.objectName + ".licence"
+                    visible: row.hasLicence
+                    implicitWidth: Theme.controlHeightSmall
+                    implicitHeight: Theme.controlHeightSmall
+                    systemImage: "info.circle"
+                    help: "授權條款"
+                    Accessible.name: help + "「" + row.title + "」"
+                    onClicked: row.licenceWanted()
+                }
+
                 ActionButton {
                     objectName: row.objectName + ".install"
-                    visible: !row.isReady && !row.isInstalling
+                    visible: row.isInstallable && !row.isReady && !row.isInstalling
                     text: row.installTitle
                     isCompact: true
                     Accessible.name: row.installTitle + "「" + row.title + "」"

@@ -13,6 +13,8 @@ InspectorSection {
 
     /// The user wants to remove a row, and has not confirmed it yet.
     signal removalWanted(row: int, title: string, consequences: string)
+    /// The user wants to read the terms of a row.
+    signal licenceWanted(title: string, text: string)
 
     title: "離線模型"
 
@@ -37,6 +39,7 @@ InspectorSection {
             onWanted: section.offer.want(index)
             onCancelled: section.offer.stop(index)
             onRemoved: section.removalWanted(index, title, removalText)
+            onLicenceWanted: section.licenceWanted(title, section.offer.licence(index))
         }
     }
 }

@@ -20,7 +20,7 @@ FocusScope {
     property alias isProviderSettingsPresented: providerSheet.visible
     property alias isGlossaryPresented: glossarySheet.visible
     property alias isClearConfirmationPresented: clearConfirmation.visible
-    readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible
+    readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible || licenceSheet.visible
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
         || isModelSheetPresented
@@ -100,6 +100,11 @@ FocusScope {
                     modelRemoval.message = consequences;
                     modelRemoval.open();
                 }
+                onModelLicenceWanted: (title, text) => {
+                    licenceSheet.title = title;
+                    licenceSheet.text = text;
+                    licenceSheet.open();
+                }
                 onOpenProvider: providerSheet.open()
                 onOpenGlossary: glossarySheet.open()
                 onClear: content.clear()
@@ -133,6 +138,10 @@ FocusScope {
         id: modelOfferSheet
 
         offer: content.modelOffer
+    }
+
+    LicenceSheet {
+        id: licenceSheet
     }
 
     ConfirmationAlert {

@@ -45,16 +45,18 @@ std::vector<QString> localesOf(const Modules &modules)
 
 } // namespace
 
-EngineSpeechAnalyzer::EngineSpeechAnalyzer(std::vector<std::shared_ptr<EngineSpeechModule>> modules,
-    std::shared_ptr<MainQueue> mainQueue, std::size_t queueCapacity)
+EngineSpeechAnalyzer::EngineSpeechAnalyzer(
+    std::vector<Assignment> assignments, std::shared_ptr<MainQueue> mainQueue, std::size_t queueCapacity)
     : m_mainQueue(std::move(mainQueue))
 {
-    while (!modules.empty()) {
-        const std::shared_ptr<SpeechEngine> engine = modules.front()->engine();
-        const auto others = std::stable_partition(modules.begin(), modules.end(),
-            [&engine](const auto &module) { return module->engine() == engine; });
-        const Modules ofEngine(modules.begin(), others);
-        modules.erase(modules.begin(), others);
+    while (!assignments.empty()) {
+        const std::shared_ptr<SpeechEngine> engine = assignments.front().engine;
+        const auto others = std::stable_partition(assignments.begin(), assignments.end(),
+            [&engine](const Assignment &assignment) { return assignment.engine == engine; });
+        Modules ofEngine;
+        std::transform(assignments.begin(), others, std::back_inserter(ofEngine),
+            [](const Assignment &assignment) { return assignment.module; });
+        assignments.erase(assignments.begin(), others);
         for (const auto &recognizer : engine->makeRecognizers(localesOf(ofEngine), sinkInto(ofEngine))) {
             m_threads.push_back(std::make_shared<RecognizerThread>(
                 recognizer, modulesOf(ofEngine, recognizer->localeIdentifiers()), queueCapacity));

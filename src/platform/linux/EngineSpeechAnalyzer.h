@@ -14,8 +14,15 @@ public:
     static constexpr std::size_t defaultQueueCapacity
         = 60 * static_cast<std::size_t>(PcmBuffer::sampleRateHz);
 
-    EngineSpeechAnalyzer(std::vector<std::shared_ptr<EngineSpeechModule>> modules,
-        std::shared_ptr<MainQueue> mainQueue, std::size_t queueCapacity = defaultQueueCapacity);
+    /// A module and the engine that serves it.
+    struct Assignment
+    {
+        std::shared_ptr<EngineSpeechModule> module;
+        std::shared_ptr<SpeechEngine> engine;
+    };
+
+    EngineSpeechAnalyzer(std::vector<Assignment> assignments, std::shared_ptr<MainQueue> mainQueue,
+        std::size_t queueCapacity = defaultQueueCapacity);
     /// Cancels, and waits for the recognisers to notice. Not while start() runs.
     ~EngineSpeechAnalyzer() override;
 

@@ -1,5 +1,6 @@
 #include "platform/linux/EngineSpeechFramework.h"
 
+#include "platform/linux/EngineChoice.h"
 #include "platform/linux/EngineSpeechAnalyzer.h"
 #include "platform/linux/MissingModelEngine.h"
 #include "platform/linux/SpeechLocales.h"
@@ -38,7 +39,7 @@ QCoro::Task<std::optional<QString>> EngineSpeechFramework::supportedLocale(QStri
 QCoro::Task<> EngineSpeechFramework::reserve(QString localeIdentifier)
 {
     const QString locale = canonical(localeIdentifier);
-    if (!engineFor(locale)) {
+    if (!isInstalled(locale)) {
         throw SpeechFrameworkError(missingModelText(locale));
     }
     ++m_reservations[locale];
@@ -56,7 +57,7 @@ QCoro::Task<> EngineSpeechFramework::release(QString localeIdentifier)
 
 bool EngineSpeechFramework::isInstalled(const QString &localeIdentifier) const
 {
-    return engineFor(canonical(localeIdentifier)) != nullptr;
+    return enginesFor({canonical(localeIdentifier)}).front() != nullptr;
 }
 
 int EngineSpeechFramework::reservations(const QString &localeIdentifier) const
@@ -69,11 +70,7 @@ std::shared_ptr<SpeechModule> EngineSpeechFramework::makeTranscriber(
     const QString &localeIdentifier, const SpeechModuleOptions &options)
 {
     const QString locale = canonical(localeIdentifier);
-    std::shared_ptr<SpeechEngine> engine = engineFor(locale);
-    if (!engine) {
-        engine = std::make_shared<MissingModelEngine>(missingModelText(locale));
-    }
-    return std::make_shared<EngineSpeechModule>(locale, options, std::move(engine));
+    return std::make_shared<EngineSpeechModule>(locale, options);
 }
 
 std::shared_ptr<SpeechAnalyzer> EngineSpeechFramework::makeAnalyzer(
@@ -86,18 +83,29 @@ std::shared_ptr<SpeechAnalyzer> EngineSpeechFramework::makeAnalyzer(
             qFatal("EngineSpeechFramework: a module of another framework");
         }
     }
-    return std::make_shared<EngineSpeechAnalyzer>(std::move(own), m_mainQueue);
+    std::vector<QString> locales;
+    std::transform(own.begin(), own.end(), std::back_inserter(locales),
+        [](const auto &module) { return module->localeIdentifier(); });
+    const auto engines = enginesFor(locales);
+    std::vector<EngineSpeechAnalyzer::Assignment> assignments;
+    for (std::size_t i = 0; i < own.size(); ++i) {
+        assignments.push_back({own[i],
+            engines[i] ? engines[i] : std::make_shared<MissingModelEngine>(missingModelText(locales[i]))});
+    }
+    return std::make_shared<EngineSpeechAnalyzer>(std::move(assignments), m_mainQueue);
 }
 
-std::shared_ptr<SpeechEngine> EngineSpeechFramework::engineFor(const QString &localeIdentifier) const
+std::vector<std::shared_ptr<SpeechEngine>> EngineSpeechFramework::enginesFor(
+    const std::vector<QString> &locales) const
 {
-    for (const auto &engine : m_engines) {
-        const std::vector<QString> installed = engine->installedLocales();
-        if (std::find(installed.begin(), installed.end(), localeIdentifier) != installed.end()) {
-            return engine;
-        }
+    std::vector<std::vector<QString>> installed;
+    std::transform(m_engines.begin(), m_engines.end(), std::back_inserter(installed),
+        [](const auto &engine) { return engine->installedLocales(); });
+    std::vector<std::shared_ptr<SpeechEngine>> engines;
+    for (const std::optional<std::size_t> engine : engineChoice(locales, installed)) {
+        engines.push_back(engine ? m_engines[*engine] : nullptr);
     }
-    return nullptr;
+    return engines;
 }
 
 QString EngineSpeechFramework::missingModelText(const QString &localeIdentifier) const

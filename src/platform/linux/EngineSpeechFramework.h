@@ -7,8 +7,8 @@
 
 namespace lumaphone {
 
-/// Speech recognition by the engines on this machine. A locale is served by the first engine that has a model
-/// for it. Recognition stays on the machine, so it needs no one's permission.
+/// Speech recognition by the engines on this machine; EngineChoice says which one serves which locales.
+/// Recognition stays on the machine, so it needs no one's permission.
 class EngineSpeechFramework final : public SpeechFramework
 {
 public:
@@ -32,8 +32,8 @@ public:
     int reservations(const QString &localeIdentifier) const;
 
 private:
-    /// None when no engine has a model for the locale.
-    std::shared_ptr<SpeechEngine> engineFor(const QString &localeIdentifier) const;
+    /// The engines for locales that are recognised together; null where none has a model.
+    std::vector<std::shared_ptr<SpeechEngine>> enginesFor(const std::vector<QString> &locales) const;
     QString missingModelText(const QString &localeIdentifier) const;
 
     const std::vector<std::shared_ptr<SpeechEngine>> m_engines;

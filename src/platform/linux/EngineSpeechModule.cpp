@@ -2,11 +2,9 @@
 
 namespace lumaphone {
 
-EngineSpeechModule::EngineSpeechModule(
-    QString localeIdentifier, const SpeechModuleOptions &options, std::shared_ptr<SpeechEngine> engine)
+EngineSpeechModule::EngineSpeechModule(QString localeIdentifier, const SpeechModuleOptions &options)
     : m_localeIdentifier(std::move(localeIdentifier))
     , m_options(options)
-    , m_engine(std::move(engine))
 {
 }
 

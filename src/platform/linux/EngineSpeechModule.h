@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/SpeechEngine.h"
+#include "platform/SpeechFramework.h"
 
 namespace lumaphone {
 
@@ -8,11 +8,9 @@ namespace lumaphone {
 class EngineSpeechModule final : public SpeechModule
 {
 public:
-    EngineSpeechModule(
-        QString localeIdentifier, const SpeechModuleOptions &options, std::shared_ptr<SpeechEngine> engine);
+    EngineSpeechModule(QString localeIdentifier, const SpeechModuleOptions &options);
 
     const QString &localeIdentifier() const { return m_localeIdentifier; }
-    const std::shared_ptr<SpeechEngine> &engine() const { return m_engine; }
 
     std::optional<SpeechResult> nextResult(const std::stop_token &stop) override;
 
@@ -27,7 +25,6 @@ public:
 private:
     const QString m_localeIdentifier;
     const SpeechModuleOptions m_options;
-    const std::shared_ptr<SpeechEngine> m_engine;
     AsyncStream<SpeechResult> m_results;
 };
 

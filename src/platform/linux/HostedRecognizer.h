@@ -2,8 +2,8 @@
 
 #include "platform/linux/SpeechHostSession.h"
 #include "platform/linux/StreamingRecognizer.h"
+#include "speech/GrowingText.h"
 #include "speech/LanguageArbiter.h"
-#include "speech/StableText.h"
 #include "speech/TaiwanTraditional.h"
 
 namespace lumaphone {
@@ -16,6 +16,10 @@ struct SpeechInstallation
     QString voiceDetector;
     host::Network network;
     std::optional<host::Network> volatileNetwork;
+    /// Throws where a file is not the one it should be, before the library sees it. None: nothing is known.
+    std::function<void(const std::stop_token &)> demandIntact;
+    /// What the user can do about files that are damaged.
+    QString repair = SpeechHostSession::reinstallTheModel();
 };
 
 /// Recognises several languages with one decode, in a process of its own: a single language with a network
@@ -30,21 +34,27 @@ public:
     void load() override;
     void accept(std::span<const std::int16_t> samples) override { m_session.append(samples); }
     void finish() override { m_session.finish(); }
-    void cancel() noexcept override { m_session.cancel(); }
+    void cancel() noexcept override;
 
     /// The host's process; -1 while there is none. Any thread.
     pid_t hostProcessId() const { return m_session.processId(); }
 
 private:
+    void demandIntactFiles() const;
     void heard(const host::Decoded &decoded);
-    /// None: a volatile text that is not to be shown.
-    std::optional<QString> shownText(const host::Decoded &decoded);
+    QString believedText(const QString &text, SpokenLanguage language, LanguageArbiter::Seconds speech,
+        const host::Decoded &decoded) const;
+    void show(const QStringList &texts, bool endsWithFinal);
 
     const std::vector<SpokenLanguage> m_languages;
     const RecognitionSink m_sink;
-    const bool m_hasStreamingTexts; ///< volatile ones only grow
+    const std::function<void(const std::stop_token &)> m_demandIntact;
+    const QString m_repair;
+    std::stop_source m_cancelled;
     LanguageArbiter m_arbiter;
-    StableText m_stableText;
+    std::optional<std::int64_t> m_segment; ///< under way
+    GrowingText m_growing;
+    SpokenLanguage m_shownLanguage;
     std::optional<TaiwanTraditional> m_traditional;
     SpeechHostSession m_session;
 };

@@ -3,27 +3,26 @@
 #include "platform/linux/MissingModelEngine.h"
 
 #include <algorithm>
-#include <array>
 
 namespace lumaphone {
 
-namespace {
-
-constexpr std::array languages {
-    SpokenLanguage::japanese, SpokenLanguage::english, SpokenLanguage::korean, SpokenLanguage::mandarin};
-
-} // namespace
-
-HostedSpeechEngine::HostedSpeechEngine(Locator locate)
-    : m_locate(std::move(locate))
+HostedSpeechEngine::HostedSpeechEngine(std::vector<SpokenLanguage> languages, Locator locate)
+    : m_languages(std::move(languages))
+    , m_locate(std::move(locate))
 {
+}
+
+bool HostedSpeechEngine::knows(SpokenLanguage language) const
+{
+    return std::find(m_languages.begin(), m_languages.end(), language) != m_languages.end();
 }
 
 std::vector<QString> HostedSpeechEngine::installedLocales() const
 {
     std::vector<QString> locales;
     if (std::holds_alternative<SpeechInstallation>(m_locate())) {
-        std::transform(languages.begin(), languages.end(), std::back_inserter(locales), &localeIdentifier);
+        std::transform(
+            m_languages.begin(), m_languages.end(), std::back_inserter(locales), &localeIdentifier);
     }
     return locales;
 }
@@ -32,7 +31,8 @@ std::optional<QString> HostedSpeechEngine::installationHint(const QString &local
 {
     const Installation installation = m_locate();
     const auto *const hint = std::get_if<QString>(&installation);
-    return hint != nullptr && spokenLanguageOf(localeIdentifier) ? std::optional(*hint) : std::nullopt;
+    const auto language = spokenLanguageOf(localeIdentifier);
+    return hint != nullptr && language && knows(*language) ? std::optional(*hint) : std::nullopt;
 }
 
 std::vector<std::shared_ptr<StreamingRecognizer>> HostedSpeechEngine::makeRecognizers(
@@ -45,7 +45,7 @@ std::vector<std::shared_ptr<StreamingRecognizer>> HostedSpeechEngine::makeRecogn
     }
     std::vector<SpokenLanguage> spoken;
     for (const QString &locale : localeIdentifiers) {
-        if (const auto language = spokenLanguageOf(locale)) {
+        if (const auto language = spokenLanguageOf(locale); language && knows(*language)) {
             spoken.push_back(*language);
         }
     }

@@ -7,7 +7,7 @@
 
 namespace lumaphone {
 
-/// Recognises Japanese, English, Korean and Mandarin with networks that run in a process of their own.
+/// Recognises one or several languages with networks that run in a process of their own.
 class HostedSpeechEngine final : public SpeechEngine
 {
 public:
@@ -16,7 +16,8 @@ public:
     /// Any thread.
     using Locator = std::function<Installation()>;
 
-    explicit HostedSpeechEngine(Locator locate);
+    /// `languages`: those that the networks know.
+    HostedSpeechEngine(std::vector<SpokenLanguage> languages, Locator locate);
 
     std::vector<QString> installedLocales() const override;
     std::optional<QString> installationHint(const QString &localeIdentifier) const override;
@@ -24,6 +25,9 @@ public:
         const std::vector<QString> &localeIdentifiers, RecognitionSink sink) const override;
 
 private:
+    bool knows(SpokenLanguage language) const;
+
+    const std::vector<SpokenLanguage> m_languages;
     const Locator m_locate;
 };
 

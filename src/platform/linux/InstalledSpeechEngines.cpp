@@ -7,11 +7,21 @@
 
 namespace lumaphone {
 
-std::vector<std::shared_ptr<SpeechEngine>> installedSpeechEngines(const ModelStore &models)
+std::vector<std::shared_ptr<SpeechEngine>> installedSpeechEngines(
+    const ModelStore &models, CheckedFiles &checked)
 {
-    const SpeechInstallations installations(
-        std::make_shared<ExecutableFolderResources>(), [&models] { return installedSpeechModel(models); });
-    return {std::make_shared<HostedSpeechEngine>(installations), std::make_shared<PocketSphinxEngine>()};
+    const auto resources = std::make_shared<ExecutableFolderResources>();
+    const std::vector<SpokenLanguage> fourLanguages {
+        SpokenLanguage::japanese, SpokenLanguage::english, SpokenLanguage::korean, SpokenLanguage::mandarin};
+    return {
+        std::make_shared<HostedSpeechEngine>(std::vector {SpokenLanguage::english},
+            SpeechInstallations(
+                resources, [&models, &checked] { return bundledEnglishModel(models, checked); })),
+        std::make_shared<HostedSpeechEngine>(fourLanguages,
+            SpeechInstallations(
+                resources, [&models, &checked] { return installedSpeechModel(models, checked); })),
+        std::make_shared<PocketSphinxEngine>(),
+    };
 }
 
 } // namespace lumaphone

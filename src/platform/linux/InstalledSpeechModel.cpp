@@ -1,5 +1,8 @@
 #include "platform/linux/InstalledSpeechModel.h"
 
+#include "models/SpeechModels.h"
+
+#include <QFile>
 #include <QLocale>
 #include <QStringList>
 
@@ -11,23 +14,35 @@ namespace {
 
 const auto voiceDetectorRole = QStringLiteral("vad");
 const auto networkRole = QStringLiteral("model");
+const auto encoderRole = QStringLiteral("encoder");
+const auto decoderRole = QStringLiteral("decoder");
 const auto tokensRole = QStringLiteral("tokens");
 
-bool hasRole(const ModelEntry &entry, const QString &role)
+/// The first speech model with files of these roles; null if there is none.
+const ModelEntry *findEntry(const ModelCatalogue &catalogue, bool isBundled, const QStringList &roles)
 {
-    const QList<ModelFile> files = entry.files();
-    return std::any_of(
-        files.begin(), files.end(), [&role](const ModelFile &file) { return file.role == role; });
+    const QList<ModelEntry> &entries = catalogue.entries();
+    const auto found = std::find_if(entries.begin(), entries.end(), [&](const ModelEntry &entry) {
+        return entry.kind == ModelKind::speech && entry.isBundled == isBundled
+            && std::all_of(
+                roles.begin(), roles.end(), [&entry](const QString &role) { return entry.hasRole(role); });
+    });
+    return found == entries.end() ? nullptr : &*found;
 }
 
-const ModelEntry *speechEntry(const ModelCatalogue &catalogue, const QString &role)
+const ModelEntry *entryWith(const ModelCatalogue &catalogue, const QStringList &roles)
 {
-    for (const ModelEntry &entry : catalogue.entries()) {
-        if (entry.kind == ModelKind::speech && hasRole(entry, role)) {
-            return &entry;
-        }
-    }
-    return nullptr;
+    return findEntry(catalogue, false, roles);
+}
+
+const ModelEntry *bundledEntryWith(const ModelCatalogue &catalogue, const QStringList &roles)
+{
+    return findEntry(catalogue, true, roles);
+}
+
+std::string encoded(const QString &path)
+{
+    return QFile::encodeName(path).toStdString();
 }
 
 /// What there is to install.
@@ -56,27 +71,57 @@ private:
 
 } // namespace
 
-std::variant<SpeechModelFiles, QString> installedSpeechModel(const ModelStore &store)
+std::variant<SpeechModelFiles, QString> installedSpeechModel(const ModelStore &store, CheckedFiles &checked)
 {
-    const ModelEntry *const voiceDetector = speechEntry(store.catalogue(), voiceDetectorRole);
-    const ModelEntry *const network = speechEntry(store.catalogue(), networkRole);
-    if (voiceDetector == nullptr || network == nullptr || !hasRole(*network, tokensRole)) {
+    const ModelEntry *const network = entryWith(store.catalogue(), {networkRole, tokensRole});
+    if (network == nullptr) {
         return QStringLiteral("模型清單裡沒有語音辨識模型。");
     }
-    const auto installedDetector = store.installed(*voiceDetector);
-    const auto installedNetwork = store.installed(*network);
-    if (installedDetector && installedNetwork) {
-        return SpeechModelFiles {installedDetector->require(voiceDetectorRole),
-            installedNetwork->require(networkRole), installedNetwork->require(tokensRole)};
+    const auto installed = store.installed(*network);
+    const ModelEntry *const detector = voiceDetectorInPlace(store);
+    if (!installed || detector == nullptr) {
+        Missing missing;
+        if (const ModelEntry *const installable = entryWith(store.catalogue(), {voiceDetectorRole});
+            detector == nullptr && installable != nullptr) {
+            missing.add(*installable);
+        }
+        if (!installed) {
+            missing.add(*network);
+        }
+        return missing.hint();
     }
-    Missing missing;
-    if (!installedDetector) {
-        missing.add(*voiceDetector);
+    return SpeechModelFiles {
+        store.installed(*detector)->require(voiceDetectorRole),
+        {host::NetworkKind::senseVoice, {encoded(installed->require(networkRole))},
+            encoded(installed->require(tokensRole))},
+        [&store, &checked, network, detector](const std::stop_token &stop) {
+            store.requireIntact(*detector, {voiceDetectorRole}, checked, stop);
+            store.requireIntact(*network, {networkRole, tokensRole}, checked, stop);
+        },
+        SpeechHostSession::reinstallTheModel(),
+    };
+}
+
+std::variant<SpeechModelFiles, QString> bundledEnglishModel(const ModelStore &store, CheckedFiles &checked)
+{
+    const ModelEntry *const entry
+        = bundledEntryWith(store.catalogue(), {encoderRole, decoderRole, tokensRole});
+    const auto model = entry == nullptr ? std::nullopt : store.installed(*entry);
+    if (!model) {
+        return QStringLiteral("這個版本的 Lumaphone 沒有附上英文語音辨識模型，或它的檔案不完整。"
+                              "請執行 packaging/install-speech-runtime 後重新建置，或改裝完整的套件。");
     }
-    if (!installedNetwork) {
-        missing.add(*network);
-    }
-    return missing.hint();
+    return SpeechModelFiles {
+        model->require(voiceDetectorRole),
+        {host::NetworkKind::moonshine,
+            {encoded(model->require(encoderRole)), encoded(model->require(decoderRole))},
+            encoded(model->require(tokensRole))},
+        [&store, &checked, entry](const std::stop_token &stop) {
+            store.requireIntact(
+                *entry, {voiceDetectorRole, encoderRole, decoderRole, tokensRole}, checked, stop);
+        },
+        QStringLiteral("請重新安裝 Lumaphone。"),
+    };
 }
 
 } // namespace lumaphone

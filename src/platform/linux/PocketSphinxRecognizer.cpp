@@ -1,5 +1,7 @@
 #include "platform/linux/PocketSphinxRecognizer.h"
 
+#include "speech/RecognizedText.h"
+
 #include <QFile>
 #include <QRegularExpression>
 
@@ -26,6 +28,9 @@ constexpr std::size_t samplesPerText = 2 * blockSamples;
 /// The sound before the detector is sure of speech, which belongs to the utterance: 0.3 s.
 constexpr std::size_t leadSamples = sampleRateHz * 3 / 10;
 constexpr std::size_t longestUtteranceSamples = 20 * sampleRateHz;
+
+/// Its search takes back much of what it has just said, its first word most of all.
+constexpr GrowingText::Agreement agreement {.onFirstWord = 4, .onOtherWords = 3};
 
 /// What the library reports on this thread while it works for us: it has one log for the whole process.
 thread_local QString *currentReport = nullptr;
@@ -155,6 +160,7 @@ PocketSphinxRecognizer::PocketSphinxRecognizer(
     : m_localeIdentifier(std::move(localeIdentifier))
     , m_model(std::move(model))
     , m_sink(std::move(sink))
+    , m_growing(agreement)
 {
     m_pending.reserve(blockSamples);
 }
@@ -214,23 +220,44 @@ void PocketSphinxRecognizer::decode(std::span<const std::int16_t> block)
         endUtterance();
     } else if (m_samplesSinceText >= samplesPerText) {
         m_samplesSinceText = 0;
-        give(m_decoder->hypothesis(), false);
+        giveVolatile(m_decoder->hypothesis());
     }
 }
 
 void PocketSphinxRecognizer::endUtterance()
 {
     m_decoder->endUtterance();
-    give(m_decoder->hypothesis(), true);
+    giveFinal(m_decoder->hypothesis());
     m_decoder->beginUtterance();
     m_hasSpeech = false;
 }
 
-void PocketSphinxRecognizer::give(const QString &text, bool isFinal)
+void PocketSphinxRecognizer::giveVolatile(const QString &hypothesis)
 {
-    if (!text.isEmpty() && !m_isCancelled) {
-        m_sink(m_localeIdentifier, {text, isFinal});
+    // A single word may be all that it finds in a noise; in speech the next one comes soon.
+    if (unitsOf(hypothesis).size() < 2 || !fills(hypothesis, speech())) {
+        m_growing.listen(hypothesis);
+        return;
     }
+    for (const QString &text : m_growing.heard(hypothesis)) {
+        if (!m_isCancelled) {
+            m_sink(m_localeIdentifier, {text, false});
+        }
+    }
+}
+
+void PocketSphinxRecognizer::giveFinal(const QString &text)
+{
+    const QStringList texts = m_growing.concluded(fills(text, speech()) ? text : QString());
+    for (qsizetype i = 0; i < texts.size() && !m_isCancelled; ++i) {
+        m_sink(m_localeIdentifier, {texts[i], i + 1 == texts.size()});
+    }
+}
+
+std::chrono::duration<double> PocketSphinxRecognizer::speech() const
+{
+    return std::chrono::duration<double>(
+        static_cast<double>(m_utteranceSamples) / static_cast<double>(sampleRateHz));
 }
 
 } // namespace lumaphone

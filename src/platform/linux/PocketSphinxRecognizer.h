@@ -2,8 +2,10 @@
 
 #include "platform/linux/PocketSphinxModel.h"
 #include "platform/linux/StreamingRecognizer.h"
+#include "speech/GrowingText.h"
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 
 namespace lumaphone {
@@ -26,7 +28,10 @@ private:
 
     void decode(std::span<const std::int16_t> block);
     void endUtterance();
-    void give(const QString &text, bool isFinal);
+    void giveVolatile(const QString &hypothesis);
+    void giveFinal(const QString &text);
+    /// Of the utterance under way.
+    std::chrono::duration<double> speech() const;
 
     const QString m_localeIdentifier;
     const PocketSphinxModel m_model;
@@ -38,6 +43,7 @@ private:
     bool m_hasSpeech = false; ///< in the utterance under way
     std::size_t m_utteranceSamples = 0; ///< since its speech began
     std::size_t m_samplesSinceText = 0; ///< since its last text
+    GrowingText m_growing;
 };
 
 } // namespace lumaphone

@@ -2,6 +2,7 @@
 
 #include "platform/linux/EngineSpeechModule.h"
 #include "platform/linux/SampleQueue.h"
+#include "platform/linux/SpeechEngine.h"
 
 #include <thread>
 

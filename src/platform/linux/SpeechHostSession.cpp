@@ -24,30 +24,6 @@ constexpr std::chrono::milliseconds longestSilence = 60s;
 constexpr std::size_t unsentLimit = 16000;
 constexpr std::size_t pieceSize = 4096;
 
-QString textOf(const host::Failure &failure)
-{
-    const QString detail = QString::fromStdString(failure.detail);
-    switch (failure.kind) {
-    case host::FailureKind::protocol:
-        return QStringLiteral("語音辨識程式與 Lumaphone 的版本不符，請重新安裝 Lumaphone。（%1）")
-            .arg(detail);
-    case host::FailureKind::runtimeMissing:
-        return QStringLiteral("無法載入語音辨識執行庫 libsherpa-onnx-c-api.so，請重新安裝 Lumaphone。（%1）")
-            .arg(detail);
-    case host::FailureKind::runtimeVersion:
-        return QStringLiteral("語音辨識執行庫的版本 %1 太舊，需要 1.12.35 以上的版本。").arg(detail);
-    case host::FailureKind::voiceDetector:
-        return QStringLiteral("語音偵測模型缺少或已損壞，請移除後重新安裝。（%1）").arg(detail);
-    case host::FailureKind::network:
-        return QStringLiteral("語音辨識模型缺少或已損壞，請移除後重新安裝。（%1）").arg(detail);
-    case host::FailureKind::permission:
-        return QStringLiteral("沒有讀取語音辨識檔案的權限，請檢查檔案權限後再試一次。（%1）").arg(detail);
-    case host::FailureKind::decoding:
-        return QStringLiteral("語音辨識模型無法使用，請移除後重新安裝。（%1）").arg(detail);
-    }
-    Q_UNREACHABLE();
-}
-
 void noteVersion(const host::Ready &ready)
 {
     const auto version = host::parseRuntimeVersion(ready.runtimeVersion);
@@ -73,10 +49,12 @@ struct SpeechHostSession::Connection
     bool hasSentEnd = false;
 };
 
-SpeechHostSession::SpeechHostSession(QString program, host::Configure configuration, TextSink onText)
+SpeechHostSession::SpeechHostSession(
+    QString program, host::Configure configuration, TextSink onText, QString repair)
     : m_program(std::move(program))
     , m_configuration(std::move(configuration))
     , m_onText(std::move(onText))
+    , m_repair(std::move(repair))
     , m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
 }
@@ -339,7 +317,7 @@ bool SpeechHostSession::recover()
     std::unique_lock lock(m_mutex);
     if (m_state == State::loading) {
         lock.unlock();
-        fail(QStringLiteral("語音辨識程式在載入模型時結束，模型可能已損壞，請移除後重新安裝。"));
+        fail(QStringLiteral("語音辨識程式在載入模型時結束，模型可能已損壞，%1").arg(m_repair));
         return false;
     }
     const auto restart = m_recovery.died(std::chrono::steady_clock::now(), m_outbox.sentPosition());
@@ -356,6 +334,30 @@ bool SpeechHostSession::recover()
         m_state = State::restarting;
     }
     return true;
+}
+
+QString SpeechHostSession::textOf(const host::Failure &failure) const
+{
+    const QString detail = QString::fromStdString(failure.detail);
+    switch (failure.kind) {
+    case host::FailureKind::protocol:
+        return QStringLiteral("語音辨識程式與 Lumaphone 的版本不符，請重新安裝 Lumaphone。（%1）")
+            .arg(detail);
+    case host::FailureKind::runtimeMissing:
+        return QStringLiteral("無法載入語音辨識執行庫 libsherpa-onnx-c-api.so，請重新安裝 Lumaphone。（%1）")
+            .arg(detail);
+    case host::FailureKind::runtimeVersion:
+        return QStringLiteral("語音辨識執行庫的版本 %1 太舊，需要 1.12.35 以上的版本。").arg(detail);
+    case host::FailureKind::voiceDetector:
+        return QStringLiteral("語音偵測模型缺少或已損壞，%1（%2）").arg(m_repair, detail);
+    case host::FailureKind::network:
+        return QStringLiteral("語音辨識模型缺少或已損壞，%1（%2）").arg(m_repair, detail);
+    case host::FailureKind::permission:
+        return QStringLiteral("沒有讀取語音辨識檔案的權限，請檢查檔案權限後再試一次。（%1）").arg(detail);
+    case host::FailureKind::decoding:
+        return QStringLiteral("語音辨識模型無法使用，%1（%2）").arg(m_repair, detail);
+    }
+    Q_UNREACHABLE();
 }
 
 void SpeechHostSession::fail(const QString &description)

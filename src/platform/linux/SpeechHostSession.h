@@ -23,8 +23,12 @@ public:
     /// Takes a text, on the session's thread.
     using TextSink = std::function<void(const host::Decoded &)>;
 
-    /// `program`: the host's executable.
-    SpeechHostSession(QString program, host::Configure configuration, TextSink onText);
+    /// For models that the user has installed.
+    static QString reinstallTheModel() { return QStringLiteral("請移除後重新安裝。"); }
+
+    /// `program`: the host's executable. `repair`: a sentence for the user: what to do about damaged files.
+    SpeechHostSession(QString program, host::Configure configuration, TextSink onText,
+        QString repair = reinstallTheModel());
     /// Ends the host at once.
     ~SpeechHostSession();
     SpeechHostSession(const SpeechHostSession &) = delete;
@@ -61,6 +65,7 @@ private:
     bool fillOutgoing(Connection &connection);
     bool recover();
     void fail(const QString &description);
+    QString textOf(const host::Failure &failure) const;
     int patience() const;
 
     void enter(State state);
@@ -72,6 +77,7 @@ private:
     const QString m_program;
     const host::Configure m_configuration;
     const TextSink m_onText;
+    const QString m_repair;
     int m_wake = -1; ///< an eventfd
 
     mutable std::mutex m_mutex;

@@ -1,18 +1,8 @@
 #include "platform/linux/SpeechInstallations.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 namespace lumaphone {
-
-namespace {
-
-std::string pathOf(const QString &path)
-{
-    return QFile::encodeName(path).toStdString();
-}
-
-} // namespace
 
 SpeechInstallations::SpeechInstallations(std::shared_ptr<const BundleResources> resources, Models models)
     : m_resources(std::move(resources))
@@ -32,9 +22,9 @@ HostedSpeechEngine::Installation SpeechInstallations::operator()() const
     if (auto *const hint = std::get_if<QString>(&models)) {
         return std::move(*hint);
     }
-    const auto &files = std::get<SpeechModelFiles>(models);
-    return SpeechInstallation {*program, QFileInfo(*runtime).absolutePath(), files.voiceDetector,
-        {host::NetworkKind::senseVoice, {pathOf(files.network)}, pathOf(files.tokens)}, {}};
+    auto &files = std::get<SpeechModelFiles>(models);
+    return SpeechInstallation {*program, QFileInfo(*runtime).absolutePath(), std::move(files.voiceDetector),
+        std::move(files.network), {}, std::move(files.demandIntact), std::move(files.repair)};
 }
 
 } // namespace lumaphone

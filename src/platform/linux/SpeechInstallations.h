@@ -9,8 +9,10 @@ namespace lumaphone {
 struct SpeechModelFiles
 {
     QString voiceDetector;
-    QString network;
-    QString tokens;
+    host::Network network;
+    /// Throws where a file is not the one it should be. May read all of them.
+    std::function<void(const std::stop_token &)> demandIntact;
+    QString repair; ///< what the user can do then
 };
 
 /// Finds what the hosted engine needs: its program and the runtime library among the program's resources, and

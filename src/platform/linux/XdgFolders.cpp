@@ -48,6 +48,11 @@ std::optional<QString> XdgFolders::configuration() const
     return folder("XDG_CONFIG_HOME", QStringLiteral(".config"));
 }
 
+std::optional<QString> XdgFolders::cache() const
+{
+    return folder("XDG_CACHE_HOME", QStringLiteral(".cache"));
+}
+
 std::optional<QString> XdgFolders::runtime() const
 {
     const auto path = absolutePathIn("XDG_RUNTIME_DIR");

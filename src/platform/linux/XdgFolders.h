@@ -13,6 +13,8 @@ public:
     std::optional<QString> applicationSupport() const override;
     /// XDG_CONFIG_HOME or ~/.config.
     std::optional<QString> configuration() const override;
+    /// XDG_CACHE_HOME or ~/.cache.
+    std::optional<QString> cache() const override;
     /// XDG_RUNTIME_DIR if it exists: where sockets and locks of the logged-in user belong.
     std::optional<QString> runtime() const;
 };

@@ -35,7 +35,7 @@ void echo(HostConnection &connection, const Sound &sound, const std::string &scr
         connection.send(Failure {FailureKind::decoding, "it cannot be heard"});
         return;
     }
-    connection.send(Decoded {sound.position, end, end - sound.position, true, 1, "en", "Speech",
+    connection.send(Decoded {sound.position, end, end - sound.position, true, false, false, 1, "en", "Speech",
         std::to_string(sound.samples.front())});
     connection.send(Settled {end});
 }

@@ -2,6 +2,7 @@
 
 #include "models/ModelInstaller.h"
 #include "support/Coroutines.h"
+#include "support/ModelFixtures.h"
 #include "support/engine/GeneratedFolder.h"
 #include "translation/LumaphoneAppleTranslationService.h"
 #include "translation/engine/Translator.h"
@@ -16,15 +17,24 @@ using engine::test::GeneratedFolder;
 
 namespace {
 
-const QByteArray listing = R"({"models": [
+/// Lists the models that lie in a folder.
+QByteArray listing(const GeneratedFolder &folder)
+{
+    const auto download = [&folder](const QString &role, const QString &name) {
+        QFile file(folder.path(name));
+        const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return QStringLiteral(R"({"url": "http:\/\/x\/%1", "compression": "none", "files": [%2]})")
+            .arg(name, test::listedFile(role, name, bytes));
+    };
+    return QStringLiteral(R"({"models": [
     {"id": "ja-en", "kind": "translation", "title": "J", "languages": ["ja", "en"],
-     "licence": {"text": "x", "mustBeAccepted": false}, "downloads": [
-        {"url": "http:\/\/x\/ja.bin", "compression": "none", "files": [{"role": "model", "name": "ja.bin"}]},
-        {"url": "http:\/\/x\/v.spm", "compression": "none", "files": [{"role": "sourceVocabulary", "name": "v.spm"}]}]},
+     "licence": {"text": "x", "mustBeAccepted": false}, "downloads": [%1, %2]},
     {"id": "en-zh-Hant", "kind": "translation", "title": "E", "languages": ["en", "zh-Hant"],
-     "licence": {"text": "x", "mustBeAccepted": false}, "downloads": [
-        {"url": "http:\/\/x\/en.bin", "compression": "none", "files": [{"role": "model", "name": "en.bin"}]},
-        {"url": "http:\/\/x\/w.spm", "compression": "none", "files": [{"role": "sourceVocabulary", "name": "w.spm"}]}]}]})";
+     "licence": {"text": "x", "mustBeAccepted": false}, "downloads": [%3, %4]}]})")
+        .arg(download("model", "ja.bin"), download("sourceVocabulary", "v.spm"), download("model", "en.bin"),
+            download("sourceVocabulary", "w.spm"))
+        .toUtf8();
+}
 
 const QString japanese = QStringLiteral("妹は駅で友達に会いました。");
 
@@ -57,7 +67,7 @@ private slots:
     {
         m_scratch = std::make_unique<QTemporaryDir>();
         m_store = std::make_unique<ModelStore>(
-            m_scratch->filePath("模型 é"), ModelCatalogue::fromJson(listing, "test"));
+            m_scratch->filePath("模型 é"), ModelCatalogue::fromJson(listing(m_generated), "test"));
         m_framework = std::make_unique<OnDeviceTranslationFramework>(*m_store, m_mainQueue);
     }
 

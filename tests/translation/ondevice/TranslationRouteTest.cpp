@@ -15,8 +15,8 @@ ModelCatalogue catalogue(const QList<std::pair<QString, QString>> &pairs)
         models.append(
             QStringLiteral(R"({"id": "%1-%2", "kind": "translation", "title": "x", "languages": ["%1", "%2"],
             "licence": {"text": "x", "mustBeAccepted": false}, "downloads": [{"url": "http:\/\/x\/x",
-            "compression": "none", "files": [{"role": "model", "name": "x"}]}]})")
-                .arg(source, target));
+            "compression": "none", "files": [{"role": "model", "name": "x", "sha256": "%3"}]}]})")
+                .arg(source, target, QString(64, '0')));
     }
     return ModelCatalogue::fromJson(
         ("{\"models\": [" + models.join(QLatin1Char(',')) + "]}").toUtf8(), QStringLiteral("test"));
