@@ -95,11 +95,12 @@ endif()
 set(LUMAPHONE_SOURCE_ROOT "${CMAKE_CURRENT_SOURCE_DIR}")
 set(LUMAPHONE_TEST_ENVIRONMENT "QT_FATAL_WARNINGS=1;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/tsan.supp:second_deadlock_stack=1:ignore_noninstrumented_modules=1:die_after_fork=0")
 
-# lumaphone_add_test(<Name> SOURCES <Name>.cpp [LIBS ...] [SANITIZED | THREADED] [EXCLUSIVE] [TIMEOUT seconds])
+# lumaphone_add_test(<Name> SOURCES <Name>.cpp [LIBS ...] [SANITIZED | THREADED] [EXCLUSIVE] [SOUND_SERVERS] [TIMEOUT seconds])
 # A Qt Test executable of one source, which includes <Name>.moc. SANITIZED tests are also built and run with the address sanitizer, THREADED ones with the
 # thread sanitizer as well; EXCLUSIVE ones use real time (a sound server, a window) and never run beside another test.
+# SOUND_SERVERS: without sanitizers the test is run a second time, as <Name>OnPipeWire, with another sound server.
 function(lumaphone_add_test name)
-    cmake_parse_arguments(ARG "SANITIZED;THREADED;EXCLUSIVE" "TIMEOUT" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(ARG "SANITIZED;THREADED;EXCLUSIVE;SOUND_SERVERS" "TIMEOUT" "SOURCES;LIBS" ${ARGN})
     if(LUMAPHONE_SANITIZE AND NOT ARG_THREADED AND (LUMAPHONE_SANITIZE STREQUAL "thread" OR NOT ARG_SANITIZED))
         return()
     endif()
@@ -125,10 +126,22 @@ function(lumaphone_add_test name)
     else()
         set(ARG_TIMEOUT 120)
     endif()
-    add_test(NAME "${LUMAPHONE_TEST_PREFIX}${name}" COMMAND ${name})
-    set_tests_properties("${LUMAPHONE_TEST_PREFIX}${name}" PROPERTIES
-        TIMEOUT ${ARG_TIMEOUT} COST ${cost} RUN_SERIAL $<BOOL:${ARG_EXCLUSIVE}>
-        ENVIRONMENT "${LUMAPHONE_TEST_ENVIRONMENT}")
+    set(runs "${LUMAPHONE_TEST_PREFIX}${name}")
+    if(ARG_SOUND_SERVERS AND NOT LUMAPHONE_SANITIZE)
+        list(APPEND runs "${name}OnPipeWire")
+    endif()
+    foreach(run IN LISTS runs)
+        set(environment "${LUMAPHONE_TEST_ENVIRONMENT}")
+        if(run MATCHES "OnPipeWire$")
+            list(APPEND environment "LUMAPHONE_TEST_SOUND_SERVER=pipewire")
+        endif()
+        add_test(NAME "${run}" COMMAND ${name})
+        # A test whose initTestCase() is skipped lacks a program that it needs, and says which.
+        set_tests_properties("${run}" PROPERTIES
+            TIMEOUT ${ARG_TIMEOUT} COST ${cost} RUN_SERIAL $<BOOL:${ARG_EXCLUSIVE}>
+            SKIP_REGULAR_EXPRESSION "SKIP   : [A-Za-z]+::initTestCase"
+            ENVIRONMENT "${environment}")
+    endforeach()
 endfunction()
 
 # lumaphone_add_bench(<Name> SOURCES ... [LIBS ...]): a Google Benchmark executable.

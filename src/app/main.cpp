@@ -1,6 +1,7 @@
 #include "app/QmlEngineSetup.h"
 #include "app/floating/FloatingCaptionPanel.h"
 #include "app/floating/FloatingCaptionWindowController.h"
+#include "app/floating/LayerShell.h"
 #include "app/floating/WindowSystem.h"
 #include "app/glossary/GlossarySettingsModel.h"
 #include "app/inspector/InspectorModel.h"
@@ -235,12 +236,16 @@ int run()
 {
     MainWindow *raised = nullptr;
     LockedSingleInstance instance(instanceFolder(XdgFolders()));
-    const auto raise = [&raised] {
+    const auto raise = [&raised](const QString &permission) {
         if (raised) {
+            // Wayland's windows come to the front only by the right of what the user has just started.
+            if (!permission.isEmpty()) {
+                qputenv("XDG_ACTIVATION_TOKEN", permission.toUtf8());
+            }
             raised->raise();
         }
     };
-    if (instance.claim(raise) == InstanceRole::second) {
+    if (instance.claim(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"), raise) == InstanceRole::second) {
         complain(QStringLiteral("Lumaphone 已經在執行，視窗會移到最前面。"));
         return 0;
     }
@@ -256,7 +261,8 @@ int run()
 
 int main(int argc, char *argv[])
 {
-    const QString windowSystem = preferredWindowSystem(QProcessEnvironment::systemEnvironment());
+    const QString windowSystem
+        = preferredWindowSystem(QProcessEnvironment::systemEnvironment(), &layershell::isOffered);
     if (!windowSystem.isEmpty()) {
         qputenv("QT_QPA_PLATFORM", windowSystem.toUtf8());
     }

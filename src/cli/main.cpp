@@ -122,7 +122,7 @@ QString instanceFolder(const XdgFolders &folders)
 /// Two processes never share a draft: false, with a message, while another one uses it.
 bool claim(SingleInstance &instance, const CommandStreams &streams)
 {
-    if (instance.claim([] {}) == InstanceRole::first) {
+    if (instance.claim({}, [](const QString &) {}) == InstanceRole::first) {
         return true;
     }
     streams.complain(QStringLiteral("Lumaphone 正在執行並使用草稿。請先結束它。"));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <functional>
 
 namespace lumaphone {
@@ -15,9 +17,12 @@ class SingleInstance
 public:
     virtual ~SingleInstance() = default;
     /// Tries to become the one instance. As long as the object lives and the role is `first`, every further
-    /// start calls `onRaiseRequested` on the main thread. What a killed process left behind is no obstacle.
-    /// Throws FileError when the place that the instances share cannot be used.
-    virtual InstanceRole claim(std::function<void()> onRaiseRequested) = 0;
+    /// start calls `onRaiseRequested` on the main thread, with the `permission` of that start: what the
+    /// desktop gave it as its right to come to the front, or nothing. What a killed process left behind is no
+    /// obstacle. Throws FileError when the place that the instances share cannot be used.
+    virtual InstanceRole claim(
+        const QString &permission, std::function<void(const QString &permission)> onRaiseRequested)
+        = 0;
 };
 
 } // namespace lumaphone

@@ -112,27 +112,94 @@ private slots:
         QTEST(dragged(QRect(100, 100, 820, 180), edges, delta), "result");
     }
 
-    void x11IsPreferredWhereThereIsOne_data()
+    void aDragStaysWithinItsBounds_data()
+    {
+        QTest::addColumn<QRect>("geometry");
+        QTest::addColumn<Qt::Edges>("edges");
+        QTest::addColumn<QPoint>("delta");
+        QTest::addColumn<QPoint>("bounded");
+        const QRect middle(500, 400, 820, 180);
+        const Qt::Edges all;
+        QTest::newRow("with room") << middle << all << QPoint(60, -70) << QPoint(60, -70);
+        QTest::newRow("to the left and up") << middle << all << QPoint(-900, -900) << QPoint(-500, -400);
+        QTest::newRow("to the right and down") << middle << all << QPoint(900, 900) << QPoint(120, 320);
+        QTest::newRow("a left edge to the left")
+            << middle << Qt::Edges(Qt::LeftEdge) << QPoint(-900, 0) << QPoint(-500, 0);
+        QTest::newRow("a left edge to the right is limited by the sizes alone")
+            << middle << Qt::Edges(Qt::LeftEdge) << QPoint(3000, 0) << QPoint(3000, 0);
+        QTest::newRow("a lower right corner")
+            << middle << Qt::Edges(Qt::RightEdge | Qt::BottomEdge) << QPoint(900, 900) << QPoint(120, 320);
+        QTest::newRow("one that reaches over the edge is not pushed")
+            << QRect(-100, 400, 820, 180) << all << QPoint(-10, 5) << QPoint(-0, 5);
+    }
+    void aDragStaysWithinItsBounds()
+    {
+        QFETCH(QRect, geometry);
+        QFETCH(Qt::Edges, edges);
+        QFETCH(QPoint, delta);
+        QTEST(boundedDrag(geometry, edges, delta, QRect(0, 0, 1440, 900)), "bounded");
+    }
+
+    void aPointerStaysOnTheScreens_data()
+    {
+        QTest::addColumn<QPointF>("pointer");
+        QTest::addColumn<QPointF>("step");
+        QTest::addColumn<QPointF>("next");
+        QTest::newRow("on one") << QPointF(10, 10) << QPointF(5.5, -3) << QPointF(15.5, 7);
+        QTest::newRow("against an edge") << QPointF(10, 10) << QPointF(-40, 5) << QPointF(0, 15);
+        QTest::newRow("over to another") << QPointF(1430, 300) << QPointF(40, 0) << QPointF(1470, 300);
+        QTest::newRow("beside the other, which is less high")
+            << QPointF(1430, 850) << QPointF(40, 0) << QPointF(1439, 850);
+        QTest::newRow("from nowhere") << QPointF(-50, -50) << QPointF(5, 5) << QPointF(-45, -45);
+    }
+    void aPointerStaysOnTheScreens()
+    {
+        QFETCH(QPointF, pointer);
+        QFETCH(QPointF, step);
+        QTEST(stepped(pointer, step, {QRect(0, 0, 1440, 900), QRect(1440, 0, 800, 600)}), "next");
+    }
+
+    void aPanelIsFittedIntoAScreen_data()
+    {
+        QTest::addColumn<QRect>("geometry");
+        QTest::addColumn<QRect>("result");
+        QTest::newRow("one that fits stays") << QRect(1500, 50, 700, 200) << QRect(1500, 50, 700, 200);
+        QTest::newRow("over an edge") << QRect(2000, 500, 700, 200) << QRect(1540, 400, 700, 200);
+        QTest::newRow("on another screen") << QRect(0, -300, 700, 200) << QRect(1440, 0, 700, 200);
+        QTest::newRow("too wide") << QRect(1500, 50, 1200, 200) << QRect(1440, 50, 800, 200);
+        QTest::newRow("smaller than allowed") << QRect(1500, 50, 10, 10) << QRect(1500, 50, 360, 96);
+    }
+    void aPanelIsFittedIntoAScreen()
+    {
+        QFETCH(QRect, geometry);
+        QTEST(fitted(geometry, QRect(1440, 0, 800, 600)), "result");
+    }
+
+    void theWindowSystemIsTheOneWhosePanelsFloatBest_data()
     {
         QTest::addColumn<QStringList>("environment");
+        QTest::addColumn<bool>("hasLayerShell");
         QTest::addColumn<QString>("platform");
-        QTest::newRow("X11") << QStringList {"DISPLAY=:0"} << "";
-        QTest::newRow("Wayland with an X server")
-            << QStringList {"DISPLAY=:0", "WAYLAND_DISPLAY=wayland-0"} << "xcb;wayland";
-        QTest::newRow("Wayland alone") << QStringList {"WAYLAND_DISPLAY=wayland-0"} << "";
+        const QStringList both {"DISPLAY=:0", "WAYLAND_DISPLAY=wayland-0"};
+        const QStringList wayland {"WAYLAND_DISPLAY=wayland-0"};
+        QTest::newRow("X11") << QStringList {"DISPLAY=:0"} << false << "";
+        QTest::newRow("Wayland with an X server") << both << false << "xcb;wayland";
+        QTest::newRow("Wayland alone") << wayland << false << "";
         QTest::newRow("an empty variable is none")
-            << QStringList {"DISPLAY=", "WAYLAND_DISPLAY=wayland-0"} << "";
-        QTest::newRow("the user's choice counts")
-            << QStringList {"DISPLAY=:0", "WAYLAND_DISPLAY=wayland-0", "QT_QPA_PLATFORM=wayland"} << "";
+            << QStringList {"DISPLAY=", "WAYLAND_DISPLAY=wayland-0"} << false << "";
+        QTest::newRow("a layer shell beside an X server") << both << true << "wayland;xcb";
+        QTest::newRow("a layer shell") << wayland << true << "wayland;xcb";
+        QTest::newRow("the user's choice counts") << both + QStringList {"QT_QPA_PLATFORM=xcb"} << true << "";
     }
-    void x11IsPreferredWhereThereIsOne()
+    void theWindowSystemIsTheOneWhosePanelsFloatBest()
     {
         QFETCH(QStringList, environment);
+        QFETCH(bool, hasLayerShell);
         QProcessEnvironment variables;
         for (const QString &variable : environment) {
             variables.insert(variable.section('=', 0, 0), variable.section('=', 1));
         }
-        QTEST(lumaphone::preferredWindowSystem(variables), "platform");
+        QTEST(lumaphone::preferredWindowSystem(variables, [&] { return hasLayerShell; }), "platform");
     }
 };
 

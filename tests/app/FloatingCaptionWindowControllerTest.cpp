@@ -23,6 +23,28 @@ namespace {
 
 const auto frameKey = QStringLiteral("lumaphone.caption.frame");
 
+/// A desktop on which the panel lies within an output, or where the desktop itself puts it.
+class StubPanelSurface final : public PanelSurface
+{
+public:
+    StubPanelSurface(QQuickWindow &panel, PanelPlacing placing)
+        : m_panel(panel)
+        , m_placing(placing)
+    {
+    }
+    PanelPlacing placing() const override { return m_placing; }
+    QRect frame() const override { return m_panel.geometry(); }
+    void setFrame(const QRect &frame) override { m_panel.setGeometry(frame); }
+    std::optional<QRect> bounds() const override { return std::nullopt; }
+    std::optional<QPoint> beginDrag(const QMouseEvent &, Qt::Edges) override { return std::nullopt; }
+    std::optional<QPoint> pointer(const QMouseEvent &) override { return std::nullopt; }
+    QPoint endDrag(const QMouseEvent &) override { return {}; }
+
+private:
+    QQuickWindow &m_panel;
+    PanelPlacing m_placing;
+};
+
 /// A controller whose panels show an item that holds the two texts.
 struct Fixture
 {
@@ -32,11 +54,13 @@ struct Fixture
     LumaphoneSettings settings {defaults, keychain};
     QQmlEngine engine;
     int panelsMade = 0;
-    FloatingCaptionWindowController controller {settings, [this] {
-                                                    ++panelsMade;
-                                                    return std::make_unique<FloatingCaptionPanel>(
-                                                        engine, view(), QVariantMap());
-                                                }};
+    PanelPlacing placing = PanelPlacing::anywhere;
+    FloatingCaptionWindowController controller {
+        settings, [this] {
+            ++panelsMade;
+            return std::make_unique<FloatingCaptionPanel>(engine, view(), QVariantMap(),
+                [this](QQuickWindow &panel) { return std::make_unique<StubPanelSurface>(panel, placing); });
+        }};
 
     QUrl view() const
     {
@@ -258,6 +282,67 @@ private slots:
         QCOMPARE(f.controller.panel()->geometry(), QRect(30, 40, 500, 120));
     }
 
+    void whereTheDesktopPlacesThePanelOnlyItsSizeIsStored()
+    {
+        Fixture f;
+        f.placing = PanelPlacing::byDesktop;
+        f.defaults.values[frameKey] = QString("{{40, 60}, {700, 200}}");
+        f.controller.show("a", "b");
+        QCOMPARE(f.controller.panel()->size(), QSize(700, 200));
+        f.controller.panel()->setGeometry(0, 0, 600, 150);
+        settle();
+        f.controller.close();
+        QCOMPARE(*f.storedFrame(), QString("{{40, 60}, {600, 150}}"));
+    }
+
+    void whereThePanelIsBoundToAnOutputEachHasAPlaceForIt()
+    {
+        Fixture f;
+        f.placing = PanelPlacing::withinOutput;
+        const QScreen &first = *QGuiApplication::screens().at(0);
+        QScreen &second = *QGuiApplication::screens().at(1);
+        f.controller.show("a", "b");
+        QCOMPARE(f.controller.panel()->screen(), &first);
+        f.controller.panel()->setGeometry(30, 40, 500, 120);
+        QVERIFY(waitUntil([&] { return f.defaults.string("lumaphone.caption.output") == first.name(); }));
+        QCOMPARE(f.defaults.string(frameKey + "." + first.name()), QString("{{30, 440}, {500, 120}}"));
+
+        // Dropped over the edge of the second one, it goes there and lies within.
+        emit f.controller.panel()->droppedElsewhere(&second, QRect(1100, -20, 500, 120));
+        QCOMPARE(f.panelsMade, 2);
+        QCOMPARE(f.controller.panel()->screen(), &second);
+        QCOMPARE(f.controller.panel()->geometry(), QRect(1100, 0, 500, 120));
+        QCOMPARE(f.shown("sourceText"), QString("a"));
+        QCOMPARE(f.shown("translationText"), QString("b"));
+        QVERIFY(f.controller.panel()->isVisible());
+        QCOMPARE(f.defaults.string("lumaphone.caption.output"), second.name());
+        QCOMPARE(f.defaults.string(frameKey + "." + second.name()), QString("{{300, 380}, {500, 120}}"));
+        QVERIFY(!f.storedFrame());
+
+        // The next one opens there; on the first output there is still the place of old.
+        f.controller.close();
+        f.controller.show("a", "b");
+        QCOMPARE(f.controller.panel()->geometry(), QRect(1100, 0, 500, 120));
+        f.controller.close();
+        f.defaults.values["lumaphone.caption.output"] = first.name();
+        f.controller.show("a", "b");
+        QCOMPARE(f.controller.panel()->geometry(), QRect(30, 40, 500, 120));
+    }
+
+    void anOutputThatIsNotThereIsReplaced()
+    {
+        Fixture f;
+        f.placing = PanelPlacing::withinOutput;
+        f.defaults.values["lumaphone.caption.output"] = QString("gone");
+        f.defaults.values[frameKey + ".gone"] = QString("{{1, 2}, {500, 120}}");
+        f.controller.show("a", "b");
+        const QScreen &screen = *QGuiApplication::primaryScreen();
+        QCOMPARE(f.controller.panel()->screen(), &screen);
+        QVERIFY(screen.geometry().contains(f.controller.panel()->geometry()));
+        f.controller.close();
+        QCOMPARE(f.defaults.string("lumaphone.caption.output"), QString("gone"));
+    }
+
     void anotherWindowNeverChangesTheStoredFrame()
     {
         Fixture f;
@@ -284,5 +369,24 @@ private slots:
     }
 };
 
-LUMAPHONE_OFFSCREEN_TEST_MAIN(FloatingCaptionWindowControllerTest)
+int main(int argc, char *argv[])
+{
+    const PrivateRuntimeFolder runtimeFolder;
+    const QString screens = runtimeFolder.path() + "/screens.json";
+    QFile file(screens);
+    if (!file.open(QIODevice::WriteOnly)
+        || file.write(R"({"screens": [
+            {"name": "first", "x": 0, "y": 0, "width": 800, "height": 600, "logicalDpi": 96, "dpr": 1},
+            {"name": "second", "x": 800, "y": 0, "width": 1000, "height": 500, "logicalDpi": 96, "dpr": 1}
+        ]})")
+            < 0) {
+        return 1;
+    }
+    file.close();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.toUtf8());
+    const QGuiApplication application(argc, argv);
+    FloatingCaptionWindowControllerTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "FloatingCaptionWindowControllerTest.moc"

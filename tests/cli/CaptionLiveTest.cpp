@@ -1,5 +1,6 @@
 #include "base/Json.h"
 #include "support/Coroutines.h"
+#include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
 #include "support/RunningProgram.h"
 
@@ -103,6 +104,8 @@ class CaptionLiveTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { LUMAPHONE_NEEDS(PrivateSoundServer::missingPrograms()); }
+
     void theComputersSoundIsCaptioned()
     {
         PrivateSoundServer server;

@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QKeySequence>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QSet>
 #include <QTest>
 #include <QUrl>
@@ -350,6 +351,19 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         window.update();
         await([&] { return isReady; }, QStringLiteral("no frame"));
         disconnect(connection);
+        return {};
+    }
+    if (command == QStringLiteral("platform")) {
+        return QGuiApplication::platformName();
+    }
+    if (command == QStringLiteral("fill")) {
+        window.showFullScreen();
+        await([&window] { return window.size() == window.screen()->size(); },
+            QStringLiteral("the window does not fill the screen"));
+        return {};
+    }
+    if (command == QStringLiteral("active")) {
+        await([&window] { return window.isActive(); }, QStringLiteral("the window has no focus"));
         return {};
     }
     if (command == QStringLiteral("close")) {

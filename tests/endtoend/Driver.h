@@ -26,6 +26,9 @@ namespace lumaphone::test {
 ///     focus NAME              waits until the keys go to the item of that name
 ///     file NAME PATH          answers a file dialog, once it is open
 ///     frame                   waits until the window has shown a frame
+///     platform                says on which window system it is
+///     fill                    makes the window fill the screen
+///     active                  waits until the window has the keyboard
 ///     close                   closes the window
 class Driver final : public QObject
 {

@@ -1,3 +1,4 @@
+#include "endtoend/User.h"
 #include "support/Coroutines.h"
 #include "support/PrivateDisplay.h"
 #include "support/PrivateKeyring.h"
@@ -17,43 +18,9 @@ using namespace lumaphone::test;
 
 namespace {
 
-/// The program's window, with a user who reads and clicks.
-class User
-{
-public:
-    explicit User(const QString &home)
-        : m_program(QStringLiteral(LUMAPHONE_DRIVEN), {},
-            {{"HOME", home}, {"XDG_CONFIG_HOME", home + "/config"}, {"XDG_DATA_HOME", home + "/data"},
-                {"QT_QPA_PLATFORM", "xcb"}})
-    {
-    }
-
-    /// Gives a command and returns whether it was done; what was seen is `seen`.
-    bool does(const QByteArray &command)
-    {
-        m_program.write(command + "\n");
-        ++m_commands;
-        waitUntil(
-            [this] { return m_program.outputLines().size() >= m_commands || !m_program.isRunning(); }, 70000);
-        const QList<QByteArray> lines = m_program.outputLines();
-        const QByteArray answer = lines.size() >= m_commands ? lines.at(m_commands - 1)
-                                                             : "the program ended: " + m_program.messages();
-        seen = QString::fromUtf8(answer);
-        return answer.startsWith("ok");
-    }
-
-    RunningProgram &program() { return m_program; }
-
-    QString seen;
-
-private:
-    RunningProgram m_program;
-    qsizetype m_commands = 0;
-};
+const QList<std::pair<QString, QString>> onX11 {{"QT_QPA_PLATFORM", "xcb"}};
 
 } // namespace
-
-#define DO(command) QVERIFY2(user.does(command), qPrintable(user.seen))
 
 class WindowEndToEndTest : public QObject
 {
@@ -76,7 +43,7 @@ private slots:
 
     void aProviderIsSetAndTested()
     {
-        User user(m_home.path());
+        User user(m_home.path(), onX11);
         const QByteArray url = m_chat->outputLines().constFirst();
         DO("shown startStop");
         DO("click moreSettings");
@@ -105,7 +72,7 @@ private slots:
 
     void speechIsCaptionedTranslatedAndSaved()
     {
-        User user(m_home.path());
+        User user(m_home.path(), onX11);
         DO("press Ctrl+Shift+F");
         DO("panel 播放影片或會議聲音後，字幕會在這裡即時更新。");
         DO("press Ctrl+Return");
@@ -161,7 +128,7 @@ private slots:
     void theGlossaryIsKept()
     {
         {
-            User user(m_home.path());
+            User user(m_home.path(), onX11);
             DO("click moreSettings");
             DO("click menu.glossary");
             DO("await glossary.empty 先加 Lumaphone、Codex、專案代號，翻譯就比較聽話。");
@@ -187,14 +154,14 @@ private slots:
             DO("close");
             QVERIFY(user.program().waitForEnd());
         }
-        User user(m_home.path());
+        User user(m_home.path(), onX11);
         DO("await inspector.glossarySummary 2 個啟用術語");
     }
 
     void aSessionSurvivesACrash()
     {
         {
-            User user(m_home.path());
+            User user(m_home.path(), onX11);
             DO("click startStop");
             DO("await stage.state 正在聽");
             const SoundPlayback speech = m_sound->play(PrivateSoundServer::speechFiles().constFirst());
@@ -203,7 +170,7 @@ private slots:
             user.program().signal(SIGKILL);
             user.program().waitForEnd();
         }
-        User user(m_home.path());
+        User user(m_home.path(), onX11);
         DO("await workspace.restored 已恢復上一段尚未儲存的字幕。");
         DO("count card.lines 1");
         DO("await startStop 重開");
@@ -217,7 +184,7 @@ private slots:
     void closingTheWindowKeepsTheRunningSession()
     {
         {
-            User user(m_home.path());
+            User user(m_home.path(), onX11);
             DO("click startStop");
             DO("await stage.state 正在聽");
             const SoundPlayback speech = m_sound->play(PrivateSoundServer::speechFiles().constFirst());
@@ -227,7 +194,7 @@ private slots:
             QVERIFY(!user.program().crashed());
             QCOMPARE(user.program().exitCode(), 0);
         }
-        User user(m_home.path());
+        User user(m_home.path(), onX11);
         DO("await workspace.restored 已恢復");
         DO("click review.discard");
         DO("gone reviewBar");
@@ -235,7 +202,7 @@ private slots:
 
     void silenceIsToldWhileASessionRuns()
     {
-        User user(m_home.path());
+        User user(m_home.path(), onX11);
         DO("click startStop");
         DO("await stage.state 沒有聲音");
         DO("await stage.notice 系統音訊沒有聲音進來");
@@ -250,7 +217,7 @@ private slots:
         QVERIFY(QDir(home.path()).mkpath("data/Lumaphone"));
         QFile inTheWay(home.filePath("data/Lumaphone/Transcripts"));
         QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-        User user(home.path());
+        User user(home.path(), onX11);
         DO("choose languageMenu english");
         DO("click startStop");
         DO("await stage.state 正在聽");
@@ -269,7 +236,7 @@ private slots:
 
     void everythingCanBeDoneWithTheKeyboard()
     {
-        User user(m_home.path());
+        User user(m_home.path(), onX11);
         DO("shown startStop");
         DO("keyboard");
         DO("click moreSettings");
@@ -300,9 +267,9 @@ private slots:
 
     void aSecondStartRaisesTheFirstWindow()
     {
-        User user(m_home.path());
+        User user(m_home.path(), onX11);
         DO("shown startStop");
-        User second(m_home.path());
+        User second(m_home.path(), onX11);
         QVERIFY(second.program().waitForEnd());
         QCOMPARE(second.program().exitCode(), 0);
         DO("shown startStop");

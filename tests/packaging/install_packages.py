@@ -14,6 +14,9 @@ LIST = """# A list.
 compiler # a reason
 library-dev
 
+[build >=13]
+newer-library-dev
+
 [run]
 library
 
@@ -37,6 +40,7 @@ class InstallPackages(unittest.TestCase):
         (self.root / "bin").mkdir()
         shutil.copy(PACKAGING / "install-packages", self.root)
         (self.root / "debian-packages.txt").write_text(LIST)
+        self.system("ID=debian", "VERSION_ID=12")
         self.program("apt-get", 'echo "$*" >>"$CALLS"')
         self.program("sudo", 'exec "$@"')
         self.program("id", "echo 0")
@@ -46,6 +50,10 @@ class InstallPackages(unittest.TestCase):
         path = self.root / "bin" / name
         path.write_text(f"#!/bin/sh\n{text}\n")
         path.chmod(0o755)
+
+    def system(self, *lines):
+        """What the system says that it is."""
+        (self.root / "os-release").write_text("\n".join(lines) + "\n")
 
     def installed(self, *lines):
         """What dpkg knows: "status package, what it provides"."""
@@ -57,7 +65,8 @@ class InstallPackages(unittest.TestCase):
         calls.write_text("")
         result = subprocess.run([self.root / "install-packages", *arguments], text=True, stdout=subprocess.PIPE,
                                 stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL,
-                                env={"PATH": path or f"{self.root}/bin:{os.environ['PATH']}", "CALLS": str(calls)})
+                                env={"PATH": path or f"{self.root}/bin:{os.environ['PATH']}", "CALLS": str(calls),
+                                     "OS_RELEASE": str(self.root / "os-release")})
         return result.returncode, result.stdout, calls.read_text().splitlines()
 
     def asked_for(self, *arguments):
@@ -74,6 +83,15 @@ class InstallPackages(unittest.TestCase):
                                    (["build", "test"], ["compiler", "library-dev", "recording", "tool"])):
             with self.subTest(purposes):
                 self.assertEqual(self.asked_for(*purposes), packages)
+
+    def test_knows_what_only_newer_releases_have(self):
+        everything = ["compiler", "library-dev", "newer-library-dev"]
+        for system, packages in ((["ID=debian", 'VERSION_ID="13"'], everything), (["ID=debian", "VERSION_ID=14"], everything),
+                                 (["ID=debian"], everything), (["ID=debian", "VERSION_ID=12"], everything[:2]),
+                                 (["ID=other", "VERSION_ID=24.04"], everything[:2])):
+            with self.subTest(system):
+                self.system(*system)
+                self.assertEqual(self.asked_for("build"), packages)
 
     def test_is_silent_when_nothing_is_missing(self):
         self.installed("installed compiler, ", "installed library-dev, ", "installed library, ")

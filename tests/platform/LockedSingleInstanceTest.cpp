@@ -23,11 +23,15 @@ void say(const char *line)
     std::fflush(stdout);
 }
 
-/// What this program does as a started instance: says its role, and "raise" whenever it is asked to.
-int runAsInstance(const QString &folder)
+/// What this program does as a started instance: says its role, and "raise" with the permission whenever it
+/// is asked to.
+int runAsInstance(const QString &folder, const QString &permission)
 {
     LockedSingleInstance instance(folder);
-    if (instance.claim([] { say("raise"); }) == InstanceRole::second) {
+    const auto raise = [](const QString &given) {
+        say(qPrintable(QStringLiteral("raise ") + given));
+    };
+    if (instance.claim(permission, raise) == InstanceRole::second) {
         say("second");
         return 0;
     }
@@ -54,7 +58,8 @@ private slots:
 private:
     static QStringList start(const QTemporaryDir &folder)
     {
-        return {QStringLiteral("--instance"), folder.filePath(QStringLiteral("run"))};
+        return {QStringLiteral("--instance"), folder.filePath(QStringLiteral("run")),
+            QStringLiteral("the-permission")};
     }
     const QString m_program = QCoreApplication::applicationFilePath();
 };
@@ -68,7 +73,7 @@ void LockedSingleInstanceTest::aSecondStartRaisesTheFirst()
         ChildProcess second(m_program, start(folder));
         QCOMPARE(second.nextLine(), QStringLiteral("second"));
         QCOMPARE(second.wait(), 0);
-        QCOMPARE(first.nextLine(), QStringLiteral("raise"));
+        QCOMPARE(first.nextLine(), QStringLiteral("raise the-permission"));
     }
 }
 
@@ -80,7 +85,7 @@ void LockedSingleInstanceTest::aKilledInstanceIsNoObstacle()
         QCOMPARE(first.nextLine(), QStringLiteral("first"));
         ChildProcess second(m_program, start(folder));
         QCOMPARE(second.nextLine(), QStringLiteral("second"));
-        QCOMPARE(first.nextLine(), QStringLiteral("raise"));
+        QCOMPARE(first.nextLine(), QStringLiteral("raise the-permission"));
         first.kill();
     }
 }
@@ -91,10 +96,10 @@ void LockedSingleInstanceTest::anEndedInstanceMakesRoom()
     const QString place = folder.filePath(QStringLiteral("run"));
     {
         LockedSingleInstance instance(place);
-        QVERIFY(instance.claim([] {}) == InstanceRole::first);
+        QVERIFY(instance.claim({}, [](const QString &) {}) == InstanceRole::first);
     }
     LockedSingleInstance next(place);
-    QVERIFY(next.claim([] {}) == InstanceRole::first);
+    QVERIFY(next.claim({}, [](const QString &) {}) == InstanceRole::first);
 }
 
 void LockedSingleInstanceTest::ofManyStartsAtOnceOneIsFirst()
@@ -129,7 +134,7 @@ void LockedSingleInstanceTest::aFirstInstanceThatHangsDoesNotHangTheSecond()
 {
     const QTemporaryDir folder;
     LockedSingleInstance first(folder.filePath(QStringLiteral("run")));
-    QVERIFY(first.claim([] {}) == InstanceRole::first);
+    QVERIFY(first.claim({}, [](const QString &) {}) == InstanceRole::first);
     // No event loop runs here while we wait for the second one.
     ChildProcess second(m_program, start(folder));
     QCOMPARE(second.nextLine(), QStringLiteral("second"));
@@ -141,7 +146,7 @@ void LockedSingleInstanceTest::aPlaceThatCannotBeUsedIsAnError()
     const QTemporaryDir folder;
     replaceFile(folder.filePath(QStringLiteral("run")), "a file", Durability::Renamed);
     LockedSingleInstance instance(folder.filePath(QStringLiteral("run")));
-    const auto error = thrownBy<FileError>([&] { instance.claim([] {}); });
+    const auto error = thrownBy<FileError>([&] { instance.claim({}, [](const QString &) {}); });
     QVERIFY(error);
     QVERIFY(error->errorDescription().contains(folder.path()));
 }
@@ -151,7 +156,7 @@ void LockedSingleInstanceTest::theCallerItselfIsRaised()
     const QTemporaryDir folder;
     LockedSingleInstance first(folder.filePath(QStringLiteral("run")));
     int raised = 0;
-    QVERIFY(first.claim([&raised] { ++raised; }) == InstanceRole::first);
+    QVERIFY(first.claim({}, [&raised](const QString &) { ++raised; }) == InstanceRole::first);
     ChildProcess second(m_program, start(folder));
     QVERIFY(waitUntil([&raised] { return raised == 1; }));
     QCOMPARE(second.wait(), 0);
@@ -161,8 +166,8 @@ int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 3 && arguments.at(1) == QLatin1String("--instance")) {
-        return runAsInstance(arguments.at(2));
+    if (arguments.size() == 4 && arguments.at(1) == QLatin1String("--instance")) {
+        return runAsInstance(arguments.at(2), arguments.at(3));
     }
     LockedSingleInstanceTest test;
     return QTest::qExec(&test, argc, argv);

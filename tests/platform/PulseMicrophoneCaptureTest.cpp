@@ -1,6 +1,7 @@
 #include "platform/linux/PulseMicrophoneCapture.h"
 
 #include "support/Coroutines.h"
+#include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
 
 #include <QElapsedTimer>
@@ -22,6 +23,8 @@ private:
     std::optional<MicrophoneDevice> defaultDevice() { return test::waitFor(m_capture->defaultDevice()); }
 
 private slots:
+    void initTestCase() { LUMAPHONE_NEEDS(PrivateSoundServer::missingPrograms()); }
+
     void init()
     {
         m_server = std::make_unique<PrivateSoundServer>();

@@ -1,6 +1,7 @@
 #include "platform/linux/PulseRecorder.h"
 
 #include "support/Coroutines.h"
+#include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
 
 #include <QTest>
@@ -29,6 +30,8 @@ private:
     };
 
 private slots:
+    void initTestCase() { LUMAPHONE_NEEDS(PrivateSoundServer::missingPrograms()); }
+
     void init()
     {
         m_bytes = 0;

@@ -1,10 +1,12 @@
 #include "platform/linux/PulseScreenAudioCapture.h"
 
 #include "support/Coroutines.h"
+#include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -34,6 +36,8 @@ private:
     }
 
 private slots:
+    void initTestCase() { LUMAPHONE_NEEDS(PrivateSoundServer::missingPrograms()); }
+
     void init()
     {
         m_server = std::make_unique<PrivateSoundServer>();
@@ -173,10 +177,11 @@ private slots:
         options.sandboxMarkerPath = QStringLiteral("/");
         PulseScreenAudioCapture capture(m_mainQueue, options);
         qunsetenv("PULSE_SERVER");
-        qputenv("XDG_RUNTIME_DIR", m_server->folder().toUtf8());
+        const QTemporaryDir folder;
+        qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
         const bool without = capture.preflightAccess();
-        QVERIFY(QDir(m_server->folder()).mkpath(QStringLiteral("pulse")));
-        QVERIFY(QFile::link(m_server->socketPath(), m_server->folder() + QStringLiteral("/pulse/native")));
+        QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("pulse")));
+        QVERIFY(QFile::link(m_server->socketPath(), folder.filePath(QStringLiteral("pulse/native"))));
         const bool with = capture.preflightAccess();
         qputenv("PULSE_SERVER", server);
         qputenv("XDG_RUNTIME_DIR", runtime);

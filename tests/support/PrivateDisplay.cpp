@@ -1,45 +1,16 @@
 #include "support/PrivateDisplay.h"
 
+#include "support/OwnedProcess.h"
+
 #include <QProcessEnvironment>
-
-#include <sys/prctl.h>
-
-#include <csignal>
-#include <stdexcept>
 
 namespace lumaphone::test {
 
-namespace {
-
-constexpr int limitMs = 20000;
-
-[[noreturn]] void fail(const QString &what, const QByteArray &said)
-{
-    throw std::runtime_error((what + QStringLiteral(": ") + QString::fromUtf8(said)).toStdString());
-}
-
-/// A child that does not outlive this process.
-std::unique_ptr<QProcess> makeChild()
-{
-    auto child = std::make_unique<QProcess>();
-    child->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    return child;
-}
-
-void end(const std::unique_ptr<QProcess> &process)
-{
-    if (process && process->state() != QProcess::NotRunning) {
-        process->kill();
-        process->waitForFinished(limitMs);
-    }
-}
-
-} // namespace
-
 PrivateDisplay::PrivateDisplay(QSize size, WindowManager manager)
-    : m_formerDisplay(qgetenv("DISPLAY"))
+    : m_size(size)
+    , m_formerDisplay(qgetenv("DISPLAY"))
 {
-    startServer(size);
+    startServer();
     qputenv("DISPLAY", m_name.toUtf8());
     if (manager == WindowManager::openbox) {
         startWindowManager();
@@ -48,26 +19,28 @@ PrivateDisplay::PrivateDisplay(QSize size, WindowManager manager)
 
 PrivateDisplay::~PrivateDisplay()
 {
-    end(m_windowManager);
-    end(m_server);
+    if (m_windowManager) {
+        endProcess(*m_windowManager);
+    }
+    endProcess(*m_server);
     m_formerDisplay.isNull() ? qunsetenv("DISPLAY") : qputenv("DISPLAY", m_formerDisplay);
 }
 
-void PrivateDisplay::startServer(QSize size)
+void PrivateDisplay::startServer()
 {
-    m_server = makeChild();
+    m_server = makeOwnedProcess();
     m_server->setStandardErrorFile(m_folder.filePath(QStringLiteral("server.log")));
-    const QString screen = QStringLiteral("%1x%2x24").arg(size.width()).arg(size.height());
+    const QString screen = QStringLiteral("%1x%2x24").arg(m_size.width()).arg(m_size.height());
     // It chooses a free number, says which, and says it when it is ready.
     m_server->start(QStringLiteral("Xvfb"),
         {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
             screen, QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-noreset")});
     QByteArray number;
     while (!number.endsWith('\n')) {
-        if (!m_server->waitForReadyRead(limitMs)) {
+        if (!m_server->waitForReadyRead(processLimitMs)) {
             QFile log(m_folder.filePath(QStringLiteral("server.log")));
             const bool isThere = log.open(QIODevice::ReadOnly);
-            fail(
+            failProcess(
                 QStringLiteral("The private display does not start"), isThere ? log.readAll() : QByteArray());
         }
         number += m_server->readAllStandardOutput();
@@ -77,7 +50,7 @@ void PrivateDisplay::startServer(QSize size)
 
 void PrivateDisplay::startWindowManager()
 {
-    m_windowManager = makeChild();
+    m_windowManager = makeOwnedProcess();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"}) {
         environment.insert(QString::fromLatin1(name), m_folder.path());
@@ -89,8 +62,8 @@ void PrivateDisplay::startWindowManager()
         {QStringLiteral("--sm-disable"), QStringLiteral("--startup"), QStringLiteral("echo ready")});
     QByteArray said;
     while (!said.contains("ready")) {
-        if (!m_windowManager->waitForReadyRead(limitMs)) {
-            fail(QStringLiteral("The window manager does not start"), said);
+        if (!m_windowManager->waitForReadyRead(processLimitMs)) {
+            failProcess(QStringLiteral("The window manager does not start"), said);
         }
         said += m_windowManager->readAllStandardOutput();
     }
@@ -98,10 +71,11 @@ void PrivateDisplay::startWindowManager()
 
 QString PrivateDisplay::control(const QStringList &arguments) const
 {
-    const auto hands = makeChild();
+    const auto hands = makeOwnedProcess();
     hands->start(QStringLiteral("xdotool"), arguments);
-    if (!hands->waitForFinished(limitMs) || hands->exitCode() != 0) {
-        fail(QStringLiteral("xdotool ") + arguments.join(QLatin1Char(' ')), hands->readAllStandardError());
+    if (!hands->waitForFinished(processLimitMs) || hands->exitCode() != 0) {
+        failProcess(
+            QStringLiteral("xdotool ") + arguments.join(QLatin1Char(' ')), hands->readAllStandardError());
     }
     return QString::fromUtf8(hands->readAllStandardOutput());
 }

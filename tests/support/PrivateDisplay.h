@@ -32,16 +32,18 @@ public:
 
     /// Such as ":7".
     const QString &name() const { return m_name; }
+    QSize size() const { return m_size; }
     /// Runs xdotool, the hands of a user on this display, until it has done `arguments`; returns what it
     /// prints.
     QString control(const QStringList &arguments) const;
 
 private:
-    void startServer(QSize size);
+    void startServer();
     void startWindowManager();
 
     PrivateRuntimeFolder m_runtimeFolder;
     QTemporaryDir m_folder;
+    QSize m_size;
     QString m_name;
     QByteArray m_formerDisplay;
     std::unique_ptr<QProcess> m_server;

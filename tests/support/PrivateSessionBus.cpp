@@ -1,6 +1,7 @@
 #include "support/PrivateSessionBus.h"
 
 #include "base/AtomicFile.h"
+#include "support/OwnedProcess.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -29,19 +30,20 @@ const char configuration[]
 } // namespace
 
 PrivateSessionBus::PrivateSessionBus()
-    : m_formerAddress(qgetenv(variable))
+    : m_daemon(makeOwnedProcess())
+    , m_formerAddress(qgetenv(variable))
 {
     const QString file = m_folder.filePath(QStringLiteral("bus.conf"));
     replaceFile(
         file, QByteArray(configuration).replace("%FOLDER%", m_folder.path().toUtf8()), Durability::Renamed);
-    m_daemon.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_daemon.start(QStringLiteral("dbus-daemon"),
+    m_daemon->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_daemon->start(QStringLiteral("dbus-daemon"),
         {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
             QStringLiteral("--config-file=") + file});
-    while (m_daemon.state() != QProcess::NotRunning && !m_daemon.canReadLine()) {
-        m_daemon.waitForReadyRead();
+    while (m_daemon->state() != QProcess::NotRunning && !m_daemon->canReadLine()) {
+        m_daemon->waitForReadyRead();
     }
-    m_address = QString::fromUtf8(m_daemon.readLine().trimmed());
+    m_address = QString::fromUtf8(m_daemon->readLine().trimmed());
     qputenv(variable, m_address.toUtf8());
 }
 
@@ -53,15 +55,12 @@ PrivateSessionBus::~PrivateSessionBus()
 
 void PrivateSessionBus::kill()
 {
-    if (m_daemon.state() != QProcess::NotRunning) {
-        m_daemon.kill();
-        m_daemon.waitForFinished();
-    }
+    endProcess(*m_daemon);
 }
 
 bool PrivateSessionBus::isRunning() const
 {
-    return m_daemon.state() == QProcess::Running && !m_address.isEmpty();
+    return m_daemon->state() == QProcess::Running && !m_address.isEmpty();
 }
 
 bool PrivateSessionBus::hasService(const QString &name) const

@@ -24,7 +24,7 @@ public:
 
 private:
     QTemporaryDir m_folder;
-    QProcess m_daemon;
+    std::unique_ptr<QProcess> m_daemon;
     QString m_address;
     QByteArray m_formerAddress;
 };

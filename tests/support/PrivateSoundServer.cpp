@@ -1,35 +1,21 @@
 #include "support/PrivateSoundServer.h"
 
+#include "support/OwnedProcess.h"
+#include "support/PipeWireDaemons.h"
+#include "support/PulseAudioDaemon.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <sys/prctl.h>
-
 #include <algorithm>
 #include <csignal>
-#include <stdexcept>
 
 namespace lumaphone::test {
 
 namespace {
-
-constexpr int limitMs = 20000;
-
-[[noreturn]] void fail(const QString &what, const QByteArray &said)
-{
-    throw std::runtime_error((what + QStringLiteral(": ") + QString::fromUtf8(said)).toStdString());
-}
-
-/// A child that does not outlive this process.
-std::unique_ptr<QProcess> makeChild()
-{
-    auto child = std::make_unique<QProcess>();
-    child->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    return child;
-}
 
 /// Otherwise an idle output works two seconds ahead.
 QString promptly()
@@ -37,23 +23,31 @@ QString promptly()
     return QStringLiteral("norewinds=1");
 }
 
-void end(QProcess &process)
+QString defaultOutputQuestion()
 {
-    if (process.state() != QProcess::NotRunning) {
-        process.kill();
-        process.waitForFinished(limitMs);
-    }
+    return QStringLiteral("get-default-sink");
+}
+
+QString defaultMicrophoneQuestion()
+{
+    return QStringLiteral("get-default-source");
+}
+
+/// Servers without a default answer with a placeholder.
+bool isName(const QString &answer)
+{
+    return !answer.isEmpty() && !answer.startsWith(QLatin1Char('@'));
 }
 
 } // namespace
 
 SoundPlayback::SoundPlayback(const QStringList &command, std::unique_ptr<QTemporaryFile> samples)
     : m_samples(std::move(samples))
-    , m_player(makeChild())
+    , m_player(makeOwnedProcess())
 {
     m_player->start(command.front(), command.mid(1));
-    if (!m_player->waitForStarted(limitMs)) {
-        fail(QStringLiteral("Cannot play"), m_player->errorString().toUtf8());
+    if (!m_player->waitForStarted(processLimitMs)) {
+        failProcess(QStringLiteral("Cannot play"), m_player->errorString().toUtf8());
     }
 }
 
@@ -66,11 +60,16 @@ SoundPlayback::~SoundPlayback()
 
 void SoundPlayback::stop()
 {
-    end(*m_player);
+    endProcess(*m_player);
 }
 
 PrivateSoundServer::PrivateSoundServer()
 {
+    if (kind() == SoundServerKind::pipeWire) {
+        m_daemons = std::make_unique<PipeWireDaemons>(m_folder.path());
+    } else {
+        m_daemons = std::make_unique<PulseAudioDaemon>(m_folder.path());
+    }
     setEnvironment("PULSE_SERVER", "unix:" + socketPath().toUtf8());
     // Neither the user's settings nor the user's cookie take part.
     setEnvironment("PULSE_COOKIE", m_folder.filePath(QStringLiteral("cookie")).toUtf8());
@@ -86,6 +85,17 @@ PrivateSoundServer::~PrivateSoundServer()
     }
 }
 
+SoundServerKind PrivateSoundServer::kind()
+{
+    return qgetenv("LUMAPHONE_TEST_SOUND_SERVER") == "pipewire" ? SoundServerKind::pipeWire
+                                                                : SoundServerKind::pulseAudio;
+}
+
+QStringList PrivateSoundServer::missingPrograms()
+{
+    return kind() == SoundServerKind::pipeWire ? PipeWireDaemons::missingPrograms() : QStringList();
+}
+
 void PrivateSoundServer::setEnvironment(const char *name, const QByteArray &value)
 {
     m_formerEnvironment.emplace_back(
@@ -93,66 +103,65 @@ void PrivateSoundServer::setEnvironment(const char *name, const QByteArray &valu
     qputenv(name, value);
 }
 
+QString PrivateSoundServer::socketPath() const
+{
+    return m_daemons->socketPath();
+}
+
 void PrivateSoundServer::start()
 {
-    m_server = makeChild();
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *name : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "HOME", "PULSE_STATE_PATH"}) {
-        environment.insert(QString::fromLatin1(name), m_folder.path());
-    }
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    environment.remove(QStringLiteral("PULSE_SERVER"));
-    m_server->setProcessEnvironment(environment);
-    m_server->setProcessChannelMode(QProcess::MergedChannels);
-    QFile::remove(socketPath());
-    m_server->start(QStringLiteral("pulseaudio"),
-        {QStringLiteral("-n"), QStringLiteral("--daemonize=no"), QStringLiteral("--system=no"),
-            QStringLiteral("--exit-idle-time=-1"), QStringLiteral("--use-pid-file=no"),
-            QStringLiteral("--realtime=no"), QStringLiteral("--high-priority=no"),
-            QStringLiteral("--log-target=stderr"), QStringLiteral("--log-level=info"), QStringLiteral("-L"),
-            QStringLiteral("module-native-protocol-unix socket=%1 auth-anonymous=1").arg(socketPath())});
-    QByteArray said;
-    QElapsedTimer timer;
-    timer.start();
-    while (!said.contains("Daemon startup complete.")) {
-        if (timer.hasExpired(limitMs) || !m_server->waitForReadyRead(limitMs)) {
-            fail(QStringLiteral("The private sound server does not start"), said);
+    m_daemons->start();
+    // Desktops have an output that stands in where there is none.
+    const QStringList modules
+        = control({QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("modules")})
+              .split(QLatin1Char('\n'));
+    for (const QString &module : modules) {
+        if (module.contains(QStringLiteral("module-always-sink"))) {
+            unloadModule(module.section(QLatin1Char('\t'), 0, 0).toInt());
         }
-        said += m_server->readAll();
     }
-    // Nobody reads what it says from here on.
-    QObject::connect(m_server.get(), &QProcess::readyRead, m_server.get(),
-        [server = m_server.get()] { server->readAll(); });
 }
 
 void PrivateSoundServer::kill()
 {
-    end(*m_server);
+    m_daemons->kill();
 }
 
 void PrivateSoundServer::freeze()
 {
-    signal(SIGSTOP);
+    m_daemons->signal(SIGSTOP);
 }
 
 void PrivateSoundServer::thaw()
 {
-    signal(SIGCONT);
-}
-
-void PrivateSoundServer::signal(int number)
-{
-    ::kill(static_cast<pid_t>(m_server->processId()), number);
+    m_daemons->signal(SIGCONT);
 }
 
 QString PrivateSoundServer::control(const QStringList &arguments) const
 {
-    const auto pactl = makeChild();
+    const auto pactl = makeOwnedProcess();
     pactl->start(QStringLiteral("pactl"), arguments);
-    if (!pactl->waitForFinished(limitMs) || pactl->exitCode() != 0) {
-        fail(QStringLiteral("pactl ") + arguments.join(QLatin1Char(' ')), pactl->readAllStandardError());
+    if (!pactl->waitForFinished(processLimitMs) || pactl->exitCode() != 0) {
+        failProcess(
+            QStringLiteral("pactl ") + arguments.join(QLatin1Char(' ')), pactl->readAllStandardError());
     }
     return QString::fromUtf8(pactl->readAllStandardOutput());
+}
+
+void PrivateSoundServer::awaitAnswer(
+    const QStringList &question, const std::function<bool(const QString &)> &isExpected) const
+{
+    QElapsedTimer timer;
+    timer.start();
+    for (;;) {
+        const QString said = control(question).trimmed();
+        if (isExpected(said)) {
+            return;
+        }
+        if (timer.hasExpired(processLimitMs)) {
+            failProcess(question.join(QLatin1Char(' ')), said.toUtf8());
+        }
+    }
 }
 
 int PrivateSoundServer::loadModule(const QString &name, const QStringList &arguments)
@@ -167,9 +176,12 @@ void PrivateSoundServer::unloadModule(int index)
 
 int PrivateSoundServer::addOutput(const QString &name, int rateHz, int channels)
 {
-    return loadModule(QStringLiteral("module-null-sink"),
+    const int module = loadModule(QStringLiteral("module-null-sink"),
         {QStringLiteral("sink_name=") + name, QStringLiteral("rate=%1").arg(rateHz),
             QStringLiteral("channels=%1").arg(channels), promptly()});
+    // Who chooses the default may be a process of its own.
+    awaitAnswer({defaultOutputQuestion()}, isName);
+    return module;
 }
 
 std::vector<int> PrivateSoundServer::addMicrophone(
@@ -183,17 +195,21 @@ std::vector<int> PrivateSoundServer::addMicrophone(
     const int microphoneModule = loadModule(QStringLiteral("module-remap-source"),
         QStringList {QStringLiteral("source_name=") + name, QStringLiteral("master=%1.monitor").arg(room)}
             + sound);
+    awaitAnswer({defaultMicrophoneQuestion()},
+        [](const QString &said) { return isName(said) && !said.endsWith(QStringLiteral(".monitor")); });
     return {roomModule, microphoneModule};
 }
 
 void PrivateSoundServer::setDefaultOutput(const QString &name)
 {
     control({QStringLiteral("set-default-sink"), name});
+    awaitAnswer({defaultOutputQuestion()}, [&](const QString &said) { return said == name; });
 }
 
 void PrivateSoundServer::setDefaultMicrophone(const QString &name)
 {
     control({QStringLiteral("set-default-source"), name});
+    awaitAnswer({defaultMicrophoneQuestion()}, [&](const QString &said) { return said == name; });
 }
 
 std::vector<SoundRecording> PrivateSoundServer::recordings() const
@@ -236,7 +252,7 @@ SoundPlayback PrivateSoundServer::playSamples(const std::vector<qint16> &samples
     const auto bytes = static_cast<qint64>(samples.size() * sizeof(qint16));
     if (!file->open() || file->write(reinterpret_cast<const char *>(samples.data()), bytes) != bytes
         || !file->flush()) {
-        fail(QStringLiteral("Cannot write samples"), file->errorString().toUtf8());
+        failProcess(QStringLiteral("Cannot write samples"), file->errorString().toUtf8());
     }
     QStringList command {QStringLiteral("pacat"), QStringLiteral("--playback"), QStringLiteral("--raw"),
         QStringLiteral("--format=s16ne"), QStringLiteral("--rate=%1").arg(rateHz),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/SoundDaemons.h"
+
 #include <QByteArray>
 #include <QProcess>
 #include <QString>
@@ -8,6 +10,7 @@
 #include <QTemporaryFile>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -41,6 +44,8 @@ struct SoundRecording
     bool isPaused;
 };
 
+enum class SoundServerKind { pulseAudio, pipeWire };
+
 /// A sound server of the test's own, without hardware. While this object lives, PULSE_SERVER points to it,
 /// for this process and those it starts. Dies with the process, however that ends. Failures throw
 /// std::runtime_error with what the server's tools said.
@@ -53,13 +58,18 @@ public:
     PrivateSoundServer(const PrivateSoundServer &) = delete;
     PrivateSoundServer &operator=(const PrivateSoundServer &) = delete;
 
+    /// Of all servers in this process: PipeWire where LUMAPHONE_TEST_SOUND_SERVER is "pipewire".
+    static SoundServerKind kind();
+    /// What such a server needs and this machine has not got.
+    static QStringList missingPrograms();
+
     /// The folder of its socket and of files for its modules.
     QString folder() const { return m_folder.path(); }
-    QString socketPath() const { return m_folder.filePath(QStringLiteral("pulse.sock")); }
+    QString socketPath() const;
 
     /// Starts it again after kill(), at the same address. Returns when it answers.
     void start();
-    /// SIGKILL.
+    /// SIGKILL, to each of its processes.
     void kill();
     /// SIGSTOP: it keeps its connections and answers nothing.
     void freeze();
@@ -74,6 +84,7 @@ public:
     /// modules, the microphone's last.
     std::vector<int> addMicrophone(const QString &name, int rateHz = 48000, int channels = 2,
         const QString &format = QStringLiteral("s16le"));
+    /// Both return when the server names the new default.
     void setDefaultOutput(const QString &name);
     void setDefaultMicrophone(const QString &name);
     /// What `pactl` prints, such as for {"list", "short", "source-outputs"}.
@@ -92,12 +103,13 @@ public:
     static QStringList speechFiles();
 
 private:
-    void signal(int number);
+    void awaitAnswer(
+        const QStringList &question, const std::function<bool(const QString &)> &isExpected) const;
     void setEnvironment(const char *name, const QByteArray &value);
 
     QTemporaryDir m_folder;
     std::vector<std::pair<QByteArray, std::optional<QByteArray>>> m_formerEnvironment;
-    std::unique_ptr<QProcess> m_server;
+    std::unique_ptr<SoundDaemons> m_daemons;
 };
 
 } // namespace lumaphone::test

@@ -1,15 +1,15 @@
 #include "app/floating/FloatingCaptionPanel.h"
 
 #include "app/floating/FloatingCaptionPlacement.h"
-#include "app/floating/X11OverlayWindow.h"
 
 #include <QGuiApplication>
 #include <QQuickItem>
+#include <QScreen>
 
 namespace lumaphone {
 
 FloatingCaptionPanel::FloatingCaptionPanel(
-    QQmlEngine &engine, const QUrl &view, const QVariantMap &properties)
+    QQmlEngine &engine, const QUrl &view, const QVariantMap &properties, const SurfaceMaker &makeSurface)
     : QQuickView(&engine, nullptr)
 {
     // No window manager has a say: they all keep a managed window below a full-screen one that is in use.
@@ -23,7 +23,7 @@ FloatingCaptionPanel::FloatingCaptionPanel(
     setResizeMode(SizeRootObjectToView);
     setInitialProperties(properties);
     setSource(view);
-    announceOverlayWindow(*this);
+    m_surface = makeSurface(*this);
     for (const auto changed : {&QWindow::xChanged, &QWindow::yChanged}) {
         connect(this, changed, this, &FloatingCaptionPanel::moved);
     }
@@ -46,13 +46,18 @@ void FloatingCaptionPanel::orderFront()
 {
     // It comes up on top of everything and stays there: raising it again for every caption would only cover
     // the menus that are opened above it.
-    show();
+    if (m_surface->canBeShown()) {
+        show();
+    }
 }
 
-/// Where a client may place its windows, the panel moves itself; elsewhere the compositor moves it.
-bool FloatingCaptionPanel::placesItself() const
+void FloatingCaptionPanel::setFrame(const QRect &frame)
 {
-    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    const QPoint former = this->frame().topLeft();
+    m_surface->setFrame(frame);
+    if (frame.topLeft() != former) {
+        emit moved();
+    }
 }
 
 void FloatingCaptionPanel::mousePressEvent(QMouseEvent *event)
@@ -61,29 +66,43 @@ void FloatingCaptionPanel::mousePressEvent(QMouseEvent *event)
         return;
     }
     const Qt::Edges edges = floatingcaption::edgesAt(event->position(), size());
-    if (placesItself()) {
-        m_drag = Drag {edges, event->globalPosition().toPoint(), geometry()};
-    } else if (edges) {
-        startSystemResize(edges);
-    } else {
-        startSystemMove();
+    if (const std::optional<QPoint> pointer = m_surface->beginDrag(*event, edges)) {
+        m_drag = Drag {edges, *pointer, frame()};
     }
 }
 
 void FloatingCaptionPanel::mouseMoveEvent(QMouseEvent *event)
 {
-    if (m_drag) {
-        const QPoint delta = event->globalPosition().toPoint() - m_drag->from;
-        setGeometry(floatingcaption::dragged(m_drag->geometry, m_drag->edges, delta));
-    } else {
+    if (!m_drag) {
         setCursor(floatingcaption::cursorFor(floatingcaption::edgesAt(event->position(), size())));
+    } else if (const std::optional<QPoint> pointer = m_surface->pointer(*event)) {
+        dragTo(*pointer);
     }
 }
 
 void FloatingCaptionPanel::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton) {
+    if (event->button() == Qt::LeftButton && m_drag) {
+        drop(m_surface->endDrag(*event));
         m_drag.reset();
+    }
+}
+
+void FloatingCaptionPanel::dragTo(const QPoint &pointer)
+{
+    QPoint delta = draggedBy(pointer);
+    if (const std::optional<QRect> bounds = m_surface->bounds()) {
+        delta = floatingcaption::boundedDrag(m_drag->frame, m_drag->edges, delta, *bounds);
+    }
+    setFrame(floatingcaption::dragged(m_drag->frame, m_drag->edges, delta));
+}
+
+void FloatingCaptionPanel::drop(const QPoint &pointer)
+{
+    dragTo(pointer);
+    QScreen *below = QGuiApplication::screenAt(pointer);
+    if (placing() == PanelPlacing::withinOutput && !m_drag->edges && below && below != screen()) {
+        emit droppedElsewhere(below, m_drag->frame.translated(draggedBy(pointer)));
     }
 }
 

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "app/floating/PanelSurface.h"
+
 #include <QPoint>
 #include <QQuickView>
 #include <QRect>
 
+#include <functional>
+#include <memory>
 #include <optional>
 
 namespace lumaphone {
@@ -15,18 +19,27 @@ class FloatingCaptionPanel : public QQuickView
     Q_OBJECT
 
 public:
+    using SurfaceMaker = std::function<std::unique_ptr<PanelSurface>(QQuickWindow &)>;
+
     /// `view` becomes the content. Its root has the writable texts "sourceText" and "translationText";
     /// `properties` are set when it is made.
-    FloatingCaptionPanel(QQmlEngine &engine, const QUrl &view, const QVariantMap &properties);
+    FloatingCaptionPanel(QQmlEngine &engine, const QUrl &view, const QVariantMap &properties,
+        const SurfaceMaker &makeSurface = &makePanelSurface);
 
     /// `sourceLanguage` is the raw value of the language whose glyphs the source text gets; or it is empty.
     void setTexts(const QString &sourceText, const QString &sourceLanguage, const QString &translationText);
     /// Shows it above everything, without making it active.
     void orderFront();
+    PanelPlacing placing() const { return m_surface->placing(); }
+    /// Where it lies on the whole desktop: the toolkit's geometry of the window does not know it everywhere.
+    QRect frame() const { return m_surface->frame(); }
+    void setFrame(const QRect &frame);
 
 signals:
     void moved();
     void resized();
+    /// It cannot leave its screen, and has been dropped on another one, where it would cover `geometry`.
+    void droppedElsewhere(QScreen *screen, const QRect &geometry);
     /// The panel is about to be closed, by the program or by the user.
     void willClose();
 
@@ -41,11 +54,14 @@ private:
     {
         Qt::Edges edges;
         QPoint from; ///< of the pointer, on the whole desktop
-        QRect geometry; ///< of the panel then
+        QRect frame; ///< of the panel then
     };
 
-    bool placesItself() const;
+    QPoint draggedBy(const QPoint &pointer) const { return pointer - m_drag->from; }
+    void dragTo(const QPoint &pointer);
+    void drop(const QPoint &pointer);
 
+    std::unique_ptr<PanelSurface> m_surface;
     std::optional<Drag> m_drag;
 };
 

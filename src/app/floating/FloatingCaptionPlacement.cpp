@@ -73,4 +73,42 @@ QRect dragged(const QRect &geometry, Qt::Edges edges, const QPoint &delta)
     return result;
 }
 
+QPoint boundedDrag(const QRect &geometry, Qt::Edges edges, const QPoint &delta, const QRect &bounds)
+{
+    const auto bounded = [edges](int wanted, Qt::Edge low, int toLow, Qt::Edge high, int toHigh) {
+        const int least = !edges || edges.testFlag(low) ? std::min(toLow, 0) : std::min(wanted, 0);
+        const int most = !edges || edges.testFlag(high) ? std::max(toHigh, 0) : std::max(wanted, 0);
+        return std::clamp(wanted, least, most);
+    };
+    return {bounded(delta.x(), Qt::LeftEdge, bounds.left() - geometry.left(), Qt::RightEdge,
+                bounds.right() - geometry.right()),
+        bounded(delta.y(), Qt::TopEdge, bounds.top() - geometry.top(), Qt::BottomEdge,
+            bounds.bottom() - geometry.bottom())};
+}
+
+QPointF stepped(const QPointF &pointer, const QPointF &step, const QList<QRect> &screens)
+{
+    const auto screenAt = [&screens](const QPointF &point) {
+        return std::find_if(screens.begin(), screens.end(),
+            [&point](const QRect &screen) { return QRectF(screen).contains(point); });
+    };
+    const QPointF next = pointer + step;
+    const auto screen = screenAt(pointer);
+    if (screen == screens.end() || screenAt(next) != screens.end()) {
+        return next;
+    }
+    return {std::clamp(next.x(), double(screen->left()), double(screen->right())),
+        std::clamp(next.y(), double(screen->top()), double(screen->bottom()))};
+}
+
+QRect fitted(const QRect &geometry, const QRect &bounds)
+{
+    QRect result = geometry;
+    result.setSize(geometry.size().boundedTo(maximumSize).boundedTo(bounds.size()).expandedTo(minimumSize));
+    const int mostX = std::max(bounds.left(), bounds.right() + 1 - result.width());
+    const int mostY = std::max(bounds.top(), bounds.bottom() + 1 - result.height());
+    result.moveTo(std::clamp(result.x(), bounds.left(), mostX), std::clamp(result.y(), bounds.top(), mostY));
+    return result;
+}
+
 } // namespace lumaphone::floatingcaption

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QList>
+#include <QPoint>
 #include <QPointF>
 #include <QRect>
 #include <QRectF>
@@ -33,5 +35,14 @@ Qt::CursorShape cursorFor(Qt::Edges edges);
 /// `geometry` (y downwards) after its `edges` have been dragged by `delta`, within the sizes allowed; moved
 /// as a whole when there are no edges.
 QRect dragged(const QRect &geometry, Qt::Edges edges, const QPoint &delta);
+
+/// So much of `delta` that a rectangle within `bounds` does not leave them when its `edges` are dragged.
+QPoint boundedDrag(const QRect &geometry, Qt::Edges edges, const QPoint &delta, const QRect &bounds);
+
+/// Where a pointer comes that moves on by `step`: it stays on the screens.
+QPointF stepped(const QPointF &pointer, const QPointF &step, const QList<QRect> &screens);
+
+/// `geometry` with the sizes allowed and, as far as it has room there, moved into `bounds`.
+QRect fitted(const QRect &geometry, const QRect &bounds);
 
 } // namespace lumaphone::floatingcaption

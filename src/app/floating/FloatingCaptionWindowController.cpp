@@ -1,13 +1,13 @@
 #include "app/floating/FloatingCaptionWindowController.h"
 
 #include "app/floating/FloatingCaptionPlacement.h"
-#include "base/RectangleText.h"
 #include "storage/LumaphoneSettings.h"
 
 #include <QGuiApplication>
 #include <QScreen>
 #include <QThread>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -17,14 +17,27 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const auto frameKey = QStringLiteral("lumaphone.caption.frame");
+QScreen *screenNamed(const QString &name)
+{
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    const auto found = std::find_if(
+        screens.begin(), screens.end(), [&](const QScreen *screen) { return screen->name() == name; });
+    return found == screens.end() ? nullptr : *found;
+}
+
+/// Where a panel is put for the first time.
+QRectF initialFrame(const QScreen &screen, const QSizeF &size)
+{
+    const QRectF visibleFrame = floatingcaption::upwards(screen.availableGeometry(), screen.geometry());
+    return {floatingcaption::initialOrigin(visibleFrame, size), size};
+}
 
 } // namespace
 
 FloatingCaptionWindowController::FloatingCaptionWindowController(
     LumaphoneSettings &settings, PanelMaker makePanel, QObject *parent)
     : QObject(parent)
-    , m_settings(settings)
+    , m_frames(settings.defaults())
     , m_makePanel(std::move(makePanel))
 {
     m_saving.setSingleShot(true);
@@ -34,6 +47,9 @@ FloatingCaptionWindowController::FloatingCaptionWindowController(
             saveFrame(*m_panel);
         }
     });
+    connect(
+        qGuiApp, &QGuiApplication::screenRemoved, this, &FloatingCaptionWindowController::screenWasRemoved);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, &FloatingCaptionWindowController::screenWasAdded);
 }
 
 FloatingCaptionWindowController::~FloatingCaptionWindowController()
@@ -66,6 +82,7 @@ void FloatingCaptionWindowController::show(
     if (!wasOpen) {
         createPanel();
     }
+    m_sourceLanguage = sourceLanguage;
     m_panel->setTexts(sourceText, sourceLanguage, translationText);
     m_panel->orderFront();
     setTexts(sourceText, translationText);
@@ -101,6 +118,8 @@ void FloatingCaptionWindowController::createPanel()
     connect(panel, &FloatingCaptionPanel::moved, this, note);
     connect(panel, &FloatingCaptionPanel::resized, this, note);
     connect(panel, &FloatingCaptionPanel::willClose, this, [this, panel] { windowWillClose(*panel); });
+    connect(panel, &FloatingCaptionPanel::droppedElsewhere, this,
+        &FloatingCaptionWindowController::panelWasDroppedOn);
     // Only a panel that has its place is the current one, so that placing it stores nothing.
     position(*panel);
     m_panel = std::move(created);
@@ -108,21 +127,71 @@ void FloatingCaptionWindowController::createPanel()
 
 void FloatingCaptionWindowController::position(FloatingCaptionPanel &panel) const
 {
-    const QScreen *screen = QGuiApplication::primaryScreen();
+    const bool isBound = panel.placing() == PanelPlacing::withinOutput;
+    QScreen *screen = isBound ? homeScreen() : QGuiApplication::primaryScreen();
     if (screen == nullptr) {
         return;
     }
-    const QRect mainScreen = screen->geometry();
-    if (const std::optional<QString> stored = m_settings.defaults().string(frameKey)) {
-        const QRectF frame = rectangleFromText(*stored);
-        if (!frame.isEmpty()) {
-            panel.setGeometry(floatingcaption::downwards(frame, mainScreen));
-            return;
+    const QRect whole = screen->geometry();
+    const QRectF initial = initialFrame(*screen, panel.size());
+    if (isBound) {
+        const QRectF frame = m_frames.frameOn(screen->name()).value_or(initial);
+        panel.setScreen(screen);
+        panel.setFrame(floatingcaption::fitted(floatingcaption::downwards(frame, whole), whole));
+    } else {
+        panel.setFrame(floatingcaption::downwards(m_frames.frame().value_or(initial), whole));
+    }
+}
+
+/// Where a panel that cannot leave its screen is put: where it was last, else where the user is.
+QScreen *FloatingCaptionWindowController::homeScreen() const
+{
+    if (const std::optional<QString> last = m_frames.lastOutput()) {
+        if (QScreen *screen = screenNamed(*last)) {
+            return screen;
         }
     }
-    const QRectF visibleFrame = floatingcaption::upwards(screen->availableGeometry(), mainScreen);
-    const QRectF frame(floatingcaption::initialOrigin(visibleFrame, panel.size()), panel.size());
-    panel.setGeometry(floatingcaption::downwards(frame, mainScreen));
+    const QWindow *used = QGuiApplication::focusWindow();
+    return used ? used->screen() : QGuiApplication::primaryScreen();
+}
+
+void FloatingCaptionWindowController::screenWasRemoved(const QScreen *screen)
+{
+    if (m_panel && m_panel->placing() == PanelPlacing::withinOutput && m_panel->screen() == screen) {
+        // What it is shown with belongs to the screen.
+        m_panel->hide();
+        QMetaObject::invokeMethod(this, &FloatingCaptionWindowController::goHome, Qt::QueuedConnection);
+    }
+}
+
+void FloatingCaptionWindowController::screenWasAdded()
+{
+    if (m_panel && m_panel->placing() == PanelPlacing::withinOutput && m_panel->screen() != homeScreen()) {
+        goHome();
+    }
+}
+
+void FloatingCaptionWindowController::panelWasDroppedOn(const QScreen *screen, const QRect &geometry)
+{
+    m_saving.stop();
+    const QRect there = floatingcaption::fitted(geometry, screen->geometry());
+    m_frames.setFrameOn(screen->name(), floatingcaption::upwards(there, screen->geometry()));
+    goHome();
+}
+
+/// The window of a panel that cannot leave its screen is made anew on the right one.
+void FloatingCaptionWindowController::goHome()
+{
+    if (!m_panel) {
+        return;
+    }
+    m_saving.stop();
+    m_panel->disconnect(this);
+    m_panel->hide();
+    m_panel.release()->deleteLater();
+    createPanel();
+    m_panel->setTexts(m_currentSourceText, m_sourceLanguage, m_currentTranslationText);
+    m_panel->orderFront();
 }
 
 void FloatingCaptionWindowController::windowDidMoveOrResize(const FloatingCaptionPanel &panel)
@@ -146,12 +215,23 @@ void FloatingCaptionWindowController::windowWillClose(const FloatingCaptionPanel
     emit isOpenChanged();
 }
 
-void FloatingCaptionWindowController::saveFrame(const FloatingCaptionPanel &panel) const
+void FloatingCaptionWindowController::saveFrame(const FloatingCaptionPanel &panel)
 {
-    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
-        const QRectF frame = floatingcaption::upwards(panel.geometry(), screen->geometry());
-        m_settings.defaults().setObject(frameKey, rectangleText(frame));
+    const bool isBound = panel.placing() == PanelPlacing::withinOutput;
+    const QScreen *screen = isBound ? panel.screen() : QGuiApplication::primaryScreen();
+    if (screen == nullptr) {
+        return;
     }
+    QRectF frame = floatingcaption::upwards(panel.frame(), screen->geometry());
+    if (isBound) {
+        m_frames.setFrameOn(screen->name(), frame);
+        return;
+    }
+    if (panel.placing() == PanelPlacing::byDesktop) {
+        // Nobody knows where it lies; another desktop may still use the place that is stored.
+        frame.moveTo(m_frames.frame().value_or(initialFrame(*screen, frame.size())).topLeft());
+    }
+    m_frames.setFrame(frame);
 }
 
 void FloatingCaptionWindowController::setTexts(const QString &sourceText, const QString &translationText)

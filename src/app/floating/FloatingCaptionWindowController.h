@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/floating/FloatingCaptionFrames.h"
 #include "app/floating/FloatingCaptionPanel.h"
 #include "session/FloatingCaptionPresenter.h"
 
@@ -60,15 +61,21 @@ private:
     void show(const QString &sourceText, const QString &sourceLanguage, const QString &translationText);
     void createPanel();
     void position(FloatingCaptionPanel &panel) const;
+    QScreen *homeScreen() const;
+    void goHome();
+    void screenWasRemoved(const QScreen *screen);
+    void screenWasAdded();
+    void panelWasDroppedOn(const QScreen *screen, const QRect &geometry);
     void windowDidMoveOrResize(const FloatingCaptionPanel &panel);
     void windowWillClose(const FloatingCaptionPanel &panel);
-    void saveFrame(const FloatingCaptionPanel &panel) const;
+    void saveFrame(const FloatingCaptionPanel &panel);
     void setTexts(const QString &sourceText, const QString &translationText);
 
-    LumaphoneSettings &m_settings;
+    FloatingCaptionFrames m_frames;
     PanelMaker m_makePanel;
     std::unique_ptr<FloatingCaptionPanel> m_panel;
     QString m_currentSourceText;
+    QString m_sourceLanguage;
     QString m_currentTranslationText;
     QTimer m_saving; ///< a frame is stored when the dragging pauses, not for every step of it
 };

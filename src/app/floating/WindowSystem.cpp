@@ -2,14 +2,20 @@
 
 namespace lumaphone {
 
-QString preferredWindowSystem(const QProcessEnvironment &environment)
+QString preferredWindowSystem(
+    const QProcessEnvironment &environment, const std::function<bool()> &hasLayerShell)
 {
     const auto isSet = [&environment](const char *name) {
         return !environment.value(QString::fromLatin1(name)).isEmpty();
     };
-    const bool hasBoth = isSet("WAYLAND_DISPLAY") && isSet("DISPLAY");
+    if (isSet("QT_QPA_PLATFORM") || !isSet("WAYLAND_DISPLAY")) {
+        return {};
+    }
     // Tried in this order.
-    return hasBoth && !isSet("QT_QPA_PLATFORM") ? QStringLiteral("xcb;wayland") : QString();
+    if (hasLayerShell()) {
+        return QStringLiteral("wayland;xcb");
+    }
+    return isSet("DISPLAY") ? QStringLiteral("xcb;wayland") : QString();
 }
 
 } // namespace lumaphone

@@ -3,11 +3,15 @@
 #include <QProcessEnvironment>
 #include <QString>
 
+#include <functional>
+
 namespace lumaphone {
 
 /// The value of QT_QPA_PLATFORM with which the program's windows work best; empty to leave the choice to the
-/// toolkit. On Wayland that is X11 where there is an X server, because only there a client can put a panel
-/// above all windows. What the user has set counts.
-QString preferredWindowSystem(const QProcessEnvironment &environment);
+/// toolkit. On Wayland that is the compositor itself if it has a layer shell (layershell::isOffered()), else
+/// X11 where there is an X server: only so a client can put a panel above all windows. What the user has set
+/// counts.
+QString preferredWindowSystem(
+    const QProcessEnvironment &environment, const std::function<bool()> &hasLayerShell);
 
 } // namespace lumaphone

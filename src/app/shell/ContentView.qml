@@ -175,8 +175,10 @@ FocusScope {
         }
     }
 
+    // Also while the panel has the keys, which some Wayland desktops give to every window that opens.
     Shortcut {
         sequence: "Ctrl+Shift+F"
+        context: Qt.ApplicationShortcut
         onActivated: content.floatingCaptions.toggle()
     }
 
@@ -188,6 +190,7 @@ FocusScope {
 
     Shortcut {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
+        context: Qt.ApplicationShortcut
         enabled: content.session.canStartOrStop && !content.isSheetPresented
         onActivated: content.session.startOrStop()
     }

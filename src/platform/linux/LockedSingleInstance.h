@@ -21,11 +21,12 @@ public:
     explicit LockedSingleInstance(const QString &folder);
     ~LockedSingleInstance() override;
 
-    InstanceRole claim(std::function<void()> onRaiseRequested) override;
+    InstanceRole claim(
+        const QString &permission, std::function<void(const QString &permission)> onRaiseRequested) override;
 
 private:
-    void listen(std::function<void()> onRaiseRequested);
-    void askToRaise() const;
+    void listen(std::function<void(const QString &permission)> onRaiseRequested);
+    void askToRaise(const QString &permission) const;
 
     const QString m_folder;
     std::optional<FileLock> m_lock;

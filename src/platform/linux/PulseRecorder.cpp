@@ -2,6 +2,7 @@
 
 #include <pulse/error.h>
 
+#include <memory>
 #include <utility>
 
 namespace lumaphone {
@@ -41,8 +42,12 @@ void PulseRecorder::open(const pa_sample_spec &sampleSpec)
         const PulseConnection::LoopLock lock(m_connection.loop());
         // With as many channels as the source its own map avoids a remix; otherwise the server mixes down.
         const bool keepsChannels = sampleSpec.channels == m_source.channelMap.channels;
-        pa_stream *stream = pa_stream_new(
-            m_connection.context(), "Lumaphone", &sampleSpec, keepsChannels ? &m_source.channelMap : nullptr);
+        // PipeWire otherwise adds the channels up, so that what is loud in all of them is cut off.
+        const std::unique_ptr<pa_proplist, decltype(&pa_proplist_free)> properties(
+            pa_proplist_new(), &pa_proplist_free);
+        pa_proplist_sets(properties.get(), "channelmix.normalize", "true");
+        pa_stream *stream = pa_stream_new_with_proplist(m_connection.context(), "Lumaphone", &sampleSpec,
+            keepsChannels ? &m_source.channelMap : nullptr, properties.get());
         if (!stream) {
             throw pulseError(QStringLiteral("無法開始錄音"), pa_context_errno(m_connection.context()));
         }

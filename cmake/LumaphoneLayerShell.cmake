@@ -1,0 +1,15 @@
+# The layer shell of Wayland, for the floating panel; built in where everything it needs is there (Debian 13 has it for Qt 6, Debian 12
+# has not). LayerShellQt_FOUND says whether it is.
+find_package(LayerShellQt 6 QUIET)
+pkg_check_modules(WaylandClient QUIET IMPORTED_TARGET wayland-client)
+pkg_get_variable(protocols wayland-protocols pkgdatadir)
+find_file(RELATIVE_POINTER_PROTOCOL relative-pointer-unstable-v1.xml PATHS "${protocols}/unstable/relative-pointer" NO_DEFAULT_PATH)
+find_program(WAYLAND_SCANNER wayland-scanner)
+if(NOT WaylandClient_FOUND OR NOT RELATIVE_POINTER_PROTOCOL OR NOT WAYLAND_SCANNER)
+    set(LayerShellQt_FOUND FALSE)
+endif()
+if(LayerShellQt_FOUND)
+    message(STATUS "The floating panel can use the layer shell of Wayland")
+else()
+    message(STATUS "The floating panel cannot use the layer shell of Wayland: LayerShellQt 6 or Wayland's headers are not there")
+endif()

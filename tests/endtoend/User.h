@@ -1,0 +1,48 @@
+#pragma once
+
+#include "support/Coroutines.h"
+#include "support/RunningProgram.h"
+
+#include <QTest>
+
+namespace lumaphone::test {
+
+/// The program's window, with a user who reads and clicks. What the user can do is said in Driver.h.
+class User
+{
+public:
+    /// `home` keeps what the user stores; `windowSystem` are the variables that name it.
+    User(const QString &home, const QList<std::pair<QString, QString>> &windowSystem)
+        : m_program(QStringLiteral(LUMAPHONE_DRIVEN), {},
+            QList<std::pair<QString, QString>> {
+                {"HOME", home}, {"XDG_CONFIG_HOME", home + "/config"}, {"XDG_DATA_HOME", home + "/data"}}
+                + windowSystem)
+    {
+    }
+
+    /// Gives a command and returns whether it was done; what was seen is `seen`.
+    bool does(const QByteArray &command)
+    {
+        m_program.write(command + "\n");
+        ++m_commands;
+        waitUntil(
+            [this] { return m_program.outputLines().size() >= m_commands || !m_program.isRunning(); }, 70000);
+        const QList<QByteArray> lines = m_program.outputLines();
+        const QByteArray answer = lines.size() >= m_commands ? lines.at(m_commands - 1)
+                                                             : "the program ended: " + m_program.messages();
+        seen = QString::fromUtf8(answer);
+        return answer.startsWith("ok");
+    }
+
+    RunningProgram &program() { return m_program; }
+
+    QString seen;
+
+private:
+    RunningProgram m_program;
+    qsizetype m_commands = 0;
+};
+
+} // namespace lumaphone::test
+
+#define DO(command) QVERIFY2(user.does(command), qPrintable(user.seen))
