@@ -201,7 +201,8 @@ private:
     LivePipelineMaker pipelineMaker(std::function<void()> onFileCompleted)
     {
         const LivePipelineServices services {
-            std::make_shared<EngineSpeechFramework>(installedSpeechEngines(m_models, m_checkedFiles), m_mainQueue),
+            std::make_shared<EngineSpeechFramework>(
+                installedSpeechEngines(m_models, m_checkedFiles), m_mainQueue),
             m_mainQueue, m_detachedTasks, QLocale::system()};
         if (const auto *file = std::get_if<SoundFileInput>(&m_command.input)) {
             return [file = *file, services, clock = m_clock, onFileCompleted](LumaphoneAudioInputSource,
