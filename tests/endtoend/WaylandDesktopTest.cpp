@@ -135,10 +135,9 @@ private slots:
         DO("platform");
         QCOMPARE(user.seen, m_carrier == Carrier::x11 ? QString("ok xcb") : QString("ok wayland"));
         DO("choose languageMenu english");
+        QVERIFY(openPanel(user).isValid());
         DO("click startStop");
         DO("await stage.state 正在聽");
-        const QRect panel = openPanel(user);
-        QVERIFY(panel.isValid());
         const SoundPlayback speech = sound.play(PrivateSoundServer::speechFiles().constFirst());
         DO("count card.lines 1");
         DO("panel he was");
@@ -191,7 +190,7 @@ private slots:
         }
     }
 
-    void thePanelFloatsAboveAFullScreenWindowWithoutTheKeyboard_data() { floatingDesktops(); }
+    void thePanelFloatsAboveAFullScreenWindowWithoutTheKeyboard_data() { layerDesktops(); }
     void thePanelFloatsAboveAFullScreenWindowWithoutTheKeyboard()
     {
         start();
@@ -296,14 +295,10 @@ private:
         QTest::newRow("labwc") << CompositorKind::labwc << Carrier::layer;
         QTest::newRow("sway") << CompositorKind::sway << Carrier::layer;
     }
-    static void floatingDesktops()
+    static void desktops()
     {
         layerDesktops();
         QTest::newRow("Weston with an X server") << CompositorKind::weston << Carrier::x11;
-    }
-    static void desktops()
-    {
-        floatingDesktops();
         QTest::newRow("Weston") << CompositorKind::weston << Carrier::ordinary;
     }
 

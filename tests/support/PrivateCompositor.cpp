@@ -222,7 +222,9 @@ QList<std::pair<QString, QString>> PrivateCompositor::environment(bool withX11) 
     return {{QStringLiteral("XDG_RUNTIME_DIR"), m_folder.path()},
         {QStringLiteral("WAYLAND_DISPLAY"), m_socket},
         {QStringLiteral("DISPLAY"), withX11 ? m_x11 : QString()},
-        {QStringLiteral("QT_QPA_PLATFORM"), QString()}};
+        {QStringLiteral("QT_QPA_PLATFORM"), QString()},
+        // The toolkit warns of everything that a compositor cannot do.
+        {QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("qt.qpa.wayland*.warning=false")}};
 }
 
 QRect PrivateCompositor::output(int index) const

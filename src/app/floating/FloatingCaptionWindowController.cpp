@@ -118,6 +118,7 @@ void FloatingCaptionWindowController::createPanel()
     connect(panel, &FloatingCaptionPanel::moved, this, note);
     connect(panel, &FloatingCaptionPanel::resized, this, note);
     connect(panel, &FloatingCaptionPanel::willClose, this, [this, panel] { windowWillClose(*panel); });
+    connect(panel, &QWindow::activeChanged, this, &FloatingCaptionWindowController::hasKeyboardChanged);
     connect(panel, &FloatingCaptionPanel::droppedElsewhere, this,
         &FloatingCaptionWindowController::panelWasDroppedOn);
     // Only a panel that has its place is the current one, so that placing it stores nothing.
@@ -213,6 +214,7 @@ void FloatingCaptionWindowController::windowWillClose(const FloatingCaptionPanel
     m_panel.release()->deleteLater();
     setTexts({}, {});
     emit isOpenChanged();
+    emit hasKeyboardChanged();
 }
 
 void FloatingCaptionWindowController::saveFrame(const FloatingCaptionPanel &panel)

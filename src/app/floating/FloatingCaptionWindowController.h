@@ -24,6 +24,7 @@ class FloatingCaptionWindowController final : public QObject, public FloatingCap
     QML_ELEMENT
     QML_UNCREATABLE("The program makes the one controller.")
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY isOpenChanged)
+    Q_PROPERTY(bool hasKeyboard READ hasKeyboard NOTIFY hasKeyboardChanged)
     Q_PROPERTY(QString currentSourceText READ currentSourceText NOTIFY currentSourceTextChanged)
     Q_PROPERTY(
         QString currentTranslationText READ currentTranslationText NOTIFY currentTranslationTextChanged)
@@ -40,6 +41,8 @@ public:
     void showSpoken(const QString &sourceText, AppleSystemSpeechLanguage language,
         const QString &translationText) override;
     bool isOpen() const override { return m_panel != nullptr; }
+    /// Whether the keys go to the panel, which it never asks for.
+    bool hasKeyboard() const { return m_panel && m_panel->isActive(); }
     /// Both are empty while closed.
     QString currentTranslationText() const override { return m_currentTranslationText; }
     QString currentSourceText() const { return m_currentSourceText; }
@@ -53,6 +56,7 @@ public:
 
 signals:
     void isOpenChanged();
+    void hasKeyboardChanged();
     void currentSourceTextChanged();
     void currentTranslationTextChanged();
 

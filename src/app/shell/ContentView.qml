@@ -24,6 +24,8 @@ FocusScope {
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
         || isModelSheetPresented
+    /// Some Wayland desktops give the keyboard to every window that opens, the panel too.
+    readonly property int panelKeys: floatingCaptions.hasKeyboard ? Qt.ApplicationShortcut : Qt.WindowShortcut
 
     /// To be called when the window is shown; asks once.
     function requestStartupPermission(): void {
@@ -175,10 +177,9 @@ FocusScope {
         }
     }
 
-    // Also while the panel has the keys, which some Wayland desktops give to every window that opens.
     Shortcut {
         sequence: "Ctrl+Shift+F"
-        context: Qt.ApplicationShortcut
+        context: content.panelKeys
         onActivated: content.floatingCaptions.toggle()
     }
 
@@ -190,7 +191,7 @@ FocusScope {
 
     Shortcut {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
-        context: Qt.ApplicationShortcut
+        context: content.panelKeys
         enabled: content.session.canStartOrStop && !content.isSheetPresented
         onActivated: content.session.startOrStop()
     }
