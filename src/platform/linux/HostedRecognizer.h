@@ -15,9 +15,9 @@ struct SpeechInstallation
     QString runtimeFolder;
     QString voiceDetector;
     host::Network network;
-    std::optional<host::Network> volatileNetwork;
+    std::optional<host::Network> volatileNetwork = {};
     /// Throws where a file is not the one it should be, before the library sees it. None: nothing is known.
-    std::function<void(const std::stop_token &)> demandIntact;
+    std::function<void(const std::stop_token &)> demandIntact = {};
     /// What the user can do about files that are damaged.
     QString repair = SpeechHostSession::reinstallTheModel();
 };
