@@ -21,7 +21,10 @@ public:
     bool hearsFromTheStart() const override { return true; }
 
 private:
+    Hearing hear(std::span<const float> samples) const;
+
     const SpeechRuntime &m_runtime;
+    const NetworkKind m_kind;
     std::unique_ptr<const void, void (*)(const void *)> m_recognizer;
 };
 

@@ -95,7 +95,8 @@ void SpeechHost::load(const Configure &configuration)
     m_runtime = std::make_unique<SpeechRuntime>(configuration.runtimeFolder);
     m_connection.send(Loading {LoadStage::voiceDetector});
     demandPermission(configuration.voiceDetector);
-    m_voiceDetector = std::make_unique<VoiceDetector>(*m_runtime, configuration.voiceDetector);
+    m_voiceDetector = std::make_unique<VoiceDetector>(*m_runtime, configuration.voiceDetector,
+        static_cast<float>(std::clamp(configuration.voiceThreshold, 1U, 999U)) / 1000.F);
     m_connection.send(Loading {LoadStage::network});
     m_decoder = makeDecoder(configuration.network, configuration);
     if (configuration.volatileNetwork) {
@@ -272,8 +273,8 @@ void SpeechHost::decode(const DecodePlan::Volatile &job, std::unique_lock<std::m
 void SpeechHost::decode(const DecodePlan::Final &job, std::unique_lock<std::mutex> &lock)
 {
     lock.unlock();
-    // What was decoded when the pause began need not be decoded again at its end.
-    if (!m_lastDecode || !m_lastDecode->extent.isWholeOf(job.segment)) {
+    // What was decoded when the pause began need not be decoded again at its end, if it said anything.
+    if (!m_lastDecode || !m_lastDecode->extent.isWholeOf(job.segment) || m_lastDecode->hearing.text.empty()) {
         m_lastDecode = hear(*m_decoder, job.segment, {}, true);
     }
     report(job.segment, *m_lastDecode, true);

@@ -26,8 +26,6 @@ struct DetectorLayout
     };
 };
 
-// Missing speech is worse than hearing a little too much: docs/speech-host.md has the measurements.
-constexpr float threshold = 0.4F;
 constexpr float hysteresisSeconds = 0.1F;
 // Past its limit the detector becomes stricter by itself. Segments end long before.
 constexpr float longestSpeechSeconds = 60.F;
@@ -37,7 +35,7 @@ constexpr int hesitationWindows = 6;
 
 } // namespace
 
-VoiceDetector::VoiceDetector(const SpeechRuntime &runtime, const std::string &modelFile)
+VoiceDetector::VoiceDetector(const SpeechRuntime &runtime, const std::string &modelFile, float threshold)
     : m_runtime(runtime)
     , m_detector(nullptr, runtime.destroyVoiceActivityDetector)
 {

@@ -13,8 +13,8 @@ public:
     /// Samples of one decision.
     static constexpr std::size_t windowSize = 512;
 
-    /// Throws HostFailure (voiceDetector).
-    VoiceDetector(const SpeechRuntime &runtime, const std::string &model);
+    /// `threshold`: of the probability of speech, above 0 and below 1. Throws HostFailure (voiceDetector).
+    VoiceDetector(const SpeechRuntime &runtime, const std::string &model, float threshold);
 
     /// Whether speech is going on at the end of the next window. Decisions against speech come 0.1 s late.
     bool isSpeech(std::span<const float> window);

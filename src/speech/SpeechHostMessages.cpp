@@ -30,6 +30,7 @@ public:
         m_out.u32(message.version);
         m_out.text(message.runtimeFolder);
         m_out.text(message.voiceDetector);
+        m_out.u32(message.voiceThreshold);
         network(message.network);
         m_out.u8(message.volatileNetwork ? 1 : 0);
         if (message.volatileNetwork) {
@@ -142,6 +143,7 @@ Configure takeConfigure(WireReader &in)
     message.version = in.u32();
     message.runtimeFolder = in.text();
     message.voiceDetector = in.text();
+    message.voiceThreshold = in.u32();
     message.network = takeNetwork(in);
     if (takeFlag(in)) {
         message.volatileNetwork = takeNetwork(in);

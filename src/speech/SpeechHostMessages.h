@@ -40,6 +40,8 @@ struct Configure
     std::uint32_t version = protocolVersion;
     std::string runtimeFolder;
     std::string voiceDetector;
+    /// How sure the detector must be of speech, in thousandths.
+    std::uint32_t voiceThreshold = 500;
     /// Decodes closed segments, and open ones if nothing else does.
     Network network;
     /// A streaming network that serves the volatile texts of open segments.

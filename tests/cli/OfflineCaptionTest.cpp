@@ -17,6 +17,12 @@ namespace {
 const QString program = QStringLiteral(LUMAPHONE_CLI);
 const QString phraseBook = QStringLiteral(LUMAPHONE_PHRASE_BOOK);
 
+/// The network writes capitals and a full stop, PocketSphinx neither.
+QString plain(const QString &text)
+{
+    return text.toLower().remove(QLatin1Char('.'));
+}
+
 } // namespace
 
 /// From a human voice to Chinese text without any network: the program, the recogniser and the models of the
@@ -77,7 +83,7 @@ private slots:
                 translation = json::text(event, "translatedText");
             }
         }
-        QCOMPARE(source, QStringLiteral("go forward ten meters"));
+        QCOMPARE(plain(source), QStringLiteral("go forward ten meters"));
         QCOMPARE(translation, QStringLiteral("請往前走十公尺。"));
     }
 
@@ -89,7 +95,8 @@ private slots:
         QVERIFY(verified->messages().contains("en-zh-Hant"));
         const auto captions = run(
             {"caption", m_home.filePath("go forward.wav"), "--language", "english", "--translate", "apple"});
-        QCOMPARE(captions->outputLines().value(0), QByteArray("go forward ten meters"));
+        QCOMPARE(plain(QString::fromUtf8(captions->outputLines().value(0))),
+            QStringLiteral("go forward ten meters"));
         QVERIFY2(captions->messages().contains("已損壞"), captions->messages());
     }
 

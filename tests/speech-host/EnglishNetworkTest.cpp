@@ -1,12 +1,16 @@
+#include "platform/linux/InstalledSpeechModel.h"
+#include "support/FolderResources.h"
 #include "support/HostedSpeech.h"
 #include "support/speech-scores/SpokenRecordings.h"
 #include "support/speech-scores/WordSpelling.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <cmath>
 #include <random>
+#include <thread>
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -27,7 +31,7 @@ SpeechInstallation installation()
         {host::NetworkKind::moonshine,
             {encodedPath(bundled("encoder.onnx")), encodedPath(bundled("decoder.onnx"))},
             encodedPath(bundled("tokens.txt"))},
-        {}};
+        {}, {}, SpeechHostSession::reinstallTheModel(), 400};
 }
 
 std::vector<Heard> hear(const SpeechInstallation &installed, const Samples &samples)
@@ -188,7 +192,7 @@ private slots:
         QTest::addColumn<QString>("set");
         QTest::addColumn<int>("words");
         QTest::addColumn<int>("mostErrors");
-        QTest::newRow("read aloud") << "librivox" << 72 << 4;
+        QTest::newRow("read aloud") << "librivox" << 71 << 4;
         QTest::newRow("playing cards") << "cards" << 21 << 4;
     }
     void humanSpeechIsHeard()
@@ -214,20 +218,34 @@ private slots:
         QVERIFY2(errors <= mostErrors, qPrintable(QString::number(errors)));
     }
 
+    /// At the speed of sound, so that there is time for volatile texts.
     void textsOnlyGrow()
     {
-        int volatileTexts = 0;
-        for (const SpokenRecording &recording : debianRecordings(m_folder.path()).recordings) {
-            QString shown;
-            for (const Heard &each : hear(installation(), recording.samples)) {
-                const QString text = each.text.toLower();
-                QVERIFY2(text.startsWith(shown) || shown.startsWith(text), qPrintable(shown + " -> " + text));
-                shown = each.isFinal ? QString() : text;
-                volatileTexts += each.isFinal ? 0 : 1;
+        const auto recordings = debianRecordings(m_folder.path()).recordings;
+        HeardTexts heard;
+        HostedRecognizer recognizer(installation(), {SpokenLanguage::english}, heard.sink());
+        recognizer.load();
+        auto next = std::chrono::steady_clock::now();
+        for (const SpokenRecording &recording : recordings) {
+            Samples samples = recording.samples;
+            samples.resize(samples.size() + 16000);
+            constexpr std::size_t piece = 1600;
+            for (std::size_t at = 0; at < samples.size(); at += piece) {
+                recognizer.accept(std::span(samples).subspan(at, std::min(piece, samples.size() - at)));
+                next += std::chrono::milliseconds(100);
+                std::this_thread::sleep_until(next);
             }
-            QVERIFY2(shown.isEmpty(), "a line was given up");
         }
-        QVERIFY(volatileTexts > 0);
+        recognizer.finish();
+        QString shown;
+        for (const Heard &each : heard.all()) {
+            const QString text = each.text.toLower();
+            QVERIFY2(text.startsWith(shown) || shown.startsWith(text), qPrintable(shown + " -> " + text));
+            shown = each.isFinal ? QString() : text;
+        }
+        QVERIFY2(shown.isEmpty(), "a line was given up");
+        const QStringList finals = finalsOf(heard.finals());
+        QVERIFY2(finals.size() >= qsizetype(recordings.size()), qPrintable(finals.join('|')));
     }
 
     void aQuietPhraseBetweenTwoPausesIsHeard()
@@ -293,10 +311,7 @@ private slots:
             QTest::addRow("%s, cut off", name) << name << whole.left(whole.size() / 2);
             QTest::addRow("%s, a page of the web", name) << name << QByteArray("<html>not found</html>");
         }
-        QTest::newRow("no words") << "tokens.txt" << QByteArray();
         QTest::newRow("another network's words") << "tokens.txt" << contents(toySpeechFile("tokens.txt"));
-        QTest::newRow("the decoder as encoder") << "encoder.onnx" << contents(bundled("decoder.onnx"));
-        QTest::newRow("the encoder as decoder") << "decoder.onnx" << contents(bundled("encoder.onnx"));
     }
     void damagedFilesAreToldAndTheProgramLives()
     {
@@ -319,15 +334,47 @@ private slots:
         QVERIFY2(error.startsWith("語音辨識執行庫的版本 1.12.34 太舊"), qPrintable(error));
     }
 
-    /// A file is compared before the library sees it.
-    void whatIsNotIntactIsNotLoaded()
+    /// The library says nothing of many a change, and hears nothing then: files are compared before it sees
+    /// them.
+    void whatTheLibraryWouldNotNoticeIsTold_data()
     {
-        SpeechInstallation broken = installation();
-        broken.repair = QStringLiteral("請重新安裝 Lumaphone。");
-        broken.demandIntact = [](const std::stop_token &) {
-            throw SpeechFrameworkError(QStringLiteral("encoder.onnx 的內容不對。"));
-        };
-        QCOMPARE(errorWith(broken), QStringLiteral("encoder.onnx 的內容不對。請重新安裝 Lumaphone。"));
+        QTest::addColumn<QString>("name");
+        for (const char *const name : {"encoder.onnx", "decoder.onnx", "tokens.txt", "voice-detector.onnx"}) {
+            QTest::newRow(name) << name;
+        }
+    }
+    void whatTheLibraryWouldNotNoticeIsTold()
+    {
+        QFETCH(QString, name);
+        const QTemporaryDir folder;
+        const QDir copy(folder.filePath("english-speech"));
+        QVERIFY(QDir().mkpath(copy.path()));
+        for (const QString &file : QDir(bundled(QString())).entryList(QDir::Files)) {
+            QVERIFY(QFile::copy(bundled(file), copy.filePath(file)));
+        }
+        const ModelStore store(folder.filePath("models"), ModelCatalogue::builtIn(),
+            std::make_shared<FolderResources>(folder.path()));
+        CheckedFiles checked(folder.filePath("checked.json"));
+        auto files = bundledEnglishModel(store, checked);
+        QVERIFY(std::holds_alternative<SpeechModelFiles>(files));
+        SpeechInstallation copied = installation();
+        copied.demandIntact = std::get<SpeechModelFiles>(files).demandIntact;
+        copied.repair = std::get<SpeechModelFiles>(files).repair;
+        QCOMPARE(errorWith(copied), QString());
+
+        QFile changed(copy.filePath(name));
+        QVERIFY(changed.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+        QVERIFY(changed.open(QIODevice::ReadWrite));
+        QVERIFY(changed.seek(changed.size() / 2));
+        const char byte = changed.read(1).at(0);
+        QVERIFY(changed.seek(changed.size() / 2));
+        QCOMPARE(changed.write(QByteArray(1, char(~byte))), qint64(1));
+        changed.close();
+        const QString error = errorWith(copied);
+        QVERIFY2(error.contains(name) && error.contains("請重新安裝 Lumaphone。"), qPrintable(error));
+
+        QVERIFY(changed.resize(1000));
+        QVERIFY(std::get<QString>(bundledEnglishModel(store, checked)).contains("不完整"));
     }
 };
 

@@ -270,10 +270,15 @@ private slots:
                 return text.start >= each.start + leastBefore && text.end <= each.end + mostAfter;
             });
             if (at == spoken.end()) {
-                outside.append(QStringLiteral("%1 from %2 s to %3 s")
+                const auto next = std::find_if(spoken.begin(), spoken.end(),
+                    [&text](const Spoken &each) { return each.end > text.start; });
+                const Spoken &near = next == spoken.end() ? spoken.back() : *next;
+                outside.append(QStringLiteral("%1 from %2 s to %3 s, spoken from %4 s to %5 s")
                                    .arg(QString::fromStdString(text.text))
                                    .arg(double(text.start) / rateHz)
-                                   .arg(double(text.end) / rateHz));
+                                   .arg(double(text.end) / rateHz)
+                                   .arg(double(near.start) / rateHz)
+                                   .arg(double(near.end) / rateHz));
                 continue;
             }
             right += QString::fromStdString(text.text) == at->phrase.text ? 1 : 0;

@@ -16,6 +16,7 @@ std::vector<Request> requests()
     Configure full;
     full.runtimeFolder = "/usr/libexec";
     full.voiceDetector = "/vad.onnx";
+    full.voiceThreshold = 400;
     full.network = {NetworkKind::streamingTransducer, {"encoder", "decoder", "joiner"}, "tokens"};
     full.volatileNetwork = Network {NetworkKind::streamingCtc, {"ctc"}, "tokens"};
     full.language = "ja";

@@ -37,6 +37,7 @@ host::Configure configurationOf(
     host::Configure configuration;
     configuration.runtimeFolder = QFile::encodeName(installation.runtimeFolder).toStdString();
     configuration.voiceDetector = QFile::encodeName(installation.voiceDetector).toStdString();
+    configuration.voiceThreshold = installation.voiceThreshold;
     configuration.network = installation.network;
     configuration.volatileNetwork = installation.volatileNetwork;
     if (languages.size() == 1) {

@@ -20,6 +20,8 @@ struct SpeechInstallation
     std::function<void(const std::stop_token &)> demandIntact = {};
     /// What the user can do about files that are damaged.
     QString repair = SpeechHostSession::reinstallTheModel();
+    /// How sure the voice detector must be of speech, in thousandths.
+    std::uint32_t voiceThreshold = 500;
 };
 
 /// Recognises several languages with one decode, in a process of its own: a single language with a network

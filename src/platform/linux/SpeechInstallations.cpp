@@ -24,7 +24,8 @@ HostedSpeechEngine::Installation SpeechInstallations::operator()() const
     }
     auto &files = std::get<SpeechModelFiles>(models);
     return SpeechInstallation {*program, QFileInfo(*runtime).absolutePath(), std::move(files.voiceDetector),
-        std::move(files.network), {}, std::move(files.demandIntact), std::move(files.repair)};
+        std::move(files.network), {}, std::move(files.demandIntact), std::move(files.repair),
+        files.voiceThreshold};
 }
 
 } // namespace lumaphone

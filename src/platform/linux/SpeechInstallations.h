@@ -13,6 +13,7 @@ struct SpeechModelFiles
     /// Throws where a file is not the one it should be. May read all of them.
     std::function<void(const std::stop_token &)> demandIntact;
     QString repair; ///< what the user can do then
+    std::uint32_t voiceThreshold = 500; ///< how sure the voice detector must be of speech, in thousandths
 };
 
 /// Finds what the hosted engine needs: its program and the runtime library among the program's resources, and
