@@ -18,7 +18,6 @@ namespace {
 const auto cli = QStringLiteral("lumaphone-cli");
 const auto bundledFolder = QStringLiteral("english-speech");
 const auto bundledNetwork = QStringLiteral("english-speech/encoder.onnx");
-const auto voiceDetector = QStringLiteral("english-speech/voice-detector.onnx");
 
 QString built(const QString &name)
 {
@@ -42,7 +41,8 @@ bool hasInstalledFourLanguages()
     QProcess list;
     list.start(built(cli), {QStringLiteral("models"), QStringLiteral("list")});
     list.waitForFinished();
-    return list.readAllStandardOutput().contains("sense-voice\tinstalled\t");
+    const QByteArray models = '\n' + list.readAllStandardOutput();
+    return models.contains("\nsense-voice\tinstalled\t") && models.contains("\nsilero-vad\tinstalled\t");
 }
 
 } // namespace
@@ -95,7 +95,7 @@ std::optional<QString> ProgramUnderTest::whatIsMissing(Engine engine)
         return QStringLiteral("The English network is missing: packaging/install-speech-runtime fetches it.");
     }
     if (engine == Engine::fourLanguages && !hasInstalledFourLanguages()) {
-        return QStringLiteral("The model of four languages is not installed.");
+        return QStringLiteral("The models sense-voice and silero-vad are not installed.");
     }
     return std::nullopt;
 }
@@ -149,9 +149,6 @@ void ProgramUnderTest::installEngine()
     if (m_engine == Engine::bundledNetwork) {
         link(built(bundledFolder), bundledFolder);
         return;
-    }
-    if (QFileInfo::exists(built(voiceDetector))) {
-        link(built(voiceDetector), voiceDetector);
     }
     const QString models = QDir(m_environment.value(QStringLiteral("XDG_DATA_HOME")))
                                .filePath(QStringLiteral("Lumaphone/Models"));

@@ -22,9 +22,9 @@ QString joined(const QString &words, const QString &rest)
     return rest.isEmpty() ? words : words + QLatin1Char(' ') + rest;
 }
 
-/// What follows a hundred or a thousand: nothing for zero.
 QString cardinal(qint64 number);
 
+/// What follows a hundred or a thousand: nothing for zero.
 QString remainder(qint64 number)
 {
     return number == 0 ? QString() : cardinal(number);
