@@ -236,12 +236,12 @@ ModelCatalogue ModelCatalogue::builtIn()
 ModelCatalogue ModelCatalogue::configured()
 {
     const QString path = qEnvironmentVariable("LUMAPHONE_MODEL_CATALOGUE");
-    const ModelCatalogue own = builtIn();
+    ModelCatalogue own = builtIn();
     if (path.isEmpty()) {
         return own;
     }
     ModelCatalogue catalogue = fromFile(path);
-    for (const ModelEntry &entry : own.m_entries) {
+    for (const ModelEntry &entry : std::as_const(own.m_entries)) {
         if (!entry.isBundled) {
             continue;
         }
