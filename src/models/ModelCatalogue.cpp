@@ -236,11 +236,11 @@ ModelCatalogue ModelCatalogue::builtIn()
 ModelCatalogue ModelCatalogue::configured()
 {
     const QString path = qEnvironmentVariable("LUMAPHONE_MODEL_CATALOGUE");
-    const ModelCatalogue own = builtIn();
     if (path.isEmpty()) {
-        return own;
+        return builtIn();
     }
     ModelCatalogue catalogue = fromFile(path);
+    const ModelCatalogue own = builtIn();
     for (const ModelEntry &entry : own.m_entries) {
         if (!entry.isBundled) {
             continue;
