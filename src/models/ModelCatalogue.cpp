@@ -236,12 +236,12 @@ ModelCatalogue ModelCatalogue::builtIn()
 ModelCatalogue ModelCatalogue::configured()
 {
     const QString path = qEnvironmentVariable("LUMAPHONE_MODEL_CATALOGUE");
-    ModelCatalogue own = builtIn();
     if (path.isEmpty()) {
-        return own;
+        return builtIn();
     }
     ModelCatalogue catalogue = fromFile(path);
-    for (const ModelEntry &entry : std::as_const(own.m_entries)) {
+    const ModelCatalogue own = builtIn();
+    for (const ModelEntry &entry : own.m_entries) {
         if (!entry.isBundled) {
             continue;
         }

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Lumaphone
 
-/// One thing to install: what there is of it, and what can be done about it. A scope of its own, so that the keyboard
+/// One thing that works offline: what there is of it, and what can be done about it. A scope of its own, so that the keyboard
 /// stays in the row when a press replaces one button with another.
 FocusScope {
     id: row
