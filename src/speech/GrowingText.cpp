@@ -85,6 +85,12 @@ bool beginsOtherwise(const QString &shown, const QString &incoming)
         != text::lowercased(text::characters(incoming).constFirst());
 }
 
+/// A character of Chinese or Japanese is soon guessed wrongly, and what is shown first stays.
+std::size_t fewestToBeginWith(const std::vector<TextUnit> &units)
+{
+    return !units.empty() && !isWithinWord(units.front().word) ? 2 : 1;
+}
+
 /// Fewer words are too few to keep another one before them.
 constexpr std::size_t enoughWords = 3;
 /// Two texts of the same speech meet within so many words.
@@ -234,8 +240,12 @@ std::size_t GrowingText::agreed(const Units &newest) const
         }
         return length;
     };
+    const std::size_t length = sharedWith(m_agreement.onOtherWords);
     const bool isBeginning = m_shown.empty();
-    return isBeginning && sharedWith(m_agreement.onFirstWord) == 0 ? 0 : sharedWith(m_agreement.onOtherWords);
+    if (isBeginning && (sharedWith(m_agreement.onFirstWord) == 0 || length < fewestToBeginWith(newest))) {
+        return 0;
+    }
+    return length;
 }
 
 } // namespace lumaphone

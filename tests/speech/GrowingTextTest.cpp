@@ -69,6 +69,8 @@ private slots:
             << QStringList {"現天", "she天", "今天天气"} << QStringList {"", "", ""};
         QTest::newRow("Han") << QStringList {"今天天", "今天天气很", "今天天气很好"}
                              << QStringList {"", "今天天", "今天天气很"};
+        QTest::newRow("one character of Han is too little")
+            << QStringList {"這", "這", "한국어를", "한국어를 공"} << QStringList {"", "", "", "한국어를"};
         QTest::newRow("Hangul") << QStringList {"오늘은 날", "오늘은 날씨가", "오늘은 날씨가 좋습"}
                                 << QStringList {"", "오늘은", "오늘은 날씨가"};
         QTest::newRow("a shorter agreement does not take back") << QStringList {
