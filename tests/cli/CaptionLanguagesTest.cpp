@@ -197,9 +197,8 @@ private slots:
     void fourLanguagesOfTheComputersSoundAreCaptioned()
     {
         const UserWithModels user;
-        const std::vector<ToyPhrase> spoken = toyConversation();
+        const std::vector<ToyPhrase> spoken = toyConversation(6);
         const int phraseCount = int(spoken.size());
-        QCOMPARE(phraseCount, 24);
         PrivateSoundServer server;
         server.addOutput("speakers");
         RunningProgram captions(program, captionCommand("system"), user.environment());
@@ -220,8 +219,8 @@ private slots:
             rightLanguage += score->rightLanguage;
         }
         // The networks are small; they are asked for most, not for all.
-        QVERIFY2(exact * 100 >= 70 * phraseCount, qPrintable(QString::number(exact)));
-        QVERIFY2(rightLanguage * 100 >= 85 * phraseCount, qPrintable(QString::number(rightLanguage)));
+        QVERIFY2(exact * 100 >= 80 * phraseCount, qPrintable(QString::number(exact)));
+        QVERIFY2(rightLanguage * 100 >= 90 * phraseCount, qPrintable(QString::number(rightLanguage)));
     }
 
     void aLanguageWithoutAModelSaysWhatToInstall()

@@ -12,24 +12,7 @@ namespace lumaphone::test {
 
 namespace {
 
-std::vector<QStringList> rowsOf(const QString &name)
-{
-    QFile file(toySpeechFile(name));
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw std::runtime_error((name + QStringLiteral(" is missing")).toStdString());
-    }
-    std::vector<QStringList> rows;
-    while (!file.atEnd()) {
-        rows.push_back(QString::fromUtf8(file.readLine()).trimmed().split(QLatin1Char('\t')));
-    }
-    return rows;
-}
-
-/// The `number`th recording of a folder, counted from one.
-QString recording(const QString &beginning, qsizetype number)
-{
-    return toySpeechFile(QStringLiteral("%1%2.flac").arg(beginning).arg(number, 2, 10, QLatin1Char('0')));
-}
+constexpr std::size_t languageCount = 4;
 
 } // namespace
 
@@ -40,26 +23,32 @@ QString toySpeechFile(const QString &name)
 
 std::vector<ToyPhrase> toyPhrases()
 {
+    QFile file(toySpeechFile(QStringLiteral("phrases.tsv")));
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw std::runtime_error("phrases.tsv is missing");
+    }
     std::vector<ToyPhrase> phrases;
-    QHash<QString, qsizetype> counts;
-    for (const QStringList &row : rowsOf(QStringLiteral("phrases.tsv"))) {
-        const QString &language = row.at(0);
-        const QString beginning = QStringLiteral("spoken/%1-").arg(language);
-        phrases.push_back({language, row.at(2), recording(beginning, ++counts[language])});
+    QHash<QString, int> counts;
+    while (!file.atEnd()) {
+        const QStringList fields = QString::fromUtf8(file.readLine()).trimmed().split(QLatin1Char('\t'));
+        const QString &language = fields.at(0);
+        const int number = ++counts[language];
+        phrases.push_back({language, fields.at(2),
+            toySpeechFile(
+                QStringLiteral("spoken/%1-%2.flac").arg(language).arg(number, 2, 10, QLatin1Char('0')))});
     }
     return phrases;
 }
 
-std::vector<ToyPhrase> toyConversation()
+std::vector<ToyPhrase> toyConversation(std::size_t phrasesPerLanguage)
 {
     const std::vector<ToyPhrase> phrases = toyPhrases();
+    const std::size_t perLanguage = phrases.size() / languageCount;
     std::vector<ToyPhrase> conversation;
-    for (const QStringList &row : rowsOf(QStringLiteral("conversation.tsv"))) {
-        const auto first = std::find_if(phrases.begin(), phrases.end(),
-            [&row](const ToyPhrase &phrase) { return phrase.language == row.at(0); });
-        ToyPhrase turn = *(first + row.at(1).toInt() - 1);
-        turn.recording = recording(QStringLiteral("conversation/"), qsizetype(conversation.size()) + 1);
-        conversation.push_back(turn);
+    for (std::size_t i = 0; i < phrasesPerLanguage; ++i) {
+        for (std::size_t language = 0; language < languageCount; ++language) {
+            conversation.push_back(phrases.at(language * perLanguage + i));
+        }
     }
     return conversation;
 }

@@ -23,8 +23,8 @@ struct ToyPhrase
 /// All phrases the networks know, in the plain voice.
 std::vector<ToyPhrase> toyPhrases();
 
-/// Phrases of all languages in turn, by voices at speeds and pitches that the networks have not learned from.
-std::vector<ToyPhrase> toyConversation();
+/// So many phrases of each language, the languages by turns.
+std::vector<ToyPhrase> toyConversation(std::size_t phrasesPerLanguage);
 
 /// A phrase as 16 kHz mono sound, without silence around it.
 std::vector<std::int16_t> speak(const ToyPhrase &phrase);

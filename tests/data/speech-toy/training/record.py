@@ -1,8 +1,5 @@
-"""Records what the tests hear: every phrase in the plain voice, and a conversation of several voices.
-
-Another version of espeak-ng speaks otherwise, and so the recordings are kept. The conversation is a line each: language,
-number of the phrase, variant of the voice, words a minute, pitch.
-"""
+"""Records what the tests hear: every phrase in the plain voice. Another version of espeak-ng speaks otherwise, and so the
+recordings are kept."""
 import array
 import pathlib
 import subprocess
@@ -17,11 +14,10 @@ QUIET = 100
 STEP = 64
 
 
-def rendered(scratch, language, spelling, variant, speed, pitch):
+def rendered(scratch, language, spelling):
     """16 kHz samples without silence around them."""
     spoken, converted = scratch / "spoken.wav", scratch / "converted.wav"
-    voice = VOICES[language] + (f"+{variant}" if variant else "")
-    subprocess.run(["espeak-ng", "-v", voice, "-s", str(speed), "-p", str(pitch), "-w", spoken, spelling], check=True)
+    subprocess.run(["espeak-ng", "-v", VOICES[language], "-w", spoken, spelling], check=True)
     subprocess.run(["sox", "-D", spoken, "-r", "16000", "-c", "1", "-b", "16", converted], check=True)
     with wave.open(str(converted)) as file:
         samples = array.array("h", file.readframes(file.getnframes()))
@@ -45,12 +41,7 @@ def record():
         scratch = pathlib.Path(folder)
         for language, spoken in phrases.items():
             for number, (spelling, _) in enumerate(spoken, 1):
-                write(scratch, HERE / f"spoken/{language}-{number:02}.flac",
-                      rendered(scratch, language, spelling, "", 175, 50))
-        for line, turn in enumerate((HERE / "conversation.tsv").read_text(encoding="utf-8").splitlines(), 1):
-            language, number, variant, speed, pitch = turn.split("\t")
-            write(scratch, HERE / f"conversation/{line:02}.flac",
-                  rendered(scratch, language, phrases[language][int(number) - 1][0], variant, speed, pitch))
+                write(scratch, HERE / f"spoken/{language}-{number:02}.flac", rendered(scratch, language, spelling))
 
 
 if __name__ == "__main__":
