@@ -22,7 +22,11 @@ RunningCaptions::RunningCaptions(
     : m_started(std::chrono::steady_clock::now())
 {
     m_process.setProcessEnvironment(program.environment());
-    m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    m_process.setChildProcessModifier([] {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        // A shell's background job ignores it, and what it starts would, too.
+        ::signal(SIGINT, SIG_DFL);
+    });
     QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process, [this] { read(); });
     m_process.start(program.program(),
         {QStringLiteral("caption"), input, QStringLiteral("--language"), rawValue(language),
