@@ -22,8 +22,8 @@ public:
     /// The same while the first words are awaited: a segment with less speech than `fewWords`.
     static constexpr Duration firstHop = std::chrono::milliseconds(250);
     static constexpr std::int64_t fewWords = samplesPerSecond * 3 / 2;
-    /// The hop is at least so many times the last decode: volatile texts take 40 % of a processor at most.
-    static constexpr double hopPerDecode = 2.5;
+    /// The hop is at least so many times the last decode: volatile texts take 36 % of a processor at most.
+    static constexpr double hopPerDecode = 2.75;
     /// So much of a pause is enough to decode what was said before it: if the pause ends the segment, its
     /// final text is there already. It waits for no hop, but for so many times the last decode.
     static constexpr std::int64_t shortPause = samplesPerSecond / 16;

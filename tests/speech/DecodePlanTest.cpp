@@ -242,7 +242,7 @@ private slots:
     }
 
     /// A decoder of any speed over random speech: every segment gets its final text, in order, and volatile
-    /// texts never take more than 40 % of the time.
+    /// texts never take more than 36 % of the time.
     void underAnyLoadEveryFinalTextComes()
     {
         std::mt19937 random(11);
