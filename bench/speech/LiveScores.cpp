@@ -3,10 +3,21 @@
 #include "base/Text.h"
 #include "support/speech-scores/WordSpelling.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <numeric>
 
 namespace lumaphone::bench {
+
+namespace {
+
+QString secondsText(const std::optional<double> &seconds)
+{
+    return seconds ? QStringLiteral("%1 s").arg(*seconds, 0, 'f', 2) : QStringLiteral("-");
+}
+
+} // namespace
 
 LiveScores liveScores(const PlayedSession &session, const Playlist &playlist,
     AppleSystemSpeechLanguage language, SessionPart part)
@@ -19,7 +30,8 @@ LiveScores liveScores(const PlayedSession &session, const Playlist &playlist,
     LiveScores scores;
     for (std::size_t i = 0; i < delays.size(); ++i) {
         if (part.contains(spoken[i].begin)) {
-            scores.add(delays[i], heard[i].isWhole);
+            const QString name = QFileInfo(playlist.places()[i].recording->path).completeBaseName();
+            scores.add(name, delays[i], heard[i].isWhole);
         }
     }
     std::vector<test::CaptionHistory> lines = session.trace().lines();
@@ -53,8 +65,11 @@ SetCounts playedWords(
     return counts;
 }
 
-void LiveScores::add(const test::CaptionDelay &delay, bool isWhole)
+void LiveScores::add(const QString &recording, const test::CaptionDelay &delay, bool isWhole)
 {
+    delayTexts.append(QStringLiteral("%1: first %2, final %3%4")
+                          .arg(recording, secondsText(delay.first), secondsText(delay.final),
+                              isWhole ? QString() : QStringLiteral(", not played well")));
     ++recordings;
     missed += delay.hasText ? 0 : 1;
     if (!isWhole) {

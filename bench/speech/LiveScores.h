@@ -4,6 +4,8 @@
 #include "bench/speech/WordCount.h"
 #include "support/speech-scores/CaptionMeasures.h"
 
+#include <QStringList>
+
 #include <vector>
 
 namespace lumaphone::bench {
@@ -16,10 +18,11 @@ struct LiveScores
     std::size_t recordings = 0;
     std::size_t missed = 0; ///< recordings without any text
     std::size_t disturbed = 0; ///< recordings that the sound server did not play well; without delays
+    QStringList delayTexts; ///< a line for each recording, to be read
     test::Restlessness restlessness;
     test::Restlessness restlessnessAsWritten; ///< case and marks make other words
 
-    void add(const test::CaptionDelay &delay, bool isWhole);
+    void add(const QString &recording, const test::CaptionDelay &delay, bool isWhole);
 };
 
 /// A part of a session.

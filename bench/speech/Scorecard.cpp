@@ -133,6 +133,9 @@ void printTexts(const std::vector<ScorecardColumn> &columns, const test::SpokenR
     print(QStringLiteral("\nPlayed\n"));
     for (const ScorecardColumn &column : columns) {
         print(QStringLiteral("    %1: %2\n").arg(column.title, column.playedText));
+        for (const QString &delays : column.live ? column.live->delayTexts : QStringList()) {
+            print(QStringLiteral("        %1\n").arg(delays));
+        }
     }
 }
 
