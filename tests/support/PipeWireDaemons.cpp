@@ -6,7 +6,9 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLocalSocket>
 #include <QProcessEnvironment>
+#include <QThread>
 
 #include <csignal>
 #include <utility>
@@ -14,6 +16,8 @@
 namespace lumaphone::test {
 
 namespace {
+
+constexpr int pollMs = 20;
 
 const QStringList &programs()
 {
@@ -73,6 +77,8 @@ void PipeWireDaemons::start()
     kill();
     for (const QString &program : programs()) {
         run(program);
+        // The others end where they find nobody.
+        waitForGraph();
     }
     QElapsedTimer timer;
     timer.start();
@@ -85,6 +91,24 @@ void PipeWireDaemons::start()
         if (timer.hasExpired(processLimitMs)) {
             failProcess(QStringLiteral("The private sound server does not start"), said());
         }
+    }
+}
+
+/// Until the first daemon takes connections.
+void PipeWireDaemons::waitForGraph() const
+{
+    QElapsedTimer timer;
+    timer.start();
+    for (;;) {
+        QLocalSocket connection;
+        connection.connectToServer(m_folder + QStringLiteral("/pipewire-0"));
+        if (connection.waitForConnected(pollMs)) {
+            return;
+        }
+        if (timer.hasExpired(processLimitMs)) {
+            failProcess(QStringLiteral("PipeWire does not start"), said());
+        }
+        QThread::msleep(pollMs);
     }
 }
 

@@ -30,6 +30,7 @@ public:
 
 private:
     void configureManager() const;
+    void waitForGraph() const;
     void run(const QString &program);
     QByteArray said() const;
 
