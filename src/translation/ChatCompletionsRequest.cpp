@@ -9,7 +9,7 @@ namespace lumaphone {
 
 namespace {
 
-void checkScheme(const QUrl &endpoint)
+void checkAddress(const QUrl &endpoint)
 {
     const QString scheme = endpoint.scheme();
     if (scheme == QStringLiteral("file") || scheme == QStringLiteral("data")) {
@@ -17,6 +17,9 @@ void checkScheme(const QUrl &endpoint)
     }
     if (scheme != QStringLiteral("http") && scheme != QStringLiteral("https")) {
         throw TransportError::unsupportedAddress(endpoint);
+    }
+    if (!endpoint.userInfo().isEmpty()) {
+        throw TransportError::nameInAddress(endpoint);
     }
 }
 
@@ -32,7 +35,7 @@ bool canBeSentInHeader(const QString &key)
 QNetworkRequest chatCompletionsRequest(
     const QUrl &endpoint, const QString &apiKey, std::chrono::milliseconds timeout)
 {
-    checkScheme(endpoint);
+    checkAddress(endpoint);
     QNetworkRequest request(endpoint);
     request.setRawHeader("Content-Type", "application/json");
     request.setRawHeader("User-Agent", "Lumaphone");

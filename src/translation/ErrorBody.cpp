@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 #include <QStringDecoder>
 #include <QTextBoundaryFinder>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -60,8 +61,12 @@ QString withoutSecret(const QString &text, const QString &secret)
         return text;
     }
     const QString redacted = QStringLiteral("[redacted]");
+    const QString inJson = QString(secret).replace(QLatin1Char('/'), QStringLiteral("\\/"));
+    const QString inAddress = QString::fromLatin1(QUrl::toPercentEncoding(secret));
     QString result = text;
-    result.replace(secret, redacted);
+    for (const QString &spelling : {secret, inJson, inAddress}) {
+        result.replace(spelling, redacted);
+    }
     for (qsizetype length = secret.size() - 1; length >= minimumSecretLength; --length) {
         if (result.endsWith(QStringView(secret).first(length))) {
             return result.chopped(length) + redacted;

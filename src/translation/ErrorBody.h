@@ -13,8 +13,9 @@ QString text(const QByteArray &body);
 /// body.
 QString sanitized(const QString &body);
 
-/// Without `secret`, and without the beginning of it that shortening may have left at the end. A secret of
-/// fewer than eight UTF-16 units is no secret: it is left alone, so that "a" cannot blacken a whole text.
+/// Without `secret`, as it is or as JSON and addresses write it, and without a beginning of it at the end of
+/// the text. A secret of fewer than eight UTF-16 units is no secret: it is left alone, so that "a" cannot
+/// blacken a whole text.
 QString withoutSecret(const QString &text, const QString &secret);
 
 } // namespace lumaphone::error_body

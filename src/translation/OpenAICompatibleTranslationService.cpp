@@ -68,8 +68,9 @@ QString translation(const HttpReply &reply, const QString &apiKey)
         throw Error(Error::Case::invalidResponse);
     }
     if (*reply.status < 200 || *reply.status > 299) {
-        const QString body = error_body::sanitized(error_body::text(reply.body));
-        throw Error::httpFailure(*reply.status, error_body::withoutSecret(body, apiKey));
+        // What is cut or replaced first could leave a part of the key.
+        const QString body = error_body::withoutSecret(error_body::text(reply.body), apiKey);
+        throw Error::httpFailure(*reply.status, error_body::sanitized(body));
     }
     const auto response = ChatCompletionResponse::decoded(reply.body);
     QString content

@@ -45,6 +45,12 @@ TransportError TransportError::unsupportedAddress(const QUrl &address)
         QStringLiteral("無法連線到「%1」：Base URL 請以 http:// 或 https:// 開頭。").arg(forPeople(address))};
 }
 
+TransportError TransportError::nameInAddress(const QUrl &address)
+{
+    return {Reason::nameInAddress,
+        QStringLiteral("Base URL「%1」裡不能放帳號或密碼，請把金鑰存成 API Key。").arg(forPeople(address))};
+}
+
 TransportError TransportError::unusableKey()
 {
     return {Reason::unusableKey, QStringLiteral("API Key 含有換行或控制字元，無法傳送，請重新輸入。")};

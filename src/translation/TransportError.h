@@ -17,6 +17,7 @@ public:
         timedOut, ///< no complete response within the time-out
         responseTooLarge, ///< a successful response is longer than any translation
         unsupportedAddress, ///< neither http nor https
+        nameInAddress, ///< with user or password, which would be sent beside the key
         unusableKey, ///< the key holds line breaks or other control characters
         closedUnanswered, ///< the server ended the connection instead of answering
         connectionFailed, ///< refused, unreachable, cut, not trusted, not HTTP: the text says which
@@ -26,6 +27,7 @@ public:
     static TransportError timedOut(const QUrl &address, std::chrono::milliseconds timeout);
     static TransportError responseTooLarge(const QUrl &address, qint64 maximumBytes);
     static TransportError unsupportedAddress(const QUrl &address);
+    static TransportError nameInAddress(const QUrl &address);
     static TransportError unusableKey();
     static TransportError closedUnanswered(const QUrl &address);
     /// With the text of the network library.

@@ -86,6 +86,18 @@ private slots:
         QCOMPARE(error->errorDescription(), text);
     }
 
+    void anAddressWithAPasswordIsRefused()
+    {
+        for (const char *url : {"http://me:pw@h/v1", "https://me@h/v1"}) {
+            const auto error = test::thrownBy<TransportError>(
+                [&] { chatCompletionsRequest(QUrl(QString::fromLatin1(url)), {}, {}); });
+            QVERIFY2(error, url);
+            QCOMPARE(error->reason(), TransportError::Reason::nameInAddress);
+            QVERIFY(!error->errorDescription().contains(QStringLiteral("me")));
+            QVERIFY(error->errorDescription().contains(QStringLiteral("://h/v1」裡不能放帳號或密碼")));
+        }
+    }
+
     void aLocalFileIsNoHttpResponse()
     {
         for (const char *url : {"file:///v1/chat/completions", "data:/v1/chat/completions"}) {

@@ -108,6 +108,8 @@ private slots:
             "Incorrect API key provided: [redacted].");
         row("twice", "sk-12345678 sk-12345678", "sk-12345678", "[redacted] [redacted]");
         row("cut at the end", "key sk-1234567", "sk-12345678", "key [redacted]");
+        row("in JSON", R"({"key": "sk-12\/34+56="})", "sk-12/34+56=", R"({"key": "[redacted]"})");
+        row("in an address", "/v1?key=sk-12%2F34%2B56%3D", "sk-12/34+56=", "/v1?key=[redacted]");
         row("too short a beginning", "key sk-1234", "sk-12345678", "key sk-1234");
         row("a short key is no secret", "a bad day", "a", "a bad day");
         row("no key", "text", "", "text");

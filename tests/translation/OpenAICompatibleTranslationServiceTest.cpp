@@ -197,6 +197,15 @@ private slots:
         QCOMPARE(m_server->requests().size(), 1);
     }
 
+    void nothingIsLeftOfAKeyWithOtherCharacters()
+    {
+        m_configuration.apiKey = QStringLiteral("sk-ab/cd+ef=gh0123");
+        m_server->thenAnswer(behaviour::respond(401, "Authorization: Bearer sk-ab/cd+ef=gh0123"));
+        const auto error = test::thrownBy<Error>([&] { translated(QStringLiteral("Hello")); });
+        QVERIFY(error);
+        QCOMPARE(error->body(), QStringLiteral("Authorization: Bearer [redacted]"));
+    }
+
     void aRefusalThatAsksForAPasswordIsShownAsItIs()
     {
         m_server->thenAnswer(behaviour::respond(
