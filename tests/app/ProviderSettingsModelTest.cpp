@@ -6,6 +6,7 @@
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
 #include "support/MisbehavingHttpServer.h"
+#include "translation/LumaphoneGlossaryPrompt.h"
 
 #include <QScopeGuard>
 #include <QSignalSpy>
@@ -137,7 +138,14 @@ private slots:
         QVERIFY(sheet.model.testStatusText().contains("早安。我們開始吧？"));
         QVERIFY(status.size() >= 2);
         QCOMPARE(sheet.server.requests().first().header("Authorization"), QByteArray("Bearer sk-typed"));
-        QVERIFY(sheet.server.requests().first().body.contains("\"model\":\"qwen\""));
+        const QByteArray &body = sheet.server.requests().first().body;
+        QVERIFY(body.contains("\"model\":\"qwen\""));
+        QVERIFY2(body.contains("{\"role\":\"user\",\"content\":\"Lumaphone is ready.\"}"), body);
+        LumaphoneGlossaryTerm term;
+        term.source = "Lumaphone";
+        term.target = "Lumaphone";
+        const QString terms = LumaphoneGlossaryPrompt {{term}}.promptText();
+        QVERIFY2(QString::fromUtf8(body).contains(QString(terms).replace('\n', "\\n")), body);
         QCOMPARE(sheet.settings.providerModel(), "gpt-4o-mini");
         QVERIFY(sheet.keychain.items.empty());
     }
@@ -163,6 +171,31 @@ private slots:
         // A field that changes makes the result meaningless.
         sheet.model.setModel("other");
         QCOMPARE(sheet.model.testStatus(), ProviderSettingsModel::none);
+    }
+
+    void aKeyThatIsNoLongerValidFailsThoughItWorkedBefore()
+    {
+        Sheet sheet;
+        sheet.server.thenAnswer(behaviour::complete("Lumaphone 準備好了。"));
+        sheet.server.thenAnswer(behaviour::respond(401, "revoked"));
+        QCOMPARE(sheet.tested(), ProviderSettingsModel::success);
+        QCOMPARE(sheet.tested(), ProviderSettingsModel::failure);
+        QCOMPARE(sheet.server.requests().size(), 2);
+    }
+
+    void clearingTheKeyGivesTheTestUp()
+    {
+        Sheet sheet;
+        sheet.server.thenAnswer(behaviour::stayMute());
+        sheet.model.setBaseURL(sheet.server.url("/v1"));
+        sheet.model.setApiKey("sk-1");
+        sheet.model.testProvider();
+        QVERIFY(waitUntil([&] { return sheet.server.openConnections() == 1; }));
+        sheet.model.clearKey();
+        QCOMPARE(sheet.model.testStatus(), ProviderSettingsModel::success);
+        QVERIFY(waitUntil([&] { return sheet.server.openConnections() == 0; }));
+        // What the given-up test has come to is not shown.
+        QCOMPARE(sheet.model.testStatus(), ProviderSettingsModel::success);
     }
 
     void closingTheSheetGivesTheTestUp()

@@ -5,10 +5,25 @@
 #include "base/LocalizedError.h"
 #include "base/Text.h"
 #include "storage/LumaphoneSettings.h"
+#include "translation/OpenAICompatibleTranslationService.h"
 
 #include <QMetaEnum>
 
 namespace lumaphone {
+
+namespace {
+
+/// The test's sentence holds a term, so that the test shows whether terms are kept.
+LumaphoneGlossaryPrompt testGlossary()
+{
+    LumaphoneGlossaryTerm term;
+    term.source = QStringLiteral("Lumaphone");
+    term.target = QStringLiteral("Lumaphone");
+    term.mode = LumaphoneGlossaryTermMode::preserve;
+    return {{term}};
+}
+
+} // namespace
 
 ProviderSettingsModel::ProviderSettingsModel(
     LumaphoneSettings &settings, std::shared_ptr<MainQueue> mainQueue, QObject *parent)
@@ -104,6 +119,7 @@ void ProviderSettingsModel::save()
 
 void ProviderSettingsModel::clearKey()
 {
+    m_test.request_stop();
     setApiKey({});
     m_settings.saveProviderAPIKey({}, [this](auto work) { m_keychainQueue.post(work); });
     setTestStatus(success, providertexts::apiKeyCleared());
@@ -136,9 +152,11 @@ QCoro::Task<> ProviderSettingsModel::runTest(QPointer<ProviderSettingsModel> sel
         if (!self || stop.stop_requested()) {
             co_return;
         }
-        const LumaphoneGlossaryPrompt noGlossary;
-        text = providertexts::testSucceeded(co_await self->m_testTranslator.translate(
-            providertexts::testSentence(), providertexts::testLanguage(), configuration, noGlossary, stop));
+        // A new one each time: what another one knows from before is no answer of the server's.
+        OpenAICompatibleTranslationService translator;
+        text = providertexts::testSucceeded(
+            co_await translator.translate(QStringLiteral("Lumaphone is ready."), QStringLiteral("en"),
+                configuration, testGlossary(), stop));
         status = success;
     } catch (const std::exception &error) {
         text = localizedDescription(error);

@@ -2,7 +2,6 @@
 
 #include "base/MainQueue.h"
 #include "base/SerialQueue.h"
-#include "translation/OpenAICompatibleTranslationService.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -86,7 +85,6 @@ private:
     const std::shared_ptr<MainQueue> m_mainQueue;
     /// A locked keychain asks the user first, however long that takes; the window goes on meanwhile.
     SerialQueue m_keychainQueue {"dev.lumaphone.provider-key"};
-    OpenAICompatibleTranslationService m_testTranslator;
     std::stop_source m_test;
     QString m_baseURL;
     QString m_model;

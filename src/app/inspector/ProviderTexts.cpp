@@ -29,16 +29,6 @@ QString testing(bool isKeyTyped, bool hasProviderAPIKey)
                                             : QStringLiteral("正在向 API 提供者發送測試翻譯...");
 }
 
-QString testSentence()
-{
-    return QStringLiteral("Good morning. Shall we begin?");
-}
-
-QString testLanguage()
-{
-    return QStringLiteral("en");
-}
-
 QString testSucceeded(const QString &translation)
 {
     return QStringLiteral("連線成功，測試譯文：") + translation;

@@ -11,9 +11,6 @@ QString apiKeyCleared();
 
 /// While the test is under way.
 QString testing(bool isKeyTyped, bool hasProviderAPIKey);
-/// The sentence that is sent as a test, and its language.
-QString testSentence();
-QString testLanguage();
 QString testSucceeded(const QString &translation);
 
 /// What the provider does; `model` is empty while it is not configured.
