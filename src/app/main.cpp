@@ -9,6 +9,7 @@
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 #include "app/live/LiveSessionModel.h"
 #include "app/models/ModelOffer.h"
+#include "base/CoreDumps.h"
 #include "base/DetachedTasks.h"
 #include "base/MainQueue.h"
 #include "capture/LivePipelineServices.h"
@@ -273,5 +274,6 @@ int main(int argc, char *argv[])
     } catch (const std::exception &error) {
         complain(localizedDescription(error));
         return 1;
+    forgoCoreDumps();
     }
 }

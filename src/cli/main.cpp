@@ -1,3 +1,5 @@
+#include "LumaphoneVersion.h"
+#include "base/CoreDumps.h"
 #include "base/DetachedTasks.h"
 #include "base/MainQueue.h"
 #include "base/RunToEnd.h"
@@ -405,4 +407,5 @@ int main(int argc, char *argv[])
         program.streams().complain(localizedDescription(error));
         return exitFailure;
     }
+    forgoCoreDumps();
 }
