@@ -1,64 +1,19 @@
 #include "base/AtomicFile.h"
 
+#include "base/Descriptor.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 namespace lumaphone {
-
-namespace {
-
-/// Owns a file descriptor.
-class Descriptor
-{
-public:
-    explicit Descriptor(int fd)
-        : m_fd(fd)
-    {
-    }
-    ~Descriptor()
-    {
-        if (m_fd >= 0) {
-            ::close(m_fd);
-        }
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    int get() const { return m_fd; }
-    /// Closes now and reports whether the system had to say something about it.
-    bool close() { return ::close(std::exchange(m_fd, -1)) == 0; }
-
-private:
-    int m_fd;
-};
-
-bool writeAll(int fd, QByteArrayView bytes)
-{
-    qsizetype written = 0;
-    while (written < bytes.size()) {
-        const ssize_t count
-            = ::write(fd, bytes.data() + written, static_cast<size_t>(bytes.size() - written));
-        if (count < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            return false;
-        }
-        written += count;
-    }
-    return true;
-}
-
-} // namespace
 
 FileError::FileError(const QString &path, int errorNumber)
     : PlatformError(QStringLiteral("%1: %2").arg(path, QString::fromLocal8Bit(std::strerror(errorNumber))))

@@ -1,6 +1,6 @@
 #include "cli/LibraryCommand.h"
 
-#include "base/AtomicFile.h"
+#include "base/ExportFile.h"
 #include "cli/TerminalText.h"
 #include "session/LumaphoneSessionDraftStore.h"
 #include "session/SessionTranscript.h"
@@ -172,7 +172,7 @@ ExitStatus runLibraryExport(
     if (command.path.isEmpty()) {
         streams.out(bytes);
     } else {
-        replaceFile(command.path, bytes, Durability::Flushed);
+        exportFile(command.path, bytes);
     }
     return exitSuccess;
 }

@@ -1,6 +1,7 @@
 #include "glossary/LumaphoneGlossaryStore.h"
 
 #include "base/AtomicFile.h"
+#include "base/ExportFile.h"
 #include "base/Text.h"
 #include "glossary/GlossaryImport.h"
 #include "glossary/GlossaryYaml.h"
@@ -115,7 +116,7 @@ void LumaphoneGlossaryStore::importTerms(const QList<LumaphoneGlossaryTerm> &imp
 
 void LumaphoneGlossaryStore::exportYAML(const QString &path) const
 {
-    replaceFile(path, encodeYAML(m_terms).toUtf8(), Durability::Flushed);
+    exportFile(path, encodeYAML(m_terms).toUtf8());
 }
 
 void LumaphoneGlossaryStore::openGlossaryFolder() const

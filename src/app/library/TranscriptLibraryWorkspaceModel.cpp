@@ -2,7 +2,7 @@
 
 #include "app/library/TranscriptExport.h"
 #include "app/library/TranscriptTexts.h"
-#include "base/AtomicFile.h"
+#include "base/ExportFile.h"
 #include "base/Text.h"
 #include "storage/TranscriptLibraryStore.h"
 
@@ -248,7 +248,7 @@ bool TranscriptLibraryWorkspaceModel::exportRecord(const QString &format, const 
         return false;
     }
     try {
-        replaceFile(file.toLocalFile(), exported(draft(), *wanted, m_locale), Durability::Flushed);
+        lumaphone::exportFile(file.toLocalFile(), exported(draft(), *wanted, m_locale));
     } catch (const LocalizedError &error) {
         setErrorMessage(error.errorDescription());
         return false;
