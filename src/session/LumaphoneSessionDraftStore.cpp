@@ -7,6 +7,7 @@
 #include <QDir>
 
 #include <array>
+#include <utility>
 
 namespace lumaphone {
 
@@ -52,6 +53,7 @@ void LumaphoneSessionDraftStore::save(const LumaphoneSessionDraft &draft)
     m_mustFlush = m_lines.takeBecameFinal() || m_mustFlush;
     try {
         createFolder(m_rootPath);
+        removeLeftovers();
         replaceFile(draftPath(), pieces, m_mustFlush ? Durability::Flushed : Durability::Renamed);
         m_mustFlush = false;
     } catch (const FileError &) {
@@ -66,6 +68,7 @@ void LumaphoneSessionDraftStore::clear()
     }
     m_lines = {};
     m_mustFlush = false;
+    removeLeftovers();
     try {
         removeFile(draftPath());
     } catch (const FileError &) {
@@ -73,14 +76,21 @@ void LumaphoneSessionDraftStore::clear()
     }
 }
 
-std::optional<LumaphoneSessionDraft> LumaphoneSessionDraftStore::load() const
+void LumaphoneSessionDraftStore::removeLeftovers()
 {
-    if (m_rootPath.isEmpty()) {
-        return std::nullopt;
+    if (std::exchange(m_isTidy, true)) {
+        return;
     }
     QDir folder(m_rootPath);
     for (const QString &leftover : folder.entryList({fileName() + QStringLiteral(".??????")}, QDir::Files)) {
         folder.remove(leftover);
+    }
+}
+
+std::optional<LumaphoneSessionDraft> LumaphoneSessionDraftStore::load() const
+{
+    if (m_rootPath.isEmpty()) {
+        return std::nullopt;
     }
     try {
         const auto bytes = readFile(draftPath());

@@ -26,17 +26,20 @@ public:
     QString draftPath() const;
 
     /// Replaces the file in one step. It survives the death of the process, and with each line that has
-    /// become final a power cut as well.
+    /// become final a power cut as well. The first time it takes away what interrupted saves have left.
     void save(const LumaphoneSessionDraft &draft);
-    /// Removes the file.
+    /// Removes the file, and what interrupted saves have left beside it.
     void clear();
-    /// The file's draft, or none if there is no file or it cannot be read; the file stays. Takes away what an
-    /// interrupted save() left beside it.
+    /// The file's draft, or none if there is no file or it cannot be read; the file stays. Changes nothing,
+    /// for another process may be saving.
     std::optional<LumaphoneSessionDraft> load() const;
 
 private:
+    void removeLeftovers();
+
     QString m_rootPath; ///< empty: nothing is kept
     CaptionLinesEncoder m_lines;
+    bool m_isTidy = false; ///< no interrupted save has left anything
     bool m_mustFlush = false; ///< a final line has not been flushed to the disk yet
 };
 

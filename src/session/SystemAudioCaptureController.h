@@ -126,7 +126,7 @@ public:
     /// Asks, in quiet moments, for the translations that a restored session lacks. Without effect on any
     /// other one. To be called when translation may have become possible; a failure is not told.
     void translateRestoredLines();
-    /// The library has saved the session under this identity.
+    /// The library has saved the session under this identity. It ends no session, and its draft is gone.
     void markTranscriptSaved(const QUuid &id, const QString &title);
     /// Takes whatever a pipeline reports.
     void handlePipelineEvent(const SystemAudioPipelineEvent &event);

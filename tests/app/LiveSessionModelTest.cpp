@@ -252,6 +252,25 @@ private slots:
         QCOMPARE(model.sourceText(), "おはよう。");
     }
 
+    void savingARestoredSessionGivesItNoEnd()
+    {
+        Views views;
+        views.start();
+        views.session.final("おはよう。");
+        // As after a crash: the session was never stopped.
+        views.model.reset();
+        views.session.make();
+        LiveSessionModel model(
+            *views.session.controller, views.session.settings, *views.library, *views.glossary);
+        QVERIFY(!views.session.controller->sessionEndedAt());
+        model.saveTranscript();
+        QVERIFY(model.isSaved());
+        QVERIFY(!views.session.controller->sessionEndedAt());
+        QVERIFY(!views.library->records().first().endedAt);
+        model.saveTranscript(); // brings the record up to date
+        QVERIFY(!views.library->records().first().endedAt);
+    }
+
     void aRestoredDraftGetsItsTranslationsWhenTheyCanBeHad()
     {
         Views views;

@@ -137,18 +137,33 @@ private slots:
         QCOMPARE(readFile(store.draftPath()), std::optional(bytes));
     }
 
+    void whatAnInterruptedSaveLeftIsTakenAway_data()
+    {
+        QTest::addColumn<bool>("saves");
+        QTest::newRow("by the next save") << true;
+        QTest::newRow("by clearing") << false;
+    }
     void whatAnInterruptedSaveLeftIsTakenAway()
     {
-        const LumaphoneSessionDraftStore store(root());
+        QFETCH(bool, saves);
+        LumaphoneSessionDraftStore store(root());
         createFolder(root());
         for (const char *name :
             {"live-session.json.Ab3dE9", "live-session.json", "live-session.json.damaged", "other.abcdef"}) {
             replaceFile(QDir(root()).filePath(QLatin1String(name)), "x", Durability::Renamed);
         }
+        // Who only reads may be another process than the one that is saving.
+        const QStringList before = entries();
         QVERIFY(!store.load());
-        QCOMPARE(entries(),
-            QStringList({QStringLiteral("live-session.json"), QStringLiteral("live-session.json.damaged"),
-                QStringLiteral("other.abcdef")}));
+        QCOMPARE(entries(), before);
+        QStringList left {QStringLiteral("live-session.json.damaged"), QStringLiteral("other.abcdef")};
+        if (saves) {
+            store.save(draftOf({captionLine(1, QStringLiteral("a"))}));
+            left.prepend(QStringLiteral("live-session.json"));
+        } else {
+            store.clear();
+        }
+        QCOMPARE(entries(), left);
     }
 
     void aFullDiskKeepsTheOldDraft()
