@@ -2,7 +2,15 @@
 
 #include "base/Text.h"
 
+#include <chrono>
+
 namespace lumaphone::cli {
+
+namespace {
+
+constexpr std::chrono::milliseconds longestPatience(2000);
+
+} // namespace
 
 CaptionSession::CaptionSession(SystemAudioCaptureController &controller, CaptionPrinter &printer,
     bool translates, const std::shared_ptr<MainQueue> &mainQueue)
@@ -12,6 +20,9 @@ CaptionSession::CaptionSession(SystemAudioCaptureController &controller, Caption
     , m_ended(mainQueue)
     , m_settled(mainQueue)
 {
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(longestPatience);
+    connect(&m_patience, &QTimer::timeout, this, [this] { m_settled.resolve(); });
     using Controller = SystemAudioCaptureController;
     connect(&m_controller, &Controller::lineInserted, this, &CaptionSession::showLine);
     connect(&m_controller, &Controller::lineChanged, this, &CaptionSession::showLine);
@@ -39,9 +50,19 @@ QCoro::Task<ExitStatus> CaptionSession::run()
     co_return status;
 }
 
+void CaptionSession::complete()
+{
+    m_ended.resolve(exitSuccess);
+}
+
 void CaptionSession::stop()
 {
     m_ended.resolve(exitSuccess);
+    if (m_patience.isActive()) {
+        m_settled.resolve();
+    } else {
+        m_patience.start();
+    }
 }
 
 void CaptionSession::showLine(qsizetype index)

@@ -9,6 +9,7 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QSet>
+#include <QTimer>
 
 #include <memory>
 
@@ -22,10 +23,12 @@ public:
     CaptionSession(SystemAudioCaptureController &controller, CaptionPrinter &printer, bool translates,
         const std::shared_ptr<MainQueue> &mainQueue);
 
-    /// Captions until stop() is called or the session fails; then waits for the translations under way.
-    /// Call once.
+    /// Captions until the session is ended or fails; then waits for the translations under way. Call once.
     QCoro::Task<ExitStatus> run();
-    /// Ends the session: the open line is finished and shown. Also while the session still starts.
+    /// The sound has come to its end: the open line is finished, and every translation waited for.
+    void complete();
+    /// The user ends the session, also while it still starts: the open line is finished, translations are
+    /// waited for a moment, and lines without one are shown without. Called again it waits no longer.
     void stop();
 
 private:
@@ -42,6 +45,7 @@ private:
     QSet<QString> m_untranslatedTexts; ///< whose translation failed, in canonical form
     QSet<QString> m_toldFailures;
     qint64 m_samplesAtLastStatus = 0;
+    QTimer m_patience; ///< with the translations under way, once the user has ended the session
 };
 
 } // namespace lumaphone::cli

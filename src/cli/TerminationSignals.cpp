@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::array watchedSignals {SIGINT, SIGTERM, SIGHUP};
 std::atomic<int> writingEnd {-1};
+std::atomic<int> received {0};
 
 // Runs in a signal handler: only async-signal-safe calls.
 void notify(int signalNumber)
@@ -21,7 +22,10 @@ void notify(int signalNumber)
     const int savedErrno = errno;
     const char byte = 0;
     [[maybe_unused]] const ssize_t written = ::write(writingEnd.load(), &byte, 1);
-    ::signal(signalNumber, SIG_DFL);
+    // Who asks twice is in a hurry; who asks again is not heard.
+    if (++received > 1) {
+        ::signal(signalNumber, SIG_DFL);
+    }
     errno = savedErrno;
 }
 
@@ -40,6 +44,7 @@ TerminationSignals::TerminationSignals(std::function<void()> onTermination)
     , m_notifier(openPipe(m_pipe), QSocketNotifier::Read)
 {
     writingEnd = m_pipe[1];
+    received = 0;
     QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] {
         char byte = 0;
         if (::read(m_pipe[0], &byte, 1) == 1) {

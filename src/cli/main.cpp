@@ -177,7 +177,7 @@ public:
             .translator = makeTranslator(),
             .access = CaptureAccess(m_screenAudio, m_microphone, m_clock),
             .makePipeline
-            = pipelineMaker([this, &running] { m_mainQueue->post([&running] { running->stop(); }); }),
+            = pipelineMaker([this, &running] { m_mainQueue->post([&running] { running->complete(); }); }),
             .clock = m_clock,
             .mainQueue = m_mainQueue,
             .makeUuid = &QUuid::createUuid,

@@ -1,4 +1,6 @@
 #include "base/Json.h"
+#include "support/Coroutines.h"
+#include "support/MisbehavingHttpServer.h"
 #include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"
 #include "support/RunningProgram.h"
@@ -118,6 +120,32 @@ private slots:
         QCOMPARE(captions->exitCode(), 0);
         QCOMPARE(captions->outputLines().size(), 1);
         QVERIFY2(captions->messages().startsWith("自定義 API 錯誤："), captions->messages());
+    }
+
+    void whatWasHeardIsPrintedThoughItsTranslationNeverComes_data()
+    {
+        QTest::addColumn<int>("times");
+        QTest::newRow("asked once") << 1;
+        QTest::newRow("asked twice") << 2;
+    }
+    void whatWasHeardIsPrintedThoughItsTranslationNeverComes()
+    {
+        QFETCH(int, times);
+        test::MisbehavingHttpServer server;
+        server.alwaysAnswer(test::behaviour::stayMute());
+        const User user;
+        user.use(server.url("/v1"));
+        RunningProgram captions = user.start({"caption", speech, "--translate", "custom"});
+        QVERIFY(test::waitUntil([&server] { return !server.requests().isEmpty(); }, 60000));
+        for (int i = 0; i < times; ++i) {
+            captions.signal(SIGTERM);
+        }
+        // The server's own time-out would be a minute.
+        QVERIFY(captions.waitForEnd(30000));
+        QVERIFY(!captions.crashed());
+        QCOMPARE(captions.exitCode(), 0);
+        QCOMPARE(captions.outputLines().size(), 1);
+        QVERIFY2(captions.output().startsWith("He "), captions.output());
     }
 
     void aPairWithoutAModelIsSaidOnce()
