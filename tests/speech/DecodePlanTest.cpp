@@ -58,8 +58,8 @@ private slots:
         QTest::addColumn<int>("decodeMs");
         QTest::addColumn<int>("hopMs");
         QTest::newRow("quick") << 20 << 400;
-        QTest::newRow("just as quick as the shortest hop") << 160 << 400;
-        QTest::newRow("slow") << 400 << 1000;
+        QTest::newRow("just as quick as the shortest hop") << 145 << 400;
+        QTest::newRow("slow") << 400 << 1100;
         QTest::newRow("very slow") << 2000 << 5000;
     }
     void theHopFollowsTheLastDecode()
