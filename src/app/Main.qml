@@ -13,6 +13,7 @@ ApplicationWindow {
     required property TranscriptLibraryWorkspaceModel transcriptLibrary
     required property GlossarySettingsModel glossary
     property ModelOffer modelOffer: null
+    property DiagnosisModel diagnosis: null
     /// Whether the desktop wants dark colours.
     property bool isDark: false
     readonly property alias content: view
@@ -43,6 +44,7 @@ ApplicationWindow {
         transcriptLibrary: window.transcriptLibrary
         glossary: window.glossary
         modelOffer: window.modelOffer
+        diagnosis: window.diagnosis
     }
 
     // Models may have come or gone in a terminal.

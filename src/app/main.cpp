@@ -1,8 +1,8 @@
+#include "LumaphoneVersion.h"
 #include "app/QmlEngineSetup.h"
+#include "app/diagnosis/DiagnosisModel.h"
 #include "app/floating/FloatingCaptionPanel.h"
 #include "app/floating/FloatingCaptionWindowController.h"
-#include "app/floating/LayerShell.h"
-#include "app/floating/WindowSystem.h"
 #include "app/glossary/GlossarySettingsModel.h"
 #include "app/inspector/InspectorModel.h"
 #include "app/inspector/ProviderSettingsModel.h"
@@ -16,12 +16,15 @@
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "models/ModelStore.h"
 #include "models/ModelsModel.h"
+#include "platform/display/LayerShellOffer.h"
+#include "platform/display/WindowSystem.h"
 #include "platform/linux/DesktopFileViewer.h"
 #include "platform/linux/EngineSpeechFramework.h"
 #include "platform/linux/ExecutableFolderResources.h"
 #include "platform/linux/InstalledSpeechEngines.h"
 #include "platform/linux/JsonDefaultsStore.h"
 #include "platform/linux/LockedSingleInstance.h"
+#include "platform/linux/MachineProbe.h"
 #include "platform/linux/PortalAppearance.h"
 #include "platform/linux/PulseMicrophoneCapture.h"
 #include "platform/linux/PulseScreenAudioCapture.h"
@@ -161,9 +164,16 @@ public:
         , m_library(machine.library, QLocale::system())
         , m_glossary(machine.glossary, machine.mainQueue)
         , m_models(machine.models, machine.mainQueue)
-        , m_modelOffer(m_models, machine.settings, [&machine](AppleSystemSpeechLanguage language) {
-            return machine.speechFramework->isInstalled(localeIdentifier(language));
-        })
+        , m_modelOffer(m_models, machine.settings,
+              [&machine](AppleSystemSpeechLanguage language) {
+                  return machine.speechFramework->isInstalled(localeIdentifier(language));
+              })
+        , m_diagnosis(
+              [&machine] {
+                  return probeMachine(QStringLiteral("Lumaphone %1").arg(QStringLiteral(LUMAPHONE_VERSION)),
+                      machine.models, *machine.speechFramework);
+              },
+              *machine.detachedTasks, machine.mainQueue)
     {
         QObject::connect(&m_models, &ModelsModel::installationEnded, &m_controller,
             &SystemAudioCaptureController::translateRestoredLines);
@@ -188,6 +198,7 @@ public:
             {QStringLiteral("transcriptLibrary"), QVariant::fromValue(&m_library)},
             {QStringLiteral("glossary"), QVariant::fromValue(&m_glossary)},
             {QStringLiteral("modelOffer"), QVariant::fromValue(&m_modelOffer)},
+            {QStringLiteral("diagnosis"), QVariant::fromValue(&m_diagnosis)},
             {QStringLiteral("isDark"), isDark()},
         });
         m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Main.qml")));
@@ -229,6 +240,7 @@ private:
     GlossarySettingsModel m_glossary;
     ModelsModel m_models;
     ModelOffer m_modelOffer;
+    DiagnosisModel m_diagnosis;
     QQmlApplicationEngine m_engine; ///< goes first, while what it shows is there
     QWindow *m_window = nullptr;
 };
@@ -262,8 +274,9 @@ int run()
 
 int main(int argc, char *argv[])
 {
+    forgoCoreDumps();
     const QString windowSystem
-        = preferredWindowSystem(QProcessEnvironment::systemEnvironment(), &layershell::isOffered);
+        = preferredWindowSystem(QProcessEnvironment::systemEnvironment(), &isLayerShellOffered);
     if (!windowSystem.isEmpty()) {
         qputenv("QT_QPA_PLATFORM", windowSystem.toUtf8());
     }
@@ -274,6 +287,5 @@ int main(int argc, char *argv[])
     } catch (const std::exception &error) {
         complain(localizedDescription(error));
         return 1;
-    forgoCoreDumps();
     }
 }

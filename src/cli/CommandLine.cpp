@@ -178,6 +178,16 @@ CommandLine parseKey(const QStringList &list)
     throw UsageError(usage);
 }
 
+CommandLine parseDoctor(const QStringList &list)
+{
+    const Arguments arguments(list, {});
+    if (arguments.wantsHelp()) {
+        return ShowText {doctorHelp()};
+    }
+    arguments.requirePositional(0, QStringLiteral("doctor 不需要參數"));
+    return Doctor {};
+}
+
 CommandLine parseDraft(const QStringList &list)
 {
     const Arguments arguments(list, {});
@@ -388,6 +398,9 @@ CommandLine parseCommandLine(const QStringList &arguments)
     }
     if (command == QLatin1String("key")) {
         return parseKey(arguments.mid(1));
+    }
+    if (command == QLatin1String("doctor")) {
+        return parseDoctor(arguments.mid(1));
     }
     if (command == QLatin1String("draft")) {
         return parseDraft(arguments.mid(1));

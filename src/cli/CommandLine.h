@@ -114,6 +114,11 @@ struct KeyStatus
 {
 };
 
+/// Looks at the machine.
+struct Doctor
+{
+};
+
 struct DraftShow
 {
 };
@@ -180,7 +185,7 @@ struct LibrarySave
 };
 
 using CommandLine = std::variant<ShowText, CaptionCommandLine, ModelsList, ModelsInstall, ModelsRemove,
-    ModelsVerify, ModelsLicence, SettingsList, SettingsGet, SettingsSet, KeySet, KeyClear, KeyStatus,
+    ModelsVerify, ModelsLicence, SettingsList, SettingsGet, SettingsSet, KeySet, KeyClear, KeyStatus, Doctor,
     DraftShow, DraftDiscard, GlossaryList, GlossaryAdd, GlossaryRemove, GlossarySetEnabled, GlossaryImport,
     GlossaryExport, LibraryList, LibraryShow, LibraryExport, LibraryDelete, LibrarySave>;
 

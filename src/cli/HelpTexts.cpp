@@ -16,6 +16,7 @@ QString programHelp()
   glossary       管理固定譯法的詞彙
   draft          查看或捨棄尚未儲存的字幕草稿
   library        儲存、搜尋、匯出或刪除字幕紀錄
+  doctor         檢查這台電腦缺少什麼
 
 選項：
   -h, --help     顯示說明；「lumaphone-cli 指令 --help」顯示該指令的說明
@@ -87,6 +88,19 @@ QString keyHelp()
       lumaphone-cli key status
 
 set 從標準輸入讀取一行 API Key（在終端機上不會顯示），存入鑰匙圈。status 只說明是否已儲存，不會顯示內容。
+)");
+}
+
+QString doctorHelp()
+{
+    return QStringLiteral(R"(用法：lumaphone-cli doctor
+
+檢查這台電腦：聲音伺服器與裝置、每種語言的辨識與翻譯、離線模型、鑰匙圈、畫面與桌面入口。缺少什麼，就說明怎麼補上。
+不會啟動任何服務，也不會要求解鎖。印出的內容不含 API Key 與字幕，可以附在問題回報裡。
+
+✓ 可以使用；– 沒有安裝；· 可以使用，但還少了些什麼；✗ 無法使用。
+
+結束狀態：0 沒有 ✗；1 有 ✗；2 用法錯誤。
 )");
 }
 

@@ -9,6 +9,7 @@ QString captionHelp();
 QString modelsHelp();
 QString settingsHelp();
 QString keyHelp();
+QString doctorHelp();
 QString draftHelp();
 QString glossaryHelp();
 QString libraryHelp();

@@ -9,6 +9,7 @@
 #include "cli/CaptionSession.h"
 #include "cli/CommandLine.h"
 #include "cli/CommandStreams.h"
+#include "cli/DoctorCommand.h"
 #include "cli/DraftCommand.h"
 #include "cli/GlossaryCommand.h"
 #include "cli/JsonLinesCaptionPrinter.h"
@@ -31,6 +32,7 @@
 #include "platform/linux/InstalledSpeechEngines.h"
 #include "platform/linux/JsonDefaultsStore.h"
 #include "platform/linux/LockedSingleInstance.h"
+#include "platform/linux/MachineProbe.h"
 #include "platform/linux/PulseMicrophoneCapture.h"
 #include "platform/linux/PulseScreenAudioCapture.h"
 #include "platform/linux/SecretServiceKeychain.h"
@@ -258,6 +260,17 @@ public:
         return LiveCaptions(command, m_streams).run();
     }
 
+    ExitStatus operator()(const Doctor &) const
+    {
+        const ModelStore models = modelStore();
+        CheckedFiles checked(checkedFilesPath(XdgFolders()));
+        const EngineSpeechFramework speech(installedSpeechEngines(models, checked), MainQueue::create());
+        return runDoctor(
+            probeMachine(
+                QStringLiteral("lumaphone-cli %1").arg(QStringLiteral(LUMAPHONE_VERSION)), models, speech),
+            m_streams);
+    }
+
     ExitStatus operator()(const DraftShow &) const
     {
         return runDraftShow(LumaphoneSessionDraftStore(XdgFolders()), m_streams);
@@ -394,6 +407,7 @@ private:
 
 int main(int argc, char *argv[])
 {
+    forgoCoreDumps();
     ensureUtf8();
     const QCoreApplication application(argc, argv);
     const Program program;
@@ -407,5 +421,4 @@ int main(int argc, char *argv[])
         program.streams().complain(localizedDescription(error));
         return exitFailure;
     }
-    forgoCoreDumps();
 }

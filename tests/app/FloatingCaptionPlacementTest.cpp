@@ -1,7 +1,5 @@
 #include "app/floating/FloatingCaptionPlacement.h"
 
-#include "app/floating/WindowSystem.h"
-
 #include <QTest>
 
 using namespace lumaphone::floatingcaption;
@@ -173,33 +171,6 @@ private slots:
     {
         QFETCH(QRect, geometry);
         QTEST(fitted(geometry, QRect(1440, 0, 800, 600)), "result");
-    }
-
-    void theWindowSystemIsTheOneWhosePanelsFloatBest_data()
-    {
-        QTest::addColumn<QStringList>("environment");
-        QTest::addColumn<bool>("hasLayerShell");
-        QTest::addColumn<QString>("platform");
-        const QStringList both {"DISPLAY=:0", "WAYLAND_DISPLAY=wayland-0"};
-        const QStringList wayland {"WAYLAND_DISPLAY=wayland-0"};
-        QTest::newRow("X11") << QStringList {"DISPLAY=:0"} << false << "";
-        QTest::newRow("Wayland with an X server") << both << false << "xcb;wayland";
-        QTest::newRow("Wayland alone") << wayland << false << "";
-        QTest::newRow("an empty variable is none")
-            << QStringList {"DISPLAY=", "WAYLAND_DISPLAY=wayland-0"} << false << "";
-        QTest::newRow("a layer shell beside an X server") << both << true << "wayland;xcb";
-        QTest::newRow("a layer shell") << wayland << true << "wayland;xcb";
-        QTest::newRow("the user's choice counts") << both + QStringList {"QT_QPA_PLATFORM=xcb"} << true << "";
-    }
-    void theWindowSystemIsTheOneWhosePanelsFloatBest()
-    {
-        QFETCH(QStringList, environment);
-        QFETCH(bool, hasLayerShell);
-        QProcessEnvironment variables;
-        for (const QString &variable : environment) {
-            variables.insert(variable.section('=', 0, 0), variable.section('=', 1));
-        }
-        QTEST(lumaphone::preferredWindowSystem(variables, [&] { return hasLayerShell; }), "platform");
     }
 };
 

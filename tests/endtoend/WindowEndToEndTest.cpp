@@ -59,6 +59,11 @@ private slots:
         DO("await provider.testStatus 〔");
         DO("click provider.save");
         DO("gone provider.save");
+        DO("click moreSettings");
+        DO("click menu.diagnosis");
+        DO("await diagnosis.flickable 聲音伺服器：");
+        DO("click diagnosis.close");
+        DO("gone diagnosis.close");
         DO("choose inspector.mode.picker customAPI");
         DO("choose languageMenu english");
         DO("await inspector.providerSummary test-model");

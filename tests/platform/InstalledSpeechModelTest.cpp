@@ -113,7 +113,7 @@ private slots:
         const QTemporaryDir folder;
         const ModelStore store(folder.path(), toySpeechCatalogue());
         CheckedFiles checked(folder.filePath("checked.json"));
-        const auto engine = std::make_shared<HostedSpeechEngine>(fourLanguages,
+        const auto engine = std::make_shared<HostedSpeechEngine>(QStringLiteral("networks"), fourLanguages,
             SpeechInstallations(std::make_shared<Resources>(true),
                 [&store, &checked] { return installedSpeechModel(store, checked); }));
         EngineSpeechFramework framework({engine}, MainQueue::create());
@@ -144,7 +144,7 @@ private slots:
         const ModelStore store(folder.path(), toySpeechCatalogue());
         CheckedFiles checked(folder.filePath("checked.json"));
         installToySpeechModels(store);
-        const HostedSpeechEngine engine(fourLanguages,
+        const HostedSpeechEngine engine(QStringLiteral("networks"), fourLanguages,
             SpeechInstallations(std::make_shared<Resources>(false),
                 [&store, &checked] { return installedSpeechModel(store, checked); }));
         QVERIFY(engine.installedLocales().empty());
@@ -158,7 +158,7 @@ private slots:
         const ModelStore store(folder.path(), toySpeechCatalogue());
         CheckedFiles checked(folder.filePath("checked.json"));
         installToySpeechModels(store);
-        const HostedSpeechEngine engine(fourLanguages,
+        const HostedSpeechEngine engine(QStringLiteral("networks"), fourLanguages,
             SpeechInstallations(std::make_shared<Resources>(true),
                 [&store, &checked] { return installedSpeechModel(store, checked); }));
         const auto recognizers
@@ -172,7 +172,7 @@ private slots:
         const QTemporaryDir folder;
         const ModelStore store(folder.path(), toySpeechCatalogue());
         CheckedFiles checked(folder.filePath("checked.json"));
-        const HostedSpeechEngine engine(fourLanguages,
+        const HostedSpeechEngine engine(QStringLiteral("networks"), fourLanguages,
             SpeechInstallations(std::make_shared<Resources>(true),
                 [&store, &checked] { return installedSpeechModel(store, checked); }));
         const auto recognizers

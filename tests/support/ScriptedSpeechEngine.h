@@ -20,6 +20,7 @@ class ScriptedSpeechEngine final : public SpeechEngine
 public:
     explicit ScriptedSpeechEngine(std::vector<RecognizerScript> scripts);
 
+    QString name() const override { return QStringLiteral("scripted"); }
     std::vector<QString> installedLocales() const override;
     std::optional<QString> installationHint(const QString &localeIdentifier) const override;
     std::vector<std::shared_ptr<StreamingRecognizer>> makeRecognizers(

@@ -3,11 +3,6 @@
 
 namespace lumaphone::layershell {
 
-bool isOffered()
-{
-    return false;
-}
-
 std::unique_ptr<PanelSurface> makeSurface(QQuickWindow &)
 {
     return nullptr;

@@ -3,6 +3,7 @@
 #include "app/floating/LayerShell.h"
 #include "app/floating/OrdinaryPanelSurface.h"
 #include "app/floating/OverlayPanelSurface.h"
+#include "platform/display/LayerShellOffer.h"
 
 #include <QGuiApplication>
 
@@ -13,7 +14,7 @@ std::unique_ptr<PanelSurface> makePanelSurface(QQuickWindow &panel)
     if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
         return std::make_unique<OverlayPanelSurface>(panel);
     }
-    if (layershell::isOffered()) {
+    if (isLayerShellOffered()) {
         return layershell::makeSurface(panel);
     }
     return std::make_unique<OrdinaryPanelSurface>(panel);

@@ -14,6 +14,8 @@ FocusScope {
     required property GlossarySettingsModel glossary
     /// None where nothing can be installed.
     property ModelOffer modelOffer: null
+    /// None where the machine cannot be looked at.
+    property DiagnosisModel diagnosis: null
 
     property string workspaceMode: "live"
     property bool isInspectorVisible: true
@@ -23,7 +25,7 @@ FocusScope {
     readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible || licenceSheet.visible
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
-        || isModelSheetPresented
+        || isModelSheetPresented || diagnosisSheet.visible
     /// Some Wayland desktops give the keyboard to every window that opens, the panel too.
     readonly property int panelKeys: floatingCaptions.hasKeyboard ? Qt.ApplicationShortcut : Qt.WindowShortcut
 
@@ -64,6 +66,8 @@ FocusScope {
             onStartNew: content.session.startNew()
             onOpenProvider: providerSheet.open()
             onOpenGlossary: glossarySheet.open()
+            canDiagnose: content.diagnosis !== null
+            onOpenDiagnosis: diagnosisSheet.open()
         }
 
         RowLayout {
@@ -144,6 +148,12 @@ FocusScope {
 
     LicenceSheet {
         id: licenceSheet
+    }
+
+    DiagnosisSheet {
+        id: diagnosisSheet
+
+        diagnosis: content.diagnosis
     }
 
     ConfirmationAlert {

@@ -11,6 +11,8 @@ Rectangle {
     required property string workspaceMode
     required property bool isInspectorVisible
     required property bool isFloatingCaptionOpen
+    /// Whether the machine can be looked at.
+    property bool canDiagnose: false
 
     signal workspacePicked(workspace: string)
     signal inspectorToggled
@@ -22,6 +24,7 @@ Rectangle {
     signal startNew
     signal openProvider
     signal openGlossary
+    signal openDiagnosis
 
     implicitHeight: 56
     color: Theme.surface
@@ -163,6 +166,16 @@ Rectangle {
                     text: "關閉浮動字幕"
                     enabled: bar.isFloatingCaptionOpen
                     onTriggered: bar.floatingCaptionClosed()
+                }
+
+                AppMenuSeparator {}
+
+                AppMenuItem {
+                    objectName: "menu.diagnosis"
+                    systemImage: "checkmark.seal.fill"
+                    text: "檢查這台電腦…"
+                    enabled: bar.canDiagnose
+                    onTriggered: bar.openDiagnosis()
                 }
             }
         }

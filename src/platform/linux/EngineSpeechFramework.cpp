@@ -60,6 +60,22 @@ bool EngineSpeechFramework::isInstalled(const QString &localeIdentifier) const
     return enginesFor({canonical(localeIdentifier)}).front() != nullptr;
 }
 
+QString EngineSpeechFramework::recogniserName(const QString &localeIdentifier) const
+{
+    const auto engine = enginesFor({canonical(localeIdentifier)}).front();
+    return engine ? engine->name() : QString();
+}
+
+QString EngineSpeechFramework::installationHint(const QString &localeIdentifier) const
+{
+    for (const auto &engine : m_engines) {
+        if (const auto hint = engine->installationHint(localeIdentifier)) {
+            return *hint;
+        }
+    }
+    return {};
+}
+
 int EngineSpeechFramework::reservations(const QString &localeIdentifier) const
 {
     const auto found = m_reservations.find(canonical(localeIdentifier));
@@ -111,15 +127,10 @@ std::vector<std::shared_ptr<SpeechEngine>> EngineSpeechFramework::enginesFor(
 QString EngineSpeechFramework::missingModelText(const QString &localeIdentifier) const
 {
     const QString name = speechLanguageName(localeIdentifier);
-    QString text = (name == localeIdentifier
-            ? QStringLiteral("尚未安裝「%1」的語音辨識模型。").arg(name)
-            : QStringLiteral("尚未安裝「%1」（%2）的語音辨識模型。").arg(name, localeIdentifier));
-    for (const auto &engine : m_engines) {
-        if (const auto hint = engine->installationHint(localeIdentifier)) {
-            return text + *hint;
-        }
-    }
-    return text;
+    const QString text = name == localeIdentifier
+        ? QStringLiteral("尚未安裝「%1」的語音辨識模型。").arg(name)
+        : QStringLiteral("尚未安裝「%1」（%2）的語音辨識模型。").arg(name, localeIdentifier);
+    return text + installationHint(localeIdentifier);
 }
 
 } // namespace lumaphone

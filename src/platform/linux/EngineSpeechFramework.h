@@ -28,6 +28,10 @@ public:
 
     /// Whether a locale's model is on this machine now, so that it can be reserved.
     bool isInstalled(const QString &localeIdentifier) const;
+    /// What the user calls the recogniser that serves a locale; empty if none does.
+    QString recogniserName(const QString &localeIdentifier) const;
+    /// How the user gets a recogniser for a locale for which there is none; empty if nobody knows.
+    QString installationHint(const QString &localeIdentifier) const;
     /// How many reservations of a locale have not been released.
     int reservations(const QString &localeIdentifier) const;
 

@@ -6,8 +6,9 @@
 
 namespace lumaphone {
 
-HostedSpeechEngine::HostedSpeechEngine(std::vector<SpokenLanguage> languages, Locator locate)
-    : m_languages(std::move(languages))
+HostedSpeechEngine::HostedSpeechEngine(QString name, std::vector<SpokenLanguage> languages, Locator locate)
+    : m_name(std::move(name))
+    , m_languages(std::move(languages))
     , m_locate(std::move(locate))
 {
 }

@@ -17,8 +17,9 @@ public:
     using Locator = std::function<Installation()>;
 
     /// `languages`: those that the networks know.
-    HostedSpeechEngine(std::vector<SpokenLanguage> languages, Locator locate);
+    HostedSpeechEngine(QString name, std::vector<SpokenLanguage> languages, Locator locate);
 
+    QString name() const override { return m_name; }
     std::vector<QString> installedLocales() const override;
     std::optional<QString> installationHint(const QString &localeIdentifier) const override;
     std::vector<std::shared_ptr<StreamingRecognizer>> makeRecognizers(
@@ -27,6 +28,7 @@ public:
 private:
     bool knows(SpokenLanguage language) const;
 
+    const QString m_name;
     const std::vector<SpokenLanguage> m_languages;
     const Locator m_locate;
 };

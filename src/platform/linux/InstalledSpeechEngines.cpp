@@ -14,10 +14,11 @@ std::vector<std::shared_ptr<SpeechEngine>> installedSpeechEngines(
     const std::vector<SpokenLanguage> fourLanguages {
         SpokenLanguage::japanese, SpokenLanguage::english, SpokenLanguage::korean, SpokenLanguage::mandarin};
     return {
-        std::make_shared<HostedSpeechEngine>(std::vector {SpokenLanguage::english},
+        std::make_shared<HostedSpeechEngine>(QStringLiteral("內建的英文網路"),
+            std::vector {SpokenLanguage::english},
             SpeechInstallations(
                 resources, [&models, &checked] { return bundledEnglishModel(models, checked); })),
-        std::make_shared<HostedSpeechEngine>(fourLanguages,
+        std::make_shared<HostedSpeechEngine>(QStringLiteral("四種語言的網路"), fourLanguages,
             SpeechInstallations(
                 resources, [&models, &checked] { return installedSpeechModel(models, checked); })),
         std::make_shared<PocketSphinxEngine>(),

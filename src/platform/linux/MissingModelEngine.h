@@ -10,6 +10,7 @@ class MissingModelEngine final : public SpeechEngine
 public:
     explicit MissingModelEngine(QString description);
 
+    QString name() const override { return {}; }
     std::vector<QString> installedLocales() const override { return {}; }
     std::optional<QString> installationHint(const QString &) const override { return std::nullopt; }
     std::vector<std::shared_ptr<StreamingRecognizer>> makeRecognizers(

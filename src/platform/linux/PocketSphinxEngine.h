@@ -13,6 +13,7 @@ public:
     /// `modelFolder` is laid out as the package's "en-us" folder.
     explicit PocketSphinxEngine(QString modelFolder);
 
+    QString name() const override { return QStringLiteral("PocketSphinx（後備，錯字較多）"); }
     std::vector<QString> installedLocales() const override;
     std::optional<QString> installationHint(const QString &localeIdentifier) const override;
     std::vector<std::shared_ptr<StreamingRecognizer>> makeRecognizers(

@@ -78,8 +78,9 @@ template<typename Row> std::optional<Row> firstOf(std::vector<Row> rows)
 
 } // namespace
 
-struct PulseConnection::Defaults : Reply
+struct PulseConnection::ServerReply : Reply
 {
+    QString name;
     std::string sink;
     std::string source;
 };
@@ -263,29 +264,38 @@ template<typename Row, typename Start> std::vector<Row> PulseConnection::list(St
     return std::move(reply.rows);
 }
 
-PulseConnection::Defaults PulseConnection::defaults()
+PulseConnection::ServerReply PulseConnection::askServer()
 {
-    Defaults reply {{*this}, {}, {}};
+    ServerReply reply {{*this}, {}, {}, {}};
     const auto take = [](pa_context *context, const pa_server_info *info, void *userData) {
-        auto &defaults = *static_cast<Defaults *>(userData);
+        auto &answer = *static_cast<ServerReply *>(userData);
         if (info) {
-            defaults.sink = defaultName(info->default_sink_name);
-            defaults.source = defaultName(info->default_source_name);
+            answer.name
+                = QStringLiteral("%1 %2")
+                      .arg(QString::fromUtf8(info->server_name), QString::fromUtf8(info->server_version))
+                      .trimmed();
+            answer.sink = defaultName(info->default_sink_name);
+            answer.source = defaultName(info->default_source_name);
         }
-        defaults.arrive(info ? 0 : pa_context_errno(context));
+        answer.arrive(info ? 0 : pa_context_errno(context));
     };
     ask(reply, [&] { return pa_context_get_server_info(m_context.get(), take, &reply); });
     return reply;
 }
 
+QString PulseConnection::serverName()
+{
+    return askServer().name;
+}
+
 std::string PulseConnection::defaultSinkName()
 {
-    return defaults().sink;
+    return askServer().sink;
 }
 
 std::string PulseConnection::defaultSourceName()
 {
-    return defaults().source;
+    return askServer().source;
 }
 
 std::vector<PulseSink> PulseConnection::sinks()

@@ -66,6 +66,8 @@ public:
     PulseConnection(const PulseConnection &) = delete;
     PulseConnection &operator=(const PulseConnection &) = delete;
 
+    /// The server's name and version, as it says them.
+    QString serverName();
     /// Empty if there is none.
     std::string defaultSinkName();
     std::string defaultSourceName();
@@ -110,11 +112,11 @@ private:
         pa_threaded_mainloop *loop;
         void operator()(pa_context *context) const;
     };
-    struct Defaults;
+    struct ServerReply;
 
     void connect();
     void takeState();
-    Defaults defaults();
+    ServerReply askServer();
     template<typename Row, typename Start> std::vector<Row> list(Start start);
 
     const PulseOptions m_options;

@@ -13,6 +13,8 @@ class SpeechEngine
 {
 public:
     virtual ~SpeechEngine() = default;
+    /// What the user calls it.
+    virtual QString name() const = 0;
     /// The locales, such as "en-US", whose models are on this machine now.
     virtual std::vector<QString> installedLocales() const = 0;
     /// A sentence for the user: how to install the model of a locale. None if this engine has none for it.
