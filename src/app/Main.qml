@@ -45,6 +45,7 @@ ApplicationWindow {
         glossary: window.glossary
         modelOffer: window.modelOffer
         diagnosis: window.diagnosis
+        onLeaveWanted: window.leave()
     }
 
     // Models may have come or gone in a terminal.
@@ -58,11 +59,20 @@ ApplicationWindow {
             view.requestStartupPermission();
     }
 
-    // A running session ends and leaves its draft; what was edited is saved.
-    onClosing: {
+    /// A running session ends and leaves its draft.
+    function leave(): void {
         window.session.endSession();
-        window.transcriptLibrary.finishEditing();
         window.floatingCaptions.close();
         Qt.quit();
+    }
+
+    // What was edited is saved, or the window stays.
+    onClosing: close => {
+        if (window.transcriptLibrary.finishEditing()) {
+            window.leave();
+        } else {
+            close.accepted = false;
+            view.tellUnsavedEdit();
+        }
     }
 }

@@ -120,6 +120,21 @@ private slots:
         DO("await library.empty 找不到符合的字幕紀錄。");
         DO("type library.search 傲慢");
         DO("count library.list 1");
+
+        // The place of the library is taken, as after a disk was changed for another.
+        const QString library = m_home.filePath("data/Lumaphone/Transcripts");
+        DO("type library.search");
+        DO("type library.title 還沒有儲存");
+        QVERIFY(QDir().rename(library, library + ".aside"));
+        QVERIFY(QFile(library).open(QIODevice::WriteOnly));
+        DO("close");
+        DO("click unsavedEdit.cancel");
+        DO("gone unsavedEdit.cancel");
+        QVERIFY(user.program().isRunning());
+        QVERIFY(QFile::remove(library));
+        QVERIFY(QDir().rename(library + ".aside", library));
+        DO("click library.save");
+        DO("await library.list 還沒有儲存");
         DO("click library.delete");
         DO("click library.deleteAlert.confirm");
         DO("type library.search");

@@ -25,10 +25,18 @@ FocusScope {
     readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible || licenceSheet.visible
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
-        || isModelSheetPresented || diagnosisSheet.visible
+        || isModelSheetPresented || diagnosisSheet.visible || unsavedEdit.visible
     /// Some Wayland desktops give the keyboard to every window that opens, the panel too.
     readonly property int panelKeys: floatingCaptions.hasKeyboard ? Qt.ApplicationShortcut : Qt.WindowShortcut
 
+    /// The user gives an edit up that cannot be saved.
+    signal leaveWanted
+
+    /// Shows what could not be saved, and why, to a user who wanted to leave.
+    function tellUnsavedEdit(): void {
+        content.workspaceMode = "library";
+        unsavedEdit.open();
+    }
     /// To be called when the window is shown; asks once.
     function requestStartupPermission(): void {
         if (content.didRequestStartupSystemAudioPermission)
@@ -138,6 +146,17 @@ FocusScope {
         message: "這段字幕尚未儲存。清除後，目前原文、譯文與命中的術語紀錄都會從畫面上移除。"
         confirmText: "清除"
         onConfirmed: content.session.clearCaptions()
+    }
+
+    ConfirmationAlert {
+        id: unsavedEdit
+
+        objectName: "unsavedEdit"
+        title: "這筆字幕紀錄的修改無法儲存"
+        message: content.transcriptLibrary.errorMessage + "\n\n修改的內容還在視窗裡，可以排除原因後再儲存，或先複製下來。"
+        cancelText: "留在視窗"
+        confirmText: "放棄修改並結束"
+        onConfirmed: content.leaveWanted()
     }
 
     ModelOfferSheet {
