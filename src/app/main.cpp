@@ -17,6 +17,7 @@
 #include "models/ModelStore.h"
 #include "models/ModelsModel.h"
 #include "platform/display/LayerShellOffer.h"
+#include "platform/display/Renderer.h"
 #include "platform/display/WindowSystem.h"
 #include "platform/linux/DesktopFileViewer.h"
 #include "platform/linux/EngineSpeechFramework.h"
@@ -64,6 +65,14 @@ void complain(const QString &message)
 QString instanceFolder(const XdgFolders &folders)
 {
     return folders.runtime().value_or(draftsFolder(folders)) + QStringLiteral("/lumaphone");
+}
+
+/// For the toolkit, which reads it when the application is made.
+void choose(const char *variable, const QString &value)
+{
+    if (!value.isEmpty()) {
+        qputenv(variable, value.toUtf8());
+    }
 }
 
 /// What is true of the toolkit as a whole.
@@ -275,11 +284,9 @@ int run()
 int main(int argc, char *argv[])
 {
     forgoCoreDumps();
-    const QString windowSystem
-        = preferredWindowSystem(QProcessEnvironment::systemEnvironment(), &isLayerShellOffered);
-    if (!windowSystem.isEmpty()) {
-        qputenv("QT_QPA_PLATFORM", windowSystem.toUtf8());
-    }
+    const QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    choose("QT_QPA_PLATFORM", preferredWindowSystem(environment, &isLayerShellOffered));
+    choose("QT_QUICK_BACKEND", preferredRenderer(environment, &hasGraphicsCard));
     const QGuiApplication application(argc, argv);
     setUpApplication();
     try {

@@ -1,5 +1,7 @@
 #include "platform/display/WindowSystem.h"
 
+#include "platform/display/Renderer.h"
+
 #include <QTest>
 
 using namespace lumaphone;
@@ -59,6 +61,23 @@ private slots:
         const DisplayFacts facts = displayFacts(variables, [&] { return hasLayerShell; });
         QTEST(int(facts.session), "session");
         QTEST(int(facts.program), "program");
+    }
+
+    void withoutAGraphicsCardTheWindowIsDrawnWithout_data()
+    {
+        QTest::addColumn<QStringList>("environment");
+        QTest::addColumn<bool>("hasCard");
+        QTest::addColumn<QString>("renderer");
+        QTest::newRow("a card") << QStringList {} << true << "";
+        QTest::newRow("none") << QStringList {} << false << "software";
+        QTest::newRow("the user's choice counts") << QStringList {"QT_QUICK_BACKEND=rhi"} << false << "";
+        QTest::newRow("also by another name") << QStringList {"LIBGL_ALWAYS_SOFTWARE=1"} << false << "";
+    }
+    void withoutAGraphicsCardTheWindowIsDrawnWithout()
+    {
+        QFETCH(QStringList, environment);
+        QFETCH(bool, hasCard);
+        QTEST(preferredRenderer(environmentOf(environment), [&] { return hasCard; }), "renderer");
     }
 
     void theDesktopIsNamedAsItNamesItself()
