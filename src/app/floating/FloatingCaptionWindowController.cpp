@@ -32,6 +32,12 @@ QRectF initialFrame(const QScreen &screen, const QSizeF &size)
     return {floatingcaption::initialOrigin(visibleFrame, size), size};
 }
 
+/// As it is stored for an output: wherever that lies, the panel keeps its place on it.
+QRectF frameWithin(const QRect &geometry, const QRect &output)
+{
+    return floatingcaption::upwards(geometry, output).translated(-output.x(), 0);
+}
+
 } // namespace
 
 FloatingCaptionWindowController::FloatingCaptionWindowController(
@@ -136,7 +142,8 @@ void FloatingCaptionWindowController::position(FloatingCaptionPanel &panel) cons
     const QRect whole = screen->geometry();
     const QRectF initial = initialFrame(*screen, panel.size());
     if (isBound) {
-        const QRectF frame = m_frames.frameOn(screen->name()).value_or(initial);
+        const std::optional<QRectF> last = m_frames.frameOn(screen->name());
+        const QRectF frame = last ? last->translated(whole.x(), 0) : initial;
         panel.setScreen(screen);
         panel.setFrame(floatingcaption::fitted(floatingcaption::downwards(frame, whole), whole));
     } else {
@@ -176,7 +183,7 @@ void FloatingCaptionWindowController::panelWasDroppedOn(const QScreen *screen, c
 {
     m_saving.stop();
     const QRect there = floatingcaption::fitted(geometry, screen->geometry());
-    m_frames.setFrameOn(screen->name(), floatingcaption::upwards(there, screen->geometry()));
+    m_frames.setFrameOn(screen->name(), frameWithin(there, screen->geometry()));
     goHome();
 }
 
@@ -224,11 +231,11 @@ void FloatingCaptionWindowController::saveFrame(const FloatingCaptionPanel &pane
     if (screen == nullptr) {
         return;
     }
-    QRectF frame = floatingcaption::upwards(panel.frame(), screen->geometry());
     if (isBound) {
-        m_frames.setFrameOn(screen->name(), frame);
+        m_frames.setFrameOn(screen->name(), frameWithin(panel.frame(), screen->geometry()));
         return;
     }
+    QRectF frame = floatingcaption::upwards(panel.frame(), screen->geometry());
     if (panel.placing() == PanelPlacing::byDesktop) {
         // Nobody knows where it lies; another desktop may still use the place that is stored.
         frame.moveTo(m_frames.frame().value_or(initialFrame(*screen, frame.size())).topLeft());
