@@ -248,18 +248,22 @@ private slots:
         const std::vector<double> heard = pitches(m_sound->samples());
         QVERIFY2(heard.front() < 1000, qPrintable(QString::number(heard.front())));
         double longestJump = 0;
+        double againSeconds = 0;
         double highest = heard.front();
         for (const double pitch : heard) {
             longestJump = std::max(longestJump, pitch - highest);
+            againSeconds += highest - pitch > 0.1 * slope ? 0.02 : 0;
             highest = std::max(highest, pitch);
         }
         const double lostSeconds
             = (heard.back() - heard.front()) / slope - static_cast<double>(heard.size() - 1) * 0.02;
-        qInfo("Two changes of output: %.0f ms lost, the longest gap is %.0f ms.", lostSeconds * 1000,
-            longestJump / slope * 1000);
+        qInfo("Two changes of output: %.0f ms lost, the longest gap is %.0f ms, %.0f ms heard again.",
+            lostSeconds * 1000, longestJump / slope * 1000, againSeconds * 1000);
         QVERIFY(longestJump / slope <= 0.5);
         QVERIFY(lostSeconds <= 0.5);
-        QVERIFY(lostSeconds > -0.2); // nor is anything heard twice
+        // A stream that PipeWire moves goes back a little.
+        const double mayBeHeardAgain = PrivateSoundServer::kind() == SoundServerKind::pipeWire ? 0.5 : 0.2;
+        QVERIFY2(againSeconds <= mayBeHeardAgain, qPrintable(QString::number(againSeconds)));
         QCOMPARE(m_sound->errors(), QStringList());
     }
 
