@@ -60,7 +60,7 @@ private slots:
         QTest::newRow("quick") << 20 << 400;
         QTest::newRow("just as quick as the shortest hop") << 145 << 400;
         QTest::newRow("slow") << 400 << 1100;
-        QTest::newRow("very slow") << 2000 << 5000;
+        QTest::newRow("very slow") << 2000 << 5500;
     }
     void theHopFollowsTheLastDecode()
     {
