@@ -319,8 +319,6 @@ void SystemAudioCaptureController::markTranscriptSaved(const QUuid &id, const QS
     set(m_savedTranscriptTitle, std::optional(title), &Self::savedTranscriptTitleChanged);
     set(m_restoredDraftMessage, {}, &Self::restoredDraftMessageChanged);
     say(texts::saved(title));
-    // The library has it now: a draft that stayed would be offered as unsaved at the next start.
-    saveDraftIfNeeded();
 }
 
 void SystemAudioCaptureController::translateRestoredLines()

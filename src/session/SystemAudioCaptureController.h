@@ -126,8 +126,10 @@ public:
     /// Asks, in quiet moments, for the translations that a restored session lacks. Without effect on any
     /// other one. To be called when translation may have become possible; a failure is not told.
     void translateRestoredLines();
-    /// The library has saved the session under this identity. It ends no session, and its draft is gone.
+    /// The library has saved the session under this identity.
     void markTranscriptSaved(const QUuid &id, const QString &title);
+    /// A save point of the draft: keeps the session, unless the library has it.
+    void saveDraftIfNeeded();
     /// Takes whatever a pipeline reports.
     void handlePipelineEvent(const SystemAudioPipelineEvent &event);
 
@@ -201,7 +203,6 @@ private:
     void publish(const CaptionTranslation &translation);
     void forgetSavedTranscript();
 
-    void saveDraftIfNeeded();
     void restoreDraftIfAvailable();
 
     void captionLineInserted(qsizetype index) override;

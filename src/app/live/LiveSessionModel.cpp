@@ -209,6 +209,8 @@ void LiveSessionModel::saveTranscript()
         const TranscriptRecordMetadata record
             = m_library.save(transcriptOf(m_controller, m_glossary.enabledTerms()), m_settings);
         m_controller.markTranscriptSaved(record.id, record.title);
+        // The library has it now: a draft that stayed would be offered as unsaved at the next start.
+        m_controller.saveDraftIfNeeded();
         setFailureMessage({});
         update();
     } catch (const std::exception &error) {
