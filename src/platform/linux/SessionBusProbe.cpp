@@ -12,7 +12,7 @@ namespace lumaphone {
 
 namespace {
 
-constexpr std::chrono::milliseconds longestWait(500);
+constexpr std::chrono::milliseconds answerLimit(500);
 
 const QString busService = QStringLiteral("org.freedesktop.DBus");
 const QString keyringService = QStringLiteral("org.freedesktop.secrets");
@@ -20,7 +20,7 @@ const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
 
 template<typename T> std::optional<T> answerOf(const QDBusConnection &bus, const QDBusMessage &call)
 {
-    const QDBusReply<T> reply = bus.call(call, QDBus::Block, static_cast<int>(longestWait.count()));
+    const QDBusReply<T> reply = bus.call(call, QDBus::Block, static_cast<int>(answerLimit.count()));
     return reply.isValid() ? std::optional<T>(reply.value()) : std::nullopt;
 }
 
