@@ -5,10 +5,12 @@
 #include "support/FileServer.h"
 #include "support/FolderResources.h"
 #include "support/ModelFixtures.h"
+#include "support/PrivateRuntimeFolder.h"
 
 #include <QAbstractItemModelTester>
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QObject>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -334,5 +336,6 @@ private:
     std::unique_ptr<QAbstractItemModelTester> m_tester;
 };
 
-QTEST_GUILESS_MAIN(ModelsModelTest)
+// The tester of models constructs pictures.
+LUMAPHONE_OFFSCREEN_TEST_MAIN(ModelsModelTest)
 #include "ModelsModelTest.moc"
