@@ -195,6 +195,10 @@ std::vector<int> PrivateSoundServer::addMicrophone(
     const int microphoneModule = loadModule(QStringLiteral("module-remap-source"),
         QStringList {QStringLiteral("source_name=") + name, QStringLiteral("master=%1.monitor").arg(room)}
             + sound);
+    // Some servers go on listening to an output until they are told.
+    if (control({defaultMicrophoneQuestion()}).trimmed().endsWith(QStringLiteral(".monitor"))) {
+        control({QStringLiteral("set-default-source"), name});
+    }
     awaitAnswer({defaultMicrophoneQuestion()},
         [](const QString &said) { return isName(said) && !said.endsWith(QStringLiteral(".monitor")); });
     return {roomModule, microphoneModule};
