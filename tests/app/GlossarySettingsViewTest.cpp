@@ -124,7 +124,7 @@ private slots:
         view.press(Qt::Key_Delete);
         QCOMPARE(f.store.terms().size(), 3);
         view.press(Qt::Key_Return);
-        QVERIFY(waitUntil([&] { return view.isShown("glossaryEditor.source"); }));
+        QVERIFY(waitUntil([&] { return view.focusedName() == "glossaryEditor.source.field"; }));
         view.press(Qt::Key_Escape);
         QVERIFY(waitUntil([&] { return !f.model.isEditing(); }));
         QVERIFY(view.isShown("glossary.list"));
