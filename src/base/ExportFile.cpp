@@ -69,7 +69,8 @@ void replace(const QString &path, const QByteArray &bytes, std::optional<mode_t>
 {
     const QByteArray target = QFile::encodeName(path);
     const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
-    const QByteArray temporary = target + '.' + QUuid::createUuid().toByteArray(QUuid::Id128);
+    // Short, for names may be nearly as long as the file system allows.
+    const QByteArray temporary = target + '.' + QUuid::createUuid().toByteArray(QUuid::Id128).first(6);
     bool hasName = false;
     Descriptor file = newFile(folder, temporary, hasName);
     if (file.get() < 0) {

@@ -80,6 +80,15 @@ private slots:
         QCOMPARE(readFile(path("elsewhere/a.txt")), std::optional<QByteArray>("new"));
     }
 
+    void aNameMayBeNearlyAsLongAsTheFileSystemAllows()
+    {
+        const QString name(248, 'a');
+        exportFile(path(name), "old");
+        exportFile(path(name), "new");
+        QCOMPARE(readFile(path(name)), std::optional<QByteArray>("new"));
+        QCOMPARE(entries(), QStringList {name});
+    }
+
     void aRingOfLinksIsRefused()
     {
         QVERIFY(QFile::link("b", path("a")));
