@@ -55,6 +55,16 @@ struct Views
             *session.controller, session.settings, *library, *glossary, patience);
     }
 
+    /// The model of a program that is started again, with the draft of the one before.
+    LiveSessionModel &startAgain()
+    {
+        model.reset();
+        session.make();
+        model
+            = std::make_unique<LiveSessionModel>(*session.controller, session.settings, *library, *glossary);
+        return *model;
+    }
+
     void start() const
     {
         model->startOrStop();
@@ -241,10 +251,7 @@ private slots:
         Views views;
         views.start();
         views.session.final("おはよう。");
-        views.model.reset();
-        views.session.make();
-        LiveSessionModel model(
-            *views.session.controller, views.session.settings, *views.library, *views.glossary);
+        LiveSessionModel &model = views.startAgain();
         QCOMPARE(model.restoredDraftMessage(), "已恢復上一段尚未儲存的字幕。");
         QCOMPARE(model.stageStateText(), "已恢復，尚未儲存");
         QVERIFY(model.isReviewing());
@@ -258,10 +265,7 @@ private slots:
         views.start();
         views.session.final("おはよう。");
         // As after a crash: the session was never stopped.
-        views.model.reset();
-        views.session.make();
-        LiveSessionModel model(
-            *views.session.controller, views.session.settings, *views.library, *views.glossary);
+        LiveSessionModel &model = views.startAgain();
         QVERIFY(!views.session.controller->sessionEndedAt());
         model.saveTranscript();
         QVERIFY(model.isSaved());
@@ -281,10 +285,7 @@ private slots:
         views.start();
         views.session.final("おはよう。");
         settle();
-        views.model.reset();
-        views.session.make();
-        LiveSessionModel model(
-            *views.session.controller, views.session.settings, *views.library, *views.glossary);
+        LiveSessionModel &model = views.startAgain();
         settle();
         QCOMPARE(views.session.translator->calls.size(), std::size_t(2));
         QVERIFY(!model.isStageTranslated());
