@@ -64,9 +64,11 @@ if(LUMAPHONE_SANITIZE AND NOT LUMAPHONE_FUZZ)
 endif()
 
 # lumaphone_add_library(<folder> SOURCES ... [PUBLIC ...] [PRIVATE ...] [MOC])
-# The static library lumaphone_<folder>, known as Lumaphone::<folder>. MOC: some class has Q_OBJECT or Q_GADGET.
+# The static library lumaphone_<folder>, known as Lumaphone::<folder>, with "_" for every "/". MOC: some class has Q_OBJECT or
+# Q_GADGET.
 function(lumaphone_add_library folder)
     cmake_parse_arguments(ARG "MOC" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    string(REPLACE "/" "_" folder "${folder}")
     add_library(lumaphone_${folder} STATIC ${LUMAPHONE_ONLY_FOR_TESTS} ${ARG_SOURCES})
     set_target_properties(lumaphone_${folder} PROPERTIES AUTOMOC ${ARG_MOC})
     add_library(Lumaphone::${folder} ALIAS lumaphone_${folder})

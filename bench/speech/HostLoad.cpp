@@ -5,8 +5,8 @@
 
 #include "bench/speech/ProcessUse.h"
 #include "bench/speech/Statistics.h"
-#include "platform/linux/HostedRecognizer.h"
-#include "speech/Segmenter.h"
+#include "speech/host/Segmenter.h"
+#include "speech/hosted/HostedRecognizer.h"
 #include "support/WavFile.h"
 
 #include <QCoreApplication>

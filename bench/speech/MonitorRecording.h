@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/PulseConnection.h"
-#include "platform/linux/PulseRecorder.h"
+#include "platform/sound/PulseConnection.h"
+#include "platform/sound/PulseRecorder.h"
 #include "support/speech-scores/SampleClock.h"
 
 #include <mutex>

@@ -3,7 +3,7 @@
 #include "LumaphoneInstallation.h"
 #include "bench/speech/ProcessUse.h"
 #include "bench/speech/Waiting.h"
-#include "platform/linux/XdgFolders.h"
+#include "platform/desktop/XdgFolders.h"
 #include "storage/UserFiles.h"
 
 #include <QDir>

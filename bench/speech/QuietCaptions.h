@@ -2,7 +2,7 @@
 
 #include "bench/speech/ProgramUnderTest.h"
 #include "bench/speech/TextTable.h"
-#include "capture/AppleSystemSpeechLanguage.h"
+#include "language/AppleSystemSpeechLanguage.h"
 
 #include <QStringList>
 

@@ -3,11 +3,11 @@
 #include "base/DetachedTasks.h"
 #include "base/MainQueue.h"
 #include "capture/AnalysisEnd.h"
-#include "capture/AppleSystemSpeechLanguage.h"
 #include "capture/AppleSystemSpeechTranscriberDelegate.h"
 #include "capture/AppleSystemSpeechTranscriberEntry.h"
 #include "capture/AudioConverter.h"
 #include "capture/PcmBufferPool.h"
+#include "language/AppleSystemSpeechLanguage.h"
 #include "platform/AudioSampleBuffer.h"
 #include "platform/SpeechFramework.h"
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "base/SerialQueue.h"
-#include "capture/AppleSystemSpeechLanguage.h"
 #include "capture/LiveAudioFeed.h"
 #include "capture/LivePipelineServices.h"
 #include "capture/LumaphoneLiveAudioPipeline.h"
 #include "capture/SystemAudioPipelineEvent.h"
+#include "language/AppleSystemSpeechLanguage.h"
 #include "platform/MicrophoneCapture.h"
 
 #include <memory>

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "base/SerialQueue.h"
-#include "capture/AppleSystemSpeechLanguage.h"
 #include "capture/LiveAudioFeed.h"
 #include "capture/LivePipelineServices.h"
 #include "capture/LumaphoneLiveAudioPipeline.h"
 #include "capture/SoundFileReader.h"
 #include "capture/SystemAudioPipelineEvent.h"
+#include "language/AppleSystemSpeechLanguage.h"
 #include "platform/Clock.h"
 
 #include <functional>

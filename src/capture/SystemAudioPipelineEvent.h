@@ -1,7 +1,7 @@
 #pragma once
 
-#include "capture/AppleSystemSpeechLanguage.h"
 #include "capture/SystemAudioSampleSummary.h"
+#include "language/AppleSystemSpeechLanguage.h"
 
 #include <QString>
 

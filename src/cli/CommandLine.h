@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/LocalizedError.h"
-#include "capture/AppleSystemSpeechLanguage.h"
 #include "glossary/LumaphoneGlossaryTermMode.h"
+#include "language/AppleSystemSpeechLanguage.h"
 #include "storage/TranscriptSubtitles.h"
 
 #include <QString>

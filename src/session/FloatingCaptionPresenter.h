@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/AppleSystemSpeechLanguage.h"
+#include "language/AppleSystemSpeechLanguage.h"
 
 #include <QString>
 

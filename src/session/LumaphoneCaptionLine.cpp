@@ -2,7 +2,7 @@
 
 #include "base/Record.h"
 #include "base/Text.h"
-#include "session/SpeechLanguageCoding.h"
+#include "language/SpeechLanguageCoding.h"
 
 #include <limits>
 

@@ -1,7 +1,7 @@
 #include "session/LumaphoneSessionDraft.h"
 
 #include "base/Record.h"
-#include "session/SpeechLanguageCoding.h"
+#include "language/SpeechLanguageCoding.h"
 
 namespace lumaphone {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/AppleSystemSpeechLanguage.h"
+#include "language/AppleSystemSpeechLanguage.h"
 #include "storage/LumaphoneAudioInputSource.h"
 #include "storage/LumaphoneProcessingMode.h"
 

@@ -2,7 +2,7 @@
 
 #include "base/LocalizedError.h"
 #include "base/Text.h"
-#include "session/EffectiveTranslationLanguage.h"
+#include "language/EffectiveTranslationLanguage.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Record.h"
-#include "capture/AppleSystemSpeechLanguage.h"
+#include "language/AppleSystemSpeechLanguage.h"
 #include "platform/Clock.h"
 #include "session/CaptionLineList.h"
 #include "session/CaptionTranslator.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "capture/AppleSystemSpeechLanguage.h"
 #include "glossary/LumaphoneGlossaryTerm.h"
+#include "language/AppleSystemSpeechLanguage.h"
 #include "storage/SavedTranscriptLine.h"
 
 #include <QDateTime>

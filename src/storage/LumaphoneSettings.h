@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/AppleSystemSpeechLanguage.h"
+#include "language/AppleSystemSpeechLanguage.h"
 #include "platform/DefaultsStore.h"
 #include "storage/FloatingCaptionDisplayMode.h"
 #include "storage/FloatingCaptionTheme.h"

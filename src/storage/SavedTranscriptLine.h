@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Json.h"
-#include "capture/AppleSystemSpeechLanguage.h"
+#include "language/AppleSystemSpeechLanguage.h"
 
 #include <QDateTime>
 #include <QString>

@@ -1,7 +1,7 @@
 #include "app/library/TranscriptTexts.h"
 
-#include "app/library/TranscriptExport.h"
 #include "base/Json.h"
+#include "storage/TranscriptExport.h"
 #include "support/CountedUuids.h"
 
 #include <QTest>

@@ -1,7 +1,7 @@
 #include "base/AtomicFile.h"
 #include "base/Json.h"
+#include "language/TaiwanTraditional.h"
 #include "models/ModelStore.h"
-#include "speech/TaiwanTraditional.h"
 #include "support/Coroutines.h"
 #include "support/PrivateSoundServer.h"
 #include "support/RunningProgram.h"

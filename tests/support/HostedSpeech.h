@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/HostedRecognizer.h"
+#include "speech/hosted/HostedRecognizer.h"
 #include "support/ToySpeech.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/SpeechEngine.h"
+#include "speech/framework/SpeechEngine.h"
 
 namespace lumaphone::test {
 

@@ -1,9 +1,9 @@
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 
-#include "app/library/TranscriptExport.h"
 #include "app/library/TranscriptTexts.h"
 #include "base/ExportFile.h"
 #include "base/Text.h"
+#include "storage/TranscriptExport.h"
 #include "storage/TranscriptLibraryStore.h"
 
 #include <QClipboard>

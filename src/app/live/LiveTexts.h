@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/live/SessionPhase.h"
-#include "capture/AppleSystemSpeechLanguage.h"
+#include "language/AppleSystemSpeechLanguage.h"
 #include "session/LumaphoneCaptionLine.h"
 #include "storage/LumaphoneAudioInputSource.h"
 

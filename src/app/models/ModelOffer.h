@@ -1,7 +1,7 @@
 #pragma once
 
-#include "capture/AppleSystemSpeechLanguage.h"
-#include "models/ModelsModel.h"
+#include "app/models/ModelsModel.h"
+#include "language/AppleSystemSpeechLanguage.h"
 
 #include <QList>
 #include <QObject>

@@ -1,7 +1,7 @@
 // Speaks the protocol of the speech host. The configuration's runtime folder names the script; "echo" makes
 // of each message of sound a closed segment whose final text is its first sample.
 
-#include "speech-host/HostConnection.h"
+#include "speech/host/HostConnection.h"
 
 #include <sys/prctl.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 #include "support/speech-scores/SpokenRecordings.h"
 
-#include "speech/TaiwanTraditional.h"
+#include "language/TaiwanTraditional.h"
 #include "support/WavFile.h"
 
 #include <QDir>

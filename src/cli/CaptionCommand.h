@@ -1,5 +1,0 @@
-#pragma once
-
-#include "capture/LumaphoneLiveAudioPipeline.h"
-#include "capture/SystemAudioPipelineEvent.h"
-#include "cli/CaptionPrinter.h"

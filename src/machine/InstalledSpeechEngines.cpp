@@ -1,0 +1,28 @@
+#include "machine/InstalledSpeechEngines.h"
+
+#include "platform/desktop/ExecutableFolderResources.h"
+#include "speech/hosted/HostedSpeechEngine.h"
+#include "speech/hosted/InstalledSpeechModel.h"
+#include "speech/pocketsphinx/PocketSphinxEngine.h"
+
+namespace lumaphone {
+
+std::vector<std::shared_ptr<SpeechEngine>> installedSpeechEngines(
+    const ModelStore &models, CheckedFiles &checked)
+{
+    const auto resources = std::make_shared<ExecutableFolderResources>();
+    const std::vector<SpokenLanguage> fourLanguages {
+        SpokenLanguage::japanese, SpokenLanguage::english, SpokenLanguage::korean, SpokenLanguage::mandarin};
+    return {
+        std::make_shared<HostedSpeechEngine>(QStringLiteral("內建的英文網路"),
+            std::vector {SpokenLanguage::english},
+            SpeechInstallations(
+                resources, [&models, &checked] { return bundledEnglishModel(models, checked); })),
+        std::make_shared<HostedSpeechEngine>(QStringLiteral("四種語言的網路"), fourLanguages,
+            SpeechInstallations(
+                resources, [&models, &checked] { return installedSpeechModel(models, checked); })),
+        std::make_shared<PocketSphinxEngine>(),
+    };
+}
+
+} // namespace lumaphone

@@ -1,0 +1,204 @@
+#include "platform/desktop/SecretServiceKeychain.h"
+
+#include <libsecret/secret.h>
+
+#include <functional>
+#include <memory>
+
+namespace lumaphone {
+
+namespace {
+
+const SecretSchema genericPassword = {"dev.lumaphone.GenericPassword", SECRET_SCHEMA_NONE,
+    {{"service", SECRET_SCHEMA_ATTRIBUTE_STRING}, {"account", SECRET_SCHEMA_ATTRIBUTE_STRING},
+        {nullptr, SECRET_SCHEMA_ATTRIBUTE_STRING}},
+    0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr};
+
+template<typename T> struct Unref
+{
+    void operator()(T *object) const { g_object_unref(object); }
+};
+template<typename T> using ObjectPointer = std::unique_ptr<T, Unref<T>>;
+
+struct ItemListFree
+{
+    void operator()(GList *items) const { g_list_free_full(items, g_object_unref); }
+};
+using ItemList = std::unique_ptr<GList, ItemListFree>;
+
+struct ValueUnref
+{
+    void operator()(SecretValue *value) const { secret_value_unref(value); }
+};
+using Value = std::unique_ptr<SecretValue, ValueUnref>;
+
+struct TableUnref
+{
+    void operator()(GHashTable *table) const { g_hash_table_unref(table); }
+};
+using Attributes = std::unique_ptr<GHashTable, TableUnref>;
+
+/// Receives the error of one call.
+class Error
+{
+public:
+    ~Error() { g_clear_error(&m_error); }
+    Error() = default;
+    Error(const Error &) = delete;
+    Error &operator=(const Error &) = delete;
+    /// Where the call puts it.
+    GError **place() { return &m_error; }
+    bool isSet() const { return m_error != nullptr; }
+    /// Whether the keychain no longer knows us, as after it was started anew. A refusal is not of this kind.
+    bool isLostConnection() const
+    {
+        return m_error
+            && (m_error->domain == G_DBUS_ERROR || g_error_matches(m_error, G_IO_ERROR, G_IO_ERROR_DBUS_ERROR)
+                || g_error_matches(m_error, G_IO_ERROR, G_IO_ERROR_CLOSED)
+                || g_error_matches(m_error, SECRET_ERROR, SECRET_ERROR_NO_SUCH_OBJECT));
+    }
+
+private:
+    GError *m_error = nullptr;
+};
+
+Attributes attributesOf(const KeychainQuery &query)
+{
+    return Attributes(secret_attributes_build(&genericPassword, "service", query.service.toUtf8().constData(),
+        "account", query.account.toUtf8().constData(), nullptr));
+}
+
+Value valueOf(const QByteArray &data)
+{
+    return Value(secret_value_new(data.constData(), data.size(), "text/plain"));
+}
+
+ObjectPointer<SecretService> connected(Error &error)
+{
+    const ObjectPointer<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, error.place()));
+    if (!bus) {
+        return nullptr;
+    }
+    // By default the loss of the bus would end this process.
+    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+    return ObjectPointer<SecretService>(
+        secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, nullptr, error.place()));
+}
+
+using Operation = std::function<KeychainStatus(SecretService *service, Error &error)>;
+
+/// Runs one operation, and once more over a new connection if the old one turns out to be dead.
+KeychainStatus run(const Operation &operation)
+{
+    for (const bool isLastTry : {false, true}) {
+        Error error;
+        const auto service = connected(error);
+        const KeychainStatus status = service ? operation(service.get(), error) : KeychainStatus::other;
+        if (isLastTry || !error.isLostConnection()) {
+            return error.isSet() ? KeychainStatus::other : status;
+        }
+        secret_service_disconnect();
+    }
+    Q_UNREACHABLE();
+}
+
+enum class Unlocking {
+    AskTheUser,
+    Never,
+};
+
+/// Runs `change` on every unlocked item that the query names, until one sets the error.
+KeychainStatus withItems(SecretService *service, Error &error, const KeychainQuery &query,
+    const std::function<void(SecretItem *)> &change, Unlocking unlocking = Unlocking::AskTheUser)
+{
+    const int unlock = unlocking == Unlocking::AskTheUser ? SECRET_SEARCH_UNLOCK : 0;
+    const auto flags = static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | unlock);
+    const ItemList items(secret_service_search_sync(
+        service, &genericPassword, attributesOf(query).get(), flags, nullptr, error.place()));
+    if (error.isSet()) {
+        return KeychainStatus::other;
+    }
+    if (!items) {
+        return KeychainStatus::itemNotFound;
+    }
+    KeychainStatus status = unlocking == Unlocking::Never ? KeychainStatus::locked : KeychainStatus::other;
+    for (const GList *link = items.get(); link && !error.isSet(); link = link->next) {
+        SecretItem *item = SECRET_ITEM(link->data);
+        if (!secret_item_get_locked(item)) {
+            change(item);
+            status = KeychainStatus::success;
+        }
+    }
+    return status;
+}
+
+KeychainReading readItem(const KeychainQuery &query, Unlocking unlocking)
+{
+    KeychainReading reading;
+    reading.status = run([&](SecretService *service, Error &error) {
+        bool isRead = false;
+        const KeychainStatus found = withItems(
+            service, error, query,
+            [&](SecretItem *item) {
+                if (isRead || !secret_item_load_secret_sync(item, nullptr, error.place())) {
+                    return;
+                }
+                const Value value(secret_item_get_secret(item));
+                gsize length = 0;
+                const gchar *bytes = value ? secret_value_get(value.get(), &length) : nullptr;
+                if (bytes) {
+                    reading.data = QByteArray(bytes, static_cast<qsizetype>(length));
+                    isRead = true;
+                }
+            },
+            unlocking);
+        return found == KeychainStatus::success && !isRead ? KeychainStatus::other : found;
+    });
+    if (reading.status != KeychainStatus::success) {
+        reading.data.clear();
+    }
+    return reading;
+}
+
+} // namespace
+
+KeychainReading SecretServiceKeychain::copyMatching(const KeychainQuery &query)
+{
+    return readItem(query, Unlocking::AskTheUser);
+}
+
+KeychainReading SecretServiceKeychain::peek(const KeychainQuery &query)
+{
+    return readItem(query, Unlocking::Never);
+}
+
+KeychainStatus SecretServiceKeychain::update(const KeychainQuery &query, const QByteArray &data)
+{
+    const Value value = valueOf(data);
+    return run([&](SecretService *service, Error &error) {
+        return withItems(service, error, query, [&](SecretItem *item) {
+            secret_item_set_secret_sync(item, value.get(), nullptr, error.place());
+        });
+    });
+}
+
+KeychainStatus SecretServiceKeychain::add(const KeychainQuery &query, const QByteArray &data)
+{
+    const Value value = valueOf(data);
+    return run([&](SecretService *service, Error &error) {
+        const bool isStored = secret_service_store_sync(service, &genericPassword, attributesOf(query).get(),
+            SECRET_COLLECTION_DEFAULT, query.service.toUtf8().constData(), value.get(), nullptr,
+            error.place());
+        return isStored ? KeychainStatus::success : KeychainStatus::other;
+    });
+}
+
+KeychainStatus SecretServiceKeychain::remove(const KeychainQuery &query)
+{
+    return run([&](SecretService *service, Error &error) {
+        return withItems(service, error, query,
+            [&](SecretItem *item) { secret_item_delete_sync(item, nullptr, error.place()); });
+    });
+}
+
+} // namespace lumaphone

@@ -1,0 +1,154 @@
+#include "platform/sound/PulseMonitorFollower.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <utility>
+
+namespace lumaphone {
+
+namespace {
+
+/// How long the server may take to name the successor of an output that has gone.
+constexpr std::chrono::seconds successionLimit {1};
+
+QString readable(const std::string &name)
+{
+    return QString::fromStdString(name);
+}
+
+} // namespace
+
+PulseMonitorFollower::PulseMonitorFollower(const PulseOptions &options, std::stop_token stop,
+    const pa_sample_spec &sampleSpec, PulseRecorder::Sink sink)
+    : m_connection(options, std::move(stop))
+    , m_sampleSpec(sampleSpec)
+    , m_sink(std::move(sink))
+{
+}
+
+void PulseMonitorFollower::start(const std::string &sinkName)
+{
+    // Opening a stream causes events of its own; only the server's own entry tells of a new default.
+    m_connection.watch(
+        static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SERVER | PA_SUBSCRIPTION_MASK_SINK),
+        [this](pa_subscription_event_type_t event, std::uint32_t) {
+            if ((event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) == PA_SUBSCRIPTION_EVENT_SERVER) {
+                m_connection.change([this] { m_defaultMayHaveChanged = true; });
+            } else if ((event & PA_SUBSCRIPTION_EVENT_TYPE_MASK) != PA_SUBSCRIPTION_EVENT_CHANGE) {
+                m_connection.change([this] { m_outputsMayHaveChanged = true; });
+            }
+        });
+    record(sinkName);
+}
+
+void PulseMonitorFollower::follow()
+{
+    for (;;) {
+        m_connection.waitUntil(
+            [this] { return m_defaultMayHaveChanged || m_outputsMayHaveChanged || m_recorder->hasEnded(); });
+        goToDefault();
+        prepareOthers();
+    }
+}
+
+void PulseMonitorFollower::goToDefault()
+{
+    const auto giveUp = std::chrono::steady_clock::now() + successionLimit;
+    for (;;) {
+        const std::string name = currentDefault();
+        if (!m_recorder->hasEnded() && (name == m_sinkName || name.empty())) {
+            return;
+        }
+        std::exception_ptr reason;
+        try {
+            record(name);
+            return;
+        } catch (const CaptureServiceError &) {
+            reason = std::current_exception();
+        }
+        // Perhaps the server is in the middle of a change and will name another output.
+        const auto rest
+            = std::chrono::ceil<std::chrono::milliseconds>(giveUp - std::chrono::steady_clock::now());
+        if (rest.count() <= 0 || !m_connection.waitUntil([this] { return m_defaultMayHaveChanged; }, rest)) {
+            std::rethrow_exception(reason);
+        }
+    }
+}
+
+std::string PulseMonitorFollower::currentDefault()
+{
+    m_connection.change([this] { m_defaultMayHaveChanged = false; });
+    return m_connection.defaultSinkName();
+}
+
+/// The new monitor is open and checked before the old one is closed.
+void PulseMonitorFollower::record(const std::string &sinkName)
+{
+    const PulseSource monitor = monitorOf(sinkName);
+    if (m_recorder && m_recorder->hasEnded() && m_recorder->source().index == monitor.index) {
+        throw CaptureServiceError(
+            QStringLiteral("聲音伺服器中止了聲音輸出「%1」的錄音。").arg(readable(sinkName)));
+    }
+    std::unique_ptr<PulseRecorder> recorder = recorderOf(monitor);
+    recorder->start();
+    m_recorder = std::move(recorder);
+    m_sinkName = sinkName;
+    m_connection.change([this] { m_outputsMayHaveChanged = true; });
+}
+
+/// The one prepared, or one made now.
+std::unique_ptr<PulseRecorder> PulseMonitorFollower::recorderOf(const PulseSource &monitor)
+{
+    const auto prepared = std::find_if(m_prepared.begin(), m_prepared.end(), [&](const auto &recorder) {
+        return recorder->source().index == monitor.index && !recorder->hasEnded();
+    });
+    if (prepared == m_prepared.end()) {
+        return std::make_unique<PulseRecorder>(m_connection, monitor, m_sampleSpec, m_sink);
+    }
+    std::unique_ptr<PulseRecorder> recorder = std::move(*prepared);
+    m_prepared.erase(prepared);
+    return recorder;
+}
+
+void PulseMonitorFollower::prepareOthers()
+{
+    m_connection.change([this] { m_outputsMayHaveChanged = false; });
+    std::erase_if(m_prepared, [](const auto &recorder) { return recorder->hasEnded(); });
+    for (const PulseSink &sink : m_connection.sinks()) {
+        const bool isKnown = sink.index == m_recorder->source().monitorOfSink
+            || std::any_of(m_prepared.begin(), m_prepared.end(),
+                [&](const auto &recorder) { return recorder->source().monitorOfSink == sink.index; });
+        if (isKnown) {
+            continue;
+        }
+        try {
+            m_prepared.push_back(
+                std::make_unique<PulseRecorder>(m_connection, monitorOf(sink.name), m_sampleSpec, m_sink));
+        } catch (const CaptureServiceError &) {
+            // An output that cannot be recorded matters once it is the default, and is asked again then.
+            m_connection.throwIfLost();
+        }
+    }
+}
+
+/// By name and by index, both ways: what is found under a monitor's name must record this very output.
+PulseSource PulseMonitorFollower::monitorOf(const std::string &sinkName)
+{
+    if (sinkName.empty()) {
+        throw CaptureServiceError(QStringLiteral("已經沒有任何聲音輸出。"));
+    }
+    const std::optional<PulseSink> sink = m_connection.sink(sinkName);
+    if (!sink || sink->name != sinkName) {
+        throw CaptureServiceError(QStringLiteral("找不到聲音輸出「%1」。").arg(readable(sinkName)));
+    }
+    const std::optional<PulseSource> monitor
+        = sink->monitorName.empty() ? std::nullopt : m_connection.source(sink->monitorName);
+    if (!monitor || monitor->name != sink->monitorName || monitor->monitorOfSink != sink->index) {
+        throw CaptureServiceError(
+            QStringLiteral("聲音輸出「%1」無法錄製：找不到它的監聽來源。").arg(readable(sinkName)));
+    }
+    return *monitor;
+}
+
+} // namespace lumaphone

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/sound/PulseConnection.h"
+#include "platform/sound/PulseRecorder.h"
+
+#include <functional>
+#include <memory>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace lumaphone {
+
+/// Records what an output plays, and goes along when the server makes another output the default. Only ever
+/// records monitors of outputs. One thread uses it, which is neither the main thread nor libpulse's.
+///
+/// An output computes its sound ahead, up to two seconds, and a monitor opened later has missed that. Hence
+/// the monitors of the other outputs are kept open but paused: nothing is recorded and nothing keeps an
+/// output awake, but each works no more than a buffer ahead, and going along loses next to nothing.
+class PulseMonitorFollower
+{
+public:
+    /// Connects. Throws CaptureServiceError.
+    PulseMonitorFollower(const PulseOptions &options, std::stop_token stop, const pa_sample_spec &sampleSpec,
+        PulseRecorder::Sink sink);
+
+    /// Begins with this output. Returns when its sound flows. Throws CaptureServiceError.
+    void start(const std::string &sinkName);
+    /// Keeps recording the default output. Throws CaptureServiceError when that is no longer possible, or
+    /// when a stop is requested.
+    [[noreturn]] void follow();
+
+private:
+    PulseSource monitorOf(const std::string &sinkName);
+    void record(const std::string &sinkName);
+    void goToDefault();
+    void prepareOthers();
+    std::unique_ptr<PulseRecorder> recorderOf(const PulseSource &monitor);
+    std::string currentDefault();
+
+    PulseConnection m_connection;
+    const pa_sample_spec m_sampleSpec;
+    const PulseRecorder::Sink m_sink;
+    bool m_defaultMayHaveChanged = true; ///< under the connection's lock
+    bool m_outputsMayHaveChanged = true; ///< under the connection's lock
+    std::string m_sinkName;
+    std::unique_ptr<PulseRecorder> m_recorder;
+    std::vector<std::unique_ptr<PulseRecorder>> m_prepared; ///< paused, of other outputs
+};
+
+} // namespace lumaphone

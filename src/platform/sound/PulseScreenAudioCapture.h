@@ -1,0 +1,32 @@
+#pragma once
+
+#include "base/MainQueue.h"
+#include "platform/ScreenAudioCapture.h"
+#include "platform/sound/PulseOptions.h"
+
+#include <memory>
+
+namespace lumaphone {
+
+/// What the computer plays, from a server that speaks the PulseAudio protocol. A display is an output of that
+/// server; the dummy output of a server without hardware counts, it plays silence. This program plays no
+/// sound, so its own need not be excluded.
+class PulseScreenAudioCapture final : public ScreenAudioCapture
+{
+public:
+    explicit PulseScreenAudioCapture(std::shared_ptr<MainQueue> mainQueue, PulseOptions options = {});
+
+    bool preflightAccess() override;
+    /// There is nobody to ask on a Linux desktop.
+    void requestAccess() override { }
+    QCoro::Task<ShareableContent> shareableContent(
+        bool excludingDesktopWindows, bool onScreenWindowsOnly) override;
+    std::unique_ptr<ScreenAudioStream> makeStream(const CaptureContentFilter &filter,
+        const ScreenStreamConfiguration &configuration, ScreenAudioStreamDelegate &delegate) override;
+
+private:
+    std::shared_ptr<MainQueue> m_mainQueue;
+    const PulseOptions m_options;
+};
+
+} // namespace lumaphone

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "speech/protocol/SpeechHostMessages.h"
+
+#include <chrono>
+#include <deque>
+#include <optional>
+
+namespace lumaphone {
+
+/// Decides what happens when the speech host has died: whether it is started again, and which sound it must
+/// not be given a second time because it seems to die of it.
+class HostRecovery
+{
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    static constexpr int restartsPerMinute = 3;
+
+    // What the host reported.
+    void closed(const host::Closed &segment) { m_closed.push_back(segment); }
+    void decoded(const host::Decoded &text);
+    /// Whether a closed segment waits for its final text.
+    bool isOwedText() const { return !m_closed.empty(); }
+
+    struct Restart
+    {
+        /// Sound before it is left out; none: all of it is given again.
+        std::optional<std::int64_t> skipTo;
+    };
+    /// None: it has died too often. `sent`: the position up to which the dead one had been given sound.
+    std::optional<Restart> died(Time now, std::int64_t sent);
+
+private:
+    std::deque<host::Closed> m_closed; ///< without a final text yet
+    bool m_hasProgressed = true; ///< a final text came since the last death
+    std::deque<Time> m_restarts; ///< of the last minute
+};
+
+} // namespace lumaphone

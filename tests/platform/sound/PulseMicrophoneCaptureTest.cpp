@@ -1,0 +1,169 @@
+#include "platform/sound/PulseMicrophoneCapture.h"
+
+#include "support/Coroutines.h"
+#include "support/NeededPrograms.h"
+#include "support/PrivateSoundServer.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+using namespace std::chrono_literals;
+
+class PulseMicrophoneCaptureTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
+    std::unique_ptr<PrivateSoundServer> m_server;
+    std::unique_ptr<PulseMicrophoneCapture> m_capture;
+
+    std::optional<MicrophoneDevice> defaultDevice() { return test::waitFor(m_capture->defaultDevice()); }
+
+private slots:
+    void initTestCase() { LUMAPHONE_NEEDS(PrivateSoundServer::missingPrograms()); }
+
+    void init()
+    {
+        m_server = std::make_unique<PrivateSoundServer>();
+        m_capture = std::make_unique<PulseMicrophoneCapture>(m_mainQueue);
+    }
+
+    void cleanup()
+    {
+        m_capture.reset();
+        m_server.reset();
+    }
+
+    void theServersDefaultIsTheDevice()
+    {
+        m_server->addMicrophone(QStringLiteral("webcam"));
+        m_server->loadModule(QStringLiteral("module-remap-source"),
+            {QStringLiteral("source_name=headset"), QStringLiteral("master=webcam_room.monitor"),
+                QStringLiteral("source_properties=device.description=耳麥")});
+        m_server->setDefaultMicrophone(QStringLiteral("headset"));
+        const auto device = defaultDevice();
+        QVERIFY(device);
+        QCOMPARE(device->id, QStringLiteral("headset"));
+        QCOMPARE(device->name, QStringLiteral("耳麥"));
+        m_server->setDefaultMicrophone(QStringLiteral("webcam"));
+        QCOMPARE(defaultDevice()->id, QStringLiteral("webcam"));
+    }
+
+    void whatRecordsAnOutputIsNoMicrophone()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        QVERIFY(!defaultDevice());
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("speakers.monitor"));
+        QVERIFY(!defaultDevice());
+        QVERIFY(thrownBy<CaptureServiceError>([&] {
+            m_capture->makeInput({QStringLiteral("speakers.monitor"), QStringLiteral("Speakers")});
+        }));
+        QVERIFY(m_capture->makeInput({QStringLiteral("microphone"), QStringLiteral("Microphone")}));
+    }
+
+    void aServerWithoutDevicesHasNoMicrophone() { QVERIFY(!defaultDevice()); }
+
+    void withoutAServerTheErrorCarriesItsText()
+    {
+        m_server->kill();
+        const auto error = thrownBy<CaptureServiceError>([&] { defaultDevice(); });
+        QVERIFY(error);
+        QCOMPARE(error->errorDescription(), QStringLiteral("無法連線到聲音伺服器：Connection refused"));
+    }
+
+    void aStuckServerIsGivenUp()
+    {
+        PulseOptions options;
+        options.timeLimit = 500ms;
+        PulseMicrophoneCapture capture(m_mainQueue, options);
+        m_server->freeze();
+        QElapsedTimer timer;
+        timer.start();
+        const auto error = thrownBy<CaptureServiceError>([&] { test::waitFor(capture.defaultDevice()); });
+        const qint64 elapsedMs = timer.elapsed();
+        m_server->thaw();
+        QVERIFY(error);
+        QVERIFY2(elapsedMs >= 500 && elapsedMs < 2500, qPrintable(QString::number(elapsedMs)));
+    }
+
+    void makingAnInputRecordsNothing()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        const auto input = m_capture->makeInput(*defaultDevice());
+        QVERIFY(m_capture->makeSession()->canAddInput(*input));
+        QVERIFY(m_server->recordings().empty());
+    }
+
+    void aDeviceThatHasGoneIsRefused()
+    {
+        const std::vector<int> modules = m_server->addMicrophone(QStringLiteral("microphone"));
+        const auto device = defaultDevice();
+        const auto input = m_capture->makeInput(*device);
+        const auto session = m_capture->makeSession();
+        QVERIFY(session->canAddInput(*input));
+        m_server->unloadModule(modules.back());
+        QVERIFY(waitUntil([&] { return !session->canAddInput(*input); }));
+        const auto error = thrownBy<CaptureServiceError>([&] { m_capture->makeInput(*device); });
+        QVERIFY(error);
+        QVERIFY2(error->errorDescription().contains(device->name), error->what());
+    }
+
+    void aDeviceOfAServerThatHasGoneIsRefused()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        const auto device = defaultDevice();
+        const auto input = m_capture->makeInput(*device);
+        m_server->kill();
+        const auto session = m_capture->makeSession();
+        QVERIFY(waitUntil([&] { return !session->canAddInput(*input); }));
+        QVERIFY(thrownBy<CaptureServiceError>([&] { m_capture->makeInput(*device); }));
+    }
+
+    void aDeviceNobodyLookedUpIsRefused()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        QVERIFY(thrownBy<CaptureServiceError>([&] {
+            m_capture->makeInput({QStringLiteral("microphone"), QStringLiteral("Microphone")});
+        }));
+    }
+
+    void partsOfAnotherServiceCannotBeAdded()
+    {
+        struct OtherInput : MicrophoneInput
+        {
+        };
+        struct OtherOutput : MicrophoneOutput
+        {
+            void setSampleBufferDelegate(MicrophoneSampleDelegate *, SerialQueue *) override { }
+        };
+        const auto session = m_capture->makeSession();
+        QVERIFY(!session->canAddInput(OtherInput()));
+        QVERIFY(!session->canAddOutput(OtherOutput()));
+        QVERIFY(session->canAddOutput(*m_capture->makeOutput()));
+    }
+
+    void onADesktopEverybodyMayRecord()
+    {
+        QCOMPARE(m_capture->authorizationStatus(), CaptureAuthorization::Authorized);
+        QVERIFY(test::waitFor(m_capture->requestAccess()));
+    }
+
+    void insideASandboxTheSocketDecides()
+    {
+        PulseOptions options;
+        options.sandboxMarkerPath = QStringLiteral("/");
+        PulseMicrophoneCapture capture(m_mainQueue, options);
+        QCOMPARE(capture.authorizationStatus(), CaptureAuthorization::Authorized);
+        QVERIFY(test::waitFor(capture.requestAccess()));
+        m_server->kill();
+        QCOMPARE(capture.authorizationStatus(), CaptureAuthorization::Denied);
+        QVERIFY(!test::waitFor(capture.requestAccess()));
+    }
+};
+
+QTEST_GUILESS_MAIN(PulseMicrophoneCaptureTest)
+#include "PulseMicrophoneCaptureTest.moc"

@@ -1,0 +1,313 @@
+#include "platform/sound/PulseMicrophoneCapture.h"
+#include "support/Coroutines.h"
+#include "support/NeededPrograms.h"
+#include "support/PrivateSoundServer.h"
+#include "support/RecordedSound.h"
+#include "support/Signals.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <cmath>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+int threadCount()
+{
+    return static_cast<int>(
+        QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
+}
+
+} // namespace
+
+class PulseMicrophoneSessionTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
+    std::unique_ptr<PrivateSoundServer> m_server;
+    std::unique_ptr<SerialQueue> m_queue;
+    std::unique_ptr<RecordedSound> m_sound;
+    std::unique_ptr<PulseMicrophoneCapture> m_capture;
+    std::unique_ptr<MicrophoneSession> m_session;
+    std::shared_ptr<MicrophoneOutput> m_output;
+
+    /// Fills the session with the default microphone and a fresh output, as one change.
+    void configure()
+    {
+        const auto input = m_capture->makeInput(*test::waitFor(m_capture->defaultDevice()));
+        m_output = m_capture->makeOutput();
+        m_output->setSampleBufferDelegate(m_sound.get(), m_queue.get());
+        m_session->beginConfiguration();
+        for (const auto &former : m_session->inputs()) {
+            m_session->removeInput(former);
+        }
+        for (const auto &former : m_session->outputs()) {
+            m_session->removeOutput(former);
+        }
+        m_session->addInput(input);
+        m_session->addOutput(m_output);
+        m_session->commitConfiguration();
+    }
+
+    void start()
+    {
+        configure();
+        test::waitFor(m_session->startRunning());
+    }
+
+    bool hears(double frequencyHz, int rateHz, int channel, int channels) const
+    {
+        const auto frames = static_cast<std::size_t>(rateHz / 5);
+        const std::vector<float> latest = m_sound->latest(frames * static_cast<std::size_t>(channels));
+        const std::vector<float> side = channelOf(latest, channel, channels);
+        return side.size() == frames && levelOf(side) > 0.1
+            && std::abs(frequencyOf(side, rateHz) - frequencyHz) < 6;
+    }
+
+private slots:
+    void initTestCase() { LUMAPHONE_NEEDS(PrivateSoundServer::missingPrograms()); }
+
+    void init()
+    {
+        m_server = std::make_unique<PrivateSoundServer>();
+        m_queue = std::make_unique<SerialQueue>("test.samples");
+        m_sound = std::make_unique<RecordedSound>(*m_queue);
+        m_capture = std::make_unique<PulseMicrophoneCapture>(m_mainQueue);
+        m_session = m_capture->makeSession();
+    }
+
+    void cleanup()
+    {
+        m_session.reset();
+        m_output.reset();
+        m_capture.reset();
+        m_queue.reset();
+        m_sound.reset();
+        m_server.reset();
+    }
+
+    void theDeviceIsRecordedInItsOwnFormat_data()
+    {
+        QTest::addColumn<int>("rateHz");
+        QTest::addColumn<int>("channels");
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<SampleType>("type");
+        QTest::newRow("48 kHz stereo, 16 bits") << 48000 << 2 << QStringLiteral("s16le") << SampleType::Int16;
+        QTest::newRow("44.1 kHz stereo, floating point")
+            << 44100 << 2 << QStringLiteral("float32le") << SampleType::Float32;
+        QTest::newRow("96 kHz mono, 24 bits") << 96000 << 1 << QStringLiteral("s24le") << SampleType::Float32;
+        QTest::newRow("16 kHz mono, 32 bits") << 16000 << 1 << QStringLiteral("s32le") << SampleType::Float32;
+        QTest::newRow("8 kHz mono, 8 bits") << 8000 << 1 << QStringLiteral("u8") << SampleType::Int16;
+        QTest::newRow("48 kHz, six channels") << 48000 << 6 << QStringLiteral("s16be") << SampleType::Int16;
+    }
+
+    void theDeviceIsRecordedInItsOwnFormat()
+    {
+        QFETCH(int, rateHz);
+        QFETCH(const int, channels);
+        QFETCH(const QString, format);
+        QFETCH(SampleType, type);
+        m_server->addMicrophone(QStringLiteral("microphone"), rateHz, channels, format);
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        if (PrivateSoundServer::kind() == SoundServerKind::pipeWire) {
+            // Whatever the device: its server gives every sound like this.
+            QVERIFY(
+                m_server->control(
+                            {QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("sources")})
+                    .contains(QStringLiteral("microphone\tPipeWire\tfloat32le %1ch 48000Hz").arg(channels)));
+            rateHz = 48000;
+            type = SampleType::Float32;
+        }
+        start();
+        QVERIFY(m_session->isRunning());
+        const auto voice
+            = m_server->playSamples(sine(500, 0.5, 30, 48000), 48000, 1, QStringLiteral("microphone_room"));
+        QVERIFY(waitUntil([&] { return hears(500, rateHz, 0, channels); }));
+        QCOMPARE(m_sound->description(),
+            std::optional(AudioStreamDescription {static_cast<double>(rateHz), channels, type, true}));
+        QCOMPARE(m_sound->framesPerBuffer(), rateHz / 50);
+        QCOMPARE(m_sound->wrongBuffers(), std::size_t(0));
+    }
+
+    void eachChannelKeepsItsOwnSound()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"), 48000, 2);
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        start();
+        const auto voices
+            = m_server->playSamples(interleaved(sine(400, 0.5, 30, 48000), sine(900, 0.25, 30, 48000)), 48000,
+                2, QStringLiteral("microphone_room"));
+        QVERIFY(waitUntil([&] { return hears(400, 48000, 0, 2) && hears(900, 48000, 1, 2); }));
+        const std::vector<float> latest = m_sound->latest(std::size_t(48000 / 5 * 2));
+        QVERIFY(std::abs(levelOf(channelOf(latest, 0, 2)) - 0.5 / std::sqrt(2.0)) < 0.01);
+        QVERIFY(std::abs(levelOf(channelOf(latest, 1, 2)) - 0.25 / std::sqrt(2.0)) < 0.01);
+    }
+
+    void anUnpluggedDeviceEndsTheSessionOnce()
+    {
+        const std::vector<int> modules = m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->addMicrophone(QStringLiteral("other"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        start();
+        QVERIFY(waitUntil([&] { return m_sound->buffers() > 0; }));
+        m_server->unloadModule(modules.back());
+        QVERIFY(waitUntil([&] { return !m_sound->errors().isEmpty(); }));
+        QVERIFY(!m_session->isRunning());
+        m_session->stopRunning();
+        QCOMPARE(m_sound->errors().size(), 1);
+        QVERIFY2(m_sound->errors().front().endsWith(QStringLiteral("已中斷連線。")),
+            qPrintable(m_sound->errors().front()));
+        // The next start takes the device that is there.
+        m_server->setDefaultMicrophone(QStringLiteral("other"));
+        start();
+        const std::size_t buffers = m_sound->buffers();
+        QVERIFY(waitUntil([&] { return m_sound->buffers() > buffers; }));
+    }
+
+    void aKilledServerEndsTheSessionOnceAndTheNextStartWorks()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        start();
+        m_server->kill();
+        QVERIFY(waitUntil([&] { return !m_sound->errors().isEmpty(); }));
+        QCOMPARE(m_sound->errors(),
+            QStringList {QStringLiteral("與聲音伺服器的連線已中斷：Connection terminated")});
+        QVERIFY(!m_session->isRunning());
+        m_server->start();
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        start();
+        const std::size_t buffers = m_sound->buffers();
+        QVERIFY(waitUntil([&] { return m_sound->buffers() > buffers; }));
+        QCOMPARE(m_sound->errors().size(), 1);
+    }
+
+    void aDeviceThatGoesBeforeTheStartIsAnErrorNotAnotherDevice()
+    {
+        const std::vector<int> modules = m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        configure();
+        m_server->unloadModule(modules.back());
+        m_server->addMicrophone(QStringLiteral("other"));
+        const auto error = thrownBy<CaptureServiceError>([&] { test::waitFor(m_session->startRunning()); });
+        QVERIFY(error);
+        QVERIFY2(error->errorDescription().startsWith(QStringLiteral("找不到麥克風")), error->what());
+        QVERIFY(!m_session->isRunning());
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+
+    void anotherDefaultDeviceDoesNotDisturbTheSession()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->addMicrophone(QStringLiteral("other"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        start();
+        m_server->setDefaultMicrophone(QStringLiteral("other"));
+        const auto voice
+            = m_server->playSamples(sine(500, 0.5, 30, 48000), 48000, 1, QStringLiteral("microphone_room"));
+        QVERIFY(waitUntil([&] { return hears(500, 48000, 0, 2); }));
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+
+    void afterDetachingTheDelegateHearsNothing()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        start();
+        RecordedSound second(*m_queue);
+        QVERIFY(waitUntil([&] { return m_sound->buffers() > 0; }));
+        m_output->setSampleBufferDelegate(nullptr, nullptr);
+        const std::size_t buffers = m_sound->buffers();
+        m_output->setSampleBufferDelegate(&second, m_queue.get());
+        QVERIFY(waitUntil([&] { return second.buffers() > 5; }));
+        m_output->setSampleBufferDelegate(nullptr, nullptr);
+        m_server->kill();
+        QVERIFY(waitUntil([&] { return !m_session->isRunning(); }));
+        m_session->stopRunning();
+        QCOMPARE(m_sound->buffers(), buffers);
+        QCOMPARE(m_sound->errors(), QStringList());
+        QCOMPARE(second.errors(), QStringList());
+    }
+
+    void startingTwiceLeavesOneInputAndOneOutput()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        start();
+        start();
+        QCOMPARE(m_session->inputs().size(), std::size_t(1));
+        QCOMPARE(m_session->outputs().size(), std::size_t(1));
+        QVERIFY(waitUntil([&] { return m_server->recordings().size() == 1; }));
+        const std::size_t buffers = m_sound->buffers();
+        QVERIFY(waitUntil([&] { return m_sound->buffers() > buffers; }));
+        test::waitFor(m_session->startRunning());
+        QCOMPARE(m_server->recordings().size(), std::size_t(1));
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+
+    void anEmptySessionCannotRun()
+    {
+        QVERIFY(thrownBy<CaptureServiceError>([&] { test::waitFor(m_session->startRunning()); }));
+        QVERIFY(!m_session->isRunning());
+        m_session->stopRunning();
+    }
+
+    void aRemovedInputIsNoLongerRecorded()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        start();
+        m_session->removeInput(m_session->inputs().front());
+        QVERIFY(!m_session->isRunning());
+        QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
+    }
+
+    void aStuckServerDelaysNoStop()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        start();
+        m_server->freeze();
+        QElapsedTimer timer;
+        timer.start();
+        m_session->stopRunning();
+        const qint64 runningMs = timer.restart();
+        // A session that is being opened stops as promptly, and its start ends.
+        QCoro::Task<> opening = m_session->startRunning();
+        QVERIFY(m_session->isRunning());
+        m_session->stopRunning();
+        const qint64 openingMs = timer.elapsed();
+        QVERIFY(thrownBy<CaptureServiceError>([&] { test::waitFor(std::move(opening)); }));
+        m_server->thaw();
+        qInfo("Stopping took %lld ms while recording, %lld ms while opening.", runningMs, openingMs);
+        QVERIFY(runningMs < 500 && openingMs < 500);
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+
+    void fiftySessionsLeaveNeitherThreadsNorStreams()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        start();
+        m_session->stopRunning();
+        const int threads = threadCount();
+        for (int i = 0; i < 50; ++i) {
+            start();
+            m_session->stopRunning();
+            QVERIFY(!m_session->isRunning());
+        }
+        QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
+        QVERIFY(waitUntil([&] { return threadCount() == threads; }));
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(PulseMicrophoneSessionTest)
+#include "PulseMicrophoneSessionTest.moc"

@@ -1,0 +1,496 @@
+#include "platform/sound/PulseScreenAudioStream.h"
+
+#include "platform/sound/PulseScreenAudioCapture.h"
+#include "support/Coroutines.h"
+#include "support/NeededPrograms.h"
+#include "support/PrivateSoundServer.h"
+#include "support/RecordedSound.h"
+#include "support/Signals.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int captureRateHz = 16000;
+constexpr std::size_t windowFrames = 320;
+
+ScreenStreamConfiguration configuration()
+{
+    ScreenStreamConfiguration wanted;
+    wanted.capturesAudio = true;
+    wanted.excludesCurrentProcessAudio = true;
+    wanted.sampleRateHz = captureRateHz;
+    wanted.channelCount = 1;
+    return wanted;
+}
+
+int threadCount()
+{
+    return static_cast<int>(
+        QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
+}
+
+/// The pitch of each window of 20 ms that is not silent.
+std::vector<double> pitches(const std::vector<float> &samples)
+{
+    std::vector<double> heard;
+    for (std::size_t first = 0; first + windowFrames <= samples.size(); first += windowFrames) {
+        const std::span<const float> window(samples.data() + first, windowFrames);
+        if (levelOf(window) > 0.2) {
+            heard.push_back(frequencyOf(window, captureRateHz));
+        }
+    }
+    return heard;
+}
+
+} // namespace
+
+class PulseScreenAudioStreamTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
+    std::unique_ptr<PrivateSoundServer> m_server;
+    std::unique_ptr<SerialQueue> m_queue;
+    std::unique_ptr<RecordedSound> m_sound;
+    std::unique_ptr<PulseScreenAudioStream> m_stream;
+
+    std::unique_ptr<PulseScreenAudioStream> makeStream(const QString &output, PulseOptions options = {})
+    {
+        auto stream = std::make_unique<PulseScreenAudioStream>(
+            m_mainQueue, options, CaptureDisplay {output, output}, configuration(), *m_sound);
+        stream->addStreamOutput(*m_sound, SampleBufferType::Screen, *m_queue);
+        stream->addStreamOutput(*m_sound, SampleBufferType::Audio, *m_queue);
+        return stream;
+    }
+
+    void startOn(const QString &output)
+    {
+        m_stream = makeStream(output);
+        test::waitFor(m_stream->startCapture());
+    }
+
+    /// Whether the last 100 ms are a tone of this pitch.
+    bool hears(double frequencyHz) const
+    {
+        const std::vector<float> latest = m_sound->latest(captureRateHz / 10);
+        return latest.size() == captureRateHz / 10 && levelOf(latest) > 0.2
+            && std::abs(frequencyOf(latest, captureRateHz) - frequencyHz) < 15;
+    }
+
+    /// The names of the sources that are being recorded, not of those that are only held ready.
+    QStringList recordedSources() const
+    {
+        QStringList names;
+        for (const SoundRecording &recording : m_server->recordings()) {
+            if (!recording.isPaused) {
+                names << recording.source;
+            }
+        }
+        return names;
+    }
+
+private slots:
+    void initTestCase() { LUMAPHONE_NEEDS(PrivateSoundServer::missingPrograms()); }
+
+    void init()
+    {
+        m_server = std::make_unique<PrivateSoundServer>();
+        m_queue = std::make_unique<SerialQueue>("test.samples");
+        m_sound = std::make_unique<RecordedSound>(*m_queue);
+    }
+
+    void cleanup()
+    {
+        m_stream.reset();
+        m_queue.reset();
+        m_sound.reset();
+        m_server.reset();
+    }
+
+    void aToneArrivesWithItsPitchAndLevel()
+    {
+        m_server->addOutput(QStringLiteral("speakers"), 48000, 2);
+        startOn(QStringLiteral("speakers"));
+        const auto tone = sine(440, 0.5, 4, 48000);
+        const auto playback = m_server->playSamples(interleaved(tone, tone), 48000, 2);
+        QVERIFY(waitUntil([&] { return hears(440); }));
+        m_sound->clear();
+        QVERIFY(waitUntil([&] { return m_sound->sampleCount() >= captureRateHz; }));
+        const std::vector<float> heard = m_sound->latest(captureRateHz);
+        QVERIFY2(std::abs(frequencyOf(heard, captureRateHz) - 440) < 2,
+            qPrintable(QString::number(frequencyOf(heard, captureRateHz))));
+        QVERIFY2(std::abs(levelOf(heard) - 0.5 / std::sqrt(2.0)) < 0.01,
+            qPrintable(QString::number(levelOf(heard))));
+        QCOMPARE(m_sound->description(),
+            std::optional(AudioStreamDescription {16000, 1, SampleType::Int16, true}));
+        QCOMPARE(m_sound->framesPerBuffer(), 320);
+        QCOMPARE(m_sound->wrongBuffers(), std::size_t(0));
+        QCOMPARE(m_sound->pictures(), std::size_t(0));
+        QCOMPARE(m_stream->droppedBuffers(), std::size_t(0));
+        test::waitFor(m_stream->stopCapture());
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+
+    void soundOfTheWantedFormatArrivesSampleForSample()
+    {
+        if (PrivateSoundServer::kind() == SoundServerKind::pipeWire) {
+            QSKIP("PipeWire works at a rate and in a format of its own.");
+        }
+        m_server->addOutput(QStringLiteral("speakers"), captureRateHz, 1);
+        startOn(QStringLiteral("speakers"));
+        // Every value differs from its neighbours, and none is silent.
+        std::vector<qint16> played(captureRateHz * 2);
+        for (std::size_t i = 0; i < played.size(); ++i) {
+            played[i] = static_cast<qint16>(1 + (i * 7919) % 32000);
+        }
+        const auto playback = m_server->playSamples(played, captureRateHz, 1);
+        QVERIFY(waitUntil([&] { return playback.isFinished(); }));
+        QVERIFY(waitUntil([&] { return m_sound->latest(320) == std::vector<float>(320, 0); }));
+        std::vector<qint16> heard;
+        for (const float sample : m_sound->samples()) {
+            if (sample != 0) {
+                heard.push_back(static_cast<qint16>(std::lround(sample * 32768)));
+            }
+        }
+        // The server may have let some moments pass while it took the new sound in.
+        const auto first = std::find(played.begin(), played.end(), heard.empty() ? qint16(0) : heard.front());
+        QVERIFY2(
+            first - played.begin() < captureRateHz / 10, qPrintable(QString::number(first - played.begin())));
+        QVERIFY(heard == std::vector(first, played.end()));
+    }
+
+    void humanSpeechArrivesWhole()
+    {
+        m_server->addOutput(QStringLiteral("speakers"), captureRateHz, 1);
+        const QStringList files = PrivateSoundServer::speechFiles();
+        QVERIFY(files.size() > 1);
+        QFile file(files.at(1));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray wave = file.readAll();
+        std::vector<float> spoken;
+        for (qsizetype offset = 44; offset + 1 < wave.size(); offset += 2) {
+            qint16 sample = 0;
+            std::memcpy(&sample, wave.constData() + offset, 2);
+            spoken.push_back(static_cast<float>(sample) / 32768.0F);
+        }
+        startOn(QStringLiteral("speakers"));
+        const auto playback = m_server->play(file.fileName());
+        QVERIFY(waitUntil([&] { return playback.isFinished(); }, 30000));
+        const auto energyOf = [](const std::vector<float> &samples) {
+            return std::pow(levelOf(samples), 2) * static_cast<double>(samples.size());
+        };
+        const double played = energyOf(spoken);
+        QVERIFY(waitUntil([&] { return energyOf(m_sound->samples()) > played * 0.99; }));
+        QVERIFY(energyOf(m_sound->samples()) < played * 1.01);
+    }
+
+    void anIdleOutputIsSilentAndNothingElseIsHeard()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultOutput(QStringLiteral("speakers"));
+        const auto voice
+            = m_server->playSamples(sine(440, 0.5, 30, 48000), 48000, 1, QStringLiteral("microphone_room"));
+        startOn(QStringLiteral("speakers"));
+        QVERIFY(waitUntil([&] { return m_sound->sampleCount() >= captureRateHz; }));
+        QCOMPARE(levelOf(m_sound->samples()), 0.0);
+        QVERIFY(recordedSources().contains(QStringLiteral("speakers.monitor")));
+        QVERIFY(!recordedSources().contains(QStringLiteral("microphone")));
+    }
+
+    void aChangedDefaultIsFollowedWithLittleLoss_data()
+    {
+        QTest::addColumn<int>("ahead");
+        QTest::newRow("a player with half a second in store") << 500;
+        QTest::newRow("a player with two seconds in store") << 2000;
+    }
+
+    void aChangedDefaultIsFollowedWithLittleLoss()
+    {
+        QFETCH(int, ahead);
+        // Outputs that work ahead and take back what they have not played yet, as hardware does.
+        for (const QString &output :
+            {QStringLiteral("speakers rate=44100"), QStringLiteral("headphones rate=48000")}) {
+            m_server->loadModule(QStringLiteral("module-null-sink"), {QStringLiteral("sink_name=") + output});
+        }
+        m_server->setDefaultOutput(QStringLiteral("speakers"));
+        startOn(QStringLiteral("speakers"));
+        constexpr double fromHz = 500;
+        constexpr double toHz = 5500;
+        constexpr double slope = 1000; // Hz per second
+        const auto playback = m_server->playSamples(sweep(fromHz, toHz, 0.5, (toHz - fromHz) / slope, 48000),
+            48000, 1, {}, std::chrono::milliseconds(ahead));
+        const auto reached = [&](double pitch) {
+            const std::vector<double> heard = pitches(m_sound->samples());
+            return !heard.empty() && heard.back() >= pitch;
+        };
+        QVERIFY(waitUntil([&] { return reached(1500); }));
+        m_server->setDefaultOutput(QStringLiteral("headphones"));
+        QVERIFY(waitUntil(
+            [&] { return recordedSources() == QStringList {QStringLiteral("headphones.monitor")}; }));
+        QVERIFY(waitUntil([&] { return reached(3500); }));
+        m_server->setDefaultOutput(QStringLiteral("speakers"));
+        QVERIFY(waitUntil([&] { return reached(5400); }));
+
+        // Every moment of the sweep is known by its pitch: what is missing leaves a jump.
+        const std::vector<double> heard = pitches(m_sound->samples());
+        QVERIFY2(heard.front() < 1000, qPrintable(QString::number(heard.front())));
+        double longestJump = 0;
+        double againSeconds = 0;
+        double highest = heard.front();
+        for (const double pitch : heard) {
+            longestJump = std::max(longestJump, pitch - highest);
+            againSeconds += highest - pitch > 0.1 * slope ? 0.02 : 0;
+            highest = std::max(highest, pitch);
+        }
+        const double lostSeconds
+            = (heard.back() - heard.front()) / slope - static_cast<double>(heard.size() - 1) * 0.02;
+        qInfo("Two changes of output: %.0f ms lost, the longest gap is %.0f ms, %.0f ms heard again.",
+            lostSeconds * 1000, longestJump / slope * 1000, againSeconds * 1000);
+        QVERIFY(longestJump / slope <= 0.5);
+        QVERIFY(lostSeconds <= 0.5);
+        // A stream that PipeWire moves goes back a little.
+        const double mayBeHeardAgain = PrivateSoundServer::kind() == SoundServerKind::pipeWire ? 0.5 : 0.2;
+        QVERIFY2(againSeconds <= mayBeHeardAgain, qPrintable(QString::number(againSeconds)));
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+
+    void onlyAChangedDefaultReopensTheRecording()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        m_server->addOutput(QStringLiteral("headphones"));
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultOutput(QStringLiteral("speakers"));
+        startOn(QStringLiteral("speakers"));
+        const auto ownRecording = [&] {
+            const std::vector<SoundRecording> recordings = m_server->recordings();
+            const auto running = std::find_if(recordings.begin(), recordings.end(),
+                [](const SoundRecording &recording) { return !recording.isPaused; });
+            return running == recordings.end() ? -1 : running->index;
+        };
+        const int before = ownRecording();
+        QVERIFY(before >= 0);
+        auto other = makeStream(QStringLiteral("speakers"));
+        test::waitFor(other->startCapture());
+        m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        m_server->setDefaultMicrophone(QStringLiteral("headphones.monitor"));
+        m_server->control(
+            {QStringLiteral("set-sink-volume"), QStringLiteral("headphones"), QStringLiteral("50%")});
+        const auto tone = m_server->playSamples(sine(440, 0.5, 3, 48000), 48000, 1);
+        QVERIFY(waitUntil([&] { return hears(440); }));
+        QCOMPARE(ownRecording(), before);
+        // The events have been seen: a real change still is.
+        m_server->setDefaultOutput(QStringLiteral("headphones"));
+        QVERIFY(waitUntil([&] { return ownRecording() != before; }));
+    }
+
+    void theNextOutputIsRecordedWhenTheCurrentOneVanishes()
+    {
+        const int headphones = m_server->addOutput(QStringLiteral("headphones"));
+        m_server->addOutput(QStringLiteral("speakers"));
+        m_server->setDefaultOutput(QStringLiteral("headphones"));
+        startOn(QStringLiteral("headphones"));
+        m_server->unloadModule(headphones);
+        const auto tone
+            = m_server->playSamples(sine(700, 0.5, 20, 48000), 48000, 1, QStringLiteral("speakers"));
+        QVERIFY(waitUntil([&] { return hears(700); }));
+        QCOMPARE(m_sound->errors(), QStringList());
+        QCOMPARE(recordedSources(), QStringList {QStringLiteral("speakers.monitor")});
+    }
+
+    void anOutputThatComesBackUnderItsNameIsRecordedAgain()
+    {
+        const int headphones = m_server->addOutput(QStringLiteral("headphones"));
+        const int speakers = m_server->addOutput(QStringLiteral("speakers"));
+        m_server->setDefaultOutput(QStringLiteral("headphones"));
+        startOn(QStringLiteral("headphones"));
+        m_server->unloadModule(headphones);
+        m_server->addOutput(QStringLiteral("headphones"));
+        m_server->unloadModule(speakers);
+        const auto tone
+            = m_server->playSamples(sine(700, 0.5, 20, 48000), 48000, 1, QStringLiteral("headphones"));
+        QVERIFY2(waitUntil([&] { return hears(700); }),
+            qPrintable(m_sound->errors().join(u' ') + recordedSources().join(u' ')));
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+
+    void withoutAnotherOutputTheCaptureEndsOnce()
+    {
+        const int speakers = m_server->addOutput(QStringLiteral("speakers"));
+        startOn(QStringLiteral("speakers"));
+        m_server->unloadModule(speakers);
+        QVERIFY(waitUntil([&] { return !m_sound->errors().isEmpty(); }));
+        QCOMPARE(m_sound->errors(), QStringList {QStringLiteral("已經沒有任何聲音輸出。")});
+        m_server->addOutput(QStringLiteral("new_speakers"));
+        test::waitFor(m_stream->stopCapture());
+        QCOMPARE(m_sound->errors().size(), 1);
+        startOn(QStringLiteral("new_speakers"));
+        QVERIFY(waitUntil([&] { return m_sound->buffers() > 0; }));
+    }
+
+    void aKilledServerEndsTheCaptureOnceAndTheNextStartWorks()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        startOn(QStringLiteral("speakers"));
+        QVERIFY(waitUntil([&] { return m_sound->buffers() > 0; }));
+        m_server->kill();
+        QVERIFY(waitUntil([&] { return !m_sound->errors().isEmpty(); }));
+        QCOMPARE(m_sound->errors(),
+            QStringList {QStringLiteral("與聲音伺服器的連線已中斷：Connection terminated")});
+        const auto refused = thrownBy<CaptureServiceError>([&] { test::waitFor(m_stream->startCapture()); });
+        QVERIFY(refused);
+        QCOMPARE(refused->errorDescription(), QStringLiteral("無法連線到聲音伺服器：Connection refused"));
+        test::waitFor(m_stream->stopCapture());
+        m_server->start();
+        m_server->addOutput(QStringLiteral("speakers"));
+        startOn(QStringLiteral("speakers"));
+        m_sound->clear();
+        const auto tone = m_server->playSamples(sine(440, 0.5, 20, 48000), 48000, 1);
+        QVERIFY(waitUntil([&] { return hears(440); }));
+        QCOMPARE(m_sound->errors().size(), 1);
+    }
+
+    void aStuckServerDelaysNeitherStopNorDestruction()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        startOn(QStringLiteral("speakers"));
+        m_server->freeze();
+        QElapsedTimer timer;
+        timer.start();
+        test::waitFor(m_stream->stopCapture());
+        m_stream = makeStream(QStringLiteral("speakers"));
+        // The waiting start ends when the stream goes.
+        QCoro::Task<> start = m_stream->startCapture();
+        m_stream.reset();
+        QVERIFY(thrownBy<CaptureServiceError>([&] { test::waitFor(std::move(start)); }));
+        const qint64 elapsedMs = timer.elapsed();
+        m_server->thaw();
+        QVERIFY2(elapsedMs < 1000, qPrintable(QString::number(elapsedMs)));
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+
+    void aStuckServerFailsTheStartAfterTheLimit()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        m_server->freeze();
+        PulseOptions options;
+        options.timeLimit = 500ms;
+        m_stream = makeStream(QStringLiteral("speakers"), options);
+        QElapsedTimer timer;
+        timer.start();
+        const auto error = thrownBy<CaptureServiceError>([&] { test::waitFor(m_stream->startCapture()); });
+        const qint64 elapsedMs = timer.elapsed();
+        m_server->thaw();
+        QVERIFY(error);
+        QCOMPARE(error->errorDescription(), QStringLiteral("聲音伺服器沒有回應：Timeout"));
+        QVERIFY2(elapsedMs >= 500 && elapsedMs < 2500, qPrintable(QString::number(elapsedMs)));
+        QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
+    }
+
+    void anOutputThatIsNotThereIsAnErrorNotAnotherOutput()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        m_stream = makeStream(QStringLiteral("headphones"));
+        const auto error = thrownBy<CaptureServiceError>([&] { test::waitFor(m_stream->startCapture()); });
+        QVERIFY(error);
+        QCOMPARE(error->errorDescription(), QStringLiteral("找不到聲音輸出「headphones」。"));
+        QVERIFY(m_server->recordings().empty());
+        QCOMPARE(m_sound->errors(), QStringList());
+        test::waitFor(m_stream->stopCapture());
+    }
+
+    void aConfigurationWithoutSoundCannotBeCaptured_data()
+    {
+        QTest::addColumn<bool>("capturesAudio");
+        QTest::addColumn<int>("rateHz");
+        QTest::addColumn<int>("channels");
+        QTest::newRow("no audio wanted") << false << 16000 << 1;
+        QTest::newRow("no rate") << true << 0 << 1;
+        QTest::newRow("no channel") << true << 16000 << 0;
+    }
+
+    void aConfigurationWithoutSoundCannotBeCaptured()
+    {
+        QFETCH(const bool, capturesAudio);
+        QFETCH(const int, rateHz);
+        QFETCH(const int, channels);
+        m_server->addOutput(QStringLiteral("speakers"));
+        ScreenStreamConfiguration wanted = configuration();
+        wanted.capturesAudio = capturesAudio;
+        wanted.sampleRateHz = rateHz;
+        wanted.channelCount = channels;
+        PulseScreenAudioCapture capture(m_mainQueue);
+        const auto stream = capture.makeStream(
+            {{QStringLiteral("speakers"), QStringLiteral("Speakers")}}, wanted, *m_sound);
+        QVERIFY(thrownBy<CaptureServiceError>([&] { test::waitFor(stream->startCapture()); }));
+    }
+
+    void outputsAreAddedAndRemovedOnce()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        startOn(QStringLiteral("speakers"));
+        QVERIFY(thrownBy<CaptureServiceError>(
+            [&] { m_stream->addStreamOutput(*m_sound, SampleBufferType::Audio, *m_queue); }));
+        QVERIFY(thrownBy<CaptureServiceError>(
+            [&] { m_stream->addStreamOutput(*m_sound, SampleBufferType::Screen, *m_queue); }));
+        QVERIFY(waitUntil([&] { return m_sound->buffers() > 0; }));
+        m_stream->removeStreamOutput(*m_sound, SampleBufferType::Screen);
+        m_stream->removeStreamOutput(*m_sound, SampleBufferType::Audio);
+        const std::size_t buffers = m_sound->buffers();
+        QVERIFY(thrownBy<CaptureServiceError>(
+            [&] { m_stream->removeStreamOutput(*m_sound, SampleBufferType::Audio); }));
+        // Another stream proves that sound still flows.
+        RecordedSound otherSound(*m_queue);
+        PulseScreenAudioStream other(
+            m_mainQueue, {}, {QStringLiteral("speakers"), {}}, configuration(), otherSound);
+        other.addStreamOutput(otherSound, SampleBufferType::Audio, *m_queue);
+        test::waitFor(other.startCapture());
+        QVERIFY(waitUntil([&] { return otherSound.buffers() > 5; }));
+        QCOMPARE(m_sound->buffers(), buffers);
+        test::waitFor(m_stream->stopCapture());
+    }
+
+    void stoppingTwiceOrBeforeAStartIsFine()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        m_stream = makeStream(QStringLiteral("speakers"));
+        test::waitFor(m_stream->stopCapture());
+        test::waitFor(m_stream->stopCapture());
+        startOn(QStringLiteral("speakers"));
+        QVERIFY(thrownBy<CaptureServiceError>([&] { test::waitFor(m_stream->startCapture()); }));
+        test::waitFor(m_stream->stopCapture());
+        test::waitFor(m_stream->stopCapture());
+        QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
+    }
+
+    void fiftyCapturesLeaveNeitherThreadsNorStreams()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        startOn(QStringLiteral("speakers"));
+        test::waitFor(m_stream->stopCapture());
+        const int threads = threadCount();
+        for (int i = 0; i < 50; ++i) {
+            startOn(QStringLiteral("speakers"));
+            QCOMPARE(m_server->recordings().size(), std::size_t(1));
+            test::waitFor(m_stream->stopCapture());
+        }
+        QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
+        QVERIFY(waitUntil([&] { return threadCount() == threads; }));
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(PulseScreenAudioStreamTest)
+#include "PulseScreenAudioStreamTest.moc"

@@ -1,0 +1,122 @@
+#include "platform/sound/RecordingThread.h"
+
+#include "platform/CaptureServiceError.h"
+#include "support/Coroutines.h"
+
+#include <QTest>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+void waitForStop(const std::stop_token &stop)
+{
+    std::mutex mutex;
+    std::condition_variable_any changed;
+    std::unique_lock lock(mutex);
+    changed.wait(lock, stop, [] { return false; });
+}
+
+QCoro::Task<> waitingFor(Completion<> completion)
+{
+    co_await completion;
+}
+
+} // namespace
+
+class RecordingThreadTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
+
+private slots:
+    void aStartedRecordingIsStoppedWithoutAFailure()
+    {
+        std::atomic<int> failures {0};
+        RecordingThread recording(
+            m_mainQueue,
+            [](const std::stop_token &stop, const std::function<void()> &hasStarted) {
+                hasStarted();
+                waitForStop(stop);
+                throw CaptureServiceError(QStringLiteral("cancelled"));
+            },
+            [&](const std::exception_ptr &) { ++failures; });
+        test::waitFor(waitingFor(recording.started()));
+        test::waitFor(waitingFor(recording.started()));
+        QVERIFY(!recording.hasEnded());
+        recording.requestStop();
+        test::waitFor(waitingFor(recording.ended()));
+        test::waitFor(waitingFor(recording.ended()));
+        QVERIFY(recording.hasEnded());
+        QCOMPARE(failures.load(), 0);
+    }
+
+    void anErrorBeforeTheStartGoesToWhoWaitsForTheStart()
+    {
+        std::atomic<int> failures {0};
+        RecordingThread recording(
+            m_mainQueue,
+            [](const std::stop_token &, const std::function<void()> &) {
+                throw CaptureServiceError(QStringLiteral("no such device"));
+            },
+            [&](const std::exception_ptr &) { ++failures; });
+        const auto error
+            = thrownBy<CaptureServiceError>([&] { test::waitFor(waitingFor(recording.started())); });
+        QVERIFY(error);
+        QCOMPARE(error->errorDescription(), QStringLiteral("no such device"));
+        test::waitFor(waitingFor(recording.ended()));
+        QCOMPARE(failures.load(), 0);
+    }
+
+    void anErrorAfterTheStartIsAFailureTheRecordingHasEndedThen()
+    {
+        std::atomic<bool> mayFail {false};
+        QString text;
+        RecordingThread *told = nullptr;
+        bool hadEnded = false;
+        RecordingThread recording(
+            m_mainQueue,
+            [&](const std::stop_token &, const std::function<void()> &hasStarted) {
+                hasStarted();
+                mayFail.wait(false);
+                throw CaptureServiceError(QStringLiteral("unplugged"));
+            },
+            [&](const std::exception_ptr &error) {
+                text = localizedDescription(error);
+                hadEnded = told->hasEnded();
+            });
+        told = &recording;
+        test::waitFor(waitingFor(recording.started()));
+        mayFail = true;
+        mayFail.notify_all();
+        test::waitFor(waitingFor(recording.ended()));
+        QCOMPARE(text, QStringLiteral("unplugged"));
+        QVERIFY(hadEnded);
+    }
+
+    void aStopWhileOpeningEndsTheWaitForTheStart()
+    {
+        auto recording = std::make_unique<RecordingThread>(
+            m_mainQueue,
+            [](const std::stop_token &stop, const std::function<void()> &) {
+                waitForStop(stop);
+                throw CaptureServiceError(QStringLiteral("cancelled"));
+            },
+            [](const std::exception_ptr &) { qFatal("not started"); });
+        const Completion<> started = recording->started();
+        recording.reset();
+        const auto error = thrownBy<CaptureServiceError>([&] { test::waitFor(waitingFor(started)); });
+        QVERIFY(error);
+        QCOMPARE(error->errorDescription(), QStringLiteral("cancelled"));
+    }
+};
+
+QTEST_GUILESS_MAIN(RecordingThreadTest)
+#include "RecordingThreadTest.moc"
