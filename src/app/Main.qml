@@ -48,10 +48,12 @@ ApplicationWindow {
         onLeaveWanted: window.leave()
     }
 
-    // Models may have come or gone in a terminal.
+    // Models and terms may have come or gone in a terminal.
     onActiveChanged: {
-        if (active)
+        if (active) {
             window.modelOffer?.refresh();
+            window.glossary?.refresh();
+        }
     }
 
     onVisibleChanged: {

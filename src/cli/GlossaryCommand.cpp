@@ -91,13 +91,14 @@ ExitStatus runGlossarySetEnabled(
     if (complained(store, streams)) {
         return exitFailure;
     }
-    QList<LumaphoneGlossaryTerm> found = termsNamed(command.source, store);
+    const QList<LumaphoneGlossaryTerm> found = termsNamed(command.source, store);
     if (found.isEmpty()) {
         return notFound(command.source, streams);
     }
-    for (LumaphoneGlossaryTerm &term : found) {
+    for (const LumaphoneGlossaryTerm &former : found) {
+        LumaphoneGlossaryTerm term = former;
         term.isEnabled = command.isEnabled;
-        store.update(term);
+        store.replace(former, term);
     }
     return complained(store, streams) ? exitFailure : exitSuccess;
 }

@@ -2,6 +2,7 @@
 
 #include "base/AtomicFile.h"
 #include "base/ExportFile.h"
+#include "base/FileLock.h"
 #include "base/Text.h"
 #include "glossary/GlossaryImport.h"
 #include "glossary/GlossaryYaml.h"
@@ -21,6 +22,41 @@ namespace {
 QString mergeKey(const QString &source)
 {
     return text::canonicalForm(text::lowercased(source));
+}
+
+/// Of terms with one identity all but the first get another, the same at every reading.
+QList<LumaphoneGlossaryTerm> withOwnIdentities(QList<LumaphoneGlossaryTerm> terms)
+{
+    QSet<QUuid> taken;
+    for (LumaphoneGlossaryTerm &term : terms) {
+        const QUuid given = term.id;
+        for (int attempt = 2; taken.contains(term.id); ++attempt) {
+            term.id = QUuid::createUuidV5(given, QString::number(attempt));
+        }
+        taken.insert(term.id);
+    }
+    return terms;
+}
+
+/// Where the term that was `wanted` stands, also if its identity or its fields were changed elsewhere; -1 if
+/// it is gone.
+qsizetype indexOf(const LumaphoneGlossaryTerm &wanted, const QList<LumaphoneGlossaryTerm> &terms)
+{
+    const auto isSameButForIdentity = [&wanted](LumaphoneGlossaryTerm candidate) {
+        candidate.id = wanted.id;
+        return candidate == wanted;
+    };
+    const auto hasItsIdentity = [&wanted](const LumaphoneGlossaryTerm &candidate) {
+        return candidate.id == wanted.id;
+    };
+    auto found = std::find(terms.cbegin(), terms.cend(), wanted);
+    if (found == terms.cend()) {
+        found = std::find_if(terms.cbegin(), terms.cend(), isSameButForIdentity);
+    }
+    if (found == terms.cend()) {
+        found = std::find_if(terms.cbegin(), terms.cend(), hasItsIdentity);
+    }
+    return found == terms.cend() ? -1 : found - terms.cbegin();
 }
 
 } // namespace
@@ -51,7 +87,8 @@ QString LumaphoneGlossaryStore::glossaryPath() const
 
 void LumaphoneGlossaryStore::load()
 {
-    m_lastLoadFailed = false;
+    m_unsaved.clear();
+    m_knownBytes.reset();
     try {
         createFolder(m_rootPath);
         const auto bytes = readFile(glossaryPath());
@@ -59,38 +96,66 @@ void LumaphoneGlossaryStore::load()
             publish({}, m_lastErrorMessage);
             return;
         }
-        publish(LumaphoneGlossaryDocument::decoded(json::parse(*bytes)).terms, std::nullopt);
+        publish(
+            withOwnIdentities(LumaphoneGlossaryDocument::decoded(json::parse(*bytes)).terms), std::nullopt);
+        m_knownBytes = bytes;
     } catch (const LocalizedError &error) {
-        m_lastLoadFailed = true;
         publish({}, error.errorDescription());
+    }
+}
+
+void LumaphoneGlossaryStore::refresh()
+{
+    if (const Reading reading = read(); reading.isOfOthers && m_unsaved.empty()) {
+        load();
     }
 }
 
 void LumaphoneGlossaryStore::add(const LumaphoneGlossaryTerm &term)
 {
-    QList<LumaphoneGlossaryTerm> terms = m_terms;
-    terms.append(term.cleaned());
-    keep(terms);
+    make([cleaned = term.cleaned()](Terms &terms) {
+        terms.append(cleaned);
+        return true;
+    });
 }
 
 void LumaphoneGlossaryStore::update(const LumaphoneGlossaryTerm &term)
 {
-    const auto found = std::find_if(
-        m_terms.cbegin(), m_terms.cend(), [&](const auto &candidate) { return candidate.id == term.id; });
-    if (found == m_terms.cend()) {
-        return;
-    }
-    QList<LumaphoneGlossaryTerm> terms = m_terms;
-    terms[found - m_terms.cbegin()] = term.cleaned();
-    keep(terms);
+    make([cleaned = term.cleaned()](Terms &terms) {
+        const auto found = std::find_if(
+            terms.begin(), terms.end(), [&](const auto &candidate) { return candidate.id == cleaned.id; });
+        if (found == terms.end()) {
+            return false;
+        }
+        *found = cleaned;
+        return true;
+    });
+}
+
+void LumaphoneGlossaryStore::replace(const LumaphoneGlossaryTerm &former, const LumaphoneGlossaryTerm &term)
+{
+    make([former, cleaned = term.cleaned()](Terms &terms) {
+        const qsizetype index = indexOf(former, terms);
+        if (index < 0) {
+            return false;
+        }
+        const QUuid identity = terms.at(index).id;
+        terms[index] = cleaned;
+        terms[index].id = identity;
+        return true;
+    });
 }
 
 void LumaphoneGlossaryStore::remove(const LumaphoneGlossaryTerm &term)
 {
-    QList<LumaphoneGlossaryTerm> terms = m_terms;
-    if (terms.removeOne(term)) {
-        keep(terms);
-    }
+    make([term](Terms &terms) {
+        const qsizetype index = indexOf(term, terms);
+        if (index < 0) {
+            return false;
+        }
+        terms.removeAt(index);
+        return true;
+    });
 }
 
 void LumaphoneGlossaryStore::importTerms(const QString &path)
@@ -100,18 +165,19 @@ void LumaphoneGlossaryStore::importTerms(const QString &path)
 
 void LumaphoneGlossaryStore::importTerms(const QList<LumaphoneGlossaryTerm> &imported)
 {
-    QSet<QString> known;
-    for (const LumaphoneGlossaryTerm &term : std::as_const(m_terms)) {
-        known.insert(mergeKey(term.source));
-    }
-    QList<LumaphoneGlossaryTerm> terms = m_terms;
-    for (const LumaphoneGlossaryTerm &term : imported) {
-        const LumaphoneGlossaryTerm cleaned = term.cleaned();
-        if (!known.contains(mergeKey(cleaned.source))) {
-            terms.append(cleaned);
+    make([imported](Terms &terms) {
+        QSet<QString> known;
+        for (const LumaphoneGlossaryTerm &term : std::as_const(terms)) {
+            known.insert(mergeKey(term.source));
         }
-    }
-    keep(terms);
+        for (const LumaphoneGlossaryTerm &term : imported) {
+            const LumaphoneGlossaryTerm cleaned = term.cleaned();
+            if (!known.contains(mergeKey(cleaned.source))) {
+                terms.append(cleaned);
+            }
+        }
+        return true;
+    });
 }
 
 void LumaphoneGlossaryStore::exportYAML(const QString &path) const
@@ -129,29 +195,59 @@ void LumaphoneGlossaryStore::openGlossaryFolder() const
     m_revealFile(glossaryPath());
 }
 
-void LumaphoneGlossaryStore::keep(const QList<LumaphoneGlossaryTerm> &terms)
+LumaphoneGlossaryStore::Reading LumaphoneGlossaryStore::read() const
 {
     try {
-        save(terms);
-        publish(terms, std::nullopt);
-    } catch (const LocalizedError &error) {
-        publish(terms, error.errorDescription());
+        const auto bytes = readFile(glossaryPath());
+        if (!bytes || bytes == m_knownBytes) {
+            return {.terms = m_terms};
+        }
+        return {.terms = withOwnIdentities(LumaphoneGlossaryDocument::decoded(json::parse(*bytes)).terms),
+            .isOfOthers = true};
+    } catch (const LocalizedError &) {
+        return {.terms = m_terms, .isDamaged = true};
     }
 }
 
-void LumaphoneGlossaryStore::save(const QList<LumaphoneGlossaryTerm> &terms)
+void LumaphoneGlossaryStore::make(const Change &change)
+{
+    try {
+        if (const auto terms = saved(change)) {
+            publish(*terms, std::nullopt);
+        }
+    } catch (const LocalizedError &error) {
+        Terms terms = m_terms;
+        if (change(terms)) {
+            m_unsaved.push_back(change);
+            publish(terms, error.errorDescription());
+        }
+    }
+}
+
+std::optional<LumaphoneGlossaryStore::Terms> LumaphoneGlossaryStore::saved(const Change &change)
 {
     createFolder(m_rootPath);
-    const QByteArray bytes = LumaphoneGlossaryDocument {terms}.encoded();
-    if (m_lastLoadFailed) {
+    const FileLock lock = FileLock::wait(m_rootPath + QLatin1String("/.glossary.lock"));
+    Reading reading = read();
+    if (reading.isOfOthers) {
+        for (const Change &unsaved : m_unsaved) {
+            unsaved(reading.terms);
+        }
+    }
+    if (!change(reading.terms)) {
+        return std::nullopt;
+    }
+    const QByteArray bytes = LumaphoneGlossaryDocument {reading.terms}.encoded();
+    if (reading.isDamaged) {
         keepAside(glossaryPath());
-        m_lastLoadFailed = false;
     }
     replaceFile(glossaryPath(), bytes, Durability::Flushed);
+    m_knownBytes = bytes;
+    m_unsaved.clear();
+    return reading.terms;
 }
 
-void LumaphoneGlossaryStore::publish(
-    const QList<LumaphoneGlossaryTerm> &terms, const std::optional<QString> &errorMessage)
+void LumaphoneGlossaryStore::publish(const Terms &terms, const std::optional<QString> &errorMessage)
 {
     Q_ASSERT(thread() == QThread::currentThread());
     const bool termsChange = m_terms != terms;

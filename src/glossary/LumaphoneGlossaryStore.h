@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace lumaphone {
 
@@ -15,8 +16,10 @@ namespace lumaphone {
 using FileRevealer = std::function<void(const QString &path)>;
 
 /// Owns the user's glossary and keeps it in "glossary.json". Lives on the main thread; reads and writes
-/// synchronously, so that every change is on the disk when the operation returns. A file that could not be
-/// loaded is kept beside the new one when the next change is saved.
+/// synchronously, so that every change is on the disk when the operation returns. Other processes may change
+/// the same file: a change is made, under a lock, to what stands in it at that moment. A file that could not
+/// be read is kept beside the new one when the next change is saved; one that has disappeared is written
+/// again.
 class LumaphoneGlossaryStore : public QObject
 {
     Q_OBJECT
@@ -37,13 +40,20 @@ public:
     QString glossaryPath() const;
 
     /// Reads the file again. A missing file is an empty glossary; after a failure the list is empty and
-    /// `lastErrorMessage` says why.
+    /// `lastErrorMessage` says why. Of several terms with one identity the later ones get others.
     void load();
+    /// Shows what another process has changed since. Changes nothing while the file is missing or cannot be
+    /// read.
+    void refresh();
     /// Appends a cleaned copy.
     void add(const LumaphoneGlossaryTerm &term);
     /// Replaces the first term of the same `id` by a cleaned copy; nothing happens when there is none.
     void update(const LumaphoneGlossaryTerm &term);
-    /// Removes the first term equal to this one; nothing happens when there is none.
+    /// Replaces the term that was `former` by a cleaned copy, and no other of the same `id`; nothing happens
+    /// when it is gone.
+    void replace(const LumaphoneGlossaryTerm &former, const LumaphoneGlossaryTerm &term);
+    /// Removes the first term equal to this one, or else that of its `id`; nothing happens when there is
+    /// none.
     void remove(const LumaphoneGlossaryTerm &term);
     /// Appends the terms of a JSON, YAML or CSV file whose sources are new, whatever their case. Throws
     /// what decodeTerms() throws, and changes nothing then.
@@ -60,17 +70,33 @@ signals:
     void lastErrorMessageChanged();
 
 private:
-    /// Makes `terms` the list and writes it; the list changes even if it cannot be written.
-    void keep(const QList<LumaphoneGlossaryTerm> &terms);
-    void save(const QList<LumaphoneGlossaryTerm> &terms);
-    void publish(const QList<LumaphoneGlossaryTerm> &terms, const std::optional<QString> &errorMessage);
+    using Terms = QList<LumaphoneGlossaryTerm>;
+    /// A change of the list. False if there was nothing to change.
+    using Change = std::function<bool(Terms &terms)>;
+    /// What the file holds now, or what is known of it.
+    struct Reading
+    {
+        Terms terms;
+        bool isOfOthers
+            = false; ///< another process wrote it since; without the changes that are not saved yet
+        bool isDamaged = false;
+    };
+
+    /// Makes a change in the list and in the file; the list changes even if the file cannot be written.
+    void make(const Change &change);
+    /// The list with the change, as it has been written. Throws LocalizedError. None if there was nothing to
+    /// change.
+    std::optional<Terms> saved(const Change &change);
+    Reading read() const;
+    void publish(const Terms &terms, const std::optional<QString> &errorMessage);
 
     QString m_rootPath;
     FileRevealer m_revealFile;
     UuidGenerator m_makeUuid;
     QList<LumaphoneGlossaryTerm> m_terms;
     std::optional<QString> m_lastErrorMessage;
-    bool m_lastLoadFailed = false; ///< then the file may hold what `terms` does not
+    std::optional<QByteArray> m_knownBytes; ///< of the file, as this store read or wrote it last
+    std::vector<Change> m_unsaved; ///< made in the list, but not yet in the file
 };
 
 } // namespace lumaphone

@@ -37,6 +37,15 @@ private slots:
     void aRemovedTermIsGone();
     void ofTermsOfOneIdentityTheEqualOneIsRemoved();
     void removingAnUnknownTermWritesNothing();
+    void ofTermsOfOneIdentityTheOneMeantIsReplaced();
+    void termsOfOneIdentityGetTheirOwnWhenTheyAreRead();
+    void aTermChangedElsewhereIsFoundByItsIdentity();
+
+    void changesOfAnotherStoreAreKept();
+    void whatAnotherStoreChangedIsShown();
+    void aRefreshIsNoLoadOfADamagedOrMissingFile();
+    void aListWhoseFileHasGoneIsWrittenAgain();
+    void whatCouldNotBeSavedGoesWithTheNextChange();
     void enabledTermsAreThoseThatCanBeUsed();
 
     void aFileThatCannotBeDecodedIsReported_data();
@@ -219,6 +228,120 @@ void LumaphoneGlossaryStoreTest::removingAnUnknownTermWritesNothing()
     const auto store = open();
     store->remove(preserved(QStringLiteral("a")));
     QVERIFY(glossaryFolder().isEmpty());
+}
+
+void LumaphoneGlossaryStoreTest::ofTermsOfOneIdentityTheOneMeantIsReplaced()
+{
+    const LumaphoneGlossaryTerm first = preserved(QStringLiteral("a"));
+    LumaphoneGlossaryTerm second = first;
+    second.source = QStringLiteral("b");
+    const auto store = open();
+    store->add(first);
+    store->add(second);
+    store->replace(second, test::disabled(second));
+    QCOMPARE(test::sources(store->enabledTerms()), test::strings({"a"}));
+    QCOMPARE(test::sources(store->terms()), test::strings({"a", "b"}));
+    // The same in a store that has read them.
+    const auto again = open();
+    again->replace(again->terms().back(), second);
+    QCOMPARE(test::sources(again->enabledTerms()), test::strings({"a", "b"}));
+}
+
+void LumaphoneGlossaryStoreTest::termsOfOneIdentityGetTheirOwnWhenTheyAreRead()
+{
+    const LumaphoneGlossaryTerm first = preserved(QStringLiteral("a"));
+    LumaphoneGlossaryTerm second = first;
+    second.source = QStringLiteral("b");
+    LumaphoneGlossaryTerm third = first;
+    third.source = QStringLiteral("c");
+    write(glossaryFile(), LumaphoneGlossaryDocument {{first, second, third}}.encoded());
+    const auto store = open();
+    QCOMPARE(test::sources(store->terms()), test::strings({"a", "b", "c"}));
+    QCOMPARE(store->terms()[0].id, first.id);
+    QVERIFY(store->terms()[1].id != first.id);
+    QVERIFY(store->terms()[2].id != first.id);
+    QVERIFY(store->terms()[1].id != store->terms()[2].id);
+    // Whoever reads them gives them the same.
+    QCOMPARE(open()->terms(), store->terms());
+}
+
+void LumaphoneGlossaryStoreTest::aTermChangedElsewhereIsFoundByItsIdentity()
+{
+    open()->add(preserved(QStringLiteral("a")));
+    const auto here = open();
+    const auto there = open();
+    const LumaphoneGlossaryTerm seen = here->terms().front();
+    LumaphoneGlossaryTerm renamed = seen;
+    renamed.note = QStringLiteral("a note of the other");
+    there->replace(seen, renamed);
+    here->remove(seen);
+    QVERIFY(here->terms().isEmpty());
+    QVERIFY(open()->terms().isEmpty());
+}
+
+void LumaphoneGlossaryStoreTest::changesOfAnotherStoreAreKept()
+{
+    const auto here = open();
+    const auto there = open();
+    here->add(preserved(QStringLiteral("a")));
+    there->add(preserved(QStringLiteral("b")));
+    here->replace(here->terms().front(), test::disabled(here->terms().front()));
+    QCOMPARE(test::sources(here->terms()), test::strings({"a", "b"}));
+    there->remove(here->terms().front());
+    here->importTerms(QList {preserved(QStringLiteral("B")), preserved(QStringLiteral("c"))});
+    QCOMPARE(test::sources(open()->terms()), test::strings({"b", "c"}));
+}
+
+void LumaphoneGlossaryStoreTest::whatAnotherStoreChangedIsShown()
+{
+    const auto here = open();
+    const auto there = open();
+    QSignalSpy changes(here.get(), &LumaphoneGlossaryStore::termsChanged);
+    here->refresh();
+    QCOMPARE(changes.size(), 0);
+    there->add(preserved(QStringLiteral("a")));
+    here->refresh();
+    QCOMPARE(test::sources(here->terms()), test::strings({"a"}));
+    QCOMPARE(changes.size(), 1);
+}
+
+void LumaphoneGlossaryStoreTest::aRefreshIsNoLoadOfADamagedOrMissingFile()
+{
+    const auto store = open();
+    store->add(preserved(QStringLiteral("a")));
+    write(glossaryFile(), "damaged");
+    store->refresh();
+    QCOMPARE(test::sources(store->terms()), test::strings({"a"}));
+    removeFile(glossaryFile());
+    store->refresh();
+    QCOMPARE(test::sources(store->terms()), test::strings({"a"}));
+    QVERIFY(!store->lastErrorMessage());
+}
+
+void LumaphoneGlossaryStoreTest::aListWhoseFileHasGoneIsWrittenAgain()
+{
+    const auto store = open();
+    store->add(preserved(QStringLiteral("a")));
+    QVERIFY(QDir(path("glossary")).removeRecursively());
+    store->add(preserved(QStringLiteral("b")));
+    QCOMPARE(test::sources(open()->terms()), test::strings({"a", "b"}));
+}
+
+void LumaphoneGlossaryStoreTest::whatCouldNotBeSavedGoesWithTheNextChange()
+{
+    const auto here = open();
+    const auto there = open();
+    there->add(preserved(QStringLiteral("a")));
+    QVERIFY(QDir().rename(path("glossary"), path("aside")));
+    replaceFile(path("glossary"), "a file", Durability::Renamed);
+    here->add(preserved(QStringLiteral("b")));
+    QVERIFY(here->lastErrorMessage());
+    removeFile(path("glossary"));
+    QVERIFY(QDir().rename(path("aside"), path("glossary")));
+    here->refresh();
+    QCOMPARE(test::sources(here->terms()), test::strings({"b"}));
+    here->add(preserved(QStringLiteral("c")));
+    QCOMPARE(test::sources(open()->terms()), test::strings({"a", "b", "c"}));
 }
 
 void LumaphoneGlossaryStoreTest::enabledTermsAreThoseThatCanBeUsed()

@@ -59,6 +59,11 @@ QUrl GlossarySettingsModel::exportFile() const
     return QUrl::fromLocalFile(documents + QStringLiteral("/lumaphone-glossary.yaml"));
 }
 
+void GlossarySettingsModel::refresh()
+{
+    m_store.refresh();
+}
+
 void GlossarySettingsModel::addTerm()
 {
     if (!m_newTerm.isUsable()) {
@@ -75,9 +80,10 @@ void GlossarySettingsModel::addTerm()
 void GlossarySettingsModel::toggle(int row)
 {
     if (isRow(row)) {
-        LumaphoneGlossaryTerm term = m_terms.terms()[row];
+        const LumaphoneGlossaryTerm former = m_terms.terms()[row];
+        LumaphoneGlossaryTerm term = former;
         term.isEnabled = !term.isEnabled;
-        m_store.update(term);
+        m_store.replace(former, term);
     }
 }
 
@@ -92,7 +98,8 @@ void GlossarySettingsModel::remove(int row)
 void GlossarySettingsModel::edit(int row)
 {
     if (isRow(row)) {
-        m_editingTerm.setTerm(m_terms.terms()[row]);
+        m_formerTerm = m_terms.terms()[row];
+        m_editingTerm.setTerm(m_formerTerm);
         set(m_isEditing, true, &GlossarySettingsModel::isEditingChanged);
     }
 }
@@ -100,7 +107,7 @@ void GlossarySettingsModel::edit(int row)
 void GlossarySettingsModel::saveEditedTerm()
 {
     if (m_isEditing && m_editingTerm.isUsable()) {
-        m_store.update(m_editingTerm.term());
+        m_store.replace(m_formerTerm, m_editingTerm.term());
         cancelEditing();
     }
 }
@@ -122,6 +129,7 @@ QCoro::Task<> GlossarySettingsModel::import(QList<QUrl> files)
     const QPointer<GlossarySettingsModel> self(this);
     dismissMessages();
     set(m_isImporting, true, &GlossarySettingsModel::isImportingChanged);
+    m_store.refresh();
     const qsizetype formerCount = m_store.terms().size();
     QString failure;
     try {

@@ -57,6 +57,8 @@ public:
     QString storeError() const;
     QUrl exportFile() const;
 
+    /// Shows what another program has changed since.
+    Q_INVOKABLE void refresh();
     /// Adds the new term, if it is usable, and empties its fields.
     Q_INVOKABLE void addTerm();
     // Each takes a row of the list; one that is not there is no row.
@@ -94,6 +96,7 @@ private:
     GlossaryTermListModel m_terms;
     GlossaryTermEditor m_newTerm;
     GlossaryTermEditor m_editingTerm;
+    LumaphoneGlossaryTerm m_formerTerm; ///< the edited one as it was
     bool m_isEditing = false;
     bool m_isImporting = false;
     QString m_importError;
