@@ -31,6 +31,11 @@ FileLock TranscriptIndex::lock() const
     return FileLock::wait(m_layout.index + QStringLiteral(".lock"));
 }
 
+bool TranscriptIndex::exists() const
+{
+    return QFile::exists(m_layout.index);
+}
+
 bool TranscriptIndex::hasChanged() const
 {
     return fileSignature() != m_signature;
@@ -39,6 +44,11 @@ bool TranscriptIndex::hasChanged() const
 QList<TranscriptRecordMetadata> TranscriptIndex::read()
 {
     m_signature = fileSignature();
+    return records();
+}
+
+QList<TranscriptRecordMetadata> TranscriptIndex::records() const
+{
     const std::optional<QByteArray> bytes = readFile(m_layout.index);
     if (!bytes) {
         return {};
@@ -63,8 +73,12 @@ TranscriptIndex::Rebuilt TranscriptIndex::rebuilt() const
 {
     Rebuilt result;
     QSet<QUuid> known;
+    const QString deleted = folderToBeDeleted();
     for (const QString &name :
         QDir(m_layout.sessions).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name)) {
+        if (name == deleted) {
+            continue;
+        }
         try {
             TranscriptRecordMetadata metadata
                 = TranscriptFolder(m_layout.sessions + QLatin1Char('/') + name).readMetadata();
@@ -97,10 +111,11 @@ void TranscriptIndex::finishInterruptedDeletion()
         return;
     }
     const FileLock held = lock();
-    const QString name = QString::fromUtf8(readFile(deletionNote()).value_or(QByteArray()));
-    const QList<TranscriptRecordMetadata> records = read();
+    const QString name = folderToBeDeleted();
+    // Not read(): what another process has written since is still news for whoever reads next.
+    const QList<TranscriptRecordMetadata> named = records();
     const bool isNamed = std::any_of(
-        records.begin(), records.end(), [&name](const auto &record) { return record.folderName == name; });
+        named.begin(), named.end(), [&name](const auto &record) { return record.folderName == name; });
     if (isPlainFolderName(name) && !isNamed) {
         TranscriptFolder(m_layout.sessions + QLatin1Char('/') + name).remove();
     }
@@ -117,6 +132,11 @@ QByteArray TranscriptIndex::fileSignature() const
         + QByteArray::number(static_cast<qlonglong>(status.st_size)) + ' '
         + QByteArray::number(static_cast<qlonglong>(status.st_mtim.tv_sec)) + ' '
         + QByteArray::number(static_cast<qlonglong>(status.st_mtim.tv_nsec));
+}
+
+QString TranscriptIndex::folderToBeDeleted() const
+{
+    return QString::fromUtf8(readFile(deletionNote()).value_or(QByteArray()));
 }
 
 QString TranscriptIndex::deletionNote() const

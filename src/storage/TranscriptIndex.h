@@ -21,6 +21,7 @@ public:
     /// Throws FileError.
     FileLock lock() const;
 
+    bool exists() const;
     /// Whether the file is not the one that was read or written last.
     bool hasChanged() const;
     /// The records, newest first; none without a file. Throws FileError, or TranscriptStorageError if it is
@@ -34,7 +35,8 @@ public:
         QList<TranscriptRecordMetadata> records;
         qsizetype skippedFolders = 0; ///< they hold metadata that cannot be read
     };
-    /// What the session folders say of themselves, newest first.
+    /// What the session folders say of themselves, newest first. One whose deletion was interrupted is not
+    /// among them.
     Rebuilt rebuilt() const;
 
     // A deletion takes two steps: the record leaves the index, then the folder goes. A note of the folder
@@ -46,8 +48,10 @@ public:
     void finishInterruptedDeletion();
 
 private:
+    QList<TranscriptRecordMetadata> records() const;
     QByteArray fileSignature() const;
     QString deletionNote() const;
+    QString folderToBeDeleted() const;
 
     TranscriptLibraryLayout m_layout;
     QByteArray m_signature;

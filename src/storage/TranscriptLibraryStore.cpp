@@ -135,18 +135,35 @@ void TranscriptLibraryStore::load()
     m_index.finishInterruptedDeletion();
 }
 
-/// Takes over what another process has written. A file that it has damaged is kept beside the next one.
+/// Takes over what another process has written. From a file that it has damaged, which is kept beside the
+/// next one, or removed, nothing is lost: the session folders say of themselves what they are.
 void TranscriptLibraryStore::refresh()
 {
-    if (!m_index.hasChanged()) {
+    if (m_index.exists() && !m_index.hasChanged()) {
         return;
     }
+    QList<TranscriptRecordMetadata> records;
     try {
-        setRecords(m_index.read());
-        m_search.forgetAll();
+        records = m_index.exists() ? m_index.read() : withFolders(m_records);
     } catch (const LocalizedError &) {
         keepAside(m_environment.layout.index);
+        records = withFolders(m_records);
     }
+    m_search.forgetAll();
+    setRecords(records);
+}
+
+/// The records and those of session folders that are not among them.
+QList<TranscriptRecordMetadata> TranscriptLibraryStore::withFolders(
+    QList<TranscriptRecordMetadata> records) const
+{
+    for (const TranscriptRecordMetadata &found : m_index.rebuilt().records) {
+        if (std::none_of(records.cbegin(), records.cend(), hasId(found.id))) {
+            records.append(found);
+        }
+    }
+    sortNewestFirst(records);
+    return records;
 }
 
 void TranscriptLibraryStore::rebuild(const LocalizedError &damage)

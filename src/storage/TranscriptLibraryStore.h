@@ -83,6 +83,7 @@ private:
 
     void load();
     void refresh();
+    QList<TranscriptRecordMetadata> withFolders(QList<TranscriptRecordMetadata> records) const;
     void rebuild(const LocalizedError &damage);
     const TranscriptRecordMetadata &record(const QUuid &id) const;
     TranscriptRecordMetadata newRecord(const LiveTranscript &live, const QUuid &id) const;

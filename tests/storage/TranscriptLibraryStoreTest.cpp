@@ -138,6 +138,11 @@ private slots:
     void aDamagedIndexIsRebuiltFromTheFolders();
     void aRebuiltIndexTakesFoldersAsTheyAreNamed();
     void damageWhileRunningIsKeptAside();
+    void anIndexThatDisappearsIsMadeOfMemoryAndFolders();
+    void withoutAnIndexTheNextSaveFindsTheFolders();
+    void whatIsBeingDeletedIsNotFoundAgain();
+    void recordsOfAnotherStoreSurviveTheEndOfADeletion();
+    void aSearchDuringTheNotificationFindsTheNewTexts();
     void aFailedWriteLeavesTheIndexUnchanged();
     void anUnwritableIndexIsSaid();
     void twoStoresSeeEachOthersRecords();
@@ -621,6 +626,88 @@ void TranscriptLibraryStoreTest::damageWhileRunningIsKeptAside()
     QVERIFY(fixture.onDisk() == (QList {b, a}));
     QCOMPARE(readFile(fixture.root() + QStringLiteral("/index.damaged.json")).value_or("(gone)"),
         QByteArray("damage"));
+}
+
+void TranscriptLibraryStoreTest::anIndexThatDisappearsIsMadeOfMemoryAndFolders()
+{
+    Fixture fixture;
+    fixture.open();
+    const auto other = fixture.another();
+    const auto a = fixture.saved("a");
+    const auto b = fixture.saved("b");
+    removeFile(fixture.index());
+    QVERIFY(QDir(fixture.session(a)).removeRecursively());
+    // This store knows a, whose folder has gone, and b; the other one knows neither.
+    const auto c = fixture.saved("c");
+    QVERIFY(fixture.onDisk() == (QList {c, b, a}));
+    removeFile(fixture.index());
+    fixture.clock.advance(1min);
+    const auto d = other->save(fixture.live("d"), fixture.settings);
+    QVERIFY(other->records() == (QList {d, c, b}));
+    QVERIFY(!other->lastErrorMessage());
+}
+
+void TranscriptLibraryStoreTest::withoutAnIndexTheNextSaveFindsTheFolders()
+{
+    Fixture fixture;
+    fixture.open();
+    const auto a = fixture.saved("a");
+    removeFile(fixture.index());
+    QVERIFY(fixture.open().records().isEmpty());
+    const auto b = fixture.saved("b");
+    QVERIFY(fixture.onDisk() == (QList {b, a}));
+}
+
+void TranscriptLibraryStoreTest::whatIsBeingDeletedIsNotFoundAgain()
+{
+    Fixture fixture;
+    fixture.open();
+    const auto deleted = fixture.saved("deleted");
+    const QByteArray metadata = readFile(fixture.session(deleted, "metadata.json")).value_or(QByteArray());
+    fixture.store->remove(deleted);
+    // As if the process had been ended before it removed the folder, and the index had gone since.
+    createFolder(fixture.session(deleted));
+    replaceFile(fixture.session(deleted, "metadata.json"), metadata, Durability::Renamed);
+    TranscriptIndex(TranscriptLibraryLayout::at(fixture.root())).noteDeletion(deleted.folderName);
+    removeFile(fixture.index());
+    const auto kept = fixture.saved("kept");
+    QVERIFY(fixture.store->records() == QList {kept});
+}
+
+void TranscriptLibraryStoreTest::recordsOfAnotherStoreSurviveTheEndOfADeletion()
+{
+    Fixture fixture;
+    fixture.open();
+    const auto a = fixture.saved("a");
+    TranscriptIndex here(TranscriptLibraryLayout::at(fixture.root()));
+    QVERIFY(here.read() == QList {a});
+    const auto b = fixture.saved("b");
+    here.noteDeletion(QStringLiteral("gone"));
+    here.finishInterruptedDeletion();
+    // b is still news for whoever has read a only.
+    QVERIFY(here.hasChanged());
+    QVERIFY(here.read() == (QList {b, a}));
+}
+
+void TranscriptLibraryStoreTest::aSearchDuringTheNotificationFindsTheNewTexts()
+{
+    Fixture fixture;
+    fixture.open();
+    const auto record = fixture.saved("Apple");
+    const auto other = fixture.another();
+    QCOMPARE(other->filteredRecords(QStringLiteral("apple")).size(), 1);
+    TranscriptDocument document = fixture.store->loadRecord(record.id);
+    document.lines.first().sourceText = QStringLiteral("Banana");
+    fixture.store->update(document);
+    qsizetype found = -1;
+    connect(other.get(), &TranscriptLibraryStore::recordsChanged, this, [&] {
+        if (found < 0) {
+            found = other->filteredRecords(QStringLiteral("banana")).size();
+        }
+    });
+    fixture.clock.advance(1min);
+    other->save(fixture.live("Cherry"), fixture.settings);
+    QCOMPARE(found, 1);
 }
 
 void TranscriptLibraryStoreTest::aFailedWriteLeavesTheIndexUnchanged()
