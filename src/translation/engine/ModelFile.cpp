@@ -19,14 +19,6 @@ constexpr std::uint64_t longestName = 256;
 constexpr std::uint64_t mostDimensions = 8;
 constexpr std::uint64_t longestPadding = 4096;
 
-struct Entry
-{
-    std::uint64_t nameLength;
-    std::uint64_t type;
-    std::uint64_t dimensions;
-    std::uint64_t dataLength;
-};
-
 bool isKnown(std::uint64_t type)
 {
     switch (static_cast<TensorType>(type)) {
@@ -110,6 +102,30 @@ void ModelFile::read(std::span<const std::byte> bytes)
 {
     using enum EngineError::Case;
     ByteReader reader(bytes, m_path);
+    const std::vector<Entry> entries = readEntries(reader, bytes.size());
+    std::vector<std::string> names = readNames(reader, entries);
+    std::vector<Tensor> tensors = readShapes(reader, entries, names, bytes.size());
+
+    const auto padding = reader.number<std::uint64_t>(QStringLiteral("padding"));
+    if (padding > longestPadding)
+        fail(Damaged, QStringLiteral("padding of %1 bytes").arg(padding));
+    reader.take(padding, QStringLiteral("padding"));
+
+    for (std::size_t index = 0; index < entries.size(); ++index) {
+        const QString name = printable(names[index]);
+        if (reader.position() % alignof(float) != 0)
+            fail(Damaged, QStringLiteral("%1 is not aligned").arg(name));
+        tensors[index].data = reader.take(entries[index].dataLength, name);
+        if (!m_tensors.emplace(std::move(names[index]), std::move(tensors[index])).second)
+            fail(Damaged, QStringLiteral("%1 occurs twice").arg(name));
+    }
+    if (reader.remaining() != 0)
+        fail(Damaged, QStringLiteral("%1 bytes too many").arg(reader.remaining()));
+}
+
+std::vector<ModelFile::Entry> ModelFile::readEntries(ByteReader &reader, std::size_t fileSize) const
+{
+    using enum EngineError::Case;
     const QString header = QStringLiteral("header");
     if (const auto version = reader.number<std::uint64_t>(header); version != formatVersion)
         fail(NotRecognised, QStringLiteral("format version %1").arg(version));
@@ -128,11 +144,16 @@ void ModelFile::read(std::span<const std::byte> bytes)
             fail(Damaged, QStringLiteral("%1: type 0x%2").arg(subject).arg(entry.type, 0, 16));
         if (entry.dimensions == 0 || entry.dimensions > mostDimensions)
             fail(Damaged, QStringLiteral("%1: %2 dimensions").arg(subject).arg(entry.dimensions));
-        if (entry.dataLength > bytes.size())
+        if (entry.dataLength > fileSize)
             fail(Truncated, QStringLiteral("%1: %2 bytes of data").arg(subject).arg(entry.dataLength));
         entries.push_back(entry);
     }
+    return entries;
+}
 
+std::vector<std::string> ModelFile::readNames(ByteReader &reader, const std::vector<Entry> &entries) const
+{
+    using enum EngineError::Case;
     std::vector<std::string> names;
     for (const Entry &entry : entries) {
         const auto raw = reader.take(entry.nameLength, QStringLiteral("names"));
@@ -141,14 +162,20 @@ void ModelFile::read(std::span<const std::byte> bytes)
             fail(Damaged, QStringLiteral("name of entry %1").arg(names.size()));
         names.emplace_back(name.substr(0, name.size() - 1));
     }
+    return names;
+}
 
+std::vector<Tensor> ModelFile::readShapes(ByteReader &reader, const std::vector<Entry> &entries,
+    const std::vector<std::string> &names, std::size_t fileSize) const
+{
+    using enum EngineError::Case;
     std::vector<Tensor> tensors;
     for (std::size_t index = 0; index < entries.size(); ++index) {
         Tensor tensor = {static_cast<TensorType>(entries[index].type), {}, 1, {}};
         for (std::uint64_t dimension = 0; dimension < entries[index].dimensions; ++dimension) {
             const auto extent = reader.number<std::int32_t>(QStringLiteral("shapes"));
             // No tensor has more elements than the file has bytes, which also keeps the product small.
-            if (extent <= 0 || tensor.elements * static_cast<std::uint64_t>(extent) > bytes.size())
+            if (extent <= 0 || tensor.elements * static_cast<std::uint64_t>(extent) > fileSize)
                 fail(Damaged, QStringLiteral("shape of %1").arg(printable(names[index])));
             tensor.elements *= static_cast<std::uint64_t>(extent);
             tensor.shape.push_back(extent);
@@ -158,22 +185,7 @@ void ModelFile::read(std::span<const std::byte> bytes)
                 QStringLiteral("%1: less data than its shape asks for").arg(printable(names[index])));
         tensors.push_back(std::move(tensor));
     }
-
-    const auto padding = reader.number<std::uint64_t>(QStringLiteral("padding"));
-    if (padding > longestPadding)
-        fail(Damaged, QStringLiteral("padding of %1 bytes").arg(padding));
-    reader.take(padding, QStringLiteral("padding"));
-
-    for (std::size_t index = 0; index < entries.size(); ++index) {
-        const QString name = printable(names[index]);
-        if (reader.position() % alignof(float) != 0)
-            fail(Damaged, QStringLiteral("%1 is not aligned").arg(name));
-        tensors[index].data = reader.take(entries[index].dataLength, name);
-        if (!m_tensors.emplace(std::move(names[index]), std::move(tensors[index])).second)
-            fail(Damaged, QStringLiteral("%1 occurs twice").arg(name));
-    }
-    if (reader.remaining() != 0)
-        fail(Damaged, QStringLiteral("%1 bytes too many").arg(reader.remaining()));
+    return tensors;
 }
 
 } // namespace lumaphone::engine

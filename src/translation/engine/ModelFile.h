@@ -25,6 +25,8 @@ enum class TensorType : std::uint64_t {
     QuantizedInt16 = 0x4102,
 };
 
+class ByteReader;
+
 /// One named array of a model file. The data lies in the mapped file.
 struct Tensor
 {
@@ -55,7 +57,21 @@ public:
     [[noreturn]] void fail(EngineError::Case which, const QString &subject) const;
 
 private:
+    /// What the header says of one tensor, in bytes.
+    struct Entry
+    {
+        std::uint64_t nameLength;
+        std::uint64_t type;
+        std::uint64_t dimensions;
+        std::uint64_t dataLength;
+    };
+
     void read(std::span<const std::byte> bytes);
+    // The parts of the header, in their order.
+    std::vector<Entry> readEntries(ByteReader &reader, std::size_t fileSize) const;
+    std::vector<std::string> readNames(ByteReader &reader, const std::vector<Entry> &entries) const;
+    std::vector<Tensor> readShapes(ByteReader &reader, const std::vector<Entry> &entries,
+        const std::vector<std::string> &names, std::size_t fileSize) const;
 
     QString m_path;
     std::optional<MappedFile> m_mapping;
