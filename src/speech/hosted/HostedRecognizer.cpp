@@ -74,7 +74,7 @@ std::vector<QString> HostedRecognizer::localeIdentifiers() const
 void HostedRecognizer::load()
 {
     if (std::find(m_languages.begin(), m_languages.end(), SpokenLanguage::mandarin) != m_languages.end()) {
-        m_traditional.emplace();
+        m_wording.emplace(WrittenChinese::simplified);
     }
     demandIntactFiles();
     m_session.start();
@@ -130,7 +130,7 @@ QString HostedRecognizer::believedText(const QString &text, SpokenLanguage langu
         return {};
     }
     if (language == SpokenLanguage::mandarin) {
-        clean = m_traditional->convert(clean);
+        clean = m_wording->rewrite(clean);
     }
     return writtenAsPart(clean, {decoded.continuesSpeech, decoded.isCut});
 }

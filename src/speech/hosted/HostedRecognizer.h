@@ -1,6 +1,6 @@
 #pragma once
 
-#include "language/TaiwanTraditional.h"
+#include "language/TaiwanWording.h"
 #include "speech/framework/GrowingText.h"
 #include "speech/framework/StreamingRecognizer.h"
 #include "speech/hosted/LanguageArbiter.h"
@@ -57,7 +57,7 @@ private:
     std::optional<std::int64_t> m_segment; ///< under way
     GrowingText m_growing;
     SpokenLanguage m_shownLanguage;
-    std::optional<TaiwanTraditional> m_traditional;
+    std::optional<TaiwanWording> m_wording;
     SpeechHostSession m_session;
 };
 

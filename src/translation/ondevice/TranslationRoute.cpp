@@ -37,14 +37,13 @@ TranslationRoute translationRoute(
     const QString from = catalogued(source);
     const QString to = catalogued(target);
     if (const auto legs = catalogue.translationLegs(from, to); !legs.isEmpty()) {
-        return {
-            legs, to == traditional() ? engine::WrittenChinese::Traditional : engine::WrittenChinese::None};
+        return {legs, to == traditional() ? WrittenChinese::traditional : WrittenChinese::none};
     }
     if (to != traditional()) {
         return {};
     }
     const auto legs = catalogue.translationLegs(from, QStringLiteral("zh-Hans"));
-    return {legs, legs.isEmpty() ? engine::WrittenChinese::None : engine::WrittenChinese::Simplified};
+    return {legs, legs.isEmpty() ? WrittenChinese::none : WrittenChinese::simplified};
 }
 
 ModelState routeState(const ModelStore &store, const TranslationRoute &route)

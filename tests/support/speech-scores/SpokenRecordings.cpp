@@ -1,6 +1,6 @@
 #include "support/speech-scores/SpokenRecordings.h"
 
-#include "language/TaiwanTraditional.h"
+#include "language/TaiwanWording.h"
 #include "support/WavFile.h"
 
 #include <QDir>
@@ -144,7 +144,7 @@ SpokenRecordings listedRecordings(const QString &list)
         contentOf(path, QString());
         // Mandarin is recognised in the characters of Taiwan, whatever the transcript is written in.
         const QString transcript = *language == AppleSystemSpeechLanguage::mandarin
-            ? TaiwanTraditional().convert(fields[2].trimmed())
+            ? TaiwanWording(WrittenChinese::simplified).rewrite(fields[2].trimmed())
             : fields[2].trimmed();
         all.recordings.push_back({QFileInfo(list).completeBaseName(), path, transcript, samplesOfWav(path)});
     }
