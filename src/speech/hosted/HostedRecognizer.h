@@ -6,6 +6,8 @@
 #include "speech/hosted/LanguageArbiter.h"
 #include "speech/hosted/SpeechHostSession.h"
 
+#include <map>
+
 namespace lumaphone {
 
 /// What a speech host needs to recognise.
@@ -57,7 +59,7 @@ private:
     std::optional<std::int64_t> m_segment; ///< under way
     GrowingText m_growing;
     SpokenLanguage m_shownLanguage;
-    std::optional<TaiwanWording> m_wording;
+    std::map<SpokenLanguage, TaiwanWording> m_wordings; ///< of each language, once loaded
     SpeechHostSession m_session;
 };
 

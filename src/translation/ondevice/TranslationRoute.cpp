@@ -1,5 +1,7 @@
 #include "translation/ondevice/TranslationRoute.h"
 
+#include "language/TranslationLanguages.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -10,7 +12,7 @@ namespace {
 
 const QString &traditional()
 {
-    static const QString identifier = QStringLiteral("zh-Hant");
+    static const QString identifier = translationTargetIdentifier();
     return identifier;
 }
 

@@ -70,11 +70,10 @@ void addRaw(const QString &set, const QString &name, const QString &transcript, 
 
 std::optional<AppleSystemSpeechLanguage> languageOf(const QString &locale)
 {
-    const auto found = std::find_if(allAppleSystemSpeechLanguages.begin(),
-        allAppleSystemSpeechLanguages.end(), [&locale](AppleSystemSpeechLanguage language) {
-            return language != AppleSystemSpeechLanguage::automatic && localeIdentifier(language) == locale;
-        });
-    return found == allAppleSystemSpeechLanguages.end() ? std::nullopt : std::optional(*found);
+    const auto languages = recognitionCandidates(AppleSystemSpeechLanguage::automatic);
+    const auto found = std::find_if(languages.begin(), languages.end(),
+        [&locale](AppleSystemSpeechLanguage language) { return localeIdentifier(language) == locale; });
+    return found == languages.end() ? std::nullopt : std::optional(*found);
 }
 
 } // namespace
