@@ -41,7 +41,7 @@ TABLE = {
     "app/library": "storage base",
     "app/live": "session storage glossary language base",
     "app/models": "storage models language base",
-    "app": "app/diagnosis app/floating app/glossary app/inspector app/library app/live app/models",
+    "app": "app/diagnosis app/floating app/glossary app/inspector app/library app/live app/models language",
 }
 # Only where the parts are wired together are adapters named.
 WIRING = {"cli/main.cpp", "app/main.cpp"}
