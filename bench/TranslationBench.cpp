@@ -118,7 +118,7 @@ ModelFiles withoutShortlist(ModelFiles files)
 }
 
 std::unique_ptr<Translator> translatorFor(
-    const QList<ModelFiles> &legs, int threads, WrittenChinese written = WrittenChinese::None)
+    const QList<ModelFiles> &legs, int threads, WrittenChinese written = WrittenChinese::none)
 {
     EngineOptions options;
     options.threads = threads;
@@ -197,7 +197,7 @@ int measureMemory(const QStringList &arguments)
     QList<ModelFiles> legs;
     for (qsizetype index = 0; index + 4 <= arguments.size(); index += 4)
         legs.append({arguments[index], arguments[index + 1], arguments[index + 2], arguments[index + 3]});
-    const auto translator = translatorFor(legs, 2, WrittenChinese::Traditional);
+    const auto translator = translatorFor(legs, 2, WrittenChinese::traditional);
     QStringList lines = captionLines(32000);
     // And a sentence as long as a model takes.
     lines.append(lines.join(QLatin1Char(' ')).section(QLatin1Char(' '), 0, mostSourceTokens - 2));

@@ -1,5 +1,6 @@
 pragma Singleton
 import QtQuick
+import Lumaphone
 
 /// Colours, sizes and fonts of the whole interface, light or dark. Lengths are in pixels of the interface and keep to
 /// a grid of eight.
@@ -68,16 +69,13 @@ QtObject {
     readonly property int stageSource: 20
     readonly property int hero: 40
 
-    readonly property string fontFamily: "Noto Sans CJK TC"
+    readonly property string fontFamily: LanguageFonts.familyOf("")
 
     readonly property int quick: 120
     readonly property int calm: 200
 
-    /// The family whose glyphs a language's readers expect: the same character looks different in Tokyo and Taipei.
     /// `language` is the raw value of a source language, such as "japanese".
     function fontFamilyOf(language: string): string {
-        if (language === "japanese")
-            return "Noto Sans CJK JP";
-        return language === "korean" ? "Noto Sans CJK KR" : fontFamily;
+        return LanguageFonts.familyOf(language);
     }
 }

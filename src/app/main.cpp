@@ -1,4 +1,5 @@
 #include "LumaphoneVersion.h"
+#include "app/LanguageFonts.h"
 #include "app/QmlEngineSetup.h"
 #include "app/diagnosis/DiagnosisModel.h"
 #include "app/floating/FloatingCaptionPanel.h"
@@ -86,7 +87,7 @@ void setUpApplication()
     // The panel may stay open when the window closes; the window says when to end.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QFont font = QGuiApplication::font();
-    font.setFamilies({QStringLiteral("Noto Sans CJK TC"), font.family()});
+    font.setFamilies({LanguageFonts::familyOf({}), font.family()});
     QGuiApplication::setFont(font);
 }
 

@@ -22,11 +22,11 @@ OutputFormat outputFormat(const QString &name)
 
 AppleSystemSpeechLanguage language(const QString &name)
 {
-    if (const auto language = appleSystemSpeechLanguage(name)) {
+    if (const auto language = speechLanguageFromRawValue(name)) {
         return *language;
     }
     QStringList names;
-    for (const AppleSystemSpeechLanguage choice : allAppleSystemSpeechLanguages) {
+    for (const AppleSystemSpeechLanguage choice : allSpeechLanguages()) {
         names.append(rawValue(choice));
     }
     throw UsageError(

@@ -1,5 +1,9 @@
 #include "cli/HelpTexts.h"
 
+#include "language/AppleSystemSpeechLanguage.h"
+
+#include <QStringList>
+
 namespace lumaphone::cli {
 
 QString programHelp()
@@ -26,6 +30,11 @@ QString programHelp()
 
 QString captionHelp()
 {
+    QStringList languages;
+    for (const AppleSystemSpeechLanguage language : allSpeechLanguages()) {
+        const bool isDefault = language == AppleSystemSpeechLanguage::automatic;
+        languages.append(rawValue(language) + (isDefault ? QStringLiteral("（預設）") : QString()));
+    }
     return QStringLiteral(R"(用法：lumaphone-cli caption INPUT [選項]
 
 聆聽聲音並印出字幕。按 Ctrl-C 結束，進行中的字幕會先完成。
@@ -36,7 +45,7 @@ INPUT：
   檔案路徑     音訊檔（WAV、FLAC、Ogg、MP3 等）；檔名若為 system 或 microphone，請寫成 ./system
 
 選項：
-  --language LANGUAGE  原文語言：automatic（預設）、japanese、english、korean、mandarin
+  --language LANGUAGE  原文語言：%1
   --format FORMAT      text（預設）：終端機會就地更新進行中的字幕，管線只輸出完成的字幕
                        jsonl：字幕每次變動各輸出一個 JSON 物件
   --translate HOW      翻譯成台灣繁體中文：off 不翻譯、apple 在這台電腦上、custom 用自定義 API；
@@ -46,7 +55,8 @@ INPUT：
   -h, --help           顯示這份說明
 
 結束狀態：0 正常結束；1 無法開始或中途失敗，原因在標準錯誤輸出；2 用法錯誤。
-)");
+)")
+        .arg(languages.join(QStringLiteral("、")));
 }
 
 QString modelsHelp()

@@ -12,7 +12,7 @@ namespace lumaphone::cli {
 namespace {
 
 template<typename Cases, typename Get, typename Set>
-Setting choice(const QString &key, const Cases &cases, Get get, Set set)
+Setting choice(const QString &key, Cases cases, Get get, Set set)
 {
     QStringList names;
     for (const auto candidate : cases) {
@@ -20,7 +20,7 @@ Setting choice(const QString &key, const Cases &cases, Get get, Set set)
     }
     return {key, QStringLiteral("下列其中之一：%1").arg(names.join(QStringLiteral("、"))),
         [get](const LumaphoneSettings &settings) { return rawValue((settings.*get)()); },
-        [&cases, set](LumaphoneSettings &settings, const QString &text) {
+        [cases, set](LumaphoneSettings &settings, const QString &text) {
             for (const auto candidate : cases) {
                 if (rawValue(candidate) == text) {
                     (settings.*set)(candidate);
@@ -64,7 +64,7 @@ const std::vector<Setting> &settingsTable()
 {
     using S = LumaphoneSettings;
     static const std::vector<Setting> table {
-        choice(QStringLiteral("lumaphone.sourceLanguage"), allAppleSystemSpeechLanguages, &S::sourceLanguage,
+        choice(QStringLiteral("lumaphone.sourceLanguage"), allSpeechLanguages(), &S::sourceLanguage,
             &S::setSourceLanguage),
         choice(QStringLiteral("lumaphone.audioInputSource"), allLumaphoneAudioInputSources,
             &S::audioInputSource, &S::setAudioInputSource),

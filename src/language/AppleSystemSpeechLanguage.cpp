@@ -1,53 +1,43 @@
 #include "language/AppleSystemSpeechLanguage.h"
 
+#include "language/LanguageTable.h"
+
 #include <QStringList>
 
 #include <algorithm>
 
 namespace lumaphone {
 
-using enum AppleSystemSpeechLanguage;
+std::span<const AppleSystemSpeechLanguage> allSpeechLanguages()
+{
+    static const auto all = [] {
+        std::vector<AppleSystemSpeechLanguage> languages {AppleSystemSpeechLanguage::automatic};
+        for (const LanguageRow &row : languageTable()) {
+            languages.push_back(row.choice);
+        }
+        return languages;
+    }();
+    return all;
+}
 
 QString rawValue(AppleSystemSpeechLanguage language)
 {
-    switch (language) {
-    case automatic:
-        return QStringLiteral("automatic");
-    case japanese:
-        return QStringLiteral("japanese");
-    case english:
-        return QStringLiteral("english");
-    case korean:
-        return QStringLiteral("korean");
-    case mandarin:
-        return QStringLiteral("mandarin");
-    }
-    Q_UNREACHABLE();
+    const LanguageRow *const row = languageRow(language);
+    return row == nullptr ? QStringLiteral("automatic") : row->rawValue.toString();
 }
 
-std::optional<AppleSystemSpeechLanguage> appleSystemSpeechLanguage(const QString &raw)
+std::optional<AppleSystemSpeechLanguage> speechLanguageFromRawValue(const QString &raw)
 {
-    const auto found
-        = std::find_if(allAppleSystemSpeechLanguages.begin(), allAppleSystemSpeechLanguages.end(),
-            [&raw](AppleSystemSpeechLanguage language) { return rawValue(language) == raw; });
-    return found == allAppleSystemSpeechLanguages.end() ? std::nullopt : std::optional(*found);
+    const auto all = allSpeechLanguages();
+    const auto found = std::find_if(all.begin(), all.end(),
+        [&raw](AppleSystemSpeechLanguage language) { return rawValue(language) == raw; });
+    return found == all.end() ? std::nullopt : std::optional(*found);
 }
 
 QString displayName(AppleSystemSpeechLanguage language)
 {
-    switch (language) {
-    case automatic:
-        return QStringLiteral("自動辨識");
-    case japanese:
-        return QStringLiteral("日文");
-    case english:
-        return QStringLiteral("英文");
-    case korean:
-        return QStringLiteral("韓文");
-    case mandarin:
-        return QStringLiteral("中文");
-    }
-    Q_UNREACHABLE();
+    const LanguageRow *const row = languageRow(language);
+    return row == nullptr ? QStringLiteral("自動辨識") : row->displayName.toString();
 }
 
 QString displayNames(const std::vector<AppleSystemSpeechLanguage> &languages)
@@ -61,26 +51,17 @@ QString displayNames(const std::vector<AppleSystemSpeechLanguage> &languages)
 
 QString localeIdentifier(AppleSystemSpeechLanguage language)
 {
-    switch (language) {
-    case automatic:
-    case japanese:
-        return QStringLiteral("ja-JP");
-    case english:
-        return QStringLiteral("en-US");
-    case korean:
-        return QStringLiteral("ko-KR");
-    case mandarin:
-        return QStringLiteral("zh-Hant-TW");
-    }
-    Q_UNREACHABLE();
+    const LanguageRow *const row = languageRow(language);
+    return row == nullptr ? localeIdentifier(SpokenLanguage::japanese) : row->localeIdentifier.toString();
 }
 
 std::vector<AppleSystemSpeechLanguage> recognitionCandidates(AppleSystemSpeechLanguage language)
 {
-    if (language == automatic) {
-        return {japanese, english, korean, mandarin};
+    if (language != AppleSystemSpeechLanguage::automatic) {
+        return {language};
     }
-    return {language};
+    const auto others = allSpeechLanguages().subspan(1);
+    return {others.begin(), others.end()};
 }
 
 } // namespace lumaphone

@@ -2,15 +2,15 @@
 
 #include <QString>
 
-#include <array>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace lumaphone {
 
 /// The spoken language of the sound, as the user chooses it and as recognised texts are tagged.
 enum class AppleSystemSpeechLanguage {
-    automatic, ///< detection among the other four; never the language of a recognised text
+    automatic, ///< detection among the others; never the language of a recognised text
     japanese,
     english,
     korean,
@@ -18,18 +18,12 @@ enum class AppleSystemSpeechLanguage {
 };
 
 /// All cases, in the order of menus.
-inline constexpr std::array allAppleSystemSpeechLanguages {
-    AppleSystemSpeechLanguage::automatic,
-    AppleSystemSpeechLanguage::japanese,
-    AppleSystemSpeechLanguage::english,
-    AppleSystemSpeechLanguage::korean,
-    AppleSystemSpeechLanguage::mandarin,
-};
+std::span<const AppleSystemSpeechLanguage> allSpeechLanguages();
 
 /// The stored form and identity, such as "japanese".
 QString rawValue(AppleSystemSpeechLanguage language);
 /// Exact and case-sensitive; none for any other text.
-std::optional<AppleSystemSpeechLanguage> appleSystemSpeechLanguage(const QString &rawValue);
+std::optional<AppleSystemSpeechLanguage> speechLanguageFromRawValue(const QString &rawValue);
 /// Label for menus and messages.
 QString displayName(AppleSystemSpeechLanguage language);
 /// The label of several languages in one message, joined with the ideographic comma.

@@ -9,7 +9,7 @@ json::Value toJson(AppleSystemSpeechLanguage language)
 
 AppleSystemSpeechLanguage speechLanguage(const json::Value &object, const char *key)
 {
-    const auto language = appleSystemSpeechLanguage(json::text(object, key));
+    const auto language = speechLanguageFromRawValue(json::text(object, key));
     if (!language) {
         throw json::DecodingError(
             QStringLiteral("JSON 欄位「%1」不是已知的語言。").arg(QString::fromUtf8(key)));

@@ -1,32 +1,14 @@
 #include "language/SpeechLocales.h"
 
+#include "language/LanguageTable.h"
+
 #include <QStringList>
 
 #include <algorithm>
-#include <array>
 
 namespace lumaphone {
 
 namespace {
-
-struct SupportedLocale
-{
-    const char16_t *identifier;
-    const char16_t *name;
-    QStringView language;
-    QStringView script;
-    QStringView region;
-    /// Whether the bare language means this script and region.
-    bool isLanguageDefault;
-};
-
-constexpr std::array<SupportedLocale, 4> supportedLocales {{
-    {u"ja-JP", u"日文", u"ja", u"jpan", u"jp", true},
-    {u"en-US", u"英文", u"en", u"latn", u"us", true},
-    {u"ko-KR", u"韓文", u"ko", u"kore", u"kr", true},
-    // "zh" alone is written in simplified script
-    {u"zh-Hant-TW", u"中文", u"zh", u"hant", u"tw", false},
-}};
 
 struct Subtags
 {
@@ -56,35 +38,37 @@ Subtags subtagsOf(const QString &localeIdentifier)
     return subtags;
 }
 
-bool agrees(const SupportedLocale &supported, const Subtags &subtags)
+bool isMeantBy(const Subtags &subtags, const LanguageRow &row)
 {
-    const bool isBareLanguage = subtags.script.isEmpty() && subtags.region.isEmpty();
+    const Subtags supported = subtagsOf(row.fullLocale.toString());
+    const bool isBareCode = subtags.script.isEmpty() && subtags.region.isEmpty();
     return subtags.isWellFormed && subtags.language == supported.language
         && (subtags.script.isEmpty() || subtags.script == supported.script)
         && (subtags.region.isEmpty() || subtags.region == supported.region)
-        && (!isBareLanguage || supported.isLanguageDefault);
+        && (!isBareCode || row.isMeantByCodeAlone);
 }
 
-const SupportedLocale *supportedLocale(const QString &localeIdentifier)
+const LanguageRow *supportedLanguage(const QString &localeIdentifier)
 {
     const Subtags subtags = subtagsOf(localeIdentifier);
-    const auto found = std::find_if(supportedLocales.begin(), supportedLocales.end(),
-        [&subtags](const SupportedLocale &supported) { return agrees(supported, subtags); });
-    return found == supportedLocales.end() ? nullptr : &*found;
+    const auto rows = languageTable();
+    const auto found = std::find_if(
+        rows.begin(), rows.end(), [&subtags](const LanguageRow &row) { return isMeantBy(subtags, row); });
+    return found == rows.end() ? nullptr : &*found;
 }
 
 } // namespace
 
 std::optional<QString> supportedSpeechLocale(const QString &localeIdentifier)
 {
-    const SupportedLocale *const supported = supportedLocale(localeIdentifier);
-    return supported == nullptr ? std::nullopt : std::optional(QString::fromUtf16(supported->identifier));
+    const LanguageRow *const row = supportedLanguage(localeIdentifier);
+    return row == nullptr ? std::nullopt : std::optional(row->localeIdentifier.toString());
 }
 
 QString speechLanguageName(const QString &localeIdentifier)
 {
-    const SupportedLocale *const supported = supportedLocale(localeIdentifier);
-    return supported == nullptr ? localeIdentifier : QString::fromUtf16(supported->name);
+    const LanguageRow *const row = supportedLanguage(localeIdentifier);
+    return row == nullptr ? localeIdentifier : row->displayName.toString();
 }
 
 } // namespace lumaphone

@@ -1,67 +1,48 @@
 #include "language/SpokenLanguage.h"
 
-#include <array>
+#include "language/LanguageTable.h"
+
+#include <algorithm>
 
 namespace lumaphone {
 
 namespace {
 
-struct Row
+template<typename Predicate> std::optional<SpokenLanguage> firstLanguage(Predicate isWanted)
 {
-    SpokenLanguage language;
-    QString name;
-    QString locale;
-};
-
-const std::array<Row, 4> &table()
-{
-    static const std::array<Row, 4> rows {{
-        {SpokenLanguage::japanese, QStringLiteral("ja"), QStringLiteral("ja-JP")},
-        {SpokenLanguage::english, QStringLiteral("en"), QStringLiteral("en-US")},
-        {SpokenLanguage::korean, QStringLiteral("ko"), QStringLiteral("ko-KR")},
-        {SpokenLanguage::mandarin, QStringLiteral("zh"), QStringLiteral("zh-Hant-TW")},
-    }};
-    return rows;
-}
-
-const Row &rowOf(SpokenLanguage language)
-{
-    return table()[static_cast<std::size_t>(language)];
+    const auto rows = languageTable();
+    const auto found = std::find_if(rows.begin(), rows.end(), isWanted);
+    return found == rows.end() ? std::nullopt : std::optional(found->language);
 }
 
 } // namespace
 
-std::optional<SpokenLanguage> spokenLanguageNamed(const QString &name)
+std::optional<SpokenLanguage> spokenLanguageNamed(const QString &code)
 {
-    if (name == QStringLiteral("yue")) {
-        return SpokenLanguage::mandarin;
-    }
-    for (const Row &row : table()) {
-        if (row.name == name) {
-            return row.language;
-        }
-    }
-    return std::nullopt;
-}
-
-QString networkName(SpokenLanguage language)
-{
-    return rowOf(language).name;
+    return firstLanguage([&code](const LanguageRow &row) {
+        return code == row.code || (!row.nearbyCode.isEmpty() && code == row.nearbyCode);
+    });
 }
 
 std::optional<SpokenLanguage> spokenLanguageOf(const QString &localeIdentifier)
 {
-    for (const Row &row : table()) {
-        if (row.locale == localeIdentifier) {
-            return row.language;
-        }
-    }
-    return std::nullopt;
+    return firstLanguage(
+        [&localeIdentifier](const LanguageRow &row) { return localeIdentifier == row.localeIdentifier; });
+}
+
+QString languageCode(SpokenLanguage language)
+{
+    return languageRow(language).code.toString();
 }
 
 QString localeIdentifier(SpokenLanguage language)
 {
-    return rowOf(language).locale;
+    return languageRow(language).localeIdentifier.toString();
+}
+
+QString displayName(SpokenLanguage language)
+{
+    return languageRow(language).displayName.toString();
 }
 
 } // namespace lumaphone

@@ -1,7 +1,6 @@
 #include "machine/MachineProbe.h"
 
-#include "language/SpeechLocales.h"
-#include "language/SpokenLanguage.h"
+#include "language/TranslationLanguages.h"
 #include "platform/desktop/SessionBusProbe.h"
 #include "platform/display/LayerShellOffer.h"
 #include "platform/display/WindowSystem.h"
@@ -15,12 +14,11 @@ namespace lumaphone {
 
 namespace {
 
-const QString targetLanguage = QStringLiteral("zh-Hant");
-
 void takeTranslation(LanguageFacts &facts, const QString &source, const ModelStore &models)
 {
-    facts.translationModels = source + QLatin1Char('-') + targetLanguage;
-    const QList<const ModelEntry *> legs = models.catalogue().translationLegs(source, targetLanguage);
+    const QString target = translationTargetIdentifier();
+    facts.translationModels = source + QLatin1Char('-') + target;
+    const QList<const ModelEntry *> legs = models.catalogue().translationLegs(source, target);
     facts.isTranslated = !legs.isEmpty();
     for (const ModelEntry *leg : legs) {
         if (models.state(*leg) != ModelState::installed) {
@@ -31,18 +29,18 @@ void takeTranslation(LanguageFacts &facts, const QString &source, const ModelSto
 }
 
 LanguageFacts languageFacts(
-    SpokenLanguage language, const ModelStore &models, const EngineSpeechFramework &speech)
+    AppleSystemSpeechLanguage language, const ModelStore &models, const EngineSpeechFramework &speech)
 {
     const QString locale = localeIdentifier(language);
     LanguageFacts facts;
-    facts.name = speechLanguageName(locale);
+    facts.name = displayName(language);
     facts.recogniser = speech.recogniserName(locale);
     if (facts.recogniser.isEmpty()) {
         facts.recogniserHint = speech.installationHint(locale);
     }
-    facts.needsTranslation = language != SpokenLanguage::mandarin;
+    facts.needsTranslation = needsTranslation(language);
     if (facts.needsTranslation) {
-        takeTranslation(facts, locale.section(QLatin1Char('-'), 0, 0), models);
+        takeTranslation(facts, translationSourceIdentifier(language), models);
     }
     return facts;
 }
@@ -74,8 +72,7 @@ MachineFacts probeMachine(
                            QSysInfo::currentCpuArchitecture());
     facts.toolkit = QStringLiteral("Qt %1").arg(QString::fromLatin1(qVersion()));
     facts.sound = probeSoundServer({});
-    for (const SpokenLanguage language : {SpokenLanguage::japanese, SpokenLanguage::english,
-             SpokenLanguage::korean, SpokenLanguage::mandarin}) {
+    for (const auto language : recognitionCandidates(AppleSystemSpeechLanguage::automatic)) {
         facts.languages.append(languageFacts(language, models, speech));
     }
     for (const ModelEntry &entry : models.catalogue().entries()) {

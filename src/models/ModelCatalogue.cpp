@@ -2,6 +2,7 @@
 
 #include "base/AtomicFile.h"
 #include "base/Json.h"
+#include "language/SpokenLanguage.h"
 #include "models/ModelError.h"
 
 #include <QFile>
@@ -16,9 +17,10 @@ namespace lumaphone {
 
 namespace {
 
+/// Between languages without models of their own.
 const QString &pivotLanguage()
 {
-    static const QString english = QStringLiteral("en");
+    static const QString english = languageCode(SpokenLanguage::english);
     return english;
 }
 

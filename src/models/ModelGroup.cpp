@@ -1,8 +1,8 @@
 #include "models/ModelGroup.h"
 
+#include "language/SpokenLanguage.h"
+#include "language/TranslationLanguages.h"
 #include "models/SpeechModels.h"
-
-#include <QHash>
 
 #include <algorithm>
 
@@ -10,11 +10,10 @@ namespace lumaphone {
 
 namespace {
 
-QString languageName(const QString &identifier)
+QString languageName(const QString &code)
 {
-    static const QHash<QString, QString> names {{QStringLiteral("ja"), QStringLiteral("日文")},
-        {QStringLiteral("en"), QStringLiteral("英文")}, {QStringLiteral("ko"), QStringLiteral("韓文")}};
-    return names.value(identifier, identifier);
+    const auto language = spokenLanguageNamed(code);
+    return language ? displayName(*language) : code;
 }
 
 bool shareALanguage(const ModelEntry &one, const ModelEntry &other)
@@ -40,7 +39,7 @@ QList<const ModelEntry *> speechEntries(const ModelEntry &recognizer, const Mode
 
 QList<ModelGroup> modelGroups(const ModelCatalogue &catalogue)
 {
-    const QString target = QStringLiteral("zh-Hant");
+    const QString target = translationTargetIdentifier();
     QList<ModelGroup> groups;
     for (const ModelEntry &entry : catalogue.entries()) {
         if (entry.kind == ModelKind::speech) {

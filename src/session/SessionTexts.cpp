@@ -1,5 +1,7 @@
 #include "session/SessionTexts.h"
 
+#include "language/TranslationLanguages.h"
+
 namespace lumaphone::texts {
 
 using enum LumaphoneAudioInputSource;
@@ -159,8 +161,8 @@ QString recognizedOnly(bool isFinal)
 
 QString translated(AppleSystemSpeechLanguage language, const QString &provider)
 {
-    return language == AppleSystemSpeechLanguage::mandarin ? QStringLiteral("原文已是中文，直接顯示。")
-                                                           : provider + QStringLiteral(" 已完成字幕。");
+    return needsTranslation(language) ? provider + QStringLiteral(" 已完成字幕。")
+                                      : QStringLiteral("原文已是中文，直接顯示。");
 }
 
 QString translationFailed(const QString &provider, const QString &description)

@@ -2,6 +2,7 @@
 
 #include "base/Completion.h"
 #include "glossary/LumaphoneGlossaryStore.h"
+#include "language/TranslationLanguages.h"
 #include "storage/LumaphoneSettings.h"
 #include "translation/GlossarySelection.h"
 #include "translation/LumaphoneAppleTranslationService.h"
@@ -12,37 +13,16 @@ namespace lumaphone {
 
 namespace {
 
-QString targetIdentifier()
-{
-    return QStringLiteral("zh-Hant");
-}
-
 QCoro::Task<> prepareSilently(LumaphoneAppleTranslationService &translator, QString source)
 {
     try {
-        co_await translator.prepare(std::move(source), targetIdentifier());
+        co_await translator.prepare(std::move(source), translationTargetIdentifier());
     } catch (const std::exception &) {
         // The first translation meets the same obstacle and tells the user.
     }
 }
 
 } // namespace
-
-QString translationSourceIdentifier(AppleSystemSpeechLanguage language)
-{
-    switch (language) {
-    case AppleSystemSpeechLanguage::english:
-        return QStringLiteral("en");
-    case AppleSystemSpeechLanguage::korean:
-        return QStringLiteral("ko");
-    case AppleSystemSpeechLanguage::mandarin:
-        return QStringLiteral("zh-Hant");
-    case AppleSystemSpeechLanguage::automatic:
-    case AppleSystemSpeechLanguage::japanese:
-        return QStringLiteral("ja");
-    }
-    Q_UNREACHABLE();
-}
 
 SessionTranslator::SessionTranslator(const LumaphoneSettings &settings,
     const LumaphoneGlossaryStore &glossaryStore, LumaphoneAppleTranslationService &translator,
@@ -65,7 +45,7 @@ QString SessionTranslator::providerName() const
 QCoro::Task<QString> SessionTranslator::translateText(
     QString text, AppleSystemSpeechLanguage language, std::stop_token stop)
 {
-    if (language == AppleSystemSpeechLanguage::mandarin) {
+    if (!needsTranslation(language)) {
         co_return text;
     }
     const auto terms = glossaryTermsOccurring(m_glossaryStore.enabledTerms(), text);
@@ -79,8 +59,8 @@ QCoro::Task<QString> SessionTranslator::translateText(
         co_return co_await m_customTranslator.translate(text, source, configuration, prompt, stop);
     }
     const LumaphoneGlossaryProtector protector(text, terms);
-    const QString translation
-        = co_await m_translator.translate(protector.protectedText(), source, targetIdentifier(), stop);
+    const QString translation = co_await m_translator.translate(
+        protector.protectedText(), source, translationTargetIdentifier(), stop);
     co_return protector.restored(translation);
 }
 

@@ -12,9 +12,6 @@ class LumaphoneGlossaryStore;
 class LumaphoneSettings;
 class OpenAICompatibleTranslationService;
 
-/// The language as the platform's translation service names it, such as "ja".
-QString translationSourceIdentifier(AppleSystemSpeechLanguage language);
-
 /// Translates as the settings say: on the device with the glossary's preserved terms protected, or through
 /// the chat-completions endpoint with the glossary in the prompt. Settings, store and services outlive it.
 class SessionTranslator final : public CaptionTranslator

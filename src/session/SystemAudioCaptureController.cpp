@@ -224,9 +224,7 @@ void SystemAudioCaptureController::beginSession()
     set(m_translatedText, texts::awaitingSpeech(m_audioInputSource), &Self::translatedTextChanged);
     set(m_lastSampleSummary, texts::sampleHint(m_audioInputSource), &Self::lastSampleSummaryChanged);
     say(startStatusText());
-    m_translator->warm(m_sourceLanguage == AppleSystemSpeechLanguage::automatic
-            ? AppleSystemSpeechLanguage::japanese
-            : m_sourceLanguage);
+    m_translator->warm(recognitionCandidates(m_sourceLanguage).front());
     m_floatingCaptions.show(texts::panelStarted(m_audioInputSource),
         texts::panelStartedDetail(m_audioInputSource, m_sourceLanguage));
 }

@@ -41,7 +41,7 @@ LumaphoneSettings::LumaphoneSettings(
     , m_defaults(defaults)
     , m_keychain(keychainServices, keychainService)
     , m_sourceLanguage(stored(
-          defaults, keys::sourceLanguage, appleSystemSpeechLanguage, AppleSystemSpeechLanguage::automatic))
+          defaults, keys::sourceLanguage, speechLanguageFromRawValue, AppleSystemSpeechLanguage::automatic))
     , m_audioInputSource(stored(defaults, keys::audioInputSource, lumaphoneAudioInputSource,
           LumaphoneAudioInputSource::systemAudio))
     , m_processingMode(

@@ -23,7 +23,7 @@ SavedTranscriptLine savedTranscriptLineFromJson(const json::Value &value)
         .id = json::uuid(value, "id"),
         .sourceText = json::text(value, "sourceText"),
         .translatedText = json::text(value, "translatedText"),
-        .sourceLanguage = recordcoding::choice(value, "sourceLanguage", appleSystemSpeechLanguage),
+        .sourceLanguage = recordcoding::choice(value, "sourceLanguage", speechLanguageFromRawValue),
         .createdAt = json::date(value, "createdAt"),
         .isFinal = json::boolean(value, "isFinal"),
     };

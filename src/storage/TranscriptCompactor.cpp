@@ -1,6 +1,8 @@
 #include "storage/TranscriptCompactor.h"
 
 #include "base/Text.h"
+#include "language/LanguageTable.h"
+#include "language/TranslationLanguages.h"
 #include "storage/PendingTranslation.h"
 
 #include <algorithm>
@@ -11,7 +13,6 @@
 namespace lumaphone {
 
 using namespace std::chrono_literals;
-using enum AppleSystemSpeechLanguage;
 
 namespace {
 
@@ -22,7 +23,7 @@ SavedTranscriptLine normalized(SavedTranscriptLine line)
     line.sourceText = text::trimmed(line.sourceText);
     line.translatedText = text::trimmed(line.translatedText);
     if (line.translatedText == pendingTranslationPlaceholder) {
-        line.translatedText = line.sourceLanguage == mandarin ? line.sourceText : QString();
+        line.translatedText = needsTranslation(line.sourceLanguage) ? QString() : line.sourceText;
     }
     return line;
 }
@@ -44,19 +45,10 @@ QList<QString> comparableCharacters(const QString &line)
     return text::characters(text::lowercased(text::splitAtWhiteSpace(line).join(QString())));
 }
 
-/// Languages whose recognised texts grow by a few characters that need not continue the former ones.
 bool growsByCharacters(AppleSystemSpeechLanguage language)
 {
-    switch (language) {
-    case japanese:
-    case korean:
-    case mandarin:
-        return true;
-    case automatic:
-    case english:
-        return false;
-    }
-    Q_UNREACHABLE();
+    const LanguageRow *const row = languageRow(language);
+    return row != nullptr && row->growsByCharacters;
 }
 
 /// Whether a short `previous` (p characters) grew into `incoming` (n characters).

@@ -14,7 +14,7 @@ public:
     explicit TranscriptCompactor(RevisionQuestion areRevisions);
 
     /// Lines with trimmed texts and without blank ones, as the session or a file holds them, merged. A
-    /// pending translation becomes the source text of a Mandarin line, and none of any other.
+    /// pending translation becomes the source text where that needs none, and nothing elsewhere.
     QList<SavedTranscriptLine> compactSavedLines(const QList<SavedTranscriptLine> &lines) const;
 
 private:

@@ -72,7 +72,7 @@ TranscriptRecordMetadata transcriptRecordMetadataFromJson(const json::Value &val
         .createdAt = json::date(value, "createdAt"),
         .startedAt = optionalDate(value, "startedAt"),
         .endedAt = optionalDate(value, "endedAt"),
-        .sourceLanguage = recordcoding::choice(value, "sourceLanguage", appleSystemSpeechLanguage),
+        .sourceLanguage = recordcoding::choice(value, "sourceLanguage", speechLanguageFromRawValue),
         .detectedLanguage = std::nullopt,
         .targetLanguage = json::text(value, "targetLanguage"),
         .processingMode = recordcoding::choice(value, "processingMode", lumaphoneProcessingMode),
@@ -84,7 +84,7 @@ TranscriptRecordMetadata transcriptRecordMetadataFromJson(const json::Value &val
     };
     if (json::has(value, "detectedLanguage")) {
         metadata.detectedLanguage
-            = recordcoding::choice(value, "detectedLanguage", appleSystemSpeechLanguage);
+            = recordcoding::choice(value, "detectedLanguage", speechLanguageFromRawValue);
     }
     if (json::has(value, "glossaryTerms")) {
         metadata.glossaryTerms

@@ -1,5 +1,7 @@
 #include "translation/AppleModeController.h"
 
+#include "language/SpokenLanguage.h"
+
 #include <QTimeZone>
 
 namespace lumaphone {
@@ -9,7 +11,8 @@ namespace {
 std::shared_ptr<SpeechModule> englishRecognizer(SpeechFramework &framework)
 {
     try {
-        return framework.makeTranscriber(QStringLiteral("en-US"), SpeechModuleOptions {true, true});
+        return framework.makeTranscriber(
+            localeIdentifier(SpokenLanguage::english), SpeechModuleOptions {true, true});
     } catch (const SpeechFrameworkError &) {
         return nullptr;
     }

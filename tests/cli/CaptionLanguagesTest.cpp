@@ -1,6 +1,6 @@
 #include "base/AtomicFile.h"
 #include "base/Json.h"
-#include "language/TaiwanTraditional.h"
+#include "language/TaiwanWording.h"
 #include "models/ModelStore.h"
 #include "support/Coroutines.h"
 #include "support/PrivateSoundServer.h"
@@ -88,8 +88,8 @@ QString captionLanguage(const QString &name)
 
 QString captionText(const ToyPhrase &phrase)
 {
-    static const TaiwanTraditional traditional;
-    return phrase.language == "zh" ? traditional.convert(phrase.text) : phrase.text;
+    static const TaiwanWording wording(WrittenChinese::simplified);
+    return phrase.language == "zh" ? wording.rewrite(phrase.text) : phrase.text;
 }
 
 void append(std::vector<std::int16_t> &sound, const std::vector<std::int16_t> &part)

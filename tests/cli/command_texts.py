@@ -76,8 +76,13 @@ for command in commands:
 known = set().union(*(options(text) for text in helps.values()), options(overview))
 expect("options in the manual that no command has", options(page) - known, set())
 
-# The completion at work.
-for language in ("automatic", "japanese", "english", "korean", "mandarin"):
+# The completion at work. The program takes the languages from its table; the other two texts write them out.
+languages = re.findall(r"[a-z]+", re.search(r"--language LANGUAGE(.*)", helps["caption"]).group(1))
+expect("languages of the program", set(languages), {"automatic", "japanese", "english", "korean", "mandarin"})
+expect("languages", complete("caption", "system", "--language", ""), set(languages))
+expect("languages missing in the manual",
+       set(languages) - set(re.findall(r"[a-z]+", re.search(r"the spoken language:\n(.*)", page).group(1))), set())
+for language in languages:
     expect("--language", complete("caption", "system", "--language", language[:2]), {language})
 expect("an option's value after =", complete("caption", "--translate", "=", "a"), {"apple"})
 expect("nothing after =", complete("caption", "--translate", "="), {"off", "apple", "custom"})

@@ -37,12 +37,12 @@ private slots:
         QFETCH(const QString, raw);
         QFETCH(const QString, name);
         QFETCH(const QString, locale);
-        QCOMPARE(allAppleSystemSpeechLanguages.size(), std::size_t(5));
-        QCOMPARE(allAppleSystemSpeechLanguages.at(static_cast<std::size_t>(index)), language);
+        QCOMPARE(allSpeechLanguages().size(), std::size_t(5));
+        QCOMPARE(allSpeechLanguages()[static_cast<std::size_t>(index)], language);
         QCOMPARE(rawValue(language), raw);
         QCOMPARE(displayName(language), name);
         QCOMPARE(localeIdentifier(language), locale);
-        QVERIFY(appleSystemSpeechLanguage(raw) == language);
+        QVERIFY(speechLanguageFromRawValue(raw) == language);
     }
 
     void otherTextsAreNoLanguage_data()
@@ -58,7 +58,7 @@ private slots:
     void otherTextsAreNoLanguage()
     {
         QFETCH(const QString, raw);
-        QVERIFY(!appleSystemSpeechLanguage(raw));
+        QVERIFY(!speechLanguageFromRawValue(raw));
     }
 
     void automaticTriesFourCandidatesInOrder()

@@ -29,7 +29,7 @@ private slots:
         QFETCH(Language, language);
         QFETCH(QString, name);
         QFETCH(QString, locale);
-        QCOMPARE(networkName(language), name);
+        QCOMPARE(languageCode(language), name);
         QCOMPARE(localeIdentifier(language), locale);
         QVERIFY(spokenLanguageNamed(name) == language);
         QVERIFY(spokenLanguageOf(locale) == language);

@@ -57,15 +57,6 @@ private slots:
         QCOMPARE(session.translator.providerName(), QStringLiteral("自定義 API"));
     }
 
-    void languagesHaveSourceIdentifiers()
-    {
-        QCOMPARE(translationSourceIdentifier(japanese), QStringLiteral("ja"));
-        QCOMPARE(translationSourceIdentifier(english), QStringLiteral("en"));
-        QCOMPARE(translationSourceIdentifier(korean), QStringLiteral("ko"));
-        QCOMPARE(translationSourceIdentifier(mandarin), QStringLiteral("zh-Hant"));
-        QCOMPARE(translationSourceIdentifier(automatic), QStringLiteral("ja"));
-    }
-
     void mandarinReachesNoProvider()
     {
         Translators session;

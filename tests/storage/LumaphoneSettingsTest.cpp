@@ -120,7 +120,7 @@ void LumaphoneSettingsTest::aStoredTextChoosesTheCaseWithThatRawValue_data()
                             << static_cast<int>(wanted);
     };
     const char *language = "lumaphone.sourceLanguage";
-    for (const AppleSystemSpeechLanguage wanted : allAppleSystemSpeechLanguages) {
+    for (const AppleSystemSpeechLanguage wanted : allSpeechLanguages()) {
         row(qPrintable(rawValue(wanted)), language, "sourceLanguage", rawValue(wanted), wanted);
     }
     row("unknown language", language, "sourceLanguage", textValue("french"),

@@ -35,7 +35,7 @@ Rectangle {
         scale: preview.scaleDown
         settings: preview.inspector.settings
         sourceText: preview.inspector.previewSourceText
-        sourceLanguage: "japanese"
+        sourceLanguage: preview.inspector.previewSourceLanguage
         translationText: preview.inspector.previewTranslationText
         Accessible.ignored: true
     }

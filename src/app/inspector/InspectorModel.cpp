@@ -73,7 +73,7 @@ QVariantList InspectorModel::audioInputSources() const
 QVariantList InspectorModel::sourceLanguages() const
 {
     QVariantList list;
-    for (const auto language : allAppleSystemSpeechLanguages) {
+    for (const auto language : allSpeechLanguages()) {
         list.append(choice(rawValue(language), displayName(language)));
     }
     return list;
@@ -113,7 +113,7 @@ QString InspectorModel::sourceLanguage() const
 
 void InspectorModel::setSourceLanguage(const QString &value)
 {
-    if (const auto language = appleSystemSpeechLanguage(value)) {
+    if (const auto language = speechLanguageFromRawValue(value)) {
         m_controller.setSourceLanguage(*language);
     }
 }
@@ -188,6 +188,11 @@ QString InspectorModel::opacityText() const
 QString InspectorModel::previewSourceText() const
 {
     return QStringLiteral("ちょっと待って、今のアイデアめちゃくちゃ良くない？");
+}
+
+QString InspectorModel::previewSourceLanguage() const
+{
+    return rawValue(AppleSystemSpeechLanguage::japanese);
 }
 
 QString InspectorModel::previewTranslationText() const

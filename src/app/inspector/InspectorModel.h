@@ -41,6 +41,7 @@ class InspectorModel final : public QObject
     Q_PROPERTY(double minimumFontSize READ minimumFontSize CONSTANT)
     Q_PROPERTY(double maximumFontSize READ maximumFontSize CONSTANT)
     Q_PROPERTY(QString previewSourceText READ previewSourceText CONSTANT)
+    Q_PROPERTY(QString previewSourceLanguage READ previewSourceLanguage CONSTANT)
     Q_PROPERTY(QString previewTranslationText READ previewTranslationText CONSTANT)
     Q_PROPERTY(QString providerSummary READ providerSummary NOTIFY providerChanged)
     Q_PROPERTY(bool supportsTextTranslation READ supportsTextTranslation NOTIFY providerChanged)
@@ -79,6 +80,7 @@ public:
     double minimumFontSize() const { return 18; }
     double maximumFontSize() const { return 72; }
     QString previewSourceText() const;
+    QString previewSourceLanguage() const;
     QString previewTranslationText() const;
 
     QString providerSummary() const;

@@ -4,6 +4,7 @@
 #include "base/Completion.h"
 #include "base/LocalizedError.h"
 #include "base/Text.h"
+#include "language/TranslationLanguages.h"
 #include "storage/LumaphoneSettings.h"
 #include "translation/OpenAICompatibleTranslationService.h"
 
@@ -155,8 +156,9 @@ QCoro::Task<> ProviderSettingsModel::runTest(QPointer<ProviderSettingsModel> sel
         // A new one each time: what another one knows from before is no answer of the server's.
         OpenAICompatibleTranslationService translator;
         text = providertexts::testSucceeded(
-            co_await translator.translate(QStringLiteral("Lumaphone is ready."), QStringLiteral("en"),
-                configuration, testGlossary(), stop));
+            co_await translator.translate(QStringLiteral("Lumaphone is ready."),
+                translationSourceIdentifier(AppleSystemSpeechLanguage::english), configuration,
+                testGlossary(), stop));
         status = success;
     } catch (const std::exception &error) {
         text = localizedDescription(error);

@@ -235,7 +235,7 @@ void LiveSessionModel::startNew()
 
 void LiveSessionModel::setSourceLanguage(const QString &language)
 {
-    if (const auto known = appleSystemSpeechLanguage(language)) {
+    if (const auto known = speechLanguageFromRawValue(language)) {
         m_controller.setSourceLanguage(*known);
     }
 }

@@ -1,5 +1,6 @@
 #include "app/models/ModelOffer.h"
 
+#include "language/LanguageTable.h"
 #include "storage/LumaphoneSettings.h"
 
 #include <algorithm>
@@ -11,10 +12,10 @@ namespace {
 
 using Language = AppleSystemSpeechLanguage;
 
-/// As the models' catalogue names it, such as "ja".
+/// As the models' catalogue names it. What serves automatic detection serves any language of it.
 QString catalogueCode(Language language)
 {
-    return localeIdentifier(language).section(QLatin1Char('-'), 0, 0);
+    return languageRow(recognitionCandidates(language).front())->code.toString();
 }
 
 QString titleFor(Language language)
@@ -87,7 +88,7 @@ bool ModelOffer::isReady() const
 
 void ModelOffer::languageChosen(const QString &language)
 {
-    const auto chosen = appleSystemSpeechLanguage(language);
+    const auto chosen = speechLanguageFromRawValue(language);
     if (!chosen) {
         return;
     }

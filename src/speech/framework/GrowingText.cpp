@@ -1,6 +1,7 @@
 #include "speech/framework/GrowingText.h"
 
 #include "base/Text.h"
+#include "language/Script.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,9 +13,7 @@ namespace {
 /// Letters of scripts that put blanks between words. Elsewhere every character is a word.
 bool isWithinWord(char32_t scalar)
 {
-    const QChar::Script script = QChar::script(scalar);
-    return (QChar::isLetterOrNumber(scalar) || QChar::isMark(scalar)) && script != QChar::Script_Han
-        && script != QChar::Script_Hiragana && script != QChar::Script_Katakana;
+    return (QChar::isLetterOrNumber(scalar) || QChar::isMark(scalar)) && !isUnspacedLetter(scalar);
 }
 
 bool isWord(const QString &character)

@@ -1,6 +1,7 @@
 #include "speech/framework/RecognizedText.h"
 
 #include "base/Text.h"
+#include "language/LanguageTable.h"
 #include "speech/framework/GrowingText.h"
 
 #include <QList>
@@ -12,21 +13,6 @@
 namespace lumaphone {
 
 namespace {
-
-bool isEastAsian(char32_t scalar)
-{
-    switch (QChar::script(scalar)) {
-    case QChar::Script_Han:
-    case QChar::Script_Hiragana:
-    case QChar::Script_Katakana:
-    case QChar::Script_Bopomofo:
-        return true;
-    default:
-        // Ideographic and full-width punctuation, the prolonged sound mark.
-        return (scalar >= 0x3000 && scalar <= 0x303F) || (scalar >= 0x30FB && scalar <= 0x30FC)
-            || (scalar >= 0xFF00 && scalar <= 0xFFEF);
-    }
-}
 
 bool isClosingPunctuation(char32_t scalar)
 {
@@ -57,9 +43,7 @@ bool separatesWords(char32_t before, char32_t after, SpokenLanguage language)
     if (isClosingPunctuation(after)) {
         return false;
     }
-    const bool writesWithoutBlanks
-        = language == SpokenLanguage::japanese || language == SpokenLanguage::mandarin;
-    return !writesWithoutBlanks || (!isEastAsian(before) && !isEastAsian(after));
+    return languageRow(language).hasSpaces || (!isUnspaced(before) && !isUnspaced(after));
 }
 
 bool saysSomething(const QString &text)
@@ -156,7 +140,7 @@ bool canBeSaid(const QString &text, std::chrono::duration<double> speech)
 {
     double seconds = -slack.count();
     for (const TextUnit &unit : unitsOf(text)) {
-        const bool isCharacter = isEastAsian(unit.word.toUcs4().constFirst());
+        const bool isCharacter = isUnspaced(unit.word.toUcs4().constFirst());
         seconds += (isCharacter ? shortestCharacter : shortestWord).count();
     }
     return seconds <= speech.count();

@@ -1,5 +1,6 @@
 #include "speech/hosted/HostedRecognizer.h"
 
+#include "language/LanguageTable.h"
 #include "speech/framework/RecognizedText.h"
 #include "speech/protocol/SampleRate.h"
 
@@ -41,7 +42,7 @@ host::Configure configurationOf(
     configuration.network = installation.network;
     configuration.volatileNetwork = installation.volatileNetwork;
     if (languages.size() == 1) {
-        configuration.language = networkName(languages.front()).toStdString();
+        configuration.language = languageCode(languages.front()).toStdString();
     }
     configuration.threads = std::clamp(std::thread::hardware_concurrency() / 2, 1U, mostThreads);
     return configuration;
@@ -67,14 +68,15 @@ HostedRecognizer::HostedRecognizer(const SpeechInstallation &installation,
 std::vector<QString> HostedRecognizer::localeIdentifiers() const
 {
     std::vector<QString> locales;
-    std::transform(m_languages.begin(), m_languages.end(), std::back_inserter(locales), &localeIdentifier);
+    std::transform(m_languages.begin(), m_languages.end(), std::back_inserter(locales),
+        [](SpokenLanguage language) { return localeIdentifier(language); });
     return locales;
 }
 
 void HostedRecognizer::load()
 {
-    if (std::find(m_languages.begin(), m_languages.end(), SpokenLanguage::mandarin) != m_languages.end()) {
-        m_traditional.emplace();
+    for (const SpokenLanguage language : m_languages) {
+        m_wordings.emplace(language, languageRow(language).networksWrite);
     }
     demandIntactFiles();
     m_session.start();
@@ -125,14 +127,11 @@ void HostedRecognizer::heard(const host::Decoded &decoded)
 QString HostedRecognizer::believedText(const QString &text, SpokenLanguage language,
     LanguageArbiter::Seconds speech, const host::Decoded &decoded) const
 {
-    QString clean = withoutRepeatedTail(cleanRecognizedText(text, language));
+    const QString clean = withoutRepeatedTail(cleanRecognizedText(text, language));
     if (!canBeSaid(clean, speech)) {
         return {};
     }
-    if (language == SpokenLanguage::mandarin) {
-        clean = m_traditional->convert(clean);
-    }
-    return writtenAsPart(clean, {decoded.continuesSpeech, decoded.isCut});
+    return writtenAsPart(m_wordings.at(language).rewrite(clean), {decoded.continuesSpeech, decoded.isCut});
 }
 
 void HostedRecognizer::show(const QStringList &texts, bool endsWithFinal)

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "language/TaiwanTraditional.h"
+#include "language/TaiwanWording.h"
 #include "speech/framework/GrowingText.h"
 #include "speech/framework/StreamingRecognizer.h"
 #include "speech/hosted/LanguageArbiter.h"
 #include "speech/hosted/SpeechHostSession.h"
+
+#include <map>
 
 namespace lumaphone {
 
@@ -57,7 +59,7 @@ private:
     std::optional<std::int64_t> m_segment; ///< under way
     GrowingText m_growing;
     SpokenLanguage m_shownLanguage;
-    std::optional<TaiwanTraditional> m_traditional;
+    std::map<SpokenLanguage, TaiwanWording> m_wordings; ///< of each language, once loaded
     SpeechHostSession m_session;
 };
 

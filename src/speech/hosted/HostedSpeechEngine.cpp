@@ -22,8 +22,8 @@ std::vector<QString> HostedSpeechEngine::installedLocales() const
 {
     std::vector<QString> locales;
     if (std::holds_alternative<SpeechInstallation>(m_locate())) {
-        std::transform(
-            m_languages.begin(), m_languages.end(), std::back_inserter(locales), &localeIdentifier);
+        std::transform(m_languages.begin(), m_languages.end(), std::back_inserter(locales),
+            [](SpokenLanguage language) { return localeIdentifier(language); });
     }
     return locales;
 }

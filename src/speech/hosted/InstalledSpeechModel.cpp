@@ -35,9 +35,25 @@ const ModelEntry *entryWith(const ModelCatalogue &catalogue, const QStringList &
     return findEntry(catalogue, false, roles);
 }
 
-const ModelEntry *bundledEntryWith(const ModelCatalogue &catalogue, const QStringList &roles)
+const ModelEntry *installableNetwork(const ModelCatalogue &catalogue)
 {
-    return findEntry(catalogue, true, roles);
+    return entryWith(catalogue, {networkRole, tokensRole});
+}
+
+const ModelEntry *bundledNetwork(const ModelCatalogue &catalogue)
+{
+    return findEntry(catalogue, true, {encoderRole, decoderRole, tokensRole});
+}
+
+std::vector<SpokenLanguage> languagesOf(const ModelEntry *entry)
+{
+    std::vector<SpokenLanguage> languages;
+    for (const QString &code : entry == nullptr ? QStringList() : entry->languages) {
+        if (const auto language = spokenLanguageNamed(code)) {
+            languages.push_back(*language);
+        }
+    }
+    return languages;
 }
 
 std::string encoded(const QString &path)
@@ -77,9 +93,19 @@ private:
 
 } // namespace
 
+std::vector<SpokenLanguage> installedModelLanguages(const ModelCatalogue &catalogue)
+{
+    return languagesOf(installableNetwork(catalogue));
+}
+
+std::vector<SpokenLanguage> bundledModelLanguages(const ModelCatalogue &catalogue)
+{
+    return languagesOf(bundledNetwork(catalogue));
+}
+
 std::variant<SpeechModelFiles, QString> installedSpeechModel(const ModelStore &store, CheckedFiles &checked)
 {
-    const ModelEntry *const network = entryWith(store.catalogue(), {networkRole, tokensRole});
+    const ModelEntry *const network = installableNetwork(store.catalogue());
     if (network == nullptr) {
         return QStringLiteral("模型清單裡沒有語音辨識模型。");
     }
@@ -111,8 +137,7 @@ std::variant<SpeechModelFiles, QString> installedSpeechModel(const ModelStore &s
 
 std::variant<SpeechModelFiles, QString> bundledEnglishModel(const ModelStore &store, CheckedFiles &checked)
 {
-    const ModelEntry *const entry
-        = bundledEntryWith(store.catalogue(), {encoderRole, decoderRole, tokensRole});
+    const ModelEntry *const entry = bundledNetwork(store.catalogue());
     const auto model = entry == nullptr ? std::nullopt : store.installed(*entry);
     if (!model) {
         return QStringLiteral("這個版本的 Lumaphone 沒有附上英文語音辨識模型，或它的檔案不完整。"

@@ -6,6 +6,12 @@
 
 namespace lumaphone {
 
+/// What the network that the user can install recognises, as the catalogue says.
+std::vector<SpokenLanguage> installedModelLanguages(const ModelCatalogue &catalogue);
+
+/// The same of the network that is part of the program.
+std::vector<SpokenLanguage> bundledModelLanguages(const ModelCatalogue &catalogue);
+
 // What the networks need, or a sentence for the user: what is missing and how to get it. `store` and
 // `checked`, which compares the files before they are used, must outlive the answer.
 

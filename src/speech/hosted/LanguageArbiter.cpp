@@ -1,6 +1,6 @@
 #include "speech/hosted/LanguageArbiter.h"
 
-#include <QList>
+#include "language/LanguageTable.h"
 
 #include <algorithm>
 
@@ -8,70 +8,49 @@ namespace lumaphone {
 
 namespace {
 
-struct Scripts
+std::optional<SpokenLanguage> firstKnownBy(Script script)
 {
-    bool kana = false;
-    bool hangul = false;
-    bool han = false;
-    bool latin = false;
-};
-
-Scripts scriptsIn(const QString &text)
-{
-    Scripts scripts;
-    for (const uint scalar : text.toUcs4()) {
-        switch (QChar::script(scalar)) {
-        case QChar::Script_Hiragana:
-        case QChar::Script_Katakana:
-            scripts.kana = true;
-            break;
-        case QChar::Script_Hangul:
-            scripts.hangul = true;
-            break;
-        case QChar::Script_Han:
-            scripts.han = true;
-            break;
-        case QChar::Script_Latin:
-            scripts.latin = true;
-            break;
-        default:
-            break;
-        }
-    }
-    return scripts;
+    const auto rows = languageTable();
+    const auto found = std::find_if(
+        rows.begin(), rows.end(), [script](const LanguageRow &row) { return row.script == script; });
+    return found == rows.end() ? std::nullopt : std::optional(found->language);
 }
 
 /// The language that only this script can be; none for Han and Latin letters, which several languages use.
-std::optional<SpokenLanguage> languageOnlyBy(const Scripts &scripts)
+std::optional<SpokenLanguage> languageOnlyBy(Scripts scripts)
 {
-    if (scripts.kana != scripts.hangul) {
-        return scripts.kana ? SpokenLanguage::japanese : SpokenLanguage::korean;
+    if (scripts.has(Script::kana) != scripts.has(Script::hangul)) {
+        return firstKnownBy(scripts.has(Script::kana) ? Script::kana : Script::hangul);
     }
     return std::nullopt;
 }
 
-std::optional<SpokenLanguage> likelyLanguage(const Scripts &scripts)
+std::optional<SpokenLanguage> likelyLanguage(Scripts scripts)
 {
     if (const auto certain = languageOnlyBy(scripts)) {
         return certain;
     }
-    if (scripts.han) {
-        return SpokenLanguage::mandarin;
+    if (scripts.has(Script::han)) {
+        return firstKnownBy(Script::han);
     }
-    return scripts.latin ? std::optional(SpokenLanguage::english) : std::nullopt;
+    return scripts.has(Script::latin) ? firstKnownBy(Script::latin) : std::nullopt;
 }
 
-bool isWrittenIn(SpokenLanguage language, const Scripts &scripts)
+/// Latin letters may stand in texts of every language.
+bool isWrittenIn(SpokenLanguage language, Scripts scripts)
 {
+    const bool hasKana = scripts.has(Script::kana);
+    const bool hasHangul = scripts.has(Script::hangul);
+    const bool hasHan = scripts.has(Script::han);
     switch (language) {
     case SpokenLanguage::japanese:
-        return !scripts.hangul;
+        return !hasHangul;
     case SpokenLanguage::mandarin:
-        return !scripts.hangul && !scripts.kana;
+        return !hasHangul && !hasKana;
     case SpokenLanguage::korean:
-        return !scripts.kana && (!scripts.han || scripts.hangul);
+        return !hasKana && (!hasHan || hasHangul);
     case SpokenLanguage::english:
-        return !scripts.hangul && !scripts.kana && !scripts.han;
+        return !hasHangul && !hasKana && !hasHan;
     }
     Q_UNREACHABLE();
 }

@@ -1,5 +1,6 @@
 #include "speech/pocketsphinx/PocketSphinxEngine.h"
 
+#include "language/SpokenLanguage.h"
 #include "speech/pocketsphinx/PocketSphinxModel.h"
 #include "speech/pocketsphinx/PocketSphinxRecognizer.h"
 
@@ -7,7 +8,7 @@ namespace lumaphone {
 
 namespace {
 
-const auto usEnglish = QStringLiteral("en-US");
+const auto usEnglish = localeIdentifier(SpokenLanguage::english);
 
 } // namespace
 

@@ -25,8 +25,6 @@ QString describe(EngineError::Case which, const QString &path, const QString &su
             .arg(name, subject);
     case Cancelled:
         return QStringLiteral("翻譯已取消。");
-    case Unavailable:
-        return QStringLiteral("無法載入中文用詞轉換資料「%1」，請安裝 OpenCC：%2").arg(name, subject);
     }
     Q_UNREACHABLE();
 }

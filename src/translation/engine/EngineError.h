@@ -18,7 +18,6 @@ public:
         Unsupported, ///< a sound file of an architecture that this engine does not compute
         Mismatched, ///< files that are sound in themselves do not belong together
         Cancelled, ///< the caller asked the translation to stop
-        Unavailable, ///< conversion data that belongs to the system is missing
     };
 
     /// `path` names the file; `subject` is the part of it that is at fault, in the format's own terms.

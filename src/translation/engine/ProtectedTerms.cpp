@@ -1,5 +1,6 @@
 #include "translation/engine/ProtectedTerms.h"
 
+#include "language/Script.h"
 #include "translation/engine/SentenceSplitter.h"
 
 #include <QRegularExpression>
@@ -114,14 +115,14 @@ Edit placeFor(const SpelledTranslation &translation, const ProtectedTerm &term, 
 
 bool wantsSpaceBeside(QChar character)
 {
-    return character.isLetterOrNumber() && character.script() != QChar::Script_Han
-        && character.script() != QChar::Script_Hiragana && character.script() != QChar::Script_Katakana;
+    return character.isLetterOrNumber() && !isUnspacedLetter(character.unicode());
 }
 
 } // namespace
 
 QList<ProtectedTerm> findProtectedTerms(const QString &sentence)
 {
+    // Hangul has spaces between words, but its particles follow an address without one.
     static const QRegularExpression pattern(QStringLiteral(
         "\\b(?:https?|ftp)://[^\\s\\p{Han}\\p{Hiragana}\\p{Katakana}\\p{Hangul}<>\"'「」『』（），。、！？]+"
         "|\\bwww\\.[A-Za-z0-9][A-Za-z0-9./?=&%#_~:+-]+"

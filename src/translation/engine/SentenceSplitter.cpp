@@ -1,8 +1,8 @@
 #include "translation/engine/SentenceSplitter.h"
 
 #include "base/Text.h"
+#include "language/Script.h"
 
-#include <QChar>
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
@@ -54,21 +54,10 @@ bool needsNumber(const QString &text)
     return lower == QLatin1String("no.") || lower.endsWith(QLatin1String(" no."));
 }
 
+/// Half a character beyond the first plane counts as Han, which most of them are.
 bool isWrittenWithoutSpaces(QChar character)
 {
-    switch (character.script()) {
-    case QChar::Script_Han:
-    case QChar::Script_Hiragana:
-    case QChar::Script_Katakana:
-    case QChar::Script_Bopomofo:
-        return true;
-    default:
-        break;
-    }
-    const char16_t code = character.unicode();
-    const bool isCjkPunctuation = code >= 0x3000 && code <= 0x303F;
-    const bool isFullWidth = code >= 0xFF00 && code <= 0xFFEF;
-    return isCjkPunctuation || isFullWidth || character.isSurrogate();
+    return character.isSurrogate() || isUnspaced(character.unicode());
 }
 
 void append(QList<Sentence> &sentences, const QString &line)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "translation/engine/TaiwanWording.h"
+#include "language/TaiwanWording.h"
 #include "translation/engine/TranslationModel.h"
 
 #include <QString>
@@ -17,7 +17,7 @@ class Translator
 {
 public:
     /// `legs` in the order of travel, at least one; `written` is what the last one writes. Throws
-    /// EngineError.
+    /// PlatformError where the system lacks the dictionaries of Taiwan's words.
     Translator(std::vector<std::shared_ptr<TranslationModel>> legs, WrittenChinese written);
 
     /// Throws EngineError (Cancelled).

@@ -10,7 +10,7 @@ LoadedLegs::LoadedLegs(int threads)
 }
 
 std::shared_ptr<engine::Translator> LoadedLegs::translator(
-    const QList<InstalledLeg> &legs, engine::WrittenChinese written)
+    const QList<InstalledLeg> &legs, WrittenChinese written)
 {
     // One loads, the other one waits and finds it loaded.
     const std::lock_guard lock(m_mutex);

@@ -27,9 +27,9 @@ public:
     /// `threads` per translation, at least 1.
     explicit LoadedLegs(int threads);
 
-    /// Loads what is not loaded yet and reads its weights once. Takes a while. Throws EngineError.
-    std::shared_ptr<engine::Translator> translator(
-        const QList<InstalledLeg> &legs, engine::WrittenChinese written);
+    /// Loads what is not loaded yet and reads its weights once. Takes a while. Throws EngineError, or
+    /// PlatformError where the system lacks the dictionaries of Taiwan's words.
+    std::shared_ptr<engine::Translator> translator(const QList<InstalledLeg> &legs, WrittenChinese written);
 
 private:
     std::shared_ptr<engine::TranslationModel> leg(const InstalledLeg &leg);

@@ -1,5 +1,7 @@
 #include "translation/ondevice/TranslationRoute.h"
 
+#include "language/TranslationLanguages.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -10,7 +12,7 @@ namespace {
 
 const QString &traditional()
 {
-    static const QString identifier = QStringLiteral("zh-Hant");
+    static const QString identifier = translationTargetIdentifier();
     return identifier;
 }
 
@@ -37,14 +39,13 @@ TranslationRoute translationRoute(
     const QString from = catalogued(source);
     const QString to = catalogued(target);
     if (const auto legs = catalogue.translationLegs(from, to); !legs.isEmpty()) {
-        return {
-            legs, to == traditional() ? engine::WrittenChinese::Traditional : engine::WrittenChinese::None};
+        return {legs, to == traditional() ? WrittenChinese::traditional : WrittenChinese::none};
     }
     if (to != traditional()) {
         return {};
     }
     const auto legs = catalogue.translationLegs(from, QStringLiteral("zh-Hans"));
-    return {legs, legs.isEmpty() ? engine::WrittenChinese::None : engine::WrittenChinese::Simplified};
+    return {legs, legs.isEmpty() ? WrittenChinese::none : WrittenChinese::simplified};
 }
 
 ModelState routeState(const ModelStore &store, const TranslationRoute &route)

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "language/WrittenChinese.h"
 #include "models/ModelStore.h"
 #include "platform/TranslationFramework.h"
-#include "translation/engine/TaiwanWording.h"
 
 #include <QList>
 
@@ -12,7 +12,7 @@ namespace lumaphone {
 struct TranslationRoute
 {
     QList<const ModelEntry *> legs; ///< in the order of travel; empty if there is no way
-    engine::WrittenChinese written = engine::WrittenChinese::None; ///< by the last leg
+    WrittenChinese written = WrittenChinese::none; ///< by the last leg
 };
 
 /// Directly or through English. A model that writes Simplified Chinese serves where none writes Traditional.

@@ -1,4 +1,4 @@
-#include "language/TaiwanTraditional.h"
+#include "language/TaiwanWording.h"
 #include "speech/framework/RecognizedText.h"
 #include "speech/host/Segmenter.h"
 #include "support/HostedSpeech.h"
@@ -300,10 +300,10 @@ private slots:
             recognizer.load();
             std::vector<QString> expected;
             std::vector<std::size_t> kills {random() % 20, random() % 20, random() % 20};
-            const TaiwanTraditional traditional;
+            const TaiwanWording wording(WrittenChinese::simplified);
             for (std::size_t i = 0; i < 20; ++i) {
                 const ToyPhrase &phrase = phrases[(i * 5) % phrases.size()];
-                expected.push_back(phrase.language == "zh" ? traditional.convert(phrase.text) : phrase.text);
+                expected.push_back(phrase.language == "zh" ? wording.rewrite(phrase.text) : phrase.text);
                 const auto sound = speak(phrase);
                 const std::size_t cut = random() % sound.size();
                 feed(recognizer, std::span(sound).first(cut));

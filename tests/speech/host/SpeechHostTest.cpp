@@ -1,4 +1,4 @@
-#include "language/TaiwanTraditional.h"
+#include "language/TaiwanWording.h"
 #include "speech/host/Segmenter.h"
 #include "support/HostedSpeech.h"
 
@@ -39,8 +39,9 @@ std::vector<ToyPhrase> fourPhrases()
 Heard finalOf(const ToyPhrase &phrase)
 {
     const auto language = *spokenLanguageNamed(phrase.language);
-    const QString text
-        = language == SpokenLanguage::mandarin ? TaiwanTraditional().convert(phrase.text) : phrase.text;
+    const QString text = language == SpokenLanguage::mandarin
+        ? TaiwanWording(WrittenChinese::simplified).rewrite(phrase.text)
+        : phrase.text;
     return {localeIdentifier(language), text, true};
 }
 

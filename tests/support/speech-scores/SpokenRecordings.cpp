@@ -1,6 +1,6 @@
 #include "support/speech-scores/SpokenRecordings.h"
 
-#include "language/TaiwanTraditional.h"
+#include "language/TaiwanWording.h"
 #include "support/WavFile.h"
 
 #include <QDir>
@@ -70,11 +70,10 @@ void addRaw(const QString &set, const QString &name, const QString &transcript, 
 
 std::optional<AppleSystemSpeechLanguage> languageOf(const QString &locale)
 {
-    const auto found = std::find_if(allAppleSystemSpeechLanguages.begin(),
-        allAppleSystemSpeechLanguages.end(), [&locale](AppleSystemSpeechLanguage language) {
-            return language != AppleSystemSpeechLanguage::automatic && localeIdentifier(language) == locale;
-        });
-    return found == allAppleSystemSpeechLanguages.end() ? std::nullopt : std::optional(*found);
+    const auto languages = recognitionCandidates(AppleSystemSpeechLanguage::automatic);
+    const auto found = std::find_if(languages.begin(), languages.end(),
+        [&locale](AppleSystemSpeechLanguage language) { return localeIdentifier(language) == locale; });
+    return found == languages.end() ? std::nullopt : std::optional(*found);
 }
 
 } // namespace
@@ -144,7 +143,7 @@ SpokenRecordings listedRecordings(const QString &list)
         contentOf(path, QString());
         // Mandarin is recognised in the characters of Taiwan, whatever the transcript is written in.
         const QString transcript = *language == AppleSystemSpeechLanguage::mandarin
-            ? TaiwanTraditional().convert(fields[2].trimmed())
+            ? TaiwanWording(WrittenChinese::simplified).rewrite(fields[2].trimmed())
             : fields[2].trimmed();
         all.recordings.push_back({QFileInfo(list).completeBaseName(), path, transcript, samplesOfWav(path)});
     }

@@ -18,7 +18,7 @@ private slots:
     {
         const GeneratedFolder folder;
         Translator translator(
-            {std::make_shared<TranslationModel>(folder.smallModel())}, WrittenChinese::Traditional);
+            {std::make_shared<TranslationModel>(folder.smallModel())}, WrittenChinese::traditional);
         QStringList sentences;
         for (const std::string &sentence : sampleSentences()) {
             if (sentences.size() < 60)

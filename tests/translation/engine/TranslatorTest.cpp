@@ -24,14 +24,14 @@ private slots:
 
     void oneLegIsTheModelItself()
     {
-        Translator translator({m_first}, WrittenChinese::None);
+        Translator translator({m_first}, WrittenChinese::none);
         translator.warmUp();
         QCOMPARE(translator.translate(m_text), m_first->translate(m_text));
     }
 
     void twoLegsFollowEachOther()
     {
-        Translator translator({m_first, m_second}, WrittenChinese::None);
+        Translator translator({m_first, m_second}, WrittenChinese::none);
         const QString translated = translator.translate(m_text);
         QCOMPARE(translated, m_second->translate(m_first->translate(m_text)));
         QVERIFY(translated != m_first->translate(m_text));
@@ -39,22 +39,22 @@ private slots:
 
     void placeholdersSurviveBothLegsAndTheWording()
     {
-        Translator translator({m_first, m_second}, WrittenChinese::Traditional);
+        Translator translator({m_first, m_second}, WrittenChinese::traditional);
         const QString translated = translator.translate(QStringLiteral("妹はLUMAPHON_TERM_0に会いました。"));
         QVERIFY2(translated.count(QStringLiteral("LUMAPHON_TERM_0")) == 1, qPrintable(translated));
     }
 
     void theWordingComesLast()
     {
-        Translator plain({m_first}, WrittenChinese::None);
-        Translator worded({m_first}, WrittenChinese::Simplified);
-        const TaiwanWording wording(WrittenChinese::Simplified);
+        Translator plain({m_first}, WrittenChinese::none);
+        Translator worded({m_first}, WrittenChinese::simplified);
+        const TaiwanWording wording(WrittenChinese::simplified);
         QCOMPARE(worded.translate(m_text), wording.rewrite(plain.translate(m_text)));
     }
 
     void aStopIsHeeded()
     {
-        Translator translator({m_first, m_second}, WrittenChinese::None);
+        Translator translator({m_first, m_second}, WrittenChinese::none);
         std::stop_source stop;
         stop.request_stop();
         QVERIFY_THROWS_EXCEPTION(EngineError, translator.translate(m_text, stop.get_token()));

@@ -174,7 +174,7 @@ private slots:
                 engine::ModelFiles {m_generated.path(model), m_generated.path(vocabulary), {}, {}});
         };
         engine::Translator expected(
-            {leg("ja.bin", "v.spm"), leg("en.bin", "w.spm")}, engine::WrittenChinese::Traditional);
+            {leg("ja.bin", "v.spm"), leg("en.bin", "w.spm")}, WrittenChinese::traditional);
         QCOMPARE(response.targetText, expected.translate(japanese));
         QVERIFY(!response.targetText.isEmpty());
     }

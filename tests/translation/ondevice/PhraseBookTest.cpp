@@ -125,7 +125,7 @@ private slots:
 private:
     static std::shared_ptr<Translator> translator(const std::vector<std::shared_ptr<TranslationModel>> &legs)
     {
-        return std::make_shared<Translator>(legs, WrittenChinese::Traditional);
+        return std::make_shared<Translator>(legs, WrittenChinese::traditional);
     }
     static void languages()
     {
@@ -152,7 +152,7 @@ private:
                   << " as expected, likeness " << score.mean() << std::endl;
     }
 
-    const TaiwanWording m_wording {WrittenChinese::Traditional};
+    const TaiwanWording m_wording {WrittenChinese::traditional};
     QHash<QString, std::shared_ptr<Translator>> m_translators;
 };
 

@@ -4,7 +4,6 @@
 #include <QTest>
 
 using namespace lumaphone;
-using engine::WrittenChinese;
 
 namespace {
 
@@ -72,12 +71,12 @@ private slots:
     void theLastLegSaysWhatItsTextStillNeeds()
     {
         const ModelCatalogue both = catalogue({{"en", "zh-Hans"}, {"en", "zh-Hant"}, {"ja", "en"}});
-        QCOMPARE(translationRoute(both, {"ja"}, {"zh-Hant"}).written, WrittenChinese::Traditional);
-        QCOMPARE(translationRoute(both, {"ja"}, {"en"}).written, WrittenChinese::None);
-        QCOMPARE(translationRoute(both, {"ja"}, {"zh-Hans"}).written, WrittenChinese::None);
+        QCOMPARE(translationRoute(both, {"ja"}, {"zh-Hant"}).written, WrittenChinese::traditional);
+        QCOMPARE(translationRoute(both, {"ja"}, {"en"}).written, WrittenChinese::none);
+        QCOMPARE(translationRoute(both, {"ja"}, {"zh-Hans"}).written, WrittenChinese::none);
         const ModelCatalogue simplified = catalogue({{"en", "zh-Hans"}, {"ja", "en"}});
         const TranslationRoute route = translationRoute(simplified, {"ja"}, {"zh-Hant"});
-        QCOMPARE(route.written, WrittenChinese::Simplified);
+        QCOMPARE(route.written, WrittenChinese::simplified);
         QCOMPARE(route.legs.last()->id, QStringLiteral("en-zh-Hans"));
     }
 };

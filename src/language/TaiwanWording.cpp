@@ -1,6 +1,6 @@
-#include "translation/engine/TaiwanWording.h"
+#include "language/TaiwanWording.h"
 
-#include "translation/engine/EngineError.h"
+#include "base/LocalizedError.h"
 
 #include <opencc/Config.hpp>
 #include <opencc/Converter.hpp>
@@ -8,7 +8,8 @@
 
 #include <string>
 
-namespace lumaphone::engine {
+namespace lumaphone {
+
 namespace {
 
 // Words are looked up before characters, each in the text that the step before has left.
@@ -42,12 +43,14 @@ TaiwanWording::TaiwanWording(WrittenChinese written)
 
 TaiwanWording::TaiwanWording(WrittenChinese written, const QString &dictionaries)
 {
-    if (written == WrittenChinese::None)
+    if (written == WrittenChinese::none) {
         return;
-    const bool isTraditional = written == WrittenChinese::Traditional;
+    }
+    const bool isTraditional = written == WrittenChinese::traditional;
     const auto fail = [isTraditional](const char *reason) {
-        throw EngineError(EngineError::Case::Unavailable,
-            isTraditional ? QStringLiteral("TWPhrases") : QStringLiteral("s2twp"), QString::fromUtf8(reason));
+        throw PlatformError(QStringLiteral("無法載入中文用詞轉換字典「%1」（套件 libopencc-data）：%2")
+                                .arg(isTraditional ? QStringLiteral("TWPhrases") : QStringLiteral("s2twp"),
+                                    QString::fromUtf8(reason)));
     };
     try {
         m_converter = std::make_shared<const Converter>(
@@ -69,4 +72,4 @@ QString TaiwanWording::rewrite(const QString &text) const
     return m_converter ? QString::fromStdString(m_converter->chain->Convert(text.toStdString())) : text;
 }
 
-} // namespace lumaphone::engine
+} // namespace lumaphone
