@@ -107,7 +107,13 @@ function(lumaphone_add_test name)
         return()
     endif()
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE lumaphone_options lumaphone_warnings lumaphone_test_support Qt6::Test ${ARG_LIBS})
+    target_link_libraries(${name} PRIVATE lumaphone_options lumaphone_warnings lumaphone_test_support lumaphone_test_program Qt6::Test
+        ${ARG_LIBS})
+    file(STRINGS "${ARG_SOURCES}" registered REGEX "^LUMAPHONE_[A-Z_]*TEST\\(")
+    set(arguments)
+    if(registered)
+        set(arguments ${name})
+    endif()
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
     # A test's class needs no other header to be known, which makes this a tenth of what the automatic way takes.
     set(moc "${CMAKE_CURRENT_BINARY_DIR}/moc/${name}.moc")
@@ -137,11 +143,11 @@ function(lumaphone_add_test name)
         if(run MATCHES "OnPipeWire$")
             list(APPEND environment "LUMAPHONE_TEST_SOUND_SERVER=pipewire")
         endif()
-        add_test(NAME "${run}" COMMAND ${name})
+        add_test(NAME "${run}" COMMAND ${name} ${arguments})
         # A test whose initTestCase() is skipped lacks a program that it needs, and says which.
         set_tests_properties("${run}" PROPERTIES
             TIMEOUT ${ARG_TIMEOUT} COST ${cost} RUN_SERIAL $<BOOL:${ARG_EXCLUSIVE}>
-            SKIP_REGULAR_EXPRESSION "SKIP   : [A-Za-z]+::initTestCase"
+            SKIP_REGULAR_EXPRESSION "SKIP   : [A-Za-z0-9_:]+::initTestCase"
             ENVIRONMENT "${environment}")
     endforeach()
 endfunction()
