@@ -12,16 +12,17 @@ namespace {
 
 const TraceTime start {};
 
+// Not raw strings: moc loses count of the braces in them.
 QByteArray lineEvent(const QByteArray &id, const QByteArray &text, bool isFinal)
 {
-    return R"({"event":"line","id":")" + id + R"(","sourceText":")" + text + R"(","isFinal":)"
-        + (isFinal ? "true" : "false") + '}';
+    return "{\"event\":\"line\",\"id\":\"" + id + "\",\"sourceText\":\"" + text
+        + "\",\"isFinal\":" + (isFinal ? "true}" : "false}");
 }
 
 QByteArray statusEvent(const QByteArray &status, bool isFailure)
 {
-    return R"({"event":"status","status":")" + status + R"(","isFailure":)" + (isFailure ? "true" : "false")
-        + '}';
+    return "{\"event\":\"status\",\"status\":\"" + status
+        + "\",\"isFailure\":" + (isFailure ? "true}" : "false}");
 }
 
 } // namespace
