@@ -1,6 +1,10 @@
 #include "language/TaiwanTraditional.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace taiwantraditionaltest {
 
 using namespace lumaphone;
 
@@ -37,5 +41,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TaiwanTraditionalTest)
+LUMAPHONE_TEST(TaiwanTraditionalTest)
+
+} // namespace taiwantraditionaltest
+
 #include "TaiwanTraditionalTest.moc"

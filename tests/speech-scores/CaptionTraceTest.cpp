@@ -1,8 +1,11 @@
 #include "support/speech-scores/CaptionTrace.h"
 
 #include "base/Json.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace captiontracetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -103,5 +106,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionTraceTest)
+LUMAPHONE_TEST(CaptionTraceTest)
+
+} // namespace captiontracetest
+
 #include "CaptionTraceTest.moc"

@@ -2,6 +2,7 @@
 #include "support/Coroutines.h"
 #include "support/ModelCopy.h"
 #include "support/WavFile.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QProcess>
@@ -13,6 +14,8 @@
 #include <future>
 #include <random>
 #include <thread>
+
+namespace pocketsphinxrecognizertest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -452,5 +455,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PocketSphinxRecognizerTest)
+LUMAPHONE_TEST(PocketSphinxRecognizerTest)
+
+} // namespace pocketsphinxrecognizertest
+
 #include "PocketSphinxRecognizerTest.moc"

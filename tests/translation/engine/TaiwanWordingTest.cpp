@@ -1,10 +1,13 @@
 #include "translation/engine/TaiwanWording.h"
 
 #include "base/AtomicFile.h"
+#include "support/program/TestProgram.h"
 #include "translation/engine/EngineError.h"
 
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace taiwanwordingtest {
 
 using namespace lumaphone;
 using namespace lumaphone::engine;
@@ -81,5 +84,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TaiwanWordingTest)
+LUMAPHONE_TEST(TaiwanWordingTest)
+
+} // namespace taiwanwordingtest
+
 #include "TaiwanWordingTest.moc"

@@ -1,7 +1,11 @@
 #include "translation/ondevice/TranslationRoute.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QObject>
 #include <QTest>
+
+namespace translationroutetest {
 
 using namespace lumaphone;
 using engine::WrittenChinese;
@@ -82,5 +86,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TranslationRouteTest)
+LUMAPHONE_TEST(TranslationRouteTest)
+
+} // namespace translationroutetest
+
 #include "TranslationRouteTest.moc"
