@@ -447,7 +447,8 @@ private slots:
     {
         QProcess self;
         self.start(QCoreApplication::applicationFilePath(),
-            {QStringLiteral("-silent"), QStringLiteral("finishingInTheMiddleOfASentenceClosesIt")});
+            {QStringLiteral("PocketSphinxRecognizerTest"), QStringLiteral("-silent"),
+                QStringLiteral("finishingInTheMiddleOfASentenceClosesIt")});
         QVERIFY(self.waitForFinished(60000));
         QCOMPARE(self.exitCode(), 0);
         QCOMPARE(QString::fromUtf8(self.readAllStandardError()), QString());
