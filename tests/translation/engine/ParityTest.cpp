@@ -218,6 +218,12 @@ class ParityTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase()
+    {
+        if (!isReferenceInstalled()) {
+            QSKIP("npm has not installed the reference: see ReferenceTranslatorIsInstalled");
+        }
+    }
     void wordsAreTheReferences_data();
     void wordsAreTheReferences();
     void nearlyAllLinesAreIdentical();
