@@ -98,12 +98,16 @@ endif()
 set(LUMAPHONE_SOURCE_ROOT "${CMAKE_CURRENT_SOURCE_DIR}")
 set(LUMAPHONE_TEST_ENVIRONMENT "QT_FATAL_WARNINGS=1;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/tsan.supp:second_deadlock_stack=1:ignore_noninstrumented_modules=1:die_after_fork=0")
 
+# The programs of the tests that do not have the label "long".
+add_custom_target(lumaphone_quick_tests)
+
 # lumaphone_add_test(<Name> [SANITIZED | THREADED] [EXCLUSIVE] [SOUND_SERVERS] [TIMEOUT seconds] [LIBS ...]
 #     [DEFINITIONS ...] [NEEDS targets...] [OWN_PROGRAM])
 # The Qt Test class of <Name>.cpp, which includes <Name>.moc. All of a folder are one program, lumaphone-tests-<folder> with "_" for
 # every "/", and each is one entry of ctest. SANITIZED tests are also built and run with the address sanitizer, THREADED ones with
-# the thread sanitizer as well; EXCLUSIVE ones use real time (a sound server, a window) and never run beside another test.
+# the thread sanitizer as well; EXCLUSIVE ones use real time (a sound server, a window) and never run beside one another.
 # SOUND_SERVERS: the test is run a second time, as <Name>OnPipeWire, with another sound server, and never with the address sanitizer.
+# TIMEOUT: it may last for so long, not for the usual 120 seconds. Such tests and EXCLUSIVE ones have the label "long".
 # NEEDS are programs that it starts. OWN_PROGRAM: it is a program <Name> of its own, with a main() or operators of its own.
 function(lumaphone_add_test name)
     cmake_parse_arguments(ARG "SANITIZED;THREADED;EXCLUSIVE;SOUND_SERVERS;OWN_PROGRAM" "TIMEOUT" "LIBS;DEFINITIONS;NEEDS" ${ARGN})
@@ -129,11 +133,16 @@ function(lumaphone_add_test name)
     if(ARG_NEEDS)
         add_dependencies(${program} ${ARG_NEEDS})
     endif()
-    # Those that may take long begin first.
-    set(cost 0)
-    if(ARG_TIMEOUT)
-        set(cost ${ARG_TIMEOUT})
+    # Those that may take long begin first, and before them those that wait for each other.
+    set(properties)
+    if(ARG_EXCLUSIVE)
+        list(APPEND properties RESOURCE_LOCK real-time COST 2000 LABELS long)
+    elseif(ARG_TIMEOUT)
+        list(APPEND properties COST ${ARG_TIMEOUT} LABELS long)
     else()
+        add_dependencies(lumaphone_quick_tests ${program})
+    endif()
+    if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()
     set(runs "${LUMAPHONE_TEST_PREFIX}${name}")
@@ -148,7 +157,7 @@ function(lumaphone_add_test name)
         add_test(NAME "${run}" COMMAND ${program} ${arguments})
         # A test whose initTestCase() is skipped lacks a program that it needs, and says which.
         set_tests_properties("${run}" PROPERTIES
-            TIMEOUT ${ARG_TIMEOUT} COST ${cost} RUN_SERIAL $<BOOL:${ARG_EXCLUSIVE}>
+            ${properties} TIMEOUT ${ARG_TIMEOUT}
             SKIP_REGULAR_EXPRESSION "SKIP   : [A-Za-z0-9_:]+::initTestCase"
             ENVIRONMENT "${environment}")
     endforeach()
