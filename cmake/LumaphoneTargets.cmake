@@ -30,6 +30,7 @@ target_compile_options(lumaphone_generated_code_warnings INTERFACE ${warnings})
 # A unity build compiles several sources as one, which takes a third of the time from nothing. GCC then takes the
 # lambdas of a source for those of a header.
 set(CMAKE_UNITY_BUILD_BATCH_SIZE 12)
+set(LUMAPHONE_TEST_BATCH_SIZE 8)
 if(CMAKE_UNITY_BUILD)
     foreach(warnings IN ITEMS lumaphone_warnings lumaphone_generated_code_warnings)
         target_compile_options(${warnings} INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
@@ -97,35 +98,51 @@ endif()
 set(LUMAPHONE_SOURCE_ROOT "${CMAKE_CURRENT_SOURCE_DIR}")
 set(LUMAPHONE_TEST_ENVIRONMENT "QT_FATAL_WARNINGS=1;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${LUMAPHONE_SOURCE_ROOT}/cmake/tsan.supp:second_deadlock_stack=1:ignore_noninstrumented_modules=1:die_after_fork=0")
 
-# lumaphone_add_test(<Name> SOURCES <Name>.cpp [LIBS ...] [SANITIZED | THREADED] [EXCLUSIVE] [SOUND_SERVERS] [TIMEOUT seconds])
-# A Qt Test executable of one source, which includes <Name>.moc. SANITIZED tests are also built and run with the address sanitizer, THREADED ones with the
-# thread sanitizer as well; EXCLUSIVE ones use real time (a sound server, a window) and never run beside another test.
-# SOUND_SERVERS: without sanitizers the test is run a second time, as <Name>OnPipeWire, with another sound server.
+# The programs of the tests that do not have the label "long".
+add_custom_target(lumaphone_quick_tests)
+
+# lumaphone_add_test(<Name> [SANITIZED | THREADED] [EXCLUSIVE] [SOUND_SERVERS] [TIMEOUT seconds] [LIBS ...]
+#     [DEFINITIONS ...] [NEEDS targets...] [OWN_PROGRAM])
+# The Qt Test class of <Name>.cpp, which includes <Name>.moc. All of a folder are one program, lumaphone-tests-<folder> with "_" for
+# every "/", and each is one entry of ctest. SANITIZED tests are also built and run with the address sanitizer, THREADED ones with
+# the thread sanitizer as well; EXCLUSIVE ones use real time (a sound server, a window) and never run beside one another.
+# SOUND_SERVERS: the test is run a second time, as <Name>OnPipeWire, with another sound server, and never with the address sanitizer.
+# TIMEOUT: it may last for so long, not for the usual 120 seconds. Such tests and EXCLUSIVE ones have the label "long".
+# NEEDS are programs that it starts. OWN_PROGRAM: it is a program <Name> of its own, with a main() or operators of its own.
 function(lumaphone_add_test name)
-    cmake_parse_arguments(ARG "SANITIZED;THREADED;EXCLUSIVE;SOUND_SERVERS" "TIMEOUT" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(ARG "SANITIZED;THREADED;EXCLUSIVE;SOUND_SERVERS;OWN_PROGRAM" "TIMEOUT" "LIBS;DEFINITIONS;NEEDS" ${ARGN})
+    if(ARG_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "lumaphone_add_test(${name}) does not know ${ARG_UNPARSED_ARGUMENTS}")
+    endif()
     if(LUMAPHONE_SANITIZE AND NOT ARG_THREADED AND (LUMAPHONE_SANITIZE STREQUAL "thread" OR NOT ARG_SANITIZED))
         return()
     endif()
-    add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE lumaphone_options lumaphone_warnings lumaphone_test_support Qt6::Test ${ARG_LIBS})
-    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-    # A test's class needs no other header to be known, which makes this a tenth of what the automatic way takes.
-    set(moc "${CMAKE_CURRENT_BINARY_DIR}/moc/${name}.moc")
-    file(MAKE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/moc")
-    add_custom_command(OUTPUT "${moc}" VERBATIM DEPENDS "${ARG_SOURCES}"
-        COMMAND Qt6::moc "${CMAKE_CURRENT_SOURCE_DIR}/${ARG_SOURCES}" -o "${moc}")
-    target_sources(${name} PRIVATE "${moc}")
-    target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/moc")
-    # Most of a test's time goes into its compilation.
-    target_compile_options(${name} PRIVATE -O0 -g1)
-    if(CMAKE_UNITY_BUILD)
-        target_precompile_headers(${name} REUSE_FROM ${LUMAPHONE_TEST_HEADERS})
+    if(LUMAPHONE_SANITIZE MATCHES "address" AND ARG_SOUND_SERVERS)
+        return()
     endif()
-    # Those that may take long begin first.
-    set(cost 0)
-    if(ARG_TIMEOUT)
-        set(cost ${ARG_TIMEOUT})
+    file(RELATIVE_PATH program "${LUMAPHONE_SOURCE_ROOT}/tests" "${CMAKE_CURRENT_SOURCE_DIR}")
+    string(REPLACE "/" "_" program "lumaphone-tests-${program}")
+    set(arguments "${name}")
+    if(ARG_OWN_PROGRAM)
+        set(program "${name}")
+        set(arguments)
+    endif()
+    lumaphone_add_test_source("${program}" "${name}" "${ARG_OWN_PROGRAM}")
+    target_link_libraries(${program} PRIVATE ${ARG_LIBS})
+    target_compile_definitions(${program} PRIVATE ${ARG_DEFINITIONS})
+    if(ARG_NEEDS)
+        add_dependencies(${program} ${ARG_NEEDS})
+    endif()
+    # Those that may take long begin first, and before them those that wait for each other.
+    set(properties)
+    if(ARG_EXCLUSIVE)
+        list(APPEND properties RESOURCE_LOCK real-time COST 2000 LABELS long)
+    elseif(ARG_TIMEOUT)
+        list(APPEND properties COST ${ARG_TIMEOUT} LABELS long)
     else()
+        add_dependencies(lumaphone_quick_tests ${program})
+    endif()
+    if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()
     set(runs "${LUMAPHONE_TEST_PREFIX}${name}")
@@ -137,13 +154,39 @@ function(lumaphone_add_test name)
         if(run MATCHES "OnPipeWire$")
             list(APPEND environment "LUMAPHONE_TEST_SOUND_SERVER=pipewire")
         endif()
-        add_test(NAME "${run}" COMMAND ${name})
+        add_test(NAME "${run}" COMMAND ${program} ${arguments})
         # A test whose initTestCase() is skipped lacks a program that it needs, and says which.
         set_tests_properties("${run}" PROPERTIES
-            TIMEOUT ${ARG_TIMEOUT} COST ${cost} RUN_SERIAL $<BOOL:${ARG_EXCLUSIVE}>
-            SKIP_REGULAR_EXPRESSION "SKIP   : [A-Za-z]+::initTestCase"
+            ${properties} TIMEOUT ${ARG_TIMEOUT}
+            SKIP_REGULAR_EXPRESSION "SKIP   : [A-Za-z0-9_:]+::initTestCase"
             ENVIRONMENT "${environment}")
     endforeach()
+endfunction()
+
+# Adds <name>.cpp to the program, which is made with its first source.
+function(lumaphone_add_test_source program name isAlone)
+    # A test's class needs no other header to be known, which makes this a tenth of what the automatic way takes.
+    set(moc "${CMAKE_CURRENT_BINARY_DIR}/moc/${name}.moc")
+    file(MAKE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/moc")
+    add_custom_command(OUTPUT "${moc}" VERBATIM DEPENDS "${name}.cpp"
+        COMMAND Qt6::moc "${CMAKE_CURRENT_SOURCE_DIR}/${name}.cpp" -o "${moc}")
+    if(TARGET ${program})
+        target_sources(${program} PRIVATE ${name}.cpp "${moc}")
+        return()
+    endif()
+    add_executable(${program} ${name}.cpp "${moc}")
+    target_link_libraries(${program} PRIVATE lumaphone_options lumaphone_warnings lumaphone_test_support Qt6::Test)
+    if(NOT isAlone)
+        target_link_libraries(${program} PRIVATE lumaphone_test_program)
+    endif()
+    set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests"
+        UNITY_BUILD_BATCH_SIZE ${LUMAPHONE_TEST_BATCH_SIZE})
+    target_include_directories(${program} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/moc")
+    # Most of a test's time goes into its compilation.
+    target_compile_options(${program} PRIVATE -O0 -g1)
+    if(CMAKE_UNITY_BUILD)
+        target_precompile_headers(${program} REUSE_FROM ${LUMAPHONE_TEST_HEADERS})
+    endif()
 endfunction()
 
 # lumaphone_add_bench(<Name> SOURCES ... [LIBS ...]): a Google Benchmark executable.

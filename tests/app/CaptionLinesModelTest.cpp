@@ -1,10 +1,13 @@
 #include "app/live/CaptionLinesModel.h"
 
 #include "support/LiveSession.h"
+#include "support/program/TestProgram.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QTest>
+
+namespace captionlinesmodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -92,5 +95,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionLinesModelTest)
+LUMAPHONE_TEST(CaptionLinesModelTest)
+
+} // namespace captionlinesmodeltest
+
 #include "CaptionLinesModelTest.moc"

@@ -1,14 +1,16 @@
 #include "app/diagnosis/DiagnosisModel.h"
 
+#include "app/OffscreenTest.h"
 #include "app/ViewUnderTest.h"
 #include "support/Coroutines.h"
 #include "support/Gate.h"
-#include "support/PrivateRuntimeFolder.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QSignalSpy>
 #include <QTest>
+
+namespace diagnosismodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -99,5 +101,8 @@ private slots:
     }
 };
 
-LUMAPHONE_OFFSCREEN_TEST_MAIN(DiagnosisModelTest)
+LUMAPHONE_OFFSCREEN_TEST(DiagnosisModelTest)
+
+} // namespace diagnosismodeltest
+
 #include "DiagnosisModelTest.moc"

@@ -1,6 +1,10 @@
 #include "app/floating/FloatingCaptionPlacement.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace floatingcaptionplacementtest {
 
 using namespace lumaphone::floatingcaption;
 
@@ -174,5 +178,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FloatingCaptionPlacementTest)
+LUMAPHONE_TEST(FloatingCaptionPlacementTest)
+
+} // namespace floatingcaptionplacementtest
+
 #include "FloatingCaptionPlacementTest.moc"

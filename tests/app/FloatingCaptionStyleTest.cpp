@@ -4,9 +4,12 @@
 #include "storage/LumaphoneSettings.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
+#include "support/program/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTest>
+
+namespace floatingcaptionstyletest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -221,5 +224,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FloatingCaptionStyleTest)
+LUMAPHONE_TEST(FloatingCaptionStyleTest)
+
+} // namespace floatingcaptionstyletest
+
 #include "FloatingCaptionStyleTest.moc"

@@ -1,16 +1,18 @@
+#include "app/OffscreenTest.h"
 #include "app/ViewUnderTest.h"
 #include "app/floating/CaptionLineFit.h"
 #include "storage/LumaphoneSettings.h"
 #include "support/Coroutines.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
-#include "support/PrivateRuntimeFolder.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QTest>
 
 #include <cmath>
+
+namespace floatingcaptionviewtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -162,5 +164,8 @@ private slots:
     }
 };
 
-LUMAPHONE_OFFSCREEN_TEST_MAIN(FloatingCaptionViewTest)
+LUMAPHONE_OFFSCREEN_TEST(FloatingCaptionViewTest)
+
+} // namespace floatingcaptionviewtest
+
 #include "FloatingCaptionViewTest.moc"

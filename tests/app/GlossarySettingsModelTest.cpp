@@ -5,11 +5,14 @@
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "support/Coroutines.h"
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace glossarysettingsmodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -384,5 +387,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(GlossarySettingsModelTest)
+LUMAPHONE_TEST(GlossarySettingsModelTest)
+
+} // namespace glossarysettingsmodeltest
+
 #include "GlossarySettingsModelTest.moc"

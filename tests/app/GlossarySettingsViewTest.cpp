@@ -1,16 +1,18 @@
+#include "app/OffscreenTest.h"
 #include "app/ViewUnderTest.h"
 #include "app/glossary/GlossarySettingsModel.h"
 #include "base/AtomicFile.h"
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "support/Coroutines.h"
 #include "support/GlossaryTerms.h"
-#include "support/PrivateRuntimeFolder.h"
 
 #include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace glossarysettingsviewtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -189,5 +191,8 @@ private slots:
     }
 };
 
-LUMAPHONE_OFFSCREEN_TEST_MAIN(GlossarySettingsViewTest)
+LUMAPHONE_OFFSCREEN_TEST(GlossarySettingsViewTest)
+
+} // namespace glossarysettingsviewtest
+
 #include "GlossarySettingsViewTest.moc"

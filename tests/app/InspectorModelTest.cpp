@@ -2,10 +2,13 @@
 
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "support/LiveSession.h"
+#include "support/program/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace inspectormodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -140,5 +143,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(InspectorModelTest)
+LUMAPHONE_TEST(InspectorModelTest)
+
+} // namespace inspectormodeltest
+
 #include "InspectorModelTest.moc"

@@ -1,17 +1,19 @@
 #include "app/live/LiveSessionModel.h"
 
+#include "app/OffscreenTest.h"
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "session/SessionTexts.h"
 #include "storage/TranscriptLibraryStore.h"
 #include "support/LiveSession.h"
 #include "support/NotingFileViewer.h"
-#include "support/PrivateRuntimeFolder.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace livesessionmodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -326,5 +328,8 @@ private slots:
     }
 };
 
-LUMAPHONE_OFFSCREEN_TEST_MAIN(LiveSessionModelTest)
+LUMAPHONE_OFFSCREEN_TEST(LiveSessionModelTest)
+
+} // namespace livesessionmodeltest
+
 #include "LiveSessionModelTest.moc"

@@ -1,14 +1,14 @@
 #include "app/live/LiveTexts.h"
 
 #include "support/CaptionLines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
+namespace livetextstest {
+
 using namespace lumaphone;
 using namespace lumaphone::test;
-
-Q_DECLARE_METATYPE(lumaphone::SessionFacts)
-Q_DECLARE_METATYPE(std::optional<lumaphone::AppleSystemSpeechLanguage>)
 
 namespace {
 
@@ -201,5 +201,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LiveTextsTest)
+LUMAPHONE_TEST(LiveTextsTest)
+
+} // namespace livetextstest
+
 #include "LiveTextsTest.moc"

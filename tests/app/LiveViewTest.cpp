@@ -1,13 +1,15 @@
+#include "app/OffscreenTest.h"
 #include "capture/SystemAudioCaptureError.h"
 #include "photographs/Studio.h"
 #include "support/Coroutines.h"
-#include "support/PrivateRuntimeFolder.h"
 
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWheelEvent>
+
+namespace liveviewtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -263,5 +265,8 @@ private slots:
     }
 };
 
-LUMAPHONE_OFFSCREEN_TEST_MAIN(LiveViewTest)
+LUMAPHONE_OFFSCREEN_TEST(LiveViewTest)
+
+} // namespace liveviewtest
+
 #include "LiveViewTest.moc"

@@ -1,11 +1,11 @@
 #include "app/models/ModelsModel.h"
 
+#include "app/OffscreenTest.h"
 #include "support/BundledModel.h"
 #include "support/Coroutines.h"
 #include "support/FileServer.h"
 #include "support/FolderResources.h"
 #include "support/ModelFixtures.h"
-#include "support/PrivateRuntimeFolder.h"
 
 #include <QAbstractItemModelTester>
 #include <QDir>
@@ -15,6 +15,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace modelsmodeltest {
 
 using namespace lumaphone;
 
@@ -337,5 +339,8 @@ private:
 };
 
 // The tester of models constructs pictures.
-LUMAPHONE_OFFSCREEN_TEST_MAIN(ModelsModelTest)
+LUMAPHONE_OFFSCREEN_TEST(ModelsModelTest)
+
+} // namespace modelsmodeltest
+
 #include "ModelsModelTest.moc"

@@ -1,3 +1,4 @@
+#include "app/OffscreenTest.h"
 #include "app/ViewUnderTest.h"
 #include "app/floating/FloatingCaptionPanel.h"
 #include "app/floating/FloatingCaptionWindowController.h"
@@ -15,7 +16,6 @@
 #include "support/FolderResources.h"
 #include "support/LiveSession.h"
 #include "support/NotingFileViewer.h"
-#include "support/PrivateRuntimeFolder.h"
 #include "support/ServedModels.h"
 
 #include <QAccessible>
@@ -23,6 +23,8 @@
 #include <QGuiApplication>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace modelsviewtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -497,5 +499,8 @@ private slots:
     }
 };
 
-LUMAPHONE_OFFSCREEN_TEST_MAIN(ModelsViewTest)
+LUMAPHONE_OFFSCREEN_TEST(ModelsViewTest)
+
+} // namespace modelsviewtest
+
 #include "ModelsViewTest.moc"

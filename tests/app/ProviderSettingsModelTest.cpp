@@ -6,11 +6,14 @@
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
 #include "support/MisbehavingHttpServer.h"
+#include "support/program/TestProgram.h"
 #include "translation/LumaphoneGlossaryPrompt.h"
 
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
+
+namespace providersettingsmodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -213,5 +216,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ProviderSettingsModelTest)
+LUMAPHONE_TEST(ProviderSettingsModelTest)
+
+} // namespace providersettingsmodeltest
+
 #include "ProviderSettingsModelTest.moc"

@@ -1,6 +1,10 @@
 #include "app/inspector/ProviderTexts.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace providertextstest {
 
 using namespace lumaphone;
 
@@ -53,5 +57,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ProviderTextsTest)
+LUMAPHONE_TEST(ProviderTextsTest)
+
+} // namespace providertextstest
+
 #include "ProviderTextsTest.moc"

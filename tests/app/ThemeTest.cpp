@@ -1,5 +1,5 @@
+#include "app/OffscreenTest.h"
 #include "app/QmlEngineSetup.h"
-#include "support/PrivateRuntimeFolder.h"
 
 #include <QColor>
 #include <QGuiApplication>
@@ -9,6 +9,8 @@
 
 #include <cmath>
 #include <memory>
+
+namespace themetest {
 
 using namespace lumaphone;
 
@@ -109,5 +111,8 @@ private:
     std::unique_ptr<QObject> m_theme;
 };
 
-LUMAPHONE_OFFSCREEN_TEST_MAIN(ThemeTest)
+LUMAPHONE_OFFSCREEN_TEST(ThemeTest)
+
+} // namespace themetest
+
 #include "ThemeTest.moc"

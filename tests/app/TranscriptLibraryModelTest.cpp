@@ -2,11 +2,14 @@
 
 #include "app/library/TranscriptLinesModel.h"
 #include "support/CountedUuids.h"
+#include "support/program/TestProgram.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimeZone>
+
+namespace transcriptlibrarymodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -233,5 +236,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TranscriptLibraryModelTest)
+LUMAPHONE_TEST(TranscriptLibraryModelTest)
+
+} // namespace transcriptlibrarymodeltest
+
 #include "TranscriptLibraryModelTest.moc"

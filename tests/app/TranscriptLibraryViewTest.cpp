@@ -1,12 +1,14 @@
+#include "app/OffscreenTest.h"
 #include "app/ViewUnderTest.h"
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 #include "support/Coroutines.h"
 #include "support/LibraryFixture.h"
-#include "support/PrivateRuntimeFolder.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QTest>
+
+namespace transcriptlibraryviewtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -253,5 +255,8 @@ private slots:
     }
 };
 
-LUMAPHONE_OFFSCREEN_TEST_MAIN(TranscriptLibraryViewTest)
+LUMAPHONE_OFFSCREEN_TEST(TranscriptLibraryViewTest)
+
+} // namespace transcriptlibraryviewtest
+
 #include "TranscriptLibraryViewTest.moc"

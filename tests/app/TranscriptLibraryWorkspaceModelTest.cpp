@@ -1,8 +1,8 @@
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 
+#include "app/OffscreenTest.h"
 #include "support/Coroutines.h"
 #include "support/LibraryFixture.h"
-#include "support/PrivateRuntimeFolder.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>
@@ -11,6 +11,8 @@
 #include <QGuiApplication>
 #include <QSignalSpy>
 #include <QTest>
+
+namespace transcriptlibraryworkspacemodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -479,5 +481,8 @@ private slots:
     }
 };
 
-LUMAPHONE_OFFSCREEN_TEST_MAIN(TranscriptLibraryWorkspaceModelTest)
+LUMAPHONE_OFFSCREEN_TEST(TranscriptLibraryWorkspaceModelTest)
+
+} // namespace transcriptlibraryworkspacemodeltest
+
 #include "TranscriptLibraryWorkspaceModelTest.moc"

@@ -3,9 +3,12 @@
 #include "base/Json.h"
 #include "storage/TranscriptExport.h"
 #include "support/CountedUuids.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 #include <QTimeZone>
+
+namespace transcripttextstest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -149,5 +152,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TranscriptTextsTest)
+LUMAPHONE_TEST(TranscriptTextsTest)
+
+} // namespace transcripttextstest
+
 #include "TranscriptTextsTest.moc"

@@ -1,5 +1,7 @@
 #include "base/AsyncStream.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <atomic>
@@ -7,6 +9,8 @@
 #include <stdexcept>
 #include <thread>
 #include <vector>
+
+namespace asyncstreamtest {
 
 using namespace lumaphone;
 
@@ -154,5 +158,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AsyncStreamTest)
+LUMAPHONE_TEST(AsyncStreamTest)
+
+} // namespace asyncstreamtest
+
 #include "AsyncStreamTest.moc"

@@ -2,6 +2,7 @@
 
 #include "support/Coroutines.h"
 #include "support/FileSizeLimit.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,6 +13,8 @@
 #include <atomic>
 #include <cerrno>
 #include <thread>
+
+namespace atomicfiletest {
 
 using namespace lumaphone;
 using lumaphone::test::FileSizeLimit;
@@ -139,5 +142,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AtomicFileTest)
+LUMAPHONE_TEST(AtomicFileTest)
+
+} // namespace atomicfiletest
+
 #include "AtomicFileTest.moc"

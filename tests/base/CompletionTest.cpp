@@ -1,12 +1,15 @@
 #include "base/Completion.h"
 
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <memory>
 #include <stdexcept>
 #include <thread>
+
+namespace completiontest {
 
 using namespace lumaphone;
 namespace test = lumaphone::test;
@@ -140,5 +143,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CompletionTest)
+LUMAPHONE_TEST(CompletionTest)
+
+} // namespace completiontest
+
 #include "CompletionTest.moc"

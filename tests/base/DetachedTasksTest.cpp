@@ -1,10 +1,14 @@
 #include "base/DetachedTasks.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <atomic>
 #include <future>
 #include <memory>
+
+namespace detachedtaskstest {
 
 using namespace lumaphone;
 
@@ -60,5 +64,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DetachedTasksTest)
+LUMAPHONE_TEST(DetachedTasksTest)
+
+} // namespace detachedtaskstest
+
 #include "DetachedTasksTest.moc"

@@ -1,6 +1,7 @@
 #include "base/ExportFile.h"
 
 #include "support/FileSizeLimit.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -10,6 +11,8 @@
 #include <unistd.h>
 
 #include <future>
+
+namespace exportfiletest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -149,5 +152,8 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(ExportFileTest)
+LUMAPHONE_TEST(ExportFileTest)
+
+} // namespace exportfiletest
+
 #include "ExportFileTest.moc"

@@ -2,12 +2,15 @@
 
 #include "base/AtomicFile.h"
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
 #include <thread>
+
+namespace filelocktest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -75,5 +78,8 @@ void FileLockTest::theFolderMustExist()
     QVERIFY(thrownBy<FileError>([&] { FileLock::tryTake(path); }));
 }
 
-QTEST_GUILESS_MAIN(FileLockTest)
+LUMAPHONE_TEST(FileLockTest)
+
+} // namespace filelocktest
+
 #include "FileLockTest.moc"

@@ -1,7 +1,10 @@
 #include "base/Json.h"
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace jsonboundstest {
 
 using namespace lumaphone;
 
@@ -65,5 +68,8 @@ void JsonBoundsTest::stringsKeepAByteOrderMark()
     QCOMPARE(json::text(value, "a"), QString(QChar::ByteOrderMark) + QLatin1Char('!'));
 }
 
-QTEST_GUILESS_MAIN(JsonBoundsTest)
+LUMAPHONE_TEST(JsonBoundsTest)
+
+} // namespace jsonboundstest
+
 #include "JsonBoundsTest.moc"

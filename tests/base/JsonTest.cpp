@@ -1,9 +1,12 @@
 #include "base/Json.h"
 
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 #include <QTimeZone>
+
+namespace jsontest {
 
 using namespace lumaphone;
 using lumaphone::test::thrownBy;
@@ -118,5 +121,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(JsonTest)
+LUMAPHONE_TEST(JsonTest)
+
+} // namespace jsontest
+
 #include "JsonTest.moc"

@@ -1,9 +1,12 @@
 #include "base/AtomicFile.h"
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace keepasidetest {
 
 using namespace lumaphone;
 
@@ -95,5 +98,8 @@ void KeepAsideTest::aFileBelowAFileIsAnError()
     QVERIFY(test::thrownBy<FileError>([&] { keepAside(path); }));
 }
 
-QTEST_GUILESS_MAIN(KeepAsideTest)
+LUMAPHONE_TEST(KeepAsideTest)
+
+} // namespace keepasidetest
+
 #include "KeepAsideTest.moc"

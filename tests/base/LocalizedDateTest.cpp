@@ -1,6 +1,10 @@
 #include "base/LocalizedDate.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace localizeddatetest {
 
 using namespace lumaphone;
 
@@ -29,5 +33,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LocalizedDateTest)
+LUMAPHONE_TEST(LocalizedDateTest)
+
+} // namespace localizeddatetest
+
 #include "LocalizedDateTest.moc"

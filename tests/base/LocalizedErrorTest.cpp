@@ -1,8 +1,12 @@
 #include "base/LocalizedError.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <stdexcept>
+
+namespace localizederrortest {
 
 using namespace lumaphone;
 
@@ -32,5 +36,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LocalizedErrorTest)
+LUMAPHONE_TEST(LocalizedErrorTest)
+
+} // namespace localizederrortest
+
 #include "LocalizedErrorTest.moc"

@@ -1,10 +1,14 @@
 #include "base/LruCache.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QObject>
 #include <QTest>
 
 #include <memory>
 #include <string>
+
+namespace lrucachetest {
 
 using lumaphone::LruCache;
 
@@ -106,5 +110,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LruCacheTest)
+LUMAPHONE_TEST(LruCacheTest)
+
+} // namespace lrucachetest
+
 #include "LruCacheTest.moc"

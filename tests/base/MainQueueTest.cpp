@@ -1,12 +1,15 @@
 #include "base/MainQueue.h"
 
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 #include <QThread>
 
 #include <thread>
 #include <vector>
+
+namespace mainqueuetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -125,5 +128,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(MainQueueTest)
+LUMAPHONE_TEST(MainQueueTest)
+
+} // namespace mainqueuetest
+
 #include "MainQueueTest.moc"

@@ -1,7 +1,11 @@
 #include "base/Record.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 #include <QTimeZone>
+
+namespace recordtest {
 
 using namespace lumaphone;
 
@@ -97,5 +101,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RecordTest)
+LUMAPHONE_TEST(RecordTest)
+
+} // namespace recordtest
+
 #include "RecordTest.moc"

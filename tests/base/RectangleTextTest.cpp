@@ -1,8 +1,12 @@
 #include "base/RectangleText.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <limits>
+
+namespace rectangletexttest {
 
 using namespace lumaphone;
 
@@ -94,5 +98,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RectangleTextTest)
+LUMAPHONE_TEST(RectangleTextTest)
+
+} // namespace rectangletexttest
+
 #include "RectangleTextTest.moc"

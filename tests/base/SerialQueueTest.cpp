@@ -1,5 +1,7 @@
 #include "base/SerialQueue.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <pthread.h>
@@ -7,6 +9,8 @@
 #include <array>
 #include <memory>
 #include <vector>
+
+namespace serialqueuetest {
 
 using namespace lumaphone;
 
@@ -112,5 +116,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SerialQueueTest)
+LUMAPHONE_TEST(SerialQueueTest)
+
+} // namespace serialqueuetest
+
 #include "SerialQueueTest.moc"

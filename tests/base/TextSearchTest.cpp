@@ -1,9 +1,12 @@
 #include "base/TextSearch.h"
 
 #include "base/Text.h"
+#include "support/program/TestProgram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
+
+namespace textsearchtest {
 
 using namespace lumaphone::text;
 
@@ -165,5 +168,8 @@ void TextSearchTest::whatIsFoundCanBeReplacedByItself()
     QVERIFY2(found > 1000, qPrintable(QString::number(found)));
 }
 
-QTEST_GUILESS_MAIN(TextSearchTest)
+LUMAPHONE_TEST(TextSearchTest)
+
+} // namespace textsearchtest
+
 #include "TextSearchTest.moc"

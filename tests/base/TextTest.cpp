@@ -1,9 +1,13 @@
 #include "base/Text.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <random>
 #include <set>
+
+namespace texttest {
 
 using namespace lumaphone;
 
@@ -259,5 +263,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TextTest)
+LUMAPHONE_TEST(TextTest)
+
+} // namespace texttest
+
 #include "TextTest.moc"

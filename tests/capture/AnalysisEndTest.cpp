@@ -1,6 +1,10 @@
 #include "capture/AnalysisEnd.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace analysisendtest {
 
 using namespace lumaphone;
 
@@ -40,5 +44,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AnalysisEndTest)
+LUMAPHONE_TEST(AnalysisEndTest)
+
+} // namespace analysisendtest
+
 #include "AnalysisEndTest.moc"

@@ -5,6 +5,7 @@
 #include "support/FakeSpeechFramework.h"
 #include "support/RecordingTranscriberDelegate.h"
 #include "support/TestSound.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
@@ -13,6 +14,8 @@
 #include <future>
 #include <limits>
 #include <thread>
+
+namespace applesystemspeechtranscribertest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -662,5 +665,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AppleSystemSpeechTranscriberTest)
+LUMAPHONE_TEST(AppleSystemSpeechTranscriberTest)
+
+} // namespace applesystemspeechtranscribertest
+
 #include "AppleSystemSpeechTranscriberTest.moc"

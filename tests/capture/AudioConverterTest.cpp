@@ -2,6 +2,7 @@
 
 #include "capture/SingleAudioBufferInputProvider.h"
 #include "support/TestSound.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
@@ -10,6 +11,8 @@
 #include <complex>
 #include <limits>
 #include <numbers>
+
+namespace audioconvertertest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -366,5 +369,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AudioConverterTest)
+LUMAPHONE_TEST(AudioConverterTest)
+
+} // namespace audioconvertertest
+
 #include "AudioConverterTest.moc"

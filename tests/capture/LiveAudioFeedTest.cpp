@@ -1,6 +1,10 @@
 #include "capture/LiveAudioFeed.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace liveaudiofeedtest {
 
 using namespace lumaphone;
 
@@ -39,5 +43,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LiveAudioFeedTest)
+LUMAPHONE_TEST(LiveAudioFeedTest)
+
+} // namespace liveaudiofeedtest
+
 #include "LiveAudioFeedTest.moc"

@@ -7,8 +7,11 @@
 #include "support/FakeSpeechFramework.h"
 #include "support/RecordedPipelineEvents.h"
 #include "support/TestSound.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace microphonelivepipelinetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -292,5 +295,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(MicrophoneLivePipelineTest)
+LUMAPHONE_TEST(MicrophoneLivePipelineTest)
+
+} // namespace microphonelivepipelinetest
+
 #include "MicrophoneLivePipelineTest.moc"

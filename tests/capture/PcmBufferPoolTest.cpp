@@ -1,9 +1,13 @@
 #include "capture/PcmBufferPool.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <algorithm>
 #include <set>
+
+namespace pcmbufferpooltest {
 
 using namespace lumaphone;
 
@@ -82,5 +86,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PcmBufferPoolTest)
+LUMAPHONE_TEST(PcmBufferPoolTest)
+
+} // namespace pcmbufferpooltest
+
 #include "PcmBufferPoolTest.moc"

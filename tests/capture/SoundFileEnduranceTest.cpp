@@ -3,12 +3,15 @@
 #include "support/FakeSpeechFramework.h"
 #include "support/SoundFile.h"
 #include "support/VirtualClock.h"
+#include "support/program/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
+
+namespace soundfileendurancetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -70,5 +73,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SoundFileEnduranceTest)
+LUMAPHONE_TEST(SoundFileEnduranceTest)
+
+} // namespace soundfileendurancetest
+
 #include "SoundFileEnduranceTest.moc"

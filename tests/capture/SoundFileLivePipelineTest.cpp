@@ -8,6 +8,7 @@
 #include "support/SoundFile.h"
 #include "support/TestSound.h"
 #include "support/VirtualClock.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,6 +20,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+
+namespace soundfilelivepipelinetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -361,5 +364,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SoundFileLivePipelineTest)
+LUMAPHONE_TEST(SoundFileLivePipelineTest)
+
+} // namespace soundfilelivepipelinetest
+
 #include "SoundFileLivePipelineTest.moc"

@@ -1,6 +1,10 @@
 #include "capture/SystemAudioCaptureError.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace systemaudiocaptureerrortest {
 
 using namespace lumaphone;
 
@@ -43,5 +47,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SystemAudioCaptureErrorTest)
+LUMAPHONE_TEST(SystemAudioCaptureErrorTest)
+
+} // namespace systemaudiocaptureerrortest
+
 #include "SystemAudioCaptureErrorTest.moc"

@@ -8,8 +8,11 @@
 #include "support/RecordedPipelineEvents.h"
 #include "support/TestSound.h"
 #include "support/VirtualClock.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace systemaudiolivepipelinetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -423,5 +426,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SystemAudioLivePipelineTest)
+LUMAPHONE_TEST(SystemAudioLivePipelineTest)
+
+} // namespace systemaudiolivepipelinetest
+
 #include "SystemAudioLivePipelineTest.moc"

@@ -1,10 +1,14 @@
 #include "capture/SystemAudioSampleSummary.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <array>
 #include <limits>
 #include <span>
+
+namespace systemaudiosamplesummarytest {
 
 using namespace lumaphone;
 
@@ -91,5 +95,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SystemAudioSampleSummaryTest)
+LUMAPHONE_TEST(SystemAudioSampleSummaryTest)
+
+} // namespace systemaudiosamplesummarytest
+
 #include "SystemAudioSampleSummaryTest.moc"

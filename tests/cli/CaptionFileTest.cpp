@@ -1,6 +1,7 @@
 #include "base/Json.h"
 #include "support/ProgramCopy.h"
 #include "support/RunningProgram.h"
+#include "support/program/TestProgram.h"
 #include "support/speech-scores/SpokenRecordings.h"
 #include "support/speech-scores/WordSpelling.h"
 
@@ -14,6 +15,8 @@
 
 #include <csignal>
 #include <vector>
+
+namespace captionfiletest {
 
 using namespace lumaphone;
 using test::RunningProgram;
@@ -298,5 +301,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionFileTest)
+LUMAPHONE_TEST(CaptionFileTest)
+
+} // namespace captionfiletest
+
 #include "CaptionFileTest.moc"

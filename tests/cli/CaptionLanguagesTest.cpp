@@ -8,6 +8,7 @@
 #include "support/ToySpeech.h"
 #include "support/ToySpeechModel.h"
 #include "support/WavFile.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QMap>
@@ -15,6 +16,8 @@
 #include <QTest>
 
 #include <csignal>
+
+namespace captionlanguagestest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -268,5 +271,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionLanguagesTest)
+LUMAPHONE_TEST(CaptionLanguagesTest)
+
+} // namespace captionlanguagestest
+
 #include "CaptionLanguagesTest.moc"

@@ -3,12 +3,15 @@
 #include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
 #include "support/RunningProgram.h"
+#include "support/program/TestProgram.h"
 
 #include <QSet>
 #include <QTest>
 
 #include <algorithm>
 #include <csignal>
+
+namespace captionlivetest {
 
 using namespace lumaphone;
 using test::PrivateSoundServer;
@@ -207,5 +210,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionLiveTest)
+LUMAPHONE_TEST(CaptionLiveTest)
+
+} // namespace captionlivetest
+
 #include "CaptionLiveTest.moc"

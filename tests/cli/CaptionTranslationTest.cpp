@@ -4,12 +4,15 @@
 #include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"
 #include "support/RunningProgram.h"
+#include "support/program/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
+
+namespace captiontranslationtest {
 
 using namespace lumaphone;
 using test::RunningProgram;
@@ -232,5 +235,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionTranslationTest)
+LUMAPHONE_TEST(CaptionTranslationTest)
+
+} // namespace captiontranslationtest
+
 #include "CaptionTranslationTest.moc"

@@ -1,8 +1,11 @@
 #include "cli/CommandLine.h"
 
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace commandlinetest {
 
 using namespace lumaphone;
 using namespace lumaphone::cli;
@@ -206,5 +209,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CommandLineTest)
+LUMAPHONE_TEST(CommandLineTest)
+
+} // namespace commandlinetest
+
 #include "CommandLineTest.moc"

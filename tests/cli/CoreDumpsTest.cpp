@@ -2,6 +2,7 @@
 
 #include "support/Coroutines.h"
 #include "support/RunningProgram.h"
+#include "support/program/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -10,6 +11,8 @@
 #include <sys/resource.h>
 
 #include <optional>
+
+namespace coredumpstest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -63,5 +66,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CoreDumpsTest)
+LUMAPHONE_TEST(CoreDumpsTest)
+
+} // namespace coredumpstest
+
 #include "CoreDumpsTest.moc"

@@ -1,8 +1,11 @@
 #include "support/PrivateSoundServer.h"
 #include "support/RunningProgram.h"
+#include "support/program/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace doctortest {
 
 using namespace lumaphone::test;
 
@@ -65,5 +68,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DoctorTest)
+LUMAPHONE_TEST(DoctorTest)
+
+} // namespace doctortest
+
 #include "DoctorTest.moc"

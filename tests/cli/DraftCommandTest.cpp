@@ -2,10 +2,13 @@
 
 #include "session/LumaphoneSessionDraftStore.h"
 #include "support/CollectedStreams.h"
+#include "support/program/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace draftcommandtest {
 
 using namespace lumaphone;
 using namespace lumaphone::cli;
@@ -74,5 +77,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DraftCommandTest)
+LUMAPHONE_TEST(DraftCommandTest)
+
+} // namespace draftcommandtest
+
 #include "DraftCommandTest.moc"

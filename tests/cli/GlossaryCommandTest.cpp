@@ -2,10 +2,13 @@
 
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "support/CollectedStreams.h"
+#include "support/program/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace glossarycommandtest {
 
 using namespace lumaphone;
 using namespace lumaphone::cli;
@@ -99,5 +102,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(GlossaryCommandTest)
+LUMAPHONE_TEST(GlossaryCommandTest)
+
+} // namespace glossarycommandtest
+
 #include "GlossaryCommandTest.moc"

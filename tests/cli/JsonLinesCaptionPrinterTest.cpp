@@ -1,8 +1,11 @@
 #include "cli/JsonLinesCaptionPrinter.h"
 
 #include "base/Record.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace jsonlinescaptionprintertest {
 
 using namespace lumaphone;
 using namespace lumaphone::cli;
@@ -50,5 +53,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(JsonLinesCaptionPrinterTest)
+LUMAPHONE_TEST(JsonLinesCaptionPrinterTest)
+
+} // namespace jsonlinescaptionprintertest
+
 #include "JsonLinesCaptionPrinterTest.moc"

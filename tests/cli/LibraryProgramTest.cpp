@@ -3,6 +3,7 @@
 #include "session/LumaphoneSessionDraftStore.h"
 #include "support/CountedUuids.h"
 #include "support/RunningProgram.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,6 +16,8 @@
 
 #include <array>
 #include <memory>
+
+namespace libraryprogramtest {
 
 using namespace lumaphone;
 using test::countedUuid;
@@ -353,5 +356,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LibraryProgramTest)
+LUMAPHONE_TEST(LibraryProgramTest)
+
+} // namespace libraryprogramtest
+
 #include "LibraryProgramTest.moc"

@@ -9,12 +9,15 @@
 #include "support/FileServer.h"
 #include "support/FolderResources.h"
 #include "support/ModelFixtures.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
 #include <QObject>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace modelscommandtest {
 
 using namespace lumaphone;
 using namespace lumaphone::cli;
@@ -300,5 +303,8 @@ private:
     std::unique_ptr<test::CollectedStreams> m_printed;
 };
 
-QTEST_GUILESS_MAIN(ModelsCommandTest)
+LUMAPHONE_TEST(ModelsCommandTest)
+
+} // namespace modelscommandtest
+
 #include "ModelsCommandTest.moc"

@@ -1,6 +1,7 @@
 #include "base/Json.h"
 #include "support/RunningProgram.h"
 #include "support/WavFile.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,6 +9,8 @@
 #include <QTest>
 
 #include <cstring>
+
+namespace offlinecaptiontest {
 
 using namespace lumaphone;
 using test::RunningProgram;
@@ -116,5 +119,8 @@ private:
     QTemporaryDir m_home;
 };
 
-QTEST_GUILESS_MAIN(OfflineCaptionTest)
+LUMAPHONE_TEST(OfflineCaptionTest)
+
+} // namespace offlinecaptiontest
+
 #include "OfflineCaptionTest.moc"

@@ -4,8 +4,11 @@
 #include "support/CollectedStreams.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace settingscommandtest {
 
 using namespace lumaphone;
 using namespace lumaphone::cli;
@@ -110,5 +113,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SettingsCommandTest)
+LUMAPHONE_TEST(SettingsCommandTest)
+
+} // namespace settingscommandtest
+
 #include "SettingsCommandTest.moc"

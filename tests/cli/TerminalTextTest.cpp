@@ -1,6 +1,10 @@
 #include "cli/TerminalText.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace terminaltexttest {
 
 using namespace lumaphone::cli;
 
@@ -62,5 +66,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TerminalTextTest)
+LUMAPHONE_TEST(TerminalTextTest)
+
+} // namespace terminaltexttest
+
 #include "TerminalTextTest.moc"

@@ -1,6 +1,10 @@
 #include "cli/TextCaptionPrinter.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace textcaptionprintertest {
 
 using namespace lumaphone;
 using namespace lumaphone::cli;
@@ -175,5 +179,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TextCaptionPrinterTest)
+LUMAPHONE_TEST(TextCaptionPrinterTest)
+
+} // namespace textcaptionprintertest
+
 #include "TextCaptionPrinterTest.moc"

@@ -1,6 +1,10 @@
 #include "diagnosis/Diagnosis.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace diagnosistest {
 
 using namespace lumaphone;
 
@@ -232,5 +236,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DiagnosisTest)
+LUMAPHONE_TEST(DiagnosisTest)
+
+} // namespace diagnosistest
+
 #include "DiagnosisTest.moc"

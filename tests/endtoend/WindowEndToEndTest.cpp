@@ -5,6 +5,7 @@
 #include "support/PrivateSessionBus.h"
 #include "support/PrivateSoundServer.h"
 #include "support/RunningProgram.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,6 +14,8 @@
 
 #include <csignal>
 #include <memory>
+
+namespace windowendtoendtest {
 
 using namespace lumaphone::test;
 
@@ -310,5 +313,8 @@ private:
     std::unique_ptr<RunningProgram> m_chat;
 };
 
-QTEST_GUILESS_MAIN(WindowEndToEndTest)
+LUMAPHONE_TEST(WindowEndToEndTest)
+
+} // namespace windowendtoendtest
+
 #include "WindowEndToEndTest.moc"

@@ -2,8 +2,11 @@
 
 #include "support/CountedUuids.h"
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace glossarycsvtest {
 
 using namespace lumaphone;
 
@@ -122,5 +125,8 @@ void GlossaryCsvTest::everyTermHasAFreshIdentity()
     QCOMPARE(terms[1].id, test::countedUuid(2));
 }
 
-QTEST_GUILESS_MAIN(GlossaryCsvTest)
+LUMAPHONE_TEST(GlossaryCsvTest)
+
+} // namespace glossarycsvtest
+
 #include "GlossaryCsvTest.moc"

@@ -7,11 +7,14 @@
 #include "support/Coroutines.h"
 #include "support/CountedUuids.h"
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <cerrno>
+
+namespace glossaryimporttest {
 
 using namespace lumaphone;
 
@@ -230,5 +233,8 @@ void GlossaryImportTest::jsonThatIsNeitherIsRefused()
     QVERIFY(error->errorDescription().size() < 400);
 }
 
-QTEST_GUILESS_MAIN(GlossaryImportTest)
+LUMAPHONE_TEST(GlossaryImportTest)
+
+} // namespace glossaryimporttest
+
 #include "GlossaryImportTest.moc"

@@ -6,8 +6,11 @@
 #include "support/Coroutines.h"
 #include "support/CountedUuids.h"
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace glossarylargefiletest {
 
 using namespace lumaphone;
 
@@ -106,5 +109,8 @@ void GlossaryLargeFileTest::jsonOfOneKind()
     QVERIFY(error->errorDescription().size() < 400);
 }
 
-QTEST_GUILESS_MAIN(GlossaryLargeFileTest)
+LUMAPHONE_TEST(GlossaryLargeFileTest)
+
+} // namespace glossarylargefiletest
+
 #include "GlossaryLargeFileTest.moc"

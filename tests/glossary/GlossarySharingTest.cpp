@@ -1,6 +1,7 @@
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "support/ChildProcess.h"
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -8,6 +9,8 @@
 
 #include <cstdio>
 #include <random>
+
+namespace glossarysharingtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -17,10 +20,12 @@ namespace {
 constexpr int changesOfEach = 1000;
 
 /// What this program does as a child: changes at random what it added itself, and prints what must be left.
-int changeAsChild(const QString &folder, const QString &name, unsigned seed)
+int changeAsChild(const QStringList &arguments)
 {
+    const QString &folder = arguments.at(0);
+    const QString &name = arguments.at(1);
     LumaphoneGlossaryStore store(folder, {});
-    std::mt19937 random(seed);
+    std::mt19937 random(arguments.at(2).toUInt());
     QList<LumaphoneGlossaryTerm> own;
     for (int change = 0; change < changesOfEach; ++change) {
         const auto which
@@ -72,7 +77,8 @@ void GlossarySharingTest::ofManyChangesOfTwoProcessesNoneIsLost()
     qInfo("seed %u", seed);
     const auto start = [&](const QString &name, unsigned number) {
         return std::make_unique<ChildProcess>(QCoreApplication::applicationFilePath(),
-            QStringList {QStringLiteral("--change"), folder.path(), name, QString::number(seed + number)});
+            QStringList {QStringLiteral("GlossarySharingTest.child"), folder.path(), name,
+                QString::number(seed + number)});
     };
     const auto one = start(QStringLiteral("one "), 1);
     const auto two = start(QStringLiteral("two "), 2);
@@ -94,14 +100,9 @@ void GlossarySharingTest::ofManyChangesOfTwoProcessesNoneIsLost()
     QVERIFY(expected.size() == 2);
 }
 
-int main(int argc, char **argv)
-{
-    QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 5 && arguments.at(1) == QLatin1String("--change")) {
-        return changeAsChild(arguments.at(2), arguments.at(3), arguments.at(4).toUInt());
-    }
-    GlossarySharingTest test;
-    return QTest::qExec(&test, argc, argv);
-}
+LUMAPHONE_TEST(GlossarySharingTest)
+LUMAPHONE_TEST_CHILD(GlossarySharingTest, changeAsChild)
+
+} // namespace glossarysharingtest
+
 #include "GlossarySharingTest.moc"

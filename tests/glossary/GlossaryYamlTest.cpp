@@ -3,9 +3,12 @@
 #include "base/Text.h"
 #include "support/CountedUuids.h"
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
+
+namespace glossaryyamltest {
 
 using namespace lumaphone;
 
@@ -326,5 +329,8 @@ void GlossaryYamlTest::aTermWithoutSourceDoesNotReadBack()
     QVERIFY(terms.isEmpty());
 }
 
-QTEST_GUILESS_MAIN(GlossaryYamlTest)
+LUMAPHONE_TEST(GlossaryYamlTest)
+
+} // namespace glossaryyamltest
+
 #include "GlossaryYamlTest.moc"

@@ -2,8 +2,11 @@
 
 #include "support/Coroutines.h"
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace lumaphoneglossarydocumenttest {
 
 using namespace lumaphone;
 
@@ -133,5 +136,8 @@ void LumaphoneGlossaryDocumentTest::namesTheTermThatFailed()
     QVERIFY2(error->errorDescription().startsWith(QStringLiteral("第 2 個術語")), error->what());
 }
 
-QTEST_GUILESS_MAIN(LumaphoneGlossaryDocumentTest)
+LUMAPHONE_TEST(LumaphoneGlossaryDocumentTest)
+
+} // namespace lumaphoneglossarydocumenttest
+
 #include "LumaphoneGlossaryDocumentTest.moc"

@@ -6,6 +6,7 @@
 #include "support/Coroutines.h"
 #include "support/CountedUuids.h"
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -13,6 +14,8 @@
 #include <QTest>
 
 #include <memory>
+
+namespace lumaphoneglossarystoretest {
 
 using namespace lumaphone;
 using test::preserved;
@@ -629,5 +632,8 @@ void LumaphoneGlossaryStoreTest::showingTheFileReportsNoError()
     QVERIFY(!store->lastErrorMessage());
 }
 
-QTEST_GUILESS_MAIN(LumaphoneGlossaryStoreTest)
+LUMAPHONE_TEST(LumaphoneGlossaryStoreTest)
+
+} // namespace lumaphoneglossarystoretest
+
 #include "LumaphoneGlossaryStoreTest.moc"

@@ -1,10 +1,13 @@
 #include "glossary/LumaphoneGlossaryTerm.h"
 
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <functional>
+
+namespace lumaphoneglossarytermtest {
 
 using namespace lumaphone;
 
@@ -137,5 +140,8 @@ void LumaphoneGlossaryTermTest::cleaningKeepsTheRest()
     QCOMPARE(cleaned.caseSensitive, true);
 }
 
-QTEST_GUILESS_MAIN(LumaphoneGlossaryTermTest)
+LUMAPHONE_TEST(LumaphoneGlossaryTermTest)
+
+} // namespace lumaphoneglossarytermtest
+
 #include "LumaphoneGlossaryTermTest.moc"

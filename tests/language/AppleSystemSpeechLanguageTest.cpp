@@ -1,6 +1,10 @@
 #include "language/AppleSystemSpeechLanguage.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace applesystemspeechlanguagetest {
 
 using namespace lumaphone;
 
@@ -81,5 +85,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AppleSystemSpeechLanguageTest)
+LUMAPHONE_TEST(AppleSystemSpeechLanguageTest)
+
+} // namespace applesystemspeechlanguagetest
+
 #include "AppleSystemSpeechLanguageTest.moc"

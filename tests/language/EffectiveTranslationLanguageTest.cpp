@@ -1,11 +1,13 @@
 #include "language/EffectiveTranslationLanguage.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace effectivetranslationlanguagetest {
 
 using namespace lumaphone;
 using enum AppleSystemSpeechLanguage;
-
-Q_DECLARE_METATYPE(lumaphone::AppleSystemSpeechLanguage)
 
 class EffectiveTranslationLanguageTest : public QObject
 {
@@ -46,5 +48,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(EffectiveTranslationLanguageTest)
+LUMAPHONE_TEST(EffectiveTranslationLanguageTest)
+
+} // namespace effectivetranslationlanguagetest
+
 #include "EffectiveTranslationLanguageTest.moc"

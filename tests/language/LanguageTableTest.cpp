@@ -2,13 +2,14 @@
 
 #include "language/SpeechLocales.h"
 #include "language/TranslationLanguages.h"
+#include "support/program/TestProgram.h"
 
 #include <QSet>
 #include <QTest>
 
-using namespace lumaphone;
+namespace languagetabletest {
 
-Q_DECLARE_METATYPE(const lumaphone::LanguageRow *)
+using namespace lumaphone;
 
 class LanguageTableTest : public QObject
 {
@@ -142,5 +143,8 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(LanguageTableTest)
+LUMAPHONE_TEST(LanguageTableTest)
+
+} // namespace languagetabletest
+
 #include "LanguageTableTest.moc"

@@ -1,6 +1,10 @@
 #include "language/Script.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace scripttest {
 
 using namespace lumaphone;
 
@@ -81,5 +85,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ScriptTest)
+LUMAPHONE_TEST(ScriptTest)
+
+} // namespace scripttest
+
 #include "ScriptTest.moc"

@@ -1,6 +1,10 @@
 #include "language/SpeechLocales.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace speechlocalestest {
 
 using namespace lumaphone;
 
@@ -60,5 +64,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SpeechLocalesTest)
+LUMAPHONE_TEST(SpeechLocalesTest)
+
+} // namespace speechlocalestest
+
 #include "SpeechLocalesTest.moc"

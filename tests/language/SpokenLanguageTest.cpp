@@ -1,6 +1,10 @@
 #include "language/SpokenLanguage.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace spokenlanguagetest {
 
 using namespace lumaphone;
 using Language = SpokenLanguage;
@@ -46,5 +50,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SpokenLanguageTest)
+LUMAPHONE_TEST(SpokenLanguageTest)
+
+} // namespace spokenlanguagetest
+
 #include "SpokenLanguageTest.moc"

@@ -2,9 +2,12 @@
 
 #include "base/AtomicFile.h"
 #include "base/LocalizedError.h"
+#include "support/program/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace taiwanwordingtest {
 
 using namespace lumaphone;
 
@@ -89,5 +92,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TaiwanWordingTest)
+LUMAPHONE_TEST(TaiwanWordingTest)
+
+} // namespace taiwanwordingtest
+
 #include "TaiwanWordingTest.moc"

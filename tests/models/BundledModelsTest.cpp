@@ -8,6 +8,7 @@
 #include "support/Coroutines.h"
 #include "support/FolderResources.h"
 #include "support/ModelFixtures.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,6 +16,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimeZone>
+
+namespace bundledmodelstest {
 
 using namespace lumaphone;
 
@@ -41,8 +44,6 @@ ModelEntry archivedModel()
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(ModelState)
 
 /// Models that come with the program, and what is asked of any model before an engine reads it.
 class BundledModelsTest : public QObject
@@ -231,5 +232,8 @@ private:
     std::unique_ptr<ModelStore> m_store;
 };
 
-QTEST_GUILESS_MAIN(BundledModelsTest)
+LUMAPHONE_TEST(BundledModelsTest)
+
+} // namespace bundledmodelstest
+
 #include "BundledModelsTest.moc"

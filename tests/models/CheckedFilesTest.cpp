@@ -4,6 +4,7 @@
 #include "models/ModelError.h"
 #include "support/Coroutines.h"
 #include "support/ModelFixtures.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,6 +17,8 @@
 
 #include <atomic>
 #include <thread>
+
+namespace checkedfilestest {
 
 using namespace lumaphone;
 
@@ -42,8 +45,6 @@ void changeSecretly(const QString &path, const QByteArray &bytes)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(ModelError::Case)
 
 class CheckedFilesTest : public QObject
 {
@@ -276,5 +277,8 @@ private:
     std::chrono::seconds m_later {}; ///< how much later than the last change it is
 };
 
-QTEST_GUILESS_MAIN(CheckedFilesTest)
+LUMAPHONE_TEST(CheckedFilesTest)
+
+} // namespace checkedfilestest
+
 #include "CheckedFilesTest.moc"

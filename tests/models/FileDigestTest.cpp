@@ -4,10 +4,13 @@
 #include "models/ModelError.h"
 #include "support/Coroutines.h"
 #include "support/ModelFixtures.h"
+#include "support/program/TestProgram.h"
 
 #include <QObject>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace filedigesttest {
 
 using namespace lumaphone;
 
@@ -66,5 +69,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FileDigestTest)
+LUMAPHONE_TEST(FileDigestTest)
+
+} // namespace filedigesttest
+
 #include "FileDigestTest.moc"

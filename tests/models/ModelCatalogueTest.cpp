@@ -4,10 +4,13 @@
 #include "models/ModelError.h"
 #include "support/Coroutines.h"
 #include "support/ModelFixtures.h"
+#include "support/program/TestProgram.h"
 
 #include <QObject>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace modelcataloguetest {
 
 using namespace lumaphone;
 
@@ -290,5 +293,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ModelCatalogueTest)
+LUMAPHONE_TEST(ModelCatalogueTest)
+
+} // namespace modelcataloguetest
+
 #include "ModelCatalogueTest.moc"

@@ -5,6 +5,7 @@
 #include "support/BundledModel.h"
 #include "support/FolderResources.h"
 #include "support/ModelFixtures.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimeZone>
+
+namespace modelgrouptest {
 
 using namespace lumaphone;
 
@@ -51,8 +54,6 @@ QStringList ids(const QList<const ModelEntry *> &entries)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(ModelState)
 
 class ModelGroupTest : public QObject
 {
@@ -166,5 +167,8 @@ private:
     std::unique_ptr<ModelStore> m_store;
 };
 
-QTEST_GUILESS_MAIN(ModelGroupTest)
+LUMAPHONE_TEST(ModelGroupTest)
+
+} // namespace modelgrouptest
+
 #include "ModelGroupTest.moc"

@@ -8,12 +8,15 @@
 #include "support/FileServer.h"
 #include "support/FileSizeLimit.h"
 #include "support/ModelFixtures.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
 #include <QObject>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace modelinstallertest {
 
 using namespace lumaphone;
 using test::gzipped;
@@ -57,8 +60,6 @@ QByteArray listing(const QString &server)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(ModelError::Case)
 
 class ModelInstallerTest : public QObject
 {
@@ -464,5 +465,8 @@ private:
     QList<ModelProgress> m_progress;
 };
 
-QTEST_GUILESS_MAIN(ModelInstallerTest)
+LUMAPHONE_TEST(ModelInstallerTest)
+
+} // namespace modelinstallertest
+
 #include "ModelInstallerTest.moc"

@@ -5,6 +5,7 @@
 #include "models/ModelManifest.h"
 #include "support/Coroutines.h"
 #include "support/ModelFixtures.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimeZone>
+
+namespace modelstoretest {
 
 using namespace lumaphone;
 
@@ -46,8 +49,6 @@ QByteArray record(const QByteArray &model, const QByteArray &licence)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(ModelState)
 
 class ModelStoreTest : public QObject
 {
@@ -230,5 +231,8 @@ private:
     std::unique_ptr<ModelStore> m_store;
 };
 
-QTEST_GUILESS_MAIN(ModelStoreTest)
+LUMAPHONE_TEST(ModelStoreTest)
+
+} // namespace modelstoretest
+
 #include "ModelStoreTest.moc"

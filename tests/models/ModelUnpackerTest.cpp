@@ -4,12 +4,15 @@
 #include "support/Coroutines.h"
 #include "support/FileSizeLimit.h"
 #include "support/ModelFixtures.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
 #include <QObject>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace modelunpackertest {
 
 using namespace lumaphone;
 using test::gzipped;
@@ -33,8 +36,6 @@ ModelDownload archive()
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(ModelError::Case)
 
 class ModelUnpackerTest : public QObject
 {
@@ -199,5 +200,8 @@ private:
     std::unique_ptr<QTemporaryDir> m_scratch;
 };
 
-QTEST_GUILESS_MAIN(ModelUnpackerTest)
+LUMAPHONE_TEST(ModelUnpackerTest)
+
+} // namespace modelunpackertest
+
 #include "ModelUnpackerTest.moc"

@@ -1,8 +1,11 @@
 #include "session/CaptionLineList.h"
 
 #include "support/CountedUuids.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace captionlinelisttest {
 
 using namespace lumaphone;
 using lumaphone::test::countedUuid;
@@ -94,5 +97,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionLineListTest)
+LUMAPHONE_TEST(CaptionLineListTest)
+
+} // namespace captionlinelisttest
+
 #include "CaptionLineListTest.moc"

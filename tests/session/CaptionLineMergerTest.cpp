@@ -3,12 +3,15 @@
 #include "session/revision/RevisionRule.h"
 #include "support/CountedUuids.h"
 #include "support/VirtualClock.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <algorithm>
 #include <random>
 #include <vector>
+
+namespace captionlinemergertest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -350,5 +353,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionLineMergerTest)
+LUMAPHONE_TEST(CaptionLineMergerTest)
+
+} // namespace captionlinemergertest
+
 #include "CaptionLineMergerTest.moc"

@@ -1,10 +1,13 @@
 #include "session/CaptionLinesEncoder.h"
 
 #include "support/CaptionLines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <random>
+
+namespace captionlinesencodertest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -122,5 +125,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionLinesEncoderTest)
+LUMAPHONE_TEST(CaptionLinesEncoderTest)
+
+} // namespace captionlinesencodertest
+
 #include "CaptionLinesEncoderTest.moc"

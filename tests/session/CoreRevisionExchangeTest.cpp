@@ -2,8 +2,11 @@
 
 #include "base/Json.h"
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace corerevisionexchangetest {
 
 using namespace lumaphone;
 using lumaphone::test::thrownBy;
@@ -108,5 +111,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CoreRevisionExchangeTest)
+LUMAPHONE_TEST(CoreRevisionExchangeTest)
+
+} // namespace corerevisionexchangetest
+
 #include "CoreRevisionExchangeTest.moc"

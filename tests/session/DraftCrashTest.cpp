@@ -3,6 +3,7 @@
 #include "session/revision/RevisionRule.h"
 #include "support/CountedUuids.h"
 #include "support/VirtualClock.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -17,6 +18,8 @@
 #include <new>
 #include <random>
 #include <thread>
+
+namespace draftcrashtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -116,5 +119,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DraftCrashTest)
+LUMAPHONE_TEST(DraftCrashTest)
+
+} // namespace draftcrashtest
+
 #include "DraftCrashTest.moc"

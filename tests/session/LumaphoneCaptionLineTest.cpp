@@ -1,11 +1,14 @@
 #include "session/LumaphoneCaptionLine.h"
 
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 #include <QTimeZone>
 
 #include <limits>
+
+namespace lumaphonecaptionlinetest {
 
 using namespace lumaphone;
 using lumaphone::test::thrownBy;
@@ -157,5 +160,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LumaphoneCaptionLineTest)
+LUMAPHONE_TEST(LumaphoneCaptionLineTest)
+
+} // namespace lumaphonecaptionlinetest
+
 #include "LumaphoneCaptionLineTest.moc"

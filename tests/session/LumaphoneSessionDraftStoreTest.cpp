@@ -4,12 +4,15 @@
 #include "platform/PlatformFolders.h"
 #include "support/CaptionLines.h"
 #include "support/FileSizeLimit.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
+
+namespace lumaphonesessiondraftstoretest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -206,5 +209,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LumaphoneSessionDraftStoreTest)
+LUMAPHONE_TEST(LumaphoneSessionDraftStoreTest)
+
+} // namespace lumaphonesessiondraftstoretest
+
 #include "LumaphoneSessionDraftStoreTest.moc"

@@ -2,8 +2,11 @@
 
 #include "support/CaptionLines.h"
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace lumaphonesessiondrafttest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -114,5 +117,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LumaphoneSessionDraftTest)
+LUMAPHONE_TEST(LumaphoneSessionDraftTest)
+
+} // namespace lumaphonesessiondrafttest
+
 #include "LumaphoneSessionDraftTest.moc"

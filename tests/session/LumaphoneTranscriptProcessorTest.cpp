@@ -2,6 +2,7 @@
 
 #include "platform/BundleResources.h"
 #include "session/HelperProcess.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,6 +15,8 @@
 
 #include <csignal>
 #include <thread>
+
+namespace lumaphonetranscriptprocessortest {
 
 using namespace lumaphone;
 
@@ -41,8 +44,6 @@ QByteArray answering(const QByteArray &output)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(lumaphone::CoreRevisionDecision)
 
 class LumaphoneTranscriptProcessorTest : public QObject
 {
@@ -312,5 +313,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LumaphoneTranscriptProcessorTest)
+LUMAPHONE_TEST(LumaphoneTranscriptProcessorTest)
+
+} // namespace lumaphonetranscriptprocessortest
+
 #include "LumaphoneTranscriptProcessorTest.moc"

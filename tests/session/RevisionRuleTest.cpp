@@ -1,6 +1,10 @@
 #include "session/revision/RevisionRule.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace revisionruletest {
 
 using namespace lumaphone;
 
@@ -294,5 +298,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RevisionRuleTest)
+LUMAPHONE_TEST(RevisionRuleTest)
+
+} // namespace revisionruletest
+
 #include "RevisionRuleTest.moc"

@@ -1,9 +1,12 @@
 #include "session/SessionTranscript.h"
 
 #include "support/CountedUuids.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 #include <QTimeZone>
+
+namespace sessiontranscripttest {
 
 using namespace lumaphone;
 using test::countedUuid;
@@ -79,5 +82,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SessionTranscriptTest)
+LUMAPHONE_TEST(SessionTranscriptTest)
+
+} // namespace sessiontranscripttest
+
 #include "SessionTranscriptTest.moc"

@@ -8,6 +8,7 @@
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
 #include "support/ScriptedTranslationFramework.h"
+#include "support/program/TestProgram.h"
 #include "translation/LumaphoneAppleTranslationService.h"
 #include "translation/OpenAICompatibleTranslationError.h"
 #include "translation/OpenAICompatibleTranslationService.h"
@@ -15,6 +16,8 @@
 #include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace sessiontranslatortest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -144,5 +147,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SessionTranslatorTest)
+LUMAPHONE_TEST(SessionTranslatorTest)
+
+} // namespace sessiontranslatortest
+
 #include "SessionTranslatorTest.moc"

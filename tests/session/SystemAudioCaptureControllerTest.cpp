@@ -4,6 +4,7 @@
 #include "capture/SystemAudioCaptureError.h"
 #include "support/CaptionLines.h"
 #include "support/LiveSession.h"
+#include "support/program/TestProgram.h"
 
 #include <QFile>
 #include <QMetaProperty>
@@ -12,6 +13,8 @@
 #include <QTest>
 
 #include <thread>
+
+namespace systemaudiocapturecontrollertest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -726,5 +729,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SystemAudioCaptureControllerTest)
+LUMAPHONE_TEST(SystemAudioCaptureControllerTest)
+
+} // namespace systemaudiocapturecontrollertest
+
 #include "SystemAudioCaptureControllerTest.moc"

@@ -1,12 +1,15 @@
 #include "base/Text.h"
 #include "support/CaptionLines.h"
 #include "support/LiveSession.h"
+#include "support/program/TestProgram.h"
 
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <random>
+
+namespace translationschedulingtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -655,5 +658,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TranslationSchedulingTest)
+LUMAPHONE_TEST(TranslationSchedulingTest)
+
+} // namespace translationschedulingtest
+
 #include "TranslationSchedulingTest.moc"

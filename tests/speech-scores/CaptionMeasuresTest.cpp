@@ -1,6 +1,10 @@
 #include "support/speech-scores/CaptionMeasures.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace captionmeasurestest {
 
 using namespace lumaphone::test;
 
@@ -144,5 +148,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionMeasuresTest)
+LUMAPHONE_TEST(CaptionMeasuresTest)
+
+} // namespace captionmeasurestest
+
 #include "CaptionMeasuresTest.moc"

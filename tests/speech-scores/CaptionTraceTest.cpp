@@ -1,8 +1,11 @@
 #include "support/speech-scores/CaptionTrace.h"
 
 #include "base/Json.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace captiontracetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -12,16 +15,17 @@ namespace {
 
 const TraceTime start {};
 
+// Not raw strings: moc loses count of the braces in them.
 QByteArray lineEvent(const QByteArray &id, const QByteArray &text, bool isFinal)
 {
-    return R"({"event":"line","id":")" + id + R"(","sourceText":")" + text + R"(","isFinal":)"
-        + (isFinal ? "true" : "false") + '}';
+    return "{\"event\":\"line\",\"id\":\"" + id + "\",\"sourceText\":\"" + text
+        + "\",\"isFinal\":" + (isFinal ? "true}" : "false}");
 }
 
 QByteArray statusEvent(const QByteArray &status, bool isFailure)
 {
-    return R"({"event":"status","status":")" + status + R"(","isFailure":)" + (isFailure ? "true" : "false")
-        + '}';
+    return "{\"event\":\"status\",\"status\":\"" + status
+        + "\",\"isFailure\":" + (isFailure ? "true}" : "false}");
 }
 
 } // namespace
@@ -102,5 +106,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptionTraceTest)
+LUMAPHONE_TEST(CaptionTraceTest)
+
+} // namespace captiontracetest
+
 #include "CaptionTraceTest.moc"

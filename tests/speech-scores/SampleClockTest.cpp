@@ -1,6 +1,10 @@
 #include "support/speech-scores/SampleClock.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace sampleclocktest {
 
 using namespace lumaphone::test;
 using std::chrono::milliseconds;
@@ -55,5 +59,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SampleClockTest)
+LUMAPHONE_TEST(SampleClockTest)
+
+} // namespace sampleclocktest
+
 #include "SampleClockTest.moc"

@@ -3,11 +3,14 @@
 #include "support/PrivateSoundServer.h"
 #include "support/Signals.h"
 #include "support/WavFile.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <cmath>
 #include <random>
+
+namespace speechboundstest {
 
 using namespace lumaphone::test;
 
@@ -101,5 +104,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SpeechBoundsTest)
+LUMAPHONE_TEST(SpeechBoundsTest)
+
+} // namespace speechboundstest
+
 #include "SpeechBoundsTest.moc"

@@ -1,12 +1,15 @@
 #include "support/speech-scores/SpokenRecordings.h"
 
 #include "support/WavFile.h"
+#include "support/program/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <stdexcept>
+
+namespace spokenrecordingstest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -85,5 +88,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SpokenRecordingsTest)
+LUMAPHONE_TEST(SpokenRecordingsTest)
+
+} // namespace spokenrecordingstest
+
 #include "SpokenRecordingsTest.moc"

@@ -1,8 +1,12 @@
 #include "support/speech-scores/WordSpelling.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <stdexcept>
+
+namespace wordspellingtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -184,5 +188,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(WordSpellingTest)
+LUMAPHONE_TEST(WordSpellingTest)
+
+} // namespace wordspellingtest
+
 #include "WordSpellingTest.moc"

@@ -2,8 +2,11 @@
 #include "storage/FloatingCaptionTheme.h"
 #include "storage/LumaphoneAudioInputSource.h"
 #include "storage/LumaphoneProcessingMode.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace choicestest {
 
 using namespace lumaphone;
 
@@ -70,5 +73,8 @@ void ChoicesTest::captionDisplayModes()
         {{"bilingual", "雙語"}, {"translationOnly", "只顯示譯文"}, {"sourceOnly", "只顯示原文"}});
 }
 
-QTEST_GUILESS_MAIN(ChoicesTest)
+LUMAPHONE_TEST(ChoicesTest)
+
+} // namespace choicestest
+
 #include "ChoicesTest.moc"

@@ -2,11 +2,14 @@
 
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
+#include "support/program/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
 #include <memory>
+
+namespace lumaphonesettingstest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -36,8 +39,6 @@ DefaultsValue textValue(const char *text)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(lumaphone::DefaultsValue)
 
 class LumaphoneSettingsTest : public QObject
 {
@@ -462,5 +463,8 @@ void LumaphoneSettingsTest::theKeyNeverReachesTheDefaultsStore()
     QVERIFY(fixture.defaults.writes.isEmpty());
 }
 
-QTEST_GUILESS_MAIN(LumaphoneSettingsTest)
+LUMAPHONE_TEST(LumaphoneSettingsTest)
+
+} // namespace lumaphonesettingstest
+
 #include "LumaphoneSettingsTest.moc"

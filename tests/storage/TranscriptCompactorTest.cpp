@@ -1,9 +1,12 @@
 #include "storage/TranscriptCompactor.h"
 
 #include "support/CountedUuids.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 #include <QTimeZone>
+
+namespace transcriptcompactortest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -41,8 +44,6 @@ QStringList sources(const QList<SavedTranscriptLine> &lines)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(lumaphone::AppleSystemSpeechLanguage)
 
 class TranscriptCompactorTest : public QObject
 {
@@ -248,5 +249,8 @@ void TranscriptCompactorTest::mergesGoOnFromTheMergedLine()
         sources(lines), (QStringList {QStringLiteral("今天天氣很好"), QStringLiteral("今天天氣很好啊")}));
 }
 
-QTEST_GUILESS_MAIN(TranscriptCompactorTest)
+LUMAPHONE_TEST(TranscriptCompactorTest)
+
+} // namespace transcriptcompactortest
+
 #include "TranscriptCompactorTest.moc"

@@ -3,9 +3,12 @@
 #include "base/Json.h"
 #include "support/Coroutines.h"
 #include "support/CountedUuids.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 #include <QTimeZone>
+
+namespace transcriptdocumenttest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -323,5 +326,8 @@ void TranscriptDocumentTest::percentSignsInTextsAreTexts()
     QVERIFY2(page.contains(QStringLiteral("\n\n100%1\n\n")), qPrintable(page));
 }
 
-QTEST_GUILESS_MAIN(TranscriptDocumentTest)
+LUMAPHONE_TEST(TranscriptDocumentTest)
+
+} // namespace transcriptdocumenttest
+
 #include "TranscriptDocumentTest.moc"

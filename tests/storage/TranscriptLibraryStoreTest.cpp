@@ -12,6 +12,7 @@
 #include "support/MemoryKeychain.h"
 #include "support/NotingFileViewer.h"
 #include "support/VirtualClock.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -19,6 +20,8 @@
 #include <QTest>
 
 #include <memory>
+
+namespace transcriptlibrarystoretest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -927,5 +930,8 @@ void TranscriptLibraryStoreTest::aReadOnlyLibraryCanBeRead()
     QVERIFY(store.records() == QList {record});
 }
 
-QTEST_GUILESS_MAIN(TranscriptLibraryStoreTest)
+LUMAPHONE_TEST(TranscriptLibraryStoreTest)
+
+} // namespace transcriptlibrarystoretest
+
 #include "TranscriptLibraryStoreTest.moc"

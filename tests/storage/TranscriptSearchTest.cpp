@@ -1,8 +1,11 @@
 #include "storage/TranscriptSearch.h"
 
 #include "support/CountedUuids.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace transcriptsearchtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -154,5 +157,8 @@ void TranscriptSearchTest::whatChangedIsSearchedAnew()
     QCOMPARE(search.filtered({record(1, QStringLiteral("newer"))}, QStringLiteral("newer")).size(), 1);
 }
 
-QTEST_GUILESS_MAIN(TranscriptSearchTest)
+LUMAPHONE_TEST(TranscriptSearchTest)
+
+} // namespace transcriptsearchtest
+
 #include "TranscriptSearchTest.moc"

@@ -1,7 +1,11 @@
 #include "storage/TranscriptSubtitles.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 #include <QTimeZone>
+
+namespace transcriptsubtitlestest {
 
 using namespace lumaphone;
 
@@ -157,5 +161,8 @@ void TranscriptSubtitlesTest::anEmptyDocument()
     QCOMPARE(vttText({}, SubtitleText::bilingual), QStringLiteral("WEBVTT\n\n"));
 }
 
-QTEST_GUILESS_MAIN(TranscriptSubtitlesTest)
+LUMAPHONE_TEST(TranscriptSubtitlesTest)
+
+} // namespace transcriptsubtitlestest
+
 #include "TranscriptSubtitlesTest.moc"

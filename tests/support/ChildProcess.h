@@ -5,8 +5,8 @@
 
 namespace lumaphone::test {
 
-/// Another process of a test, killed with it. By convention a test's own program, started with arguments that
-/// its main() knows.
+/// Another process of a test, killed with it. By convention a test's own program, started for the role of
+/// LUMAPHONE_TEST_CHILD.
 class ChildProcess
 {
 public:

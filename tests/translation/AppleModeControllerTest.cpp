@@ -2,6 +2,7 @@
 
 #include "support/Coroutines.h"
 #include "support/ScriptedTranslationFramework.h"
+#include "support/program/TestProgram.h"
 
 #include <QMetaProperty>
 #include <QObject>
@@ -9,6 +10,8 @@
 #include <QTest>
 
 #include <memory>
+
+namespace applemodecontrollertest {
 
 using namespace lumaphone;
 
@@ -193,5 +196,8 @@ private:
     test::ScriptedTranslationFramework m_translation;
 };
 
-QTEST_GUILESS_MAIN(AppleModeControllerTest)
+LUMAPHONE_TEST(AppleModeControllerTest)
+
+} // namespace applemodecontrollertest
+
 #include "AppleModeControllerTest.moc"

@@ -2,9 +2,12 @@
 
 #include "base/Json.h"
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QObject>
 #include <QTest>
+
+namespace chatcompletiontest {
 
 using namespace lumaphone;
 
@@ -132,5 +135,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ChatCompletionTest)
+LUMAPHONE_TEST(ChatCompletionTest)
+
+} // namespace chatcompletiontest
+
 #include "ChatCompletionTest.moc"

@@ -1,10 +1,13 @@
 #include "translation/ChatCompletionsEndpoint.h"
 
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 #include "translation/OpenAICompatibleTranslationError.h"
 
 #include <QObject>
 #include <QTest>
+
+namespace chatcompletionsendpointtest {
 
 using namespace lumaphone;
 
@@ -78,5 +81,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ChatCompletionsEndpointTest)
+LUMAPHONE_TEST(ChatCompletionsEndpointTest)
+
+} // namespace chatcompletionsendpointtest
+
 #include "ChatCompletionsEndpointTest.moc"

@@ -1,12 +1,15 @@
 #include "translation/ChatCompletionsRequest.h"
 
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 #include "translation/OpenAICompatibleTranslationError.h"
 #include "translation/OpenAICompatibleTranslationService.h"
 #include "translation/TransportError.h"
 
 #include <QObject>
 #include <QTest>
+
+namespace chatcompletionsrequesttest {
 
 using namespace lumaphone;
 
@@ -111,5 +114,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ChatCompletionsRequestTest)
+LUMAPHONE_TEST(ChatCompletionsRequestTest)
+
+} // namespace chatcompletionsrequesttest
+
 #include "ChatCompletionsRequestTest.moc"

@@ -1,5 +1,6 @@
 #include "support/ChildProcess.h"
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 #include "translation/OpenAICompatibleTranslationError.h"
 #include "translation/OpenAICompatibleTranslationService.h"
 
@@ -7,6 +8,8 @@
 #include <QTest>
 
 #include <memory>
+
+namespace chatservertest {
 
 using namespace lumaphone;
 using Error = OpenAICompatibleTranslationError;
@@ -108,5 +111,8 @@ private:
     OpenAICompatibleProviderConfiguration m_configuration;
 };
 
-QTEST_GUILESS_MAIN(ChatServerTest)
+LUMAPHONE_TEST(ChatServerTest)
+
+} // namespace chatservertest
+
 #include "ChatServerTest.moc"

@@ -1,7 +1,11 @@
 #include "translation/ErrorBody.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QObject>
 #include <QTest>
+
+namespace errorbodytest {
 
 using namespace lumaphone;
 
@@ -123,5 +127,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ErrorBodyTest)
+LUMAPHONE_TEST(ErrorBodyTest)
+
+} // namespace errorbodytest
+
 #include "ErrorBodyTest.moc"

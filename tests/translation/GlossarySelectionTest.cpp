@@ -1,8 +1,11 @@
 #include "translation/GlossarySelection.h"
 
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace glossaryselectiontest {
 
 using namespace lumaphone;
 using test::caseSensitive;
@@ -94,5 +97,8 @@ void GlossarySelectionTest::tenThousandTermsAreLookedFor()
         test::strings({"Térm 17.", "Térm 9999."}));
 }
 
-QTEST_GUILESS_MAIN(GlossarySelectionTest)
+LUMAPHONE_TEST(GlossarySelectionTest)
+
+} // namespace glossaryselectiontest
+
 #include "GlossarySelectionTest.moc"

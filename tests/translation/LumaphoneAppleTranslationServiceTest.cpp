@@ -2,6 +2,7 @@
 
 #include "support/Coroutines.h"
 #include "support/ScriptedTranslationFramework.h"
+#include "support/program/TestProgram.h"
 #include "translation/LumaphoneAppleTranslationError.h"
 
 #include <QCoro/QCoroTask>
@@ -9,6 +10,8 @@
 #include <QTest>
 
 #include <memory>
+
+namespace lumaphoneappletranslationservicetest {
 
 using namespace lumaphone;
 using test::ScriptedTranslationFramework;
@@ -345,5 +348,8 @@ private:
     std::unique_ptr<LumaphoneAppleTranslationService> m_service;
 };
 
-QTEST_GUILESS_MAIN(LumaphoneAppleTranslationServiceTest)
+LUMAPHONE_TEST(LumaphoneAppleTranslationServiceTest)
+
+} // namespace lumaphoneappletranslationservicetest
+
 #include "LumaphoneAppleTranslationServiceTest.moc"

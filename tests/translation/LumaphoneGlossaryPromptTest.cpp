@@ -1,8 +1,11 @@
 #include "translation/LumaphoneGlossaryPrompt.h"
 
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace lumaphoneglossaryprompttest {
 
 using namespace lumaphone;
 using test::preserved;
@@ -78,5 +81,8 @@ void LumaphoneGlossaryPromptTest::anEmptyTargetIsWrittenAsAnEmptyValue()
     QVERIFY(prompt.promptText().endsWith(QStringLiteral("\n\n- source: A\n  target: \n  mode: preserve")));
 }
 
-QTEST_GUILESS_MAIN(LumaphoneGlossaryPromptTest)
+LUMAPHONE_TEST(LumaphoneGlossaryPromptTest)
+
+} // namespace lumaphoneglossaryprompttest
+
 #include "LumaphoneGlossaryPromptTest.moc"

@@ -1,8 +1,11 @@
 #include "translation/LumaphoneGlossaryProtector.h"
 
 #include "support/GlossaryTerms.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace lumaphoneglossaryprotectortest {
 
 using namespace lumaphone;
 using test::caseSensitive;
@@ -182,5 +185,8 @@ void LumaphoneGlossaryProtectorTest::valuesAreLookedThroughForLaterTokens()
     QCOMPARE(protector.restored(q("LUMAPHON_TERM_0 LUMAPHON_TERM_1")), q("LUMAPHON_TERM_0 LUMAPHON_TERM_0"));
 }
 
-QTEST_GUILESS_MAIN(LumaphoneGlossaryProtectorTest)
+LUMAPHONE_TEST(LumaphoneGlossaryProtectorTest)
+
+} // namespace lumaphoneglossaryprotectortest
+
 #include "LumaphoneGlossaryProtectorTest.moc"

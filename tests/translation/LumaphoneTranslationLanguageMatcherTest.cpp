@@ -1,7 +1,11 @@
 #include "translation/LumaphoneTranslationLanguageMatcher.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QObject>
 #include <QTest>
+
+namespace lumaphonetranslationlanguagematchertest {
 
 using lumaphone::LumaphoneTranslationLanguageMatcher::normalizedLanguageIdentifier;
 
@@ -44,5 +48,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LumaphoneTranslationLanguageMatcherTest)
+LUMAPHONE_TEST(LumaphoneTranslationLanguageMatcherTest)
+
+} // namespace lumaphonetranslationlanguagematchertest
+
 #include "LumaphoneTranslationLanguageMatcherTest.moc"

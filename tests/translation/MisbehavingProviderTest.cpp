@@ -2,6 +2,7 @@
 #include "support/Coroutines.h"
 #include "support/LocalTlsServer.h"
 #include "support/MisbehavingHttpServer.h"
+#include "support/program/TestProgram.h"
 #include "translation/OpenAICompatibleTranslationError.h"
 #include "translation/OpenAICompatibleTranslationService.h"
 #include "translation/TransportError.h"
@@ -13,6 +14,8 @@
 
 #include <fstream>
 #include <memory>
+
+namespace misbehavingprovidertest {
 
 using namespace lumaphone;
 using namespace std::chrono_literals;
@@ -489,5 +492,8 @@ private:
     OpenAICompatibleProviderConfiguration m_configuration;
 };
 
-QTEST_GUILESS_MAIN(MisbehavingProviderTest)
+LUMAPHONE_TEST(MisbehavingProviderTest)
+
+} // namespace misbehavingprovidertest
+
 #include "MisbehavingProviderTest.moc"

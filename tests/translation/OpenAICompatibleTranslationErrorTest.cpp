@@ -1,7 +1,11 @@
 #include "translation/OpenAICompatibleTranslationError.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QObject>
 #include <QTest>
+
+namespace openaicompatibletranslationerrortest {
 
 using namespace lumaphone;
 using Error = OpenAICompatibleTranslationError;
@@ -45,5 +49,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(OpenAICompatibleTranslationErrorTest)
+LUMAPHONE_TEST(OpenAICompatibleTranslationErrorTest)
+
+} // namespace openaicompatibletranslationerrortest
+
 #include "OpenAICompatibleTranslationErrorTest.moc"

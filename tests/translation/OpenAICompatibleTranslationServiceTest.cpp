@@ -3,6 +3,7 @@
 #include "base/Json.h"
 #include "support/Coroutines.h"
 #include "support/MisbehavingHttpServer.h"
+#include "support/program/TestProgram.h"
 #include "translation/OpenAICompatibleTranslationError.h"
 #include "translation/TransportError.h"
 
@@ -10,6 +11,8 @@
 #include <QTest>
 
 #include <memory>
+
+namespace openaicompatibletranslationservicetest {
 
 using namespace lumaphone;
 using test::MisbehavingHttpServer;
@@ -430,5 +433,8 @@ private:
     OpenAICompatibleProviderConfiguration m_configuration;
 };
 
-QTEST_GUILESS_MAIN(OpenAICompatibleTranslationServiceTest)
+LUMAPHONE_TEST(OpenAICompatibleTranslationServiceTest)
+
+} // namespace openaicompatibletranslationservicetest
+
 #include "OpenAICompatibleTranslationServiceTest.moc"

@@ -1,6 +1,10 @@
 #include "translation/provider/ProviderCapabilities.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace providercapabilitiestest {
 
 using namespace lumaphone;
 
@@ -41,5 +45,8 @@ void ProviderCapabilitiesTest::everythingNeedsABaseURLAndAModel()
     QCOMPARE(capabilities.supportsGlossary, capable);
 }
 
-QTEST_GUILESS_MAIN(ProviderCapabilitiesTest)
+LUMAPHONE_TEST(ProviderCapabilitiesTest)
+
+} // namespace providercapabilitiestest
+
 #include "ProviderCapabilitiesTest.moc"

@@ -3,6 +3,7 @@
 #include "base/AtomicFile.h"
 #include "support/Coroutines.h"
 #include "support/PrivateSessionBus.h"
+#include "support/program/TestProgram.h"
 
 #include <QDBusConnection>
 #include <QDir>
@@ -11,6 +12,8 @@
 #include <QTest>
 
 #include <memory>
+
+namespace desktopfileviewertest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -133,5 +136,8 @@ void DesktopFileViewerTest::anOpenerThatIsMissingIsSaid()
     QCOMPARE(error->errorDescription(), QStringLiteral("無法開啟資料夾「%1」。").arg(m_folder->path()));
 }
 
-QTEST_GUILESS_MAIN(DesktopFileViewerTest)
+LUMAPHONE_TEST(DesktopFileViewerTest)
+
+} // namespace desktopfileviewertest
+
 #include "DesktopFileViewerTest.moc"

@@ -2,6 +2,7 @@
 
 #include "base/AtomicFile.h"
 #include "support/ChildProcess.h"
+#include "support/program/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -11,6 +12,8 @@
 
 #include <cstdio>
 #include <limits>
+
+namespace jsondefaultsstoretest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -29,20 +32,20 @@ void say(const QString &line)
 /// What this program does as a second process: --two-settings, --count, or --keys <prefix> <number>.
 int writeAsChild(const QStringList &arguments)
 {
-    JsonDefaultsStore store(arguments.at(1));
-    if (arguments.at(2) == QLatin1String("--two-settings")) {
+    JsonDefaultsStore store(arguments.at(0));
+    if (arguments.at(1) == QLatin1String("--two-settings")) {
         store.setObject(theme, QStringLiteral("glass"));
         store.setObject(fontSize, 50.0);
         say(QStringLiteral("written"));
         std::getchar(); // until it is killed
-    } else if (arguments.at(2) == QLatin1String("--count")) {
+    } else if (arguments.at(1) == QLatin1String("--count")) {
         for (std::int64_t n = 1;; ++n) {
             store.setObject(QStringLiteral("count"), n);
             say(QString::number(n));
         }
     } else {
-        for (int n = 0; n < arguments.at(4).toInt(); ++n) {
-            store.setObject(arguments.at(3) + QString::number(n), std::int64_t {n});
+        for (int n = 0; n < arguments.at(3).toInt(); ++n) {
+            store.setObject(arguments.at(2) + QString::number(n), std::int64_t {n});
         }
     }
     return 0;
@@ -97,7 +100,7 @@ private:
     }
     QStringList childArguments(const QStringList &arguments) const
     {
-        return QStringList {path()} + arguments;
+        return QStringList {QStringLiteral("JsonDefaultsStoreTest.child"), path()} + arguments;
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -388,14 +391,9 @@ void JsonDefaultsStoreTest::anotherProcesssValueShowsAfterTheNextWrite()
     QVERIFY(JsonDefaultsStore(path()).object(fontSize) == DefaultsValue(20.0));
 }
 
-int main(int argc, char **argv)
-{
-    QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() > 2 && arguments.at(1).startsWith(QLatin1Char('/'))) {
-        return writeAsChild(arguments);
-    }
-    JsonDefaultsStoreTest test;
-    return QTest::qExec(&test, argc, argv);
-}
+LUMAPHONE_TEST(JsonDefaultsStoreTest)
+LUMAPHONE_TEST_CHILD(JsonDefaultsStoreTest, writeAsChild)
+
+} // namespace jsondefaultsstoretest
+
 #include "JsonDefaultsStoreTest.moc"

@@ -3,6 +3,7 @@
 #include "base/AtomicFile.h"
 #include "support/ChildProcess.h"
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -11,6 +12,8 @@
 #include <QTest>
 
 #include <cstdio>
+
+namespace lockedsingleinstancetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -25,13 +28,13 @@ void say(const char *line)
 
 /// What this program does as a started instance: says its role, and "raise" with the permission whenever it
 /// is asked to.
-int runAsInstance(const QString &folder, const QString &permission)
+int runAsInstance(const QStringList &arguments)
 {
-    LockedSingleInstance instance(folder);
+    LockedSingleInstance instance(arguments.at(0));
     const auto raise = [](const QString &given) {
         say(qPrintable(QStringLiteral("raise ") + given));
     };
-    if (instance.claim(permission, raise) == InstanceRole::second) {
+    if (instance.claim(arguments.at(1), raise) == InstanceRole::second) {
         say("second");
         return 0;
     }
@@ -58,7 +61,7 @@ private slots:
 private:
     static QStringList start(const QTemporaryDir &folder)
     {
-        return {QStringLiteral("--instance"), folder.filePath(QStringLiteral("run")),
+        return {QStringLiteral("LockedSingleInstanceTest.child"), folder.filePath(QStringLiteral("run")),
             QStringLiteral("the-permission")};
     }
     const QString m_program = QCoreApplication::applicationFilePath();
@@ -162,14 +165,9 @@ void LockedSingleInstanceTest::theCallerItselfIsRaised()
     QCOMPARE(second.wait(), 0);
 }
 
-int main(int argc, char **argv)
-{
-    QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 4 && arguments.at(1) == QLatin1String("--instance")) {
-        return runAsInstance(arguments.at(2), arguments.at(3));
-    }
-    LockedSingleInstanceTest test;
-    return QTest::qExec(&test, argc, argv);
-}
+LUMAPHONE_TEST(LockedSingleInstanceTest)
+LUMAPHONE_TEST_CHILD(LockedSingleInstanceTest, runAsInstance)
+
+} // namespace lockedsingleinstancetest
+
 #include "LockedSingleInstanceTest.moc"

@@ -1,6 +1,7 @@
 #include "platform/desktop/PortalAppearance.h"
 
 #include "support/PrivateSessionBus.h"
+#include "support/program/TestProgram.h"
 
 #include <QDBusContext>
 #include <QDBusMessage>
@@ -9,6 +10,8 @@
 #include <QTimer>
 
 #include <memory>
+
+namespace portalappearancetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -177,5 +180,8 @@ void PortalAppearanceTest::nothingElseHappensWhileItAsks()
     QTRY_VERIFY(hasHappened);
 }
 
-QTEST_GUILESS_MAIN(PortalAppearanceTest)
+LUMAPHONE_TEST(PortalAppearanceTest)
+
+} // namespace portalappearancetest
+
 #include "PortalAppearanceTest.moc"

@@ -6,11 +6,14 @@
 #include "support/Coroutines.h"
 #include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"
+#include "support/program/TestProgram.h"
 
 #include <QDBusConnection>
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace secretservicekeychaintest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -235,5 +238,8 @@ void SecretServiceKeychainTest::theEndOfTheBusIsNotTheEndOfTheProgram()
     settle();
 }
 
-QTEST_GUILESS_MAIN(SecretServiceKeychainTest)
+LUMAPHONE_TEST(SecretServiceKeychainTest)
+
+} // namespace secretservicekeychaintest
+
 #include "SecretServiceKeychainTest.moc"

@@ -2,8 +2,11 @@
 
 #include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace sessionbusprobetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -44,5 +47,8 @@ private:
     PrivateSessionBus m_bus;
 };
 
-QTEST_GUILESS_MAIN(SessionBusProbeTest)
+LUMAPHONE_TEST(SessionBusProbeTest)
+
+} // namespace sessionbusprobetest
+
 #include "SessionBusProbeTest.moc"

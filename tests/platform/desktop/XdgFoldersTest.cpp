@@ -1,9 +1,13 @@
 #include "platform/desktop/XdgFolders.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <map>
+
+namespace xdgfolderstest {
 
 using namespace lumaphone;
 
@@ -94,5 +98,8 @@ void XdgFoldersTest::theRuntimeFolderMustExist()
     QVERIFY(!XdgFolders().runtime());
 }
 
-QTEST_GUILESS_MAIN(XdgFoldersTest)
+LUMAPHONE_TEST(XdgFoldersTest)
+
+} // namespace xdgfolderstest
+
 #include "XdgFoldersTest.moc"

@@ -1,8 +1,11 @@
 #include "platform/display/WindowSystem.h"
 
 #include "platform/display/Renderer.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace windowsystemtest {
 
 using namespace lumaphone;
 
@@ -89,5 +92,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(WindowSystemTest)
+LUMAPHONE_TEST(WindowSystemTest)
+
+} // namespace windowsystemtest
+
 #include "WindowSystemTest.moc"

@@ -1,8 +1,12 @@
 #include "platform/sound/CaptureBufferPool.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <vector>
+
+namespace capturebufferpooltest {
 
 using namespace lumaphone;
 
@@ -114,5 +118,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptureBufferPoolTest)
+LUMAPHONE_TEST(CaptureBufferPoolTest)
+
+} // namespace capturebufferpooltest
+
 #include "CaptureBufferPoolTest.moc"

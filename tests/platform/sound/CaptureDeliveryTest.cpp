@@ -1,11 +1,15 @@
 #include "platform/sound/CaptureDelivery.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <atomic>
 #include <future>
 #include <thread>
 #include <vector>
+
+namespace capturedeliverytest {
 
 using namespace lumaphone;
 
@@ -158,5 +162,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CaptureDeliveryTest)
+LUMAPHONE_TEST(CaptureDeliveryTest)
+
+} // namespace capturedeliverytest
+
 #include "CaptureDeliveryTest.moc"

@@ -3,9 +3,12 @@
 #include "support/Coroutines.h"
 #include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
+#include "support/program/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QTest>
+
+namespace pulsemicrophonecapturetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -165,5 +168,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PulseMicrophoneCaptureTest)
+LUMAPHONE_TEST(PulseMicrophoneCaptureTest)
+
+} // namespace pulsemicrophonecapturetest
+
 #include "PulseMicrophoneCaptureTest.moc"

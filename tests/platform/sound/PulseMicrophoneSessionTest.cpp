@@ -4,12 +4,15 @@
 #include "support/PrivateSoundServer.h"
 #include "support/RecordedSound.h"
 #include "support/Signals.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTest>
 
 #include <cmath>
+
+namespace pulsemicrophonesessiontest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -309,5 +312,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PulseMicrophoneSessionTest)
+LUMAPHONE_TEST(PulseMicrophoneSessionTest)
+
+} // namespace pulsemicrophonesessiontest
+
 #include "PulseMicrophoneSessionTest.moc"

@@ -3,10 +3,13 @@
 #include "support/Coroutines.h"
 #include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <atomic>
+
+namespace pulserecordertest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -148,5 +151,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PulseRecorderTest)
+LUMAPHONE_TEST(PulseRecorderTest)
+
+} // namespace pulserecordertest
+
 #include "PulseRecorderTest.moc"

@@ -3,6 +3,7 @@
 #include "support/Coroutines.h"
 #include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
+#include "support/program/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -11,6 +12,8 @@
 #include <QTimer>
 
 #include <algorithm>
+
+namespace pulsescreenaudiocapturetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -190,5 +193,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PulseScreenAudioCaptureTest)
+LUMAPHONE_TEST(PulseScreenAudioCaptureTest)
+
+} // namespace pulsescreenaudiocapturetest
+
 #include "PulseScreenAudioCaptureTest.moc"

@@ -6,6 +6,7 @@
 #include "support/PrivateSoundServer.h"
 #include "support/RecordedSound.h"
 #include "support/Signals.h"
+#include "support/program/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -13,6 +14,8 @@
 
 #include <algorithm>
 #include <cmath>
+
+namespace pulsescreenaudiostreamtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -492,5 +495,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PulseScreenAudioStreamTest)
+LUMAPHONE_TEST(PulseScreenAudioStreamTest)
+
+} // namespace pulsescreenaudiostreamtest
+
 #include "PulseScreenAudioStreamTest.moc"

@@ -2,12 +2,15 @@
 
 #include "platform/CaptureServiceError.h"
 #include "support/Coroutines.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
+
+namespace recordingthreadtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -118,5 +121,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RecordingThreadTest)
+LUMAPHONE_TEST(RecordingThreadTest)
+
+} // namespace recordingthreadtest
+
 #include "RecordingThreadTest.moc"

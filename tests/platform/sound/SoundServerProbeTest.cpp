@@ -1,8 +1,11 @@
 #include "platform/sound/SoundServerProbe.h"
 
 #include "support/PrivateSoundServer.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace soundserverprobetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -59,5 +62,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SoundServerProbeTest)
+LUMAPHONE_TEST(SoundServerProbeTest)
+
+} // namespace soundserverprobetest
+
 #include "SoundServerProbeTest.moc"

@@ -1,6 +1,10 @@
 #include "speech/framework/EngineChoice.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace enginechoicetest {
 
 using namespace lumaphone;
 
@@ -24,10 +28,6 @@ constexpr int four = 1;
 constexpr int pocketSphinx = 2;
 
 } // namespace
-
-Q_DECLARE_METATYPE(Locales)
-Q_DECLARE_METATYPE(std::vector<Locales>)
-Q_DECLARE_METATYPE(std::vector<int>)
 
 class EngineChoiceTest : public QObject
 {
@@ -72,5 +72,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(EngineChoiceTest)
+LUMAPHONE_TEST(EngineChoiceTest)
+
+} // namespace enginechoicetest
+
 #include "EngineChoiceTest.moc"

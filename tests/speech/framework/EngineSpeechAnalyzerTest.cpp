@@ -3,6 +3,7 @@
 #include "support/Coroutines.h"
 #include "support/Gate.h"
 #include "support/ScriptedSpeechEngine.h"
+#include "support/program/TestProgram.h"
 
 #include <QStringList>
 #include <QTest>
@@ -12,6 +13,8 @@
 #include <array>
 #include <atomic>
 #include <future>
+
+namespace enginespeechanalyzertest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -541,5 +544,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(EngineSpeechAnalyzerTest)
+LUMAPHONE_TEST(EngineSpeechAnalyzerTest)
+
+} // namespace enginespeechanalyzertest
+
 #include "EngineSpeechAnalyzerTest.moc"

@@ -3,9 +3,12 @@
 #include "speech/pocketsphinx/PocketSphinxEngine.h"
 #include "support/Coroutines.h"
 #include "support/ScriptedSpeechEngine.h"
+#include "support/program/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace enginespeechframeworktest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -118,5 +121,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(EngineSpeechFrameworkTest)
+LUMAPHONE_TEST(EngineSpeechFrameworkTest)
+
+} // namespace enginespeechframeworktest
+
 #include "EngineSpeechFrameworkTest.moc"

@@ -1,8 +1,12 @@
 #include "speech/framework/GrowingText.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <random>
+
+namespace growingtexttest {
 
 using namespace lumaphone;
 
@@ -209,5 +213,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(GrowingTextTest)
+LUMAPHONE_TEST(GrowingTextTest)
+
+} // namespace growingtexttest
+
 #include "GrowingTextTest.moc"

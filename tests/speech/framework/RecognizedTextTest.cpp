@@ -1,6 +1,10 @@
 #include "speech/framework/RecognizedText.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace recognizedtexttest {
 
 using namespace lumaphone;
 using Language = SpokenLanguage;
@@ -189,5 +193,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RecognizedTextTest)
+LUMAPHONE_TEST(RecognizedTextTest)
+
+} // namespace recognizedtexttest
+
 #include "RecognizedTextTest.moc"

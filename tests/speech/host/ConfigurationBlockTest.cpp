@@ -1,8 +1,12 @@
 #include "speech/host/ConfigurationBlock.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <algorithm>
+
+namespace configurationblocktest {
 
 using namespace lumaphone::host;
 
@@ -36,5 +40,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ConfigurationBlockTest)
+LUMAPHONE_TEST(ConfigurationBlockTest)
+
+} // namespace configurationblocktest
+
 #include "ConfigurationBlockTest.moc"

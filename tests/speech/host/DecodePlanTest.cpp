@@ -1,8 +1,12 @@
 #include "speech/host/DecodePlan.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <random>
+
+namespace decodeplantest {
 
 using namespace lumaphone;
 using namespace std::chrono_literals;
@@ -302,5 +306,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DecodePlanTest)
+LUMAPHONE_TEST(DecodePlanTest)
+
+} // namespace decodeplantest
+
 #include "DecodePlanTest.moc"

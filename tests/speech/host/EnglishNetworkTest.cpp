@@ -1,6 +1,7 @@
 #include "speech/hosted/InstalledSpeechModel.h"
 #include "support/FolderResources.h"
 #include "support/HostedSpeech.h"
+#include "support/program/TestProgram.h"
 #include "support/speech-scores/SpokenRecordings.h"
 #include "support/speech-scores/WordSpelling.h"
 
@@ -11,6 +12,8 @@
 #include <cmath>
 #include <random>
 #include <thread>
+
+namespace englishnetworktest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -176,8 +179,6 @@ private:
 };
 
 } // namespace
-
-Q_DECLARE_METATYPE(Samples)
 
 class EnglishNetworkTest : public QObject
 {
@@ -378,5 +379,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(EnglishNetworkTest)
+LUMAPHONE_TEST(EnglishNetworkTest)
+
+} // namespace englishnetworktest
+
 #include "EnglishNetworkTest.moc"

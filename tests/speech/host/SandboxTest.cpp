@@ -1,5 +1,7 @@
 #include "speech/host/Sandbox.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -15,6 +17,8 @@
 #include <cerrno>
 #include <functional>
 #include <thread>
+
+namespace sandboxtest {
 
 using lumaphone::host::Sandbox;
 
@@ -131,5 +135,8 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_GUILESS_MAIN(SandboxTest)
+LUMAPHONE_TEST(SandboxTest)
+
+} // namespace sandboxtest
+
 #include "SandboxTest.moc"

@@ -1,8 +1,12 @@
 #include "speech/host/Segmenter.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <random>
+
+namespace segmentertest {
 
 using namespace lumaphone;
 
@@ -294,5 +298,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SegmenterTest)
+LUMAPHONE_TEST(SegmenterTest)
+
+} // namespace segmentertest
+
 #include "SegmenterTest.moc"

@@ -1,6 +1,10 @@
 #include "speech/host/SourcePace.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace sourcepacetest {
 
 using namespace lumaphone;
 using namespace std::chrono_literals;
@@ -64,5 +68,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SourcePaceTest)
+LUMAPHONE_TEST(SourcePaceTest)
+
+} // namespace sourcepacetest
+
 #include "SourcePaceTest.moc"

@@ -1,8 +1,11 @@
 #include "support/FilePermissions.h"
 #include "support/HostedSpeech.h"
+#include "support/program/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
+
+namespace speechhostdamagetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -226,5 +229,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SpeechHostDamageTest)
+LUMAPHONE_TEST(SpeechHostDamageTest)
+
+} // namespace speechhostdamagetest
+
 #include "SpeechHostDamageTest.moc"

@@ -2,6 +2,7 @@
 #include "speech/framework/RecognizedText.h"
 #include "speech/host/Segmenter.h"
 #include "support/HostedSpeech.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
@@ -10,6 +11,8 @@
 #include <numbers>
 #include <random>
 #include <utility>
+
+namespace speechhostendurancetest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -333,5 +336,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SpeechHostEnduranceTest)
+LUMAPHONE_TEST(SpeechHostEnduranceTest)
+
+} // namespace speechhostendurancetest
+
 #include "SpeechHostEnduranceTest.moc"

@@ -1,6 +1,7 @@
 #include "language/TaiwanWording.h"
 #include "speech/host/Segmenter.h"
 #include "support/HostedSpeech.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
@@ -10,6 +11,8 @@
 #include <cerrno>
 #include <csignal>
 #include <thread>
+
+namespace speechhosttest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -188,5 +191,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SpeechHostTest)
+LUMAPHONE_TEST(SpeechHostTest)
+
+} // namespace speechhosttest
+
 #include "SpeechHostTest.moc"

@@ -1,6 +1,10 @@
 #include "speech/hosted/HostRecovery.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace hostrecoverytest {
 
 using namespace lumaphone;
 using namespace std::chrono_literals;
@@ -81,5 +85,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(HostRecoveryTest)
+LUMAPHONE_TEST(HostRecoveryTest)
+
+} // namespace hostrecoverytest
+
 #include "HostRecoveryTest.moc"

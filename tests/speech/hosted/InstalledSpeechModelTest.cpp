@@ -4,8 +4,11 @@
 #include "speech/framework/EngineSpeechFramework.h"
 #include "support/Coroutines.h"
 #include "support/ToySpeechModel.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace installedspeechmodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -181,5 +184,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(InstalledSpeechModelTest)
+LUMAPHONE_TEST(InstalledSpeechModelTest)
+
+} // namespace installedspeechmodeltest
+
 #include "InstalledSpeechModelTest.moc"

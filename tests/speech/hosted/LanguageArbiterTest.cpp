@@ -1,8 +1,12 @@
 #include "speech/hosted/LanguageArbiter.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <random>
+
+namespace languagearbitertest {
 
 using namespace lumaphone;
 
@@ -183,5 +187,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LanguageArbiterTest)
+LUMAPHONE_TEST(LanguageArbiterTest)
+
+} // namespace languagearbitertest
+
 #include "LanguageArbiterTest.moc"

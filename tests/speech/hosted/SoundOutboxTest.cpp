@@ -1,9 +1,13 @@
 #include "speech/hosted/SoundOutbox.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <numeric>
 #include <random>
+
+namespace soundoutboxtest {
 
 using namespace lumaphone;
 
@@ -101,5 +105,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SoundOutboxTest)
+LUMAPHONE_TEST(SoundOutboxTest)
+
+} // namespace soundoutboxtest
+
 #include "SoundOutboxTest.moc"

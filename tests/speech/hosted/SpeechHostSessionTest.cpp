@@ -2,6 +2,7 @@
 
 #include "platform/SpeechFramework.h"
 #include "support/Gate.h"
+#include "support/program/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QStringList>
@@ -12,6 +13,8 @@
 
 #include <csignal>
 #include <future>
+
+namespace speechhostsessiontest {
 
 using namespace lumaphone;
 
@@ -251,5 +254,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SpeechHostSessionTest)
+LUMAPHONE_TEST(SpeechHostSessionTest)
+
+} // namespace speechhostsessiontest
+
 #include "SpeechHostSessionTest.moc"

@@ -3,8 +3,11 @@
 #include "platform/SpeechFramework.h"
 #include "support/Coroutines.h"
 #include "support/ModelCopy.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
+
+namespace pocketsphinxmodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -119,5 +122,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PocketSphinxModelTest)
+LUMAPHONE_TEST(PocketSphinxModelTest)
+
+} // namespace pocketsphinxmodeltest
+
 #include "PocketSphinxModelTest.moc"

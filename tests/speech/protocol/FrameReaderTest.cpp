@@ -1,8 +1,12 @@
 #include "speech/protocol/FrameReader.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <random>
+
+namespace framereadertest {
 
 using namespace lumaphone;
 
@@ -95,5 +99,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FrameReaderTest)
+LUMAPHONE_TEST(FrameReaderTest)
+
+} // namespace framereadertest
+
 #include "FrameReaderTest.moc"

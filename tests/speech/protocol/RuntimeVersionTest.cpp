@@ -1,6 +1,10 @@
 #include "speech/protocol/RuntimeVersion.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace runtimeversiontest {
 
 using namespace lumaphone::host;
 
@@ -38,5 +42,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RuntimeVersionTest)
+LUMAPHONE_TEST(RuntimeVersionTest)
+
+} // namespace runtimeversiontest
+
 #include "RuntimeVersionTest.moc"

@@ -1,8 +1,12 @@
 #include "speech/protocol/SpeechHostMessages.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <random>
+
+namespace speechhostmessagestest {
 
 using namespace lumaphone;
 using namespace lumaphone::host;
@@ -139,5 +143,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SpeechHostMessagesTest)
+LUMAPHONE_TEST(SpeechHostMessagesTest)
+
+} // namespace speechhostmessagestest
+
 #include "SpeechHostMessagesTest.moc"

@@ -1,5 +1,6 @@
 #include "support/engine/ReferenceTranslator.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -19,6 +20,12 @@ QJsonObject described(const ModelFiles &files)
 }
 
 } // namespace
+
+bool isReferenceInstalled()
+{
+    return QFile::exists(QStringLiteral(LUMAPHONE_NODE))
+        && QFile::exists(QStringLiteral(LUMAPHONE_REFERENCE_FOLDER "/installed"));
+}
 
 ReferenceTranslation::ReferenceTranslation(
     const QList<ModelFiles> &legs, const QStringList &lines, int warmUp)

@@ -9,6 +9,9 @@
 
 namespace lumaphone::engine::test {
 
+/// Whether npm has installed the reference, as the test ReferenceTranslatorIsInstalled tries.
+bool isReferenceInstalled();
+
 /// What the reference answered.
 struct ReferenceAnswer
 {

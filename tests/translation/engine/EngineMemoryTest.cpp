@@ -1,10 +1,13 @@
 #include "support/engine/GeneratedFolder.h"
 #include "support/engine/SampleSentences.h"
+#include "support/program/TestProgram.h"
 #include "translation/engine/Translator.h"
 
 #include <QTest>
 
 #include <malloc.h>
+
+namespace enginememorytest {
 
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
@@ -40,5 +43,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(EngineMemoryTest)
+LUMAPHONE_TEST(EngineMemoryTest)
+
+} // namespace enginememorytest
+
 #include "EngineMemoryTest.moc"

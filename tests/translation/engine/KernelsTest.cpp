@@ -1,5 +1,7 @@
 #include "translation/engine/Kernels.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <cmath>
@@ -7,6 +9,8 @@
 #include <numeric>
 #include <random>
 #include <vector>
+
+namespace kernelstest {
 
 using namespace lumaphone::engine;
 
@@ -227,5 +231,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(KernelsTest)
+LUMAPHONE_TEST(KernelsTest)
+
+} // namespace kernelstest
+
 #include "KernelsTest.moc"

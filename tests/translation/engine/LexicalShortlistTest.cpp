@@ -2,6 +2,7 @@
 
 #include "support/engine/GeneratedFolder.h"
 #include "support/engine/ModelGenerator.h"
+#include "support/program/TestProgram.h"
 #include "translation/engine/EngineError.h"
 
 #include <QTest>
@@ -9,6 +10,8 @@
 #include <algorithm>
 #include <cstring>
 #include <optional>
+
+namespace lexicalshortlisttest {
 
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
@@ -192,5 +195,8 @@ private:
     GeneratedFolder m_folder;
 };
 
-QTEST_GUILESS_MAIN(LexicalShortlistTest)
+LUMAPHONE_TEST(LexicalShortlistTest)
+
+} // namespace lexicalshortlisttest
+
 #include "LexicalShortlistTest.moc"

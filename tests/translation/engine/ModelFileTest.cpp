@@ -2,10 +2,13 @@
 
 #include "support/engine/GeneratedFolder.h"
 #include "support/engine/ModelGenerator.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <cstring>
+
+namespace modelfiletest {
 
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
@@ -180,5 +183,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ModelFileTest)
+LUMAPHONE_TEST(ModelFileTest)
+
+} // namespace modelfiletest
+
 #include "ModelFileTest.moc"

@@ -1,5 +1,7 @@
 #include "translation/engine/OutputSearch.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <algorithm>
@@ -8,6 +10,8 @@
 #include <limits>
 #include <memory>
 #include <random>
+
+namespace outputsearchtest {
 
 using namespace lumaphone::engine;
 
@@ -341,5 +345,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(OutputSearchTest)
+LUMAPHONE_TEST(OutputSearchTest)
+
+} // namespace outputsearchtest
+
 #include "OutputSearchTest.moc"

@@ -2,6 +2,7 @@
 #include "support/engine/ReferenceTranslator.h"
 #include "support/engine/SampleSentences.h"
 #include "support/engine/VocabularyTrainer.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
@@ -10,6 +11,8 @@
 #include <map>
 #include <memory>
 #include <random>
+
+namespace paritytest {
 
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
@@ -215,6 +218,12 @@ class ParityTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase()
+    {
+        if (!isReferenceInstalled()) {
+            QSKIP("npm has not installed the reference: see ReferenceTranslatorIsInstalled");
+        }
+    }
     void wordsAreTheReferences_data();
     void wordsAreTheReferences();
     void nearlyAllLinesAreIdentical();
@@ -279,5 +288,8 @@ void ParityTest::theKnownMistakesWouldBeSeen()
     QVERIFY(m_exact.total > 0 && m_exact.share() < leastAgreement);
 }
 
-QTEST_GUILESS_MAIN(ParityTest)
+LUMAPHONE_TEST(ParityTest)
+
+} // namespace paritytest
+
 #include "ParityTest.moc"

@@ -1,6 +1,10 @@
 #include "translation/engine/ProtectedTerms.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace protectedtermstest {
 
 using namespace lumaphone::engine;
 
@@ -137,5 +141,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ProtectedTermsTest)
+LUMAPHONE_TEST(ProtectedTermsTest)
+
+} // namespace protectedtermstest
+
 #include "ProtectedTermsTest.moc"

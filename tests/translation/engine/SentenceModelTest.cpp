@@ -2,11 +2,14 @@
 
 #include "support/engine/GeneratedFolder.h"
 #include "support/engine/VocabularyTrainer.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <algorithm>
 #include <random>
+
+namespace sentencemodeltest {
 
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
@@ -212,5 +215,8 @@ private:
     QString m_shortlist;
 };
 
-QTEST_GUILESS_MAIN(SentenceModelTest)
+LUMAPHONE_TEST(SentenceModelTest)
+
+} // namespace sentencemodeltest
+
 #include "SentenceModelTest.moc"

@@ -1,6 +1,10 @@
 #include "translation/engine/SentenceSplitter.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
+
+namespace sentencesplittertest {
 
 using namespace lumaphone::engine;
 
@@ -99,5 +103,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SentenceSplitterTest)
+LUMAPHONE_TEST(SentenceSplitterTest)
+
+} // namespace sentencesplittertest
+
 #include "SentenceSplitterTest.moc"

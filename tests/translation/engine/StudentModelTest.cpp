@@ -1,12 +1,15 @@
 #include "translation/engine/StudentModel.h"
 
 #include "support/engine/ModelGenerator.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <cmath>
 #include <cstring>
 #include <limits>
+
+namespace studentmodeltest {
 
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
@@ -174,5 +177,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(StudentModelTest)
+LUMAPHONE_TEST(StudentModelTest)
+
+} // namespace studentmodeltest
+
 #include "StudentModelTest.moc"

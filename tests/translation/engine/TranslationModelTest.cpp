@@ -3,10 +3,13 @@
 #include "support/engine/GeneratedFolder.h"
 #include "support/engine/SampleSentences.h"
 #include "support/engine/VocabularyTrainer.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <thread>
+
+namespace translationmodeltest {
 
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
@@ -182,5 +185,8 @@ private:
     ModelFiles m_files;
 };
 
-QTEST_GUILESS_MAIN(TranslationModelTest)
+LUMAPHONE_TEST(TranslationModelTest)
+
+} // namespace translationmodeltest
+
 #include "TranslationModelTest.moc"

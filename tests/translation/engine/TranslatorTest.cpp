@@ -1,10 +1,13 @@
 #include "translation/engine/Translator.h"
 
 #include "support/engine/GeneratedFolder.h"
+#include "support/program/TestProgram.h"
 
 #include <QTest>
 
 #include <memory>
+
+namespace translatortest {
 
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
@@ -68,5 +71,8 @@ private:
     std::shared_ptr<TranslationModel> m_second;
 };
 
-QTEST_GUILESS_MAIN(TranslatorTest)
+LUMAPHONE_TEST(TranslatorTest)
+
+} // namespace translatortest
+
 #include "TranslatorTest.moc"

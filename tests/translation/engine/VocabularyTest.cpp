@@ -2,10 +2,13 @@
 
 #include "support/engine/GeneratedFolder.h"
 #include "support/engine/VocabularyTrainer.h"
+#include "support/program/TestProgram.h"
 #include "translation/engine/EngineError.h"
 #include "translation/engine/VocabularyCheck.h"
 
 #include <QTest>
+
+namespace vocabularytest {
 
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
@@ -114,5 +117,8 @@ private:
     std::string m_trained;
 };
 
-QTEST_GUILESS_MAIN(VocabularyTest)
+LUMAPHONE_TEST(VocabularyTest)
+
+} // namespace vocabularytest
+
 #include "VocabularyTest.moc"

@@ -1,10 +1,14 @@
 #include "translation/engine/WorkerTeam.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QTest>
 
 #include <atomic>
 #include <numeric>
 #include <vector>
+
+namespace workerteamtest {
 
 using namespace lumaphone::engine;
 
@@ -62,5 +66,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(WorkerTeamTest)
+LUMAPHONE_TEST(WorkerTeamTest)
+
+} // namespace workerteamtest
+
 #include "WorkerTeamTest.moc"

@@ -4,6 +4,7 @@
 #include "support/Coroutines.h"
 #include "support/ModelFixtures.h"
 #include "support/engine/GeneratedFolder.h"
+#include "support/program/TestProgram.h"
 #include "translation/LumaphoneAppleTranslationService.h"
 #include "translation/engine/Translator.h"
 
@@ -11,6 +12,8 @@
 #include <QFile>
 #include <QObject>
 #include <QTest>
+
+namespace ondevicetranslationframeworktest {
 
 using namespace lumaphone;
 using engine::test::GeneratedFolder;
@@ -248,5 +251,8 @@ private:
     std::unique_ptr<OnDeviceTranslationFramework> m_framework;
 };
 
-QTEST_GUILESS_MAIN(OnDeviceTranslationFrameworkTest)
+LUMAPHONE_TEST(OnDeviceTranslationFrameworkTest)
+
+} // namespace ondevicetranslationframeworktest
+
 #include "OnDeviceTranslationFrameworkTest.moc"

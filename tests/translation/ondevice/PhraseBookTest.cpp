@@ -1,3 +1,4 @@
+#include "support/program/TestProgram.h"
 #include "translation/engine/Translator.h"
 
 #include <QDir>
@@ -7,6 +8,8 @@
 
 #include <algorithm>
 #include <iostream>
+
+namespace phrasebooktest {
 
 using namespace lumaphone;
 using namespace lumaphone::engine;
@@ -156,5 +159,8 @@ private:
     QHash<QString, std::shared_ptr<Translator>> m_translators;
 };
 
-QTEST_GUILESS_MAIN(PhraseBookTest)
+LUMAPHONE_TEST(PhraseBookTest)
+
+} // namespace phrasebooktest
+
 #include "PhraseBookTest.moc"

@@ -1,7 +1,11 @@
 #include "translation/ondevice/TranslationRoute.h"
 
+#include "support/program/TestProgram.h"
+
 #include <QObject>
 #include <QTest>
+
+namespace translationroutetest {
 
 using namespace lumaphone;
 
@@ -81,5 +85,8 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TranslationRouteTest)
+LUMAPHONE_TEST(TranslationRouteTest)
+
+} // namespace translationroutetest
+
 #include "TranslationRouteTest.moc"
