@@ -31,7 +31,10 @@ enum class Carrier {
 constexpr QSize displaySize(2400, 900);
 
 /// A black panel that lets nothing shine through, above a light window, and a translator at a given address.
+/// Where X11 carries the panel it lies beside the window: Weston's X server gives presses to windows that
+/// Weston manages, also where an unmanaged one is seen above them.
 const char settings[] = R"({
+    "lumaphone.caption.frame": "{{20, 100}, {500, 150}}",
     "lumaphone.caption.opacity": 1.0,
     "lumaphone.caption.theme": "dark",
     "lumaphone.processingMode": "customAPI",
@@ -177,8 +180,8 @@ private slots:
             const QPoint delta = towardsTheMiddle(panel);
             const QRect moved = panel.translated(delta);
             QCOMPARE(dragged(handleOf(panel), delta, moved), moved);
-            const QRect wider = moved.adjusted(0, 0, 60, 0);
-            QCOMPARE(dragged({moved.right() - 1, moved.center().y()}, {60, 0}, wider), wider);
+            const QRect wider = moved.adjusted(-60, 0, 0, 0);
+            QCOMPARE(dragged({moved.left() + 1, moved.center().y()}, {-60, 0}, wider), wider);
             last = wider.adjusted(0, -40, 0, 0);
             QCOMPARE(dragged({wider.center().x(), wider.top() + 1}, {0, -40}, last), last);
             keepPhotograph();

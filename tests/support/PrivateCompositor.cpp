@@ -31,8 +31,9 @@ focus_follows_mouse no
 exec sh %FOLDER%/started
 )";
 
-// Where they listen, and one colour.
-const char started[] = R"(echo "$WAYLAND_DISPLAY $DISPLAY" > %FOLDER%/names
+// The program opens on the first output; where they listen, and one colour.
+const char started[] = R"(test -z "$SWAYSOCK" || swaymsg -q focus output X11-1
+echo "$WAYLAND_DISPLAY $DISPLAY" > %FOLDER%/names
 exec swaybg -c '#305070'
 )";
 
