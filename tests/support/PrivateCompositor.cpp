@@ -26,14 +26,16 @@ background-color=0xff305070
 locking=false
 )";
 
+// Windows open on the first output.
 const char swaySettings[] = R"(default_border none
 focus_follows_mouse no
+workspace 1 output X11-1
+assign [app_id=".*"] workspace number 1
 exec sh %FOLDER%/started
 )";
 
-// The program opens on the first output; where they listen, and one colour.
-const char started[] = R"(test -z "$SWAYSOCK" || swaymsg -q focus output X11-1
-echo "$WAYLAND_DISPLAY $DISPLAY" > %FOLDER%/names
+// Where they listen, and one colour.
+const char started[] = R"(echo "$WAYLAND_DISPLAY $DISPLAY" > %FOLDER%/names
 exec swaybg -c '#305070'
 )";
 
