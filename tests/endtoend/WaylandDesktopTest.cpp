@@ -3,6 +3,7 @@
 #include "support/NeededPrograms.h"
 #include "support/PrivateCompositor.h"
 #include "support/PrivateDisplay.h"
+#include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"
 #include "support/PrivateSoundServer.h"
 
@@ -29,8 +30,14 @@ enum class Carrier {
 
 constexpr QSize displaySize(2400, 900);
 
-/// A black panel that lets nothing shine through, above a light window.
-const char settings[] = R"({"captionOpacity": 1.0, "captionTheme": "dark"})";
+/// A black panel that lets nothing shine through, above a light window, and a translator at a given address.
+const char settings[] = R"({
+    "lumaphone.caption.opacity": 1.0,
+    "lumaphone.caption.theme": "dark",
+    "lumaphone.processingMode": "customAPI",
+    "lumaphone.provider.baseURL": "%URL%",
+    "lumaphone.provider.model": "test-model"
+})";
 
 QImage photograph()
 {
@@ -92,13 +99,19 @@ class WaylandDesktopTest : public QObject
     Q_OBJECT
 
 public:
-    explicit WaylandDesktopTest(const PrivateDisplay &display)
+    WaylandDesktopTest(const PrivateDisplay &display, const PrivateSessionBus &bus)
         : m_display(display)
+        , m_keyring(bus)
     {
     }
 
 private slots:
-    void initTestCase() { m_bus = std::make_unique<PrivateSessionBus>(); }
+    void initTestCase()
+    {
+        QVERIFY(m_keyring.start());
+        m_chat = std::make_unique<RunningProgram>(QStringLiteral(LUMAPHONE_CHAT_SERVER), QStringList());
+        QVERIFY(m_chat->waitForOutput("\n"));
+    }
 
     void init()
     {
@@ -114,12 +127,15 @@ private slots:
         QVERIFY(QDir(m_home->path()).mkpath("config/lumaphone"));
         QFile file(m_home->filePath("config/lumaphone/settings.json"));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(settings);
+        file.write(QByteArray(settings).replace("%URL%", m_chat->outputLines().constFirst()));
         m_display.control({"mousemove", "5", "5"});
     }
 
     void cleanup()
     {
+        if (QTest::currentTestFailed()) {
+            keepPhotograph();
+        }
         m_display.control({"mouseup", "1"});
         m_compositor.reset();
     }
@@ -140,7 +156,8 @@ private slots:
         DO("await stage.state 正在聽");
         const SoundPlayback speech = sound.play(PrivateSoundServer::speechFiles().constFirst());
         DO("count card.lines 1");
-        DO("panel he was");
+        DO("await stage.translationText 〔");
+        DO("panel 〔");
         keepPhotograph();
         DO("close");
         QVERIFY(user.program().waitForEnd());
@@ -148,26 +165,14 @@ private slots:
         QCOMPARE(user.program().exitCode(), 0);
     }
 
-    void thePanelIsDraggedAndResized_data() { desktops(); }
-    void thePanelIsDraggedAndResized()
+    /// Without Weston's X server: a window that Weston does not manage is seen where it has gone only once it
+    /// shows another picture.
+    void aPanelThatWasDraggedAndResizedOpensAgainAsItWas_data()
     {
-        start();
-        User user(m_home->path(), environment());
-        const QRect panel = openPanel(user);
-        QVERIFY(panel.isValid());
-        const QPoint delta = towardsTheMiddle(panel);
-        QCOMPARE(dragged(handleOf(panel), delta, panel.translated(delta)), panel.translated(delta));
-        const QRect moved = panel.translated(delta);
-
-        const QRect wider = moved.adjusted(0, 0, 60, 0);
-        QCOMPARE(dragged({moved.right() - 1, moved.center().y()}, {60, 0}, wider), wider);
-        const QRect higher = wider.adjusted(0, -40, 0, 0);
-        QCOMPARE(dragged({wider.center().x(), wider.top() + 1}, {0, -40}, higher), higher);
-        keepPhotograph();
+        layerDesktops();
+        QTest::newRow("Weston") << CompositorKind::weston << Carrier::ordinary;
     }
-
-    void thePanelOpensAgainAsItWas_data() { desktops(); }
-    void thePanelOpensAgainAsItWas()
+    void aPanelThatWasDraggedAndResizedOpensAgainAsItWas()
     {
         start();
         QRect last;
@@ -176,9 +181,13 @@ private slots:
             const QRect panel = openPanel(user);
             QVERIFY(panel.isValid());
             const QPoint delta = towardsTheMiddle(panel);
-            const QRect moved = dragged(handleOf(panel), delta, panel.translated(delta));
-            last = moved.adjusted(0, 0, 60, 0);
-            QCOMPARE(dragged({moved.right() - 1, moved.center().y()}, {60, 0}, last), last);
+            const QRect moved = panel.translated(delta);
+            QCOMPARE(dragged(handleOf(panel), delta, moved), moved);
+            const QRect wider = moved.adjusted(0, 0, 60, 0);
+            QCOMPARE(dragged({moved.right() - 1, moved.center().y()}, {60, 0}, wider), wider);
+            last = wider.adjusted(0, -40, 0, 0);
+            QCOMPARE(dragged({wider.center().x(), wider.top() + 1}, {0, -40}, last), last);
+            keepPhotograph();
             DO("close");
             QVERIFY(user.program().waitForEnd());
         }
@@ -323,10 +332,15 @@ private:
         return isOpen ? restingPanelIn({{}, m_display.size()}) : QRect();
     }
 
+    /// As a hand does it: it comes to a place and presses later. X servers of compositors lose a press that
+    /// comes along with the pointer.
     void press(const QPoint &place) const
     {
-        m_display.control(
-            {"mousemove", QString::number(place.x()), QString::number(place.y()), "mousedown", "1"});
+        m_display.control({"mousemove", QString::number(place.x()), QString::number(place.y())});
+        m_display.control({"mousemove_relative", "1", "0"});
+        m_display.control({"mousemove_relative", "--", "-1", "0"});
+        settle();
+        m_display.control({"mousedown", "1"});
     }
     void move(const QPoint &by) const
     {
@@ -376,7 +390,8 @@ private:
     }
 
     const PrivateDisplay &m_display;
-    std::unique_ptr<PrivateSessionBus> m_bus;
+    PrivateKeyring m_keyring;
+    std::unique_ptr<RunningProgram> m_chat;
     std::unique_ptr<QTemporaryDir> m_home;
     std::unique_ptr<PrivateCompositor> m_compositor;
     CompositorKind m_kind = CompositorKind::weston;
@@ -387,9 +402,10 @@ private:
 int main(int argc, char *argv[])
 {
     const PrivateDisplay display(displaySize, WindowManager::none);
+    const PrivateSessionBus bus;
     qputenv("QT_QPA_PLATFORM", "xcb");
     const QGuiApplication application(argc, argv);
-    WaylandDesktopTest test(display);
+    WaylandDesktopTest test(display, bus);
     return QTest::qExec(&test, argc, argv);
 }
 

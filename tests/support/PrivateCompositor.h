@@ -46,7 +46,7 @@ private:
     void startWlroots(CompositorKind kind, int outputs);
     void arrangeWlrootsOutputs() const;
     void start(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment);
-    void awaitOutputs(const QString &title, int outputs);
+    void awaitOutputs(int outputs);
     template<typename Condition> void await(const QString &what, Condition condition) const;
     QByteArray said() const;
     void write(const QString &name, const QByteArray &content) const;

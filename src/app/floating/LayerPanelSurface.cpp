@@ -28,6 +28,7 @@ void LayerPanelSurface::setFrame(const QRect &frame)
     m_layer.setMargins({onOutput.x(), onOutput.y(), 0, 0});
     // Counts from the next frame on.
     m_panel.update();
+    m_relativePointer.prepare();
 }
 
 bool LayerPanelSurface::canBeShown() const
@@ -45,7 +46,7 @@ std::optional<QPoint> LayerPanelSurface::beginDrag(const QMouseEvent &press, Qt:
 {
     m_pressed = press.position();
     m_pressedOnDesktop = m_position + m_pressed;
-    m_relativePointer.begin(m_pressedOnDesktop);
+    m_relativePointer.begin(m_pressedOnDesktop, static_cast<std::uint32_t>(press.timestamp()));
     return m_pressedOnDesktop.toPoint();
 }
 

@@ -2,8 +2,10 @@
 
 #include <QPointF>
 
-#include <memory>
+#include <cstdint>
+#include <deque>
 
+struct wl_pointer;
 struct wl_registry;
 struct zwp_relative_pointer_manager_v1;
 struct zwp_relative_pointer_v1;
@@ -20,19 +22,34 @@ public:
     RelativePointer(const RelativePointer &) = delete;
     RelativePointer &operator=(const RelativePointer &) = delete;
 
-    /// It is at this place of the whole desktop; follows it from here on.
-    void begin(const QPointF &position);
+    /// At this time, in the milliseconds of the compositor's events, it was at this place of the whole
+    /// desktop; follows it from there on, also where it has gone meanwhile.
+    void begin(const QPointF &position, std::uint32_t time);
     void end();
+    /// Watches the pointer that there is now, so that the first steps after begin() are known as well.
+    void prepare();
     /// Whether it has been seen to move. It never is where the compositor does not tell, or a finger moves.
     bool hasMoved() const { return m_hasMoved; }
     QPointF position() const { return m_position; }
 
 private:
     struct Protocol;
+    struct Step
+    {
+        std::uint32_t time;
+        QPointF by;
+    };
+
+    void take(const Step &step);
+    void follow(const QPointF &step);
+    void release();
 
     zwp_relative_pointer_manager_v1 *m_manager = nullptr;
     zwp_relative_pointer_v1 *m_pointer = nullptr;
+    wl_pointer *m_watched = nullptr;
     wl_registry *m_registry = nullptr;
+    std::deque<Step> m_latest; ///< while nobody follows it
+    bool m_isFollowed = false;
     bool m_hasMoved = false;
     QPointF m_position;
 };

@@ -336,21 +336,53 @@ std::optional<PulseSource> PulseConnection::source(std::uint32_t index)
     }));
 }
 
-void PulseConnection::watch(pa_subscription_mask_t mask, EventHandler onEvent)
+std::unique_ptr<PulseConnection::Watch> PulseConnection::watch(std::uint32_t mask, EventHandler onEvent)
 {
+    std::unique_ptr<Watch> watch(new Watch(*this, mask, std::move(onEvent)));
+    if ((m_watched & mask) == mask) {
+        return watch;
+    }
     Reply reply {*this};
-    change([&] { m_onEvent = std::move(onEvent); });
-    const auto takeEvent
-        = [](pa_context *, pa_subscription_event_type_t event, std::uint32_t index, void *userData) {
-              static_cast<PulseConnection *>(userData)->m_onEvent(event, index);
-          };
     const auto takeSuccess = [](pa_context *context, int success, void *userData) {
         static_cast<Reply *>(userData)->arrive(success ? 0 : pa_context_errno(context));
     };
+    const std::uint32_t wanted = m_watched | mask;
     ask(reply, [&] {
-        pa_context_set_subscribe_callback(m_context.get(), takeEvent, this);
-        return pa_context_subscribe(m_context.get(), mask, takeSuccess, &reply);
+        pa_context_set_subscribe_callback(
+            m_context.get(),
+            [](pa_context *, pa_subscription_event_type_t event, std::uint32_t index, void *self) {
+                static_cast<const PulseConnection *>(self)->takeEvent(event, index);
+            },
+            this);
+        return pa_context_subscribe(
+            m_context.get(), static_cast<pa_subscription_mask_t>(wanted), takeSuccess, &reply);
     });
+    m_watched = wanted;
+    return watch;
+}
+
+void PulseConnection::takeEvent(pa_subscription_event_type_t event, std::uint32_t index) const
+{
+    for (const Watch *watch : m_watches) {
+        if (pa_subscription_match_flags(watch->m_mask, event)) {
+            watch->m_onEvent(event, index);
+        }
+    }
+}
+
+PulseConnection::Watch::Watch(PulseConnection &connection, std::uint32_t mask, EventHandler onEvent)
+    : m_connection(connection)
+    , m_mask(mask)
+    , m_onEvent(std::move(onEvent))
+{
+    const LoopLock lock(m_connection.loop());
+    m_connection.m_watches.push_back(this);
+}
+
+PulseConnection::Watch::~Watch()
+{
+    const LoopLock lock(m_connection.loop());
+    std::erase(m_connection.m_watches, this);
 }
 
 } // namespace lumaphone

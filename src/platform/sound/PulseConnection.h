@@ -12,6 +12,7 @@
 #include <pulse/thread-mainloop.h>
 
 #include <condition_variable>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -50,6 +51,23 @@ public:
         pa_threaded_mainloop *m_loop;
     };
 
+    /// As long as it lives, its handler is called.
+    class Watch
+    {
+    public:
+        ~Watch();
+        Watch(const Watch &) = delete;
+        Watch &operator=(const Watch &) = delete;
+
+    private:
+        friend class PulseConnection;
+        Watch(PulseConnection &connection, std::uint32_t mask, EventHandler onEvent);
+
+        PulseConnection &m_connection;
+        const std::uint32_t m_mask;
+        const EventHandler m_onEvent;
+    };
+
     /// Something asked of the server. Its callback ends with arrive().
     struct Reply
     {
@@ -77,8 +95,8 @@ public:
     std::optional<PulseSource> source(const std::string &name);
     std::optional<PulseSource> source(std::uint32_t index);
 
-    /// Calls `onEvent` on the connection's thread for every event of the kinds in `mask`. At most once.
-    void watch(pa_subscription_mask_t mask, EventHandler onEvent);
+    /// Calls `onEvent` on the connection's thread for every event of the kinds in `mask`.
+    std::unique_ptr<Watch> watch(std::uint32_t mask, EventHandler onEvent);
 
     /// Any thread, without waiting.
     bool isLost() const;
@@ -116,6 +134,7 @@ private:
 
     void connect();
     void takeState();
+    void takeEvent(pa_subscription_event_type_t event, std::uint32_t index) const;
     ServerReply askServer();
     template<typename Row, typename Start> std::vector<Row> list(Start start);
 
@@ -126,7 +145,8 @@ private:
     bool m_isReady = false;
     bool m_isLost = false;
     int m_lossCode = 0;
-    EventHandler m_onEvent;
+    std::uint32_t m_watched = PA_SUBSCRIPTION_MASK_NULL;
+    std::vector<const Watch *> m_watches; ///< under the main loop's lock
     std::unique_ptr<pa_threaded_mainloop, LoopDeleter> m_loop;
     std::unique_ptr<pa_context, ContextDeleter> m_context;
 };

@@ -30,8 +30,7 @@ PulseMonitorFollower::PulseMonitorFollower(const PulseOptions &options, std::sto
 void PulseMonitorFollower::start(const std::string &sinkName)
 {
     // Opening a stream causes events of its own; only the server's own entry tells of a new default.
-    m_connection.watch(
-        static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SERVER | PA_SUBSCRIPTION_MASK_SINK),
+    m_watch = m_connection.watch(PA_SUBSCRIPTION_MASK_SERVER | PA_SUBSCRIPTION_MASK_SINK,
         [this](pa_subscription_event_type_t event, std::uint32_t) {
             if ((event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) == PA_SUBSCRIPTION_EVENT_SERVER) {
                 m_connection.change([this] { m_defaultMayHaveChanged = true; });

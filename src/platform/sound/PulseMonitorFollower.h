@@ -46,6 +46,7 @@ private:
     std::string m_sinkName;
     std::unique_ptr<PulseRecorder> m_recorder;
     std::vector<std::unique_ptr<PulseRecorder>> m_prepared; ///< paused, of other outputs
+    std::unique_ptr<PulseConnection::Watch> m_watch;
 };
 
 } // namespace lumaphone

@@ -27,6 +27,9 @@ PulseRecorder::PulseRecorder(
     , m_source(std::move(source))
     , m_sink(std::move(sink))
 {
+    // Some servers leave a recording open, and silent, when its source goes.
+    m_watch = m_connection.watch(PA_SUBSCRIPTION_MASK_SOURCE,
+        [this](pa_subscription_event_type_t event, std::uint32_t index) { takeEvent(event, index); });
     open(sampleSpec);
     verify(sampleSpec);
 }
@@ -131,6 +134,15 @@ void PulseRecorder::takeState()
 void PulseRecorder::takeMove()
 {
     if (pa_stream_get_device_index(m_stream.get()) != m_source.index) {
+        setAccepting(false);
+        end();
+    }
+}
+
+void PulseRecorder::takeEvent(pa_subscription_event_type_t event, std::uint32_t index)
+{
+    const bool isRemoval = (event & PA_SUBSCRIPTION_EVENT_TYPE_MASK) == PA_SUBSCRIPTION_EVENT_REMOVE;
+    if (isRemoval && index == m_source.index) {
         setAccepting(false);
         end();
     }

@@ -47,6 +47,7 @@ private:
     void verify(const pa_sample_spec &sampleSpec);
     void takeState();
     void takeMove();
+    void takeEvent(pa_subscription_event_type_t event, std::uint32_t index);
     void takeSound();
     void end();
     void setAccepting(bool accepting);
@@ -59,6 +60,7 @@ private:
     bool m_isAccepting = false;
     const Sink m_sink;
     std::unique_ptr<pa_stream, StreamDeleter> m_stream;
+    std::unique_ptr<PulseConnection::Watch> m_watch;
 };
 
 } // namespace lumaphone

@@ -8,7 +8,7 @@ PulseSourceDirectory::PulseSourceDirectory(const PulseOptions &options)
     : m_connection(options, {})
 {
     // Watching begins before listing, so that no removal slips through between them.
-    m_connection.watch(
+    m_watch = m_connection.watch(
         PA_SUBSCRIPTION_MASK_SOURCE, [this](pa_subscription_event_type_t event, std::uint32_t index) {
             if ((event & PA_SUBSCRIPTION_EVENT_TYPE_MASK) == PA_SUBSCRIPTION_EVENT_REMOVE) {
                 const std::lock_guard lock(m_mutex);

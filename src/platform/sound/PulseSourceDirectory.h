@@ -28,7 +28,8 @@ private:
     std::map<std::uint32_t, std::string> m_microphones; ///< by index
     std::set<std::uint32_t> m_removed;
     std::optional<PulseSource> m_default;
-    PulseConnection m_connection; ///< last: its thread uses what stands above
+    PulseConnection m_connection; ///< its thread uses what stands above
+    std::unique_ptr<PulseConnection::Watch> m_watch;
 };
 
 } // namespace lumaphone

@@ -105,7 +105,7 @@ private slots:
         QCOMPARE(m_bytes.load(), std::size_t(0));
     }
 
-    void aSourceThatIsNotThereIsAnErrorWithTheServersText()
+    void aSourceThatIsNotThereIsAnError()
     {
         PulseSource wanted;
         wanted.name = "nowhere";
@@ -114,7 +114,15 @@ private slots:
         const auto error = thrownBy<CaptureServiceError>(
             [&] { PulseRecorder recorder(*m_connection, wanted, speech, m_sink); });
         QVERIFY(error);
-        QCOMPARE(error->errorDescription(), QStringLiteral("無法開始錄音：No such entity"));
+        // Some servers say so, in a text of their own. Others record from what they have instead.
+        const QStringList texts {QStringLiteral("無法開始錄音：No such entity"),
+            QStringLiteral("聲音伺服器錄到的裝置「speakers.monitor」不是要求的「nowhere」，已停止錄音。"),
+            QStringLiteral("聲音伺服器錄到的裝置「microphone」不是要求的「nowhere」，已停止錄音。")};
+        const auto isRefusal
+            = PrivateSoundServer::kind() == SoundServerKind::pulseAudio ? texts.first(1) : texts;
+        QVERIFY2(isRefusal.contains(error->errorDescription()), error->what());
+        QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
+        QCOMPARE(m_bytes.load(), std::size_t(0));
     }
 
     void nobodyMovesARecordingToAMicrophone()
