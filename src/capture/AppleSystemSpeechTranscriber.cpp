@@ -222,11 +222,13 @@ QCoro::Task<std::shared_ptr<SpeechAnalyzer>> AppleSystemSpeechTranscriber::prepa
     std::exception_ptr failure;
     try {
         analyzer = m_framework->makeAnalyzer(std::move(modules));
+        m_preparedAnalyzer = analyzer;
         co_await analyzer->prepareToAnalyze(PcmBuffer::sampleRateHz);
     } catch (...) {
         failure = std::current_exception();
     }
     throwIfSuperseded(attempt);
+    m_preparedAnalyzer = nullptr;
     if (failure) {
         throw Error::assetUnavailable(displayNames(entries), failure);
     }
@@ -315,9 +317,19 @@ void AppleSystemSpeechTranscriber::endSession()
         }
         resetReusablePCMBuffers();
     }
+    endPreparation();
     endTasks();
     if (!m_reservedLocales.empty()) {
         releaseReservations(std::exchange(m_reservedLocales, {}));
+    }
+}
+
+// The networks that load for a session nobody wants any more are let go. That start() ends as superseded.
+void AppleSystemSpeechTranscriber::endPreparation()
+{
+    if (m_preparedAnalyzer) {
+        m_detachedTasks->run("speech-ending",
+            [analyzer = std::exchange(m_preparedAnalyzer, nullptr)] { analyzer->cancelAndFinishNow(); });
     }
 }
 

@@ -48,7 +48,8 @@ public:
     /// AppleSystemSpeechTranscriberError. A stop() or another start() meanwhile ends this one without an
     /// error.
     QCoro::Task<> start(std::vector<AppleSystemSpeechLanguage> languages);
-    /// Ends the session at once; the recogniser and its reservations are let go behind the call. Idempotent.
+    /// Ends the session, or what a start() loads for it, at once; the recogniser and its reservations are let
+    /// go behind the call. Idempotent.
     void stop();
 
     /// Capture queue: converts one buffer and hands it to the analyzer. Never waits; drops what it cannot
@@ -92,6 +93,7 @@ private:
     void startAnalyzeTask(std::shared_ptr<AnalyzerInputStream> input);
     void startResultTask(const Entry &entry);
     void endSession();
+    void endPreparation();
     void endTasks();
     void releaseReservations(std::vector<QString> locales);
 
@@ -106,6 +108,7 @@ private:
 
     // Main thread.
     std::weak_ptr<AppleSystemSpeechTranscriberDelegate> m_delegate;
+    std::shared_ptr<SpeechAnalyzer> m_preparedAnalyzer; ///< while it loads
     std::shared_ptr<SpeechAnalyzer> m_analyzer;
     std::vector<std::shared_ptr<SpeechModule>> m_transcribers;
     std::jthread m_analyzeTask;

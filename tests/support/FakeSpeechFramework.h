@@ -52,9 +52,11 @@ class FakeSpeechAnalyzer final : public SpeechAnalyzer
 {
 public:
     FakeSpeechAnalyzer(std::vector<std::shared_ptr<FakeSpeechModule>> modules,
-        std::optional<QString> preparationFailure, bool isHeld, bool keepsSamples)
+        std::optional<QString> preparationFailure, CoroutineGate &preparationGate, bool isHeld,
+        bool keepsSamples)
         : m_modules(std::move(modules))
         , m_preparationFailure(std::move(preparationFailure))
+        , m_preparationGate(preparationGate)
         , m_keepsSamples(keepsSamples)
         , m_isHeld(isHeld)
     {
@@ -83,6 +85,7 @@ private:
 
     const std::vector<std::shared_ptr<FakeSpeechModule>> m_modules;
     const std::optional<QString> m_preparationFailure;
+    CoroutineGate &m_preparationGate;
     const bool m_keepsSamples;
     double m_preparedRateHz = 0;
     mutable std::mutex m_mutex;
@@ -114,6 +117,7 @@ public:
     bool keepsSamples = true;
     CoroutineGate authorizationGate;
     CoroutineGate reservationGate;
+    CoroutineGate preparationGate; ///< of all analyzers
 
     /// Supports the locales asked for as `locales` and no others.
     void supportOnly(const QStringList &locales);

@@ -127,6 +127,9 @@ void EngineSpeechAnalyzer::cancelAndFinishNow()
     for (const auto &thread : m_threads) {
         thread->cancel();
     }
+    for (const auto &thread : m_threads) {
+        thread->waitUntilLoadingEnds();
+    }
 }
 
 } // namespace lumaphone
