@@ -252,6 +252,7 @@ void AppleSystemSpeechTranscriber::run(PreparedSession session)
     {
         const std::lock_guard lock(m_conversionLock);
         m_inputContinuation = input;
+        m_listeningAnalyzer = m_analyzer;
         m_analysisEnd = std::make_shared<AnalysisEnd>(1 + static_cast<int>(session.entries.size()));
     }
     startAnalyzeTask(input);
@@ -311,6 +312,7 @@ void AppleSystemSpeechTranscriber::endSession()
             m_inputContinuation->finish();
             m_inputContinuation = nullptr;
         }
+        m_listeningAnalyzer = nullptr;
         if (m_analysisEnd) {
             m_analysisEnd->giveUp();
             m_analysisEnd = nullptr;
@@ -386,6 +388,12 @@ void AppleSystemSpeechTranscriber::append(const AudioSampleBuffer &sample)
     if (buffer) {
         input->yield({std::move(buffer)});
     }
+}
+
+std::chrono::milliseconds AppleSystemSpeechTranscriber::waitingSound()
+{
+    const std::lock_guard lock(m_conversionLock);
+    return m_listeningAnalyzer ? m_listeningAnalyzer->waitingSound() : std::chrono::milliseconds();
 }
 
 bool AppleSystemSpeechTranscriber::waitForRoom(const std::stop_token &stop)

@@ -13,6 +13,7 @@
 
 #include <QCoroTask>
 
+#include <chrono>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -55,6 +56,9 @@ public:
     /// Capture queue: converts one buffer and hands it to the analyzer. Never waits; drops what it cannot
     /// convert and what comes while nothing runs.
     void append(const AudioSampleBuffer &sample);
+
+    /// Capture queue: how much of the sound is not recognised yet.
+    std::chrono::milliseconds waitingSound();
 
     /// Capture queue, for a source that can wait, such as a file: returns when append() would drop nothing.
     /// False when nothing runs any more, or after `stop` is requested.
@@ -119,6 +123,7 @@ private:
     // Shared with the capture queue.
     std::mutex m_conversionLock;
     std::shared_ptr<AnalyzerInputStream> m_inputContinuation;
+    std::shared_ptr<const SpeechAnalyzer> m_listeningAnalyzer;
     std::shared_ptr<AnalysisEnd> m_analysisEnd;
     std::unique_ptr<AudioConverter> m_audioBufferConverter;
     std::optional<AudioStreamDescription> m_audioBufferConverterSourceFormat;

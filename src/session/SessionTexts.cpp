@@ -157,6 +157,16 @@ QString recognizedOnly(bool isFinal)
                    : QStringLiteral("Apple Speech 即時轉錄中。");
 }
 
+QString fellBehind()
+{
+    return QStringLiteral("這台電腦暫時來不及辨識，字幕會晚幾秒出現。");
+}
+
+QString caughtUp()
+{
+    return QStringLiteral("字幕已經跟上聲音。");
+}
+
 QString translated(AppleSystemSpeechLanguage language, const QString &provider)
 {
     return language == AppleSystemSpeechLanguage::mandarin ? QStringLiteral("原文已是中文，直接顯示。")

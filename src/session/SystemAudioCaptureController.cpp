@@ -262,6 +262,7 @@ void SystemAudioCaptureController::dropPipeline()
     if (dropped) {
         stopAndDrop(dropped);
     }
+    set(m_isBehind, false, &SystemAudioCaptureController::isBehindChanged);
     enter(Idle {});
 }
 
@@ -360,6 +361,12 @@ void SystemAudioCaptureController::handle(const pipeline_event::AudioSample &eve
 void SystemAudioCaptureController::handle(const pipeline_event::Speech &event)
 {
     handleSpeech(event.text, event.language, event.isFinal);
+}
+
+void SystemAudioCaptureController::handle(const pipeline_event::Pace &event)
+{
+    set(m_isBehind, event.isBehind, &SystemAudioCaptureController::isBehindChanged);
+    say(event.isBehind ? texts::fellBehind() : texts::caughtUp());
 }
 
 void SystemAudioCaptureController::handle(const pipeline_event::Failed &event)

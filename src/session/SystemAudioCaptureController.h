@@ -91,6 +91,8 @@ public:
     bool isRunning() const { return std::holds_alternative<Running>(m_state); }
     /// From start() until the session runs or could not start.
     bool isStarting() const { return std::holds_alternative<Starting>(m_state); }
+    /// Whether recognition is seconds behind the sound.
+    bool isBehind() const { return m_isBehind; }
     const QString &status() const { return m_status; }
     /// Received in this session.
     qint64 sampleBufferCount() const { return m_sampleBufferCount; }
@@ -152,6 +154,7 @@ signals:
     /// The session could not start, or ended by itself; `message` is the status that says why.
     void sessionFailed(const QString &message);
     void isStartingChanged();
+    void isBehindChanged();
     /// A buffer that is not silent has come.
     void soundArrived();
     /// A text remains without its translation.
@@ -195,6 +198,7 @@ private:
 
     void handle(const pipeline_event::AudioSample &event);
     void handle(const pipeline_event::Speech &event);
+    void handle(const pipeline_event::Pace &event);
     void handle(const pipeline_event::Failed &event);
     void handleSpeech(const QString &text, AppleSystemSpeechLanguage language, bool isFinal);
     void updateFloatingCaptionForLiveSource(const QString &text, AppleSystemSpeechLanguage language);
@@ -247,6 +251,7 @@ private:
     std::optional<QUuid> m_savedTranscriptID;
     std::optional<QString> m_savedTranscriptTitle;
     std::optional<QString> m_restoredDraftMessage;
+    bool m_isBehind = false;
 };
 
 } // namespace lumaphone

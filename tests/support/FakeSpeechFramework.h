@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <map>
@@ -65,8 +66,10 @@ public:
     QCoro::Task<> prepareToAnalyze(double sampleRateHz) override;
     void start(AnalyzerInputStream &input, const std::stop_token &stop) override;
     void cancelAndFinishNow() override;
+    std::chrono::milliseconds waitingSound() const override { return unheard; }
 
     const std::vector<std::shared_ptr<FakeSpeechModule>> &modules() const { return m_modules; }
+    std::atomic<std::chrono::milliseconds> unheard {}; ///< what waitingSound() says
     double preparedRateHz() const { return m_preparedRateHz; }
     /// Lets a held analyzer take its input.
     void release();

@@ -30,6 +30,8 @@ public:
     void load();
     /// Ends the results at once, without a last final text.
     void cancel();
+    /// Samples that wait for the recogniser.
+    std::size_t waitingSamples() const { return m_queue.pendingSamples(); }
     /// Returns when nobody is in load().
     void waitUntilLoadingEnds();
 
