@@ -188,6 +188,11 @@ QString panelTranslationFailed(const QString &provider)
     return provider + QStringLiteral(" 無法完成");
 }
 
+QString translationPaused()
+{
+    return QStringLiteral("翻譯服務連續幾次沒有回應，先不再補翻。聽到新的句子會再試，也可以按「再試一次」。");
+}
+
 QString stoppedAndSaved(const std::optional<QString> &title)
 {
     return QStringLiteral("Session 已停止，Transcript 已儲存：") + title.value_or(QStringLiteral("已保存"));

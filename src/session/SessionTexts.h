@@ -52,6 +52,7 @@ QString translated(AppleSystemSpeechLanguage language, const QString &provider);
 QString translationFailed(const QString &provider, const QString &description);
 QString translationFailedStatus(const QString &provider, const QString &description);
 QString panelTranslationFailed(const QString &provider);
+QString translationPaused();
 
 // Afterwards.
 QString stoppedAndSaved(const std::optional<QString> &title);
