@@ -61,11 +61,19 @@ ApplicationWindow {
             view.requestStartupPermission();
     }
 
-    /// A running session ends and leaves its draft.
+    /// A running session ends and leaves its draft; the program ends when the last translations have come, or a moment later.
     function leave(): void {
-        window.session.endSession();
+        window.hide();
         window.floatingCaptions.close();
-        Qt.quit();
+        window.session.endSession();
+    }
+
+    Connections {
+        target: window.session
+
+        function onEnded(): void {
+            Qt.quit();
+        }
     }
 
     // What was edited is saved, or the window stays.

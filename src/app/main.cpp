@@ -186,7 +186,7 @@ public:
               *machine.detachedTasks, machine.mainQueue)
     {
         QObject::connect(&m_models, &ModelsModel::installationEnded, &m_controller,
-            &SystemAudioCaptureController::translateRestoredLines);
+            &SystemAudioCaptureController::translationModelsChanged);
         setUpQmlEngine(m_engine);
     }
     ~MainWindow()

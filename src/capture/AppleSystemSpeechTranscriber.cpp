@@ -222,11 +222,13 @@ QCoro::Task<std::shared_ptr<SpeechAnalyzer>> AppleSystemSpeechTranscriber::prepa
     std::exception_ptr failure;
     try {
         analyzer = m_framework->makeAnalyzer(std::move(modules));
+        m_preparedAnalyzer = analyzer;
         co_await analyzer->prepareToAnalyze(PcmBuffer::sampleRateHz);
     } catch (...) {
         failure = std::current_exception();
     }
     throwIfSuperseded(attempt);
+    m_preparedAnalyzer = nullptr;
     if (failure) {
         throw Error::assetUnavailable(displayNames(entries), failure);
     }
@@ -250,6 +252,7 @@ void AppleSystemSpeechTranscriber::run(PreparedSession session)
     {
         const std::lock_guard lock(m_conversionLock);
         m_inputContinuation = input;
+        m_listeningAnalyzer = m_analyzer;
         m_analysisEnd = std::make_shared<AnalysisEnd>(1 + static_cast<int>(session.entries.size()));
     }
     startAnalyzeTask(input);
@@ -309,15 +312,26 @@ void AppleSystemSpeechTranscriber::endSession()
             m_inputContinuation->finish();
             m_inputContinuation = nullptr;
         }
+        m_listeningAnalyzer = nullptr;
         if (m_analysisEnd) {
             m_analysisEnd->giveUp();
             m_analysisEnd = nullptr;
         }
         resetReusablePCMBuffers();
     }
+    endPreparation();
     endTasks();
     if (!m_reservedLocales.empty()) {
         releaseReservations(std::exchange(m_reservedLocales, {}));
+    }
+}
+
+// The networks that load for a session nobody wants any more are let go. That start() ends as superseded.
+void AppleSystemSpeechTranscriber::endPreparation()
+{
+    if (m_preparedAnalyzer) {
+        m_detachedTasks->run("speech-ending",
+            [analyzer = std::exchange(m_preparedAnalyzer, nullptr)] { analyzer->cancelAndFinishNow(); });
     }
 }
 
@@ -374,6 +388,12 @@ void AppleSystemSpeechTranscriber::append(const AudioSampleBuffer &sample)
     if (buffer) {
         input->yield({std::move(buffer)});
     }
+}
+
+std::chrono::milliseconds AppleSystemSpeechTranscriber::waitingSound()
+{
+    const std::lock_guard lock(m_conversionLock);
+    return m_listeningAnalyzer ? m_listeningAnalyzer->waitingSound() : std::chrono::milliseconds();
 }
 
 bool AppleSystemSpeechTranscriber::waitForRoom(const std::stop_token &stop)

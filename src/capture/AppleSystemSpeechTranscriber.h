@@ -13,6 +13,7 @@
 
 #include <QCoroTask>
 
+#include <chrono>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -48,12 +49,16 @@ public:
     /// AppleSystemSpeechTranscriberError. A stop() or another start() meanwhile ends this one without an
     /// error.
     QCoro::Task<> start(std::vector<AppleSystemSpeechLanguage> languages);
-    /// Ends the session at once; the recogniser and its reservations are let go behind the call. Idempotent.
+    /// Ends the session, or what a start() loads for it, at once; the recogniser and its reservations are let
+    /// go behind the call. Idempotent.
     void stop();
 
     /// Capture queue: converts one buffer and hands it to the analyzer. Never waits; drops what it cannot
     /// convert and what comes while nothing runs.
     void append(const AudioSampleBuffer &sample);
+
+    /// Capture queue: how much of the sound is not recognised yet.
+    std::chrono::milliseconds waitingSound();
 
     /// Capture queue, for a source that can wait, such as a file: returns when append() would drop nothing.
     /// False when nothing runs any more, or after `stop` is requested.
@@ -92,6 +97,7 @@ private:
     void startAnalyzeTask(std::shared_ptr<AnalyzerInputStream> input);
     void startResultTask(const Entry &entry);
     void endSession();
+    void endPreparation();
     void endTasks();
     void releaseReservations(std::vector<QString> locales);
 
@@ -106,6 +112,7 @@ private:
 
     // Main thread.
     std::weak_ptr<AppleSystemSpeechTranscriberDelegate> m_delegate;
+    std::shared_ptr<SpeechAnalyzer> m_preparedAnalyzer; ///< while it loads
     std::shared_ptr<SpeechAnalyzer> m_analyzer;
     std::vector<std::shared_ptr<SpeechModule>> m_transcribers;
     std::jthread m_analyzeTask;
@@ -116,6 +123,7 @@ private:
     // Shared with the capture queue.
     std::mutex m_conversionLock;
     std::shared_ptr<AnalyzerInputStream> m_inputContinuation;
+    std::shared_ptr<const SpeechAnalyzer> m_listeningAnalyzer;
     std::shared_ptr<AnalysisEnd> m_analysisEnd;
     std::unique_ptr<AudioConverter> m_audioBufferConverter;
     std::optional<AudioStreamDescription> m_audioBufferConverterSourceFormat;

@@ -63,6 +63,13 @@ void LiveAudioFeed::handle(const AudioSampleBuffer &buffer) const
     m_onEvent(pipeline_event::AudioSample {makeSummary(buffer, m_locale)});
 }
 
+void LiveAudioFeed::watchPace() const
+{
+    if (const auto isBehind = m_pace.note(m_transcriber->waitingSound())) {
+        m_onEvent(pipeline_event::Pace {*isBehind});
+    }
+}
+
 void LiveAudioFeed::fail(const QString &message) const
 {
     m_onEvent(pipeline_event::Failed {message});

@@ -2,6 +2,7 @@
 
 #include "capture/AppleSystemSpeechTranscriber.h"
 #include "capture/LivePipelineServices.h"
+#include "capture/PaceWatch.h"
 #include "capture/SystemAudioPipelineEvent.h"
 
 #include <exception>
@@ -20,6 +21,8 @@ public:
     /// Capture queue: skips a buffer that is not valid or not ready; otherwise transcribes it and tells of
     /// it.
     void handle(const AudioSampleBuffer &buffer) const;
+    /// Capture queue, after a buffer of a source that does not wait: tells whether recognition keeps up.
+    void watchPace() const;
     /// Any thread: the capture ended by itself.
     void fail(const QString &message) const;
 
@@ -28,6 +31,7 @@ private:
     const SystemAudioPipelineEventHandler m_onEvent;
     const std::shared_ptr<AppleSystemSpeechTranscriberDelegate> m_events;
     const std::shared_ptr<AppleSystemSpeechTranscriber> m_transcriber;
+    mutable PaceWatch m_pace; ///< capture queue
 };
 
 /// The text for the user when recognition fails: guidance where the system's dictation is switched off,

@@ -147,6 +147,7 @@ void MicrophoneLivePipeline::endCapture()
 void MicrophoneLivePipeline::didOutputSampleBuffer(const AudioSampleBuffer &buffer)
 {
     m_feed.handle(buffer);
+    m_feed.watchPace();
 }
 
 void MicrophoneLivePipeline::didStopWithError(std::exception_ptr error)

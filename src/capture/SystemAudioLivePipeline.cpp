@@ -153,6 +153,7 @@ void SystemAudioLivePipeline::didOutputSampleBuffer(const AudioSampleBuffer &buf
 {
     if (type == SampleBufferType::Audio) {
         m_feed.handle(buffer);
+        m_feed.watchPace();
     }
 }
 

@@ -30,6 +30,14 @@ struct Speech
     bool operator==(const Speech &) const = default;
 };
 
+/// Recognition has fallen behind the sound by seconds, or has caught up again.
+struct Pace
+{
+    bool isBehind = false;
+
+    bool operator==(const Pace &) const = default;
+};
+
 /// The capture or the recognition ended by itself, with the reason for the user.
 struct Failed
 {
@@ -41,8 +49,8 @@ struct Failed
 } // namespace pipeline_event
 
 /// What a pipeline tells its owner.
-using SystemAudioPipelineEvent
-    = std::variant<pipeline_event::AudioSample, pipeline_event::Speech, pipeline_event::Failed>;
+using SystemAudioPipelineEvent = std::variant<pipeline_event::AudioSample, pipeline_event::Speech,
+    pipeline_event::Pace, pipeline_event::Failed>;
 
 /// Called on whatever thread an event arises, on several at a time. Must not block; the owner moves the work
 /// to the main thread. It may be destroyed on any thread.

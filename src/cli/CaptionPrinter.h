@@ -2,17 +2,11 @@
 
 #include "cli/CommandStreams.h"
 #include "session/LumaphoneCaptionLine.h"
+#include "session/TranslationState.h"
 
 #include <QString>
 
 namespace lumaphone::cli {
-
-enum class TranslationState {
-    unwanted, ///< the session does not translate
-    pending,
-    arrived,
-    failed,
-};
 
 /// Shows a session's caption lines as they change.
 class CaptionPrinter

@@ -1,7 +1,5 @@
 #include "cli/CaptionSession.h"
 
-#include "base/Text.h"
-
 #include <chrono>
 
 namespace lumaphone::cli {
@@ -13,10 +11,9 @@ constexpr std::chrono::milliseconds longestPatience(2000);
 } // namespace
 
 CaptionSession::CaptionSession(SystemAudioCaptureController &controller, CaptionPrinter &printer,
-    bool translates, const std::shared_ptr<MainQueue> &mainQueue)
+    const std::shared_ptr<MainQueue> &mainQueue)
     : m_controller(controller)
     , m_printer(printer)
-    , m_translates(translates)
     , m_ended(mainQueue)
     , m_settled(mainQueue)
 {
@@ -27,12 +24,16 @@ CaptionSession::CaptionSession(SystemAudioCaptureController &controller, Caption
     connect(&m_controller, &Controller::lineInserted, this, &CaptionSession::showLine);
     connect(&m_controller, &Controller::lineChanged, this, &CaptionSession::showLine);
     connect(&m_controller, &Controller::statusChanged, this, &CaptionSession::showStatus);
+    connect(&m_controller, &Controller::captionTranslationFailed, this,
+        [this](const QString &, const QString &description) { tellTranslationFailure(description); });
     connect(
-        &m_controller, &Controller::captionTranslationFailed, this, &CaptionSession::showTranslationFailure);
-    connect(&m_controller, &Controller::sessionFailed, this, [this](const QString &message) {
-        m_printer.failed(message);
-        m_ended.resolve(exitFailure);
-    });
+        &m_controller, &Controller::translationStatesChanged, this, &CaptionSession::showUntranslatedLines);
+    connect(&m_controller, &Controller::sessionFailed, this,
+        [this](const QString &message, SessionFailure reason) {
+            m_isRefused = reason == SessionFailure::unsavedTranscript;
+            m_printer.failed(message);
+            m_ended.resolve(exitFailure);
+        });
 }
 
 QCoro::Task<ExitStatus> CaptionSession::run()
@@ -41,7 +42,7 @@ QCoro::Task<ExitStatus> CaptionSession::run()
     const ExitStatus status = co_await m_ended;
     // After a failure its message stays the last status.
     m_controller.stop(status == exitSuccess);
-    if (m_controller.isTranslating()) {
+    if (m_controller.isTranslating() && !m_isRefused) {
         connect(&m_controller, &SystemAudioCaptureController::translationsSettled, this,
             [this] { m_settled.resolve(); });
         co_await m_settled;
@@ -68,7 +69,7 @@ void CaptionSession::stop()
 void CaptionSession::showLine(qsizetype index)
 {
     const LumaphoneCaptionLine &line = m_controller.captionLines().at(index);
-    m_printer.lineChanged(line, translationOf(line));
+    m_printer.lineChanged(line, m_controller.translationOf(line).state);
 }
 
 void CaptionSession::showStatus()
@@ -83,31 +84,24 @@ void CaptionSession::showStatus()
     }
 }
 
-void CaptionSession::showTranslationFailure(const QString &sourceText, const QString &description)
+void CaptionSession::tellTranslationFailure(const QString &description)
 {
-    m_untranslatedTexts.insert(text::canonicalForm(sourceText));
     if (!m_toldFailures.contains(description)) {
         m_toldFailures.insert(description);
         m_printer.failed(m_controller.status());
     }
+}
+
+void CaptionSession::showUntranslatedLines()
+{
     const auto &lines = m_controller.captionLines();
     for (qsizetype i = 0; i < lines.size(); ++i) {
-        if (text::canonicallyEqual(lines[i].sourceText, sourceText)) {
+        const bool isUntranslated = m_controller.translationOf(lines[i]).state == TranslationState::failed;
+        if (isUntranslated && m_untranslatedLines.value(lines[i].id) != lines[i].revision) {
+            m_untranslatedLines.insert(lines[i].id, lines[i].revision);
             showLine(i);
         }
     }
-}
-
-TranslationState CaptionSession::translationOf(const LumaphoneCaptionLine &line) const
-{
-    if (!m_translates) {
-        return TranslationState::unwanted;
-    }
-    if (line.translatedText != pendingTranslationPlaceholder) {
-        return TranslationState::arrived;
-    }
-    return m_untranslatedTexts.contains(text::canonicalForm(line.sourceText)) ? TranslationState::failed
-                                                                              : TranslationState::pending;
 }
 
 } // namespace lumaphone::cli

@@ -7,10 +7,12 @@
 #include "session/SystemAudioCaptureController.h"
 
 #include <QCoroTask>
+#include <QHash>
 #include <QObject>
 #include <QSet>
 #include <QTimer>
 
+#include <cstdint>
 #include <memory>
 
 namespace lumaphone::cli {
@@ -19,8 +21,8 @@ namespace lumaphone::cli {
 class CaptionSession final : public QObject
 {
 public:
-    /// Controller and printer outlive the session. `translates` says whether lines will get translations.
-    CaptionSession(SystemAudioCaptureController &controller, CaptionPrinter &printer, bool translates,
+    /// Controller and printer outlive the session.
+    CaptionSession(SystemAudioCaptureController &controller, CaptionPrinter &printer,
         const std::shared_ptr<MainQueue> &mainQueue);
 
     /// Captions until the session is ended or fails; then waits for the translations under way. Call once.
@@ -34,17 +36,17 @@ public:
 private:
     void showLine(qsizetype index);
     void showStatus();
-    void showTranslationFailure(const QString &sourceText, const QString &description);
-    TranslationState translationOf(const LumaphoneCaptionLine &line) const;
+    void tellTranslationFailure(const QString &description);
+    void showUntranslatedLines();
 
     SystemAudioCaptureController &m_controller;
     CaptionPrinter &m_printer;
-    const bool m_translates;
     const Completion<ExitStatus> m_ended;
     const Completion<> m_settled;
-    QSet<QString> m_untranslatedTexts; ///< whose translation failed, in canonical form
+    QHash<QUuid, std::int64_t> m_untranslatedLines; ///< revisions shown as those whose translation failed
     QSet<QString> m_toldFailures;
     qint64 m_samplesAtLastStatus = 0;
+    bool m_isRefused = false; ///< the lines are those of another session, which waits to be saved
     QTimer m_patience; ///< with the translations under way, once the user has ended the session
 };
 

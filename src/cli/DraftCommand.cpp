@@ -29,7 +29,7 @@ ExitStatus runDraftShow(const LumaphoneSessionDraftStore &store, const CommandSt
     }
     for (const LumaphoneCaptionLine &line : draft->lines) {
         streams.print(singleRow(line.sourceText));
-        if (line.translatedText != pendingTranslationPlaceholder && line.translatedText != line.sourceText) {
+        if (!isPending(line) && line.translatedText != line.sourceText) {
             streams.print(QStringLiteral("  ") + singleRow(line.translatedText));
         }
     }

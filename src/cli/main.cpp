@@ -185,8 +185,7 @@ public:
             .makeUuid = &QUuid::createUuid,
         });
         const auto printer = makePrinter(m_command.format, m_streams);
-        CaptionSession session(
-            controller, *printer, m_command.translation != TranslationChoice::off, m_mainQueue);
+        CaptionSession session(controller, *printer, m_mainQueue);
         running = &session;
         const TerminationSignals termination([&session] { session.stop(); });
         return runToEnd(session.run());

@@ -7,6 +7,7 @@
 #include <QCoroTask>
 #include <QString>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -65,6 +66,8 @@ public:
     /// Any thread: ends analysis at once. May wait for a recogniser to notice; results end without a last
     /// final text. Idempotent.
     virtual void cancelAndFinishNow() = 0;
+    /// Any thread: how much sound it has taken that no recogniser has heard yet.
+    virtual std::chrono::milliseconds waitingSound() const { return {}; }
 };
 
 /// On-device speech recognition. Main thread, unless said otherwise.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/LocalizedError.h"
 #include "language/AppleSystemSpeechLanguage.h"
 
 #include <QCoroTask>
@@ -8,6 +9,13 @@
 #include <stop_token>
 
 namespace lumaphone {
+
+/// The provider was not asked, for a reason that the user was told when it arose.
+class TranslationWithheld : public PlatformError
+{
+public:
+    using PlatformError::PlatformError;
+};
 
 /// Translates one caption text through whatever provider the user has chosen. Main thread.
 class CaptionTranslator
@@ -23,6 +31,8 @@ public:
     virtual QCoro::Task<QString> translateText(
         QString text, AppleSystemSpeechLanguage language, std::stop_token stop)
         = 0;
+    /// The user asks again, or something has changed: what was refused may be asked for once more.
+    virtual void askAgain() { }
     /// Makes the provider ready for a language ahead of the first text. Failures are not shown.
     virtual void warm(AppleSystemSpeechLanguage language) = 0;
 };

@@ -28,6 +28,11 @@ bool operator==(const LumaphoneCaptionLine &a, const LumaphoneCaptionLine &b)
         && text::canonicallyEqual(a.translatedText, b.translatedText);
 }
 
+bool isPending(const LumaphoneCaptionLine &line)
+{
+    return line.translatedText == pendingTranslationPlaceholder;
+}
+
 void countRevision(LumaphoneCaptionLine &line)
 {
     if (line.revision == std::numeric_limits<std::int64_t>::max()) {

@@ -27,6 +27,9 @@ struct LumaphoneCaptionLine
     friend bool operator==(const LumaphoneCaptionLine &a, const LumaphoneCaptionLine &b);
 };
 
+/// Whether the line shows that its translation has not arrived.
+bool isPending(const LumaphoneCaptionLine &line);
+
 /// Counts one more change. An overflow ends the program.
 void countRevision(LumaphoneCaptionLine &line);
 

@@ -3,6 +3,8 @@
 #include "base/Record.h"
 #include "language/SpeechLanguageCoding.h"
 
+#include <QSet>
+
 namespace lumaphone {
 
 namespace {
@@ -26,8 +28,16 @@ QList<LumaphoneCaptionLine> linesFromJson(const json::Value &value)
     }
     QList<LumaphoneCaptionLine> lines;
     lines.reserve(qsizetype(value.size()));
-    for (const json::Value &line : value) {
-        lines.append(captionLineFromJson(line));
+    QSet<QUuid> ids;
+    for (const json::Value &member : value) {
+        LumaphoneCaptionLine line = captionLineFromJson(member);
+        // A damaged file may name two lines alike. The later one gets the same other identity at each
+        // reading.
+        while (ids.contains(line.id)) {
+            line.id = QUuid::createUuidV5(line.id, QByteArray::number(lines.size()));
+        }
+        ids.insert(line.id);
+        lines.append(std::move(line));
     }
     return lines;
 }

@@ -159,6 +159,16 @@ QString recognizedOnly(bool isFinal)
                    : QStringLiteral("Apple Speech 即時轉錄中。");
 }
 
+QString fellBehind()
+{
+    return QStringLiteral("這台電腦暫時來不及辨識，字幕會晚幾秒出現。");
+}
+
+QString caughtUp()
+{
+    return QStringLiteral("字幕已經跟上聲音。");
+}
+
 QString translated(AppleSystemSpeechLanguage language, const QString &provider)
 {
     return needsTranslation(language) ? provider + QStringLiteral(" 已完成字幕。")
@@ -178,6 +188,11 @@ QString translationFailedStatus(const QString &provider, const QString &descript
 QString panelTranslationFailed(const QString &provider)
 {
     return provider + QStringLiteral(" 無法完成");
+}
+
+QString translationPaused()
+{
+    return QStringLiteral("翻譯服務連續幾次沒有回應，先不再補翻。聽到新的句子會再試，也可以按「再試一次」。");
 }
 
 QString stoppedAndSaved(const std::optional<QString> &title)

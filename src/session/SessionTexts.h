@@ -45,10 +45,14 @@ QString samplesReceived(qint64 count, LumaphoneAudioInputSource source);
 QString recognized(bool isFinal);
 /// The same where nothing is translated.
 QString recognizedOnly(bool isFinal);
+/// Recognition is slower than the sound, and no more.
+QString fellBehind();
+QString caughtUp();
 QString translated(AppleSystemSpeechLanguage language, const QString &provider);
 QString translationFailed(const QString &provider, const QString &description);
 QString translationFailedStatus(const QString &provider, const QString &description);
 QString panelTranslationFailed(const QString &provider);
+QString translationPaused();
 
 // Afterwards.
 QString stoppedAndSaved(const std::optional<QString> &title);

@@ -8,10 +8,17 @@
 #include "translation/LumaphoneAppleTranslationService.h"
 #include "translation/LumaphoneGlossaryProtector.h"
 #include "translation/OpenAICompatibleTranslationService.h"
+#include "translation/TransportError.h"
 
 namespace lumaphone {
 
 namespace {
+
+QString keyRefused()
+{
+    return QStringLiteral(
+        "鑰匙圈沒有交出 API Key，這段時間不會再詢問。請解鎖鑰匙圈後再試一次，或重新儲存 API Key。");
+}
 
 QCoro::Task<> prepareSilently(LumaphoneAppleTranslationService &translator, QString source)
 {
@@ -51,10 +58,7 @@ QCoro::Task<QString> SessionTranslator::translateText(
     const auto terms = glossaryTermsOccurring(m_glossaryStore.enabledTerms(), text);
     const QString source = translationSourceIdentifier(language);
     if (m_settings.processingMode() == LumaphoneProcessingMode::customAPI) {
-        OpenAICompatibleProviderConfiguration configuration = m_settings.providerEndpoint();
-        // A locked keychain asks the user first, however long that takes; the session goes on meanwhile.
-        configuration.apiKey = co_await runInBackground(m_mainQueue, "provider-key",
-            [keychain = m_settings.keychain()] { return LumaphoneSettings::readProviderAPIKey(keychain); });
+        const auto configuration = co_await provider(stop);
         const LumaphoneGlossaryPrompt prompt {terms};
         co_return co_await m_customTranslator.translate(text, source, configuration, prompt, stop);
     }
@@ -62,6 +66,38 @@ QCoro::Task<QString> SessionTranslator::translateText(
     const QString translation = co_await m_translator.translate(
         protector.protectedText(), source, translationTargetIdentifier(), stop);
     co_return protector.restored(translation);
+}
+
+QCoro::Task<OpenAICompatibleProviderConfiguration> SessionTranslator::provider(std::stop_token stop)
+{
+    if (m_isKeyRefused) {
+        throw TranslationWithheld(keyRefused());
+    }
+    OpenAICompatibleProviderConfiguration before;
+    OpenAICompatibleProviderConfiguration configuration;
+    do {
+        while (m_settings.isSavingProviderAPIKey()) {
+            const Completion<> saved(m_mainQueue);
+            const auto connection = QObject::connect(
+                &m_settings, &LumaphoneSettings::providerAPIKeySaved, [saved] { saved.resolve(); });
+            co_await saved;
+            QObject::disconnect(connection);
+        }
+        before = m_settings.providerEndpoint();
+        configuration = before;
+        // A locked keychain asks the user first, however long that takes; the session goes on meanwhile.
+        configuration.apiKey = co_await runInBackground(m_mainQueue, "provider-key",
+            [keychain = m_settings.keychain()] { return LumaphoneSettings::readProviderAPIKey(keychain); });
+        if (stop.stop_requested()) {
+            throw TransportError::cancelled();
+        }
+        // What the user saved meanwhile may have given the key to another address.
+    } while (m_settings.isSavingProviderAPIKey() || before != m_settings.providerEndpoint());
+    if (configuration.apiKey.isEmpty() && m_settings.hasProviderAPIKey()) {
+        m_isKeyRefused = true;
+        throw PlatformError(keyRefused());
+    }
+    co_return configuration;
 }
 
 void SessionTranslator::warm(AppleSystemSpeechLanguage language)

@@ -2,6 +2,7 @@
 
 #include "base/MainQueue.h"
 #include "session/CaptionTranslator.h"
+#include "translation/provider/OpenAICompatibleProviderConfiguration.h"
 
 #include <memory>
 
@@ -24,14 +25,20 @@ public:
     QString providerName() const override;
     QCoro::Task<QString> translateText(
         QString text, AppleSystemSpeechLanguage language, std::stop_token stop) override;
+    void askAgain() override { m_isKeyRefused = false; }
     void warm(AppleSystemSpeechLanguage language) override;
 
 private:
+    /// Address, model and the key that was saved for them. Throws when the keychain keeps the key to itself;
+    /// after that nobody is asked for it until askAgain().
+    QCoro::Task<OpenAICompatibleProviderConfiguration> provider(std::stop_token stop);
+
     const LumaphoneSettings &m_settings;
     const LumaphoneGlossaryStore &m_glossaryStore;
     LumaphoneAppleTranslationService &m_translator;
     OpenAICompatibleTranslationService &m_customTranslator;
     const std::shared_ptr<MainQueue> m_mainQueue;
+    bool m_isKeyRefused = false;
 };
 
 } // namespace lumaphone

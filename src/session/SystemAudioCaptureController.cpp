@@ -44,6 +44,7 @@ SystemAudioCaptureController::SystemAudioCaptureController(
                    const QString &incoming) { return m_transcriptProcessor.isRevision(current, incoming); },
           *m_clock, collaborators.makeUuid)
     , m_scheduler(m_translator, m_clock, collaborators.makeUuid, m_merger.list(), *this)
+    , m_providerChanges(m_settings)
     , m_sourceLanguage(m_settings.sourceLanguage())
     , m_audioInputSource(m_settings.audioInputSource())
     , m_status(texts::initialStatus())
@@ -51,6 +52,7 @@ SystemAudioCaptureController::SystemAudioCaptureController(
     , m_translatedText(texts::translationHint())
 {
     m_merger.setListener(this);
+    connect(&m_providerChanges, &ProviderChanges::happened, this, [this] { m_scheduler.providerChanged(); });
     restoreDraftIfAvailable();
 }
 
@@ -127,7 +129,8 @@ void SystemAudioCaptureController::start()
         return;
     }
     if (hasUnsavedTranscript()) {
-        refuseToStart(texts::panelUnsavedTranscript(), texts::unsavedTranscript());
+        refuseToStart(
+            texts::panelUnsavedTranscript(), texts::unsavedTranscript(), SessionFailure::unsavedTranscript);
         return;
     }
     enter(Starting {});
@@ -170,8 +173,8 @@ QCoro::Task<> SystemAudioCaptureController::startSession(
         }
         if (!controller->canStartLiveTranslation()) {
             controller->dropPipeline();
-            controller->refuseToStart(
-                texts::panelProvider(controller->m_settings.processingMode()), texts::providerNotReady());
+            controller->refuseToStart(texts::panelProvider(controller->m_settings.processingMode()),
+                texts::providerNotReady(), SessionFailure::providerNotReady);
             co_return;
         }
         const auto pipeline = controller->makePipeline(source, controller->eventHandler(attempt));
@@ -214,6 +217,7 @@ void SystemAudioCaptureController::beginSession()
     set(m_sampleBufferCount, qint64(0), &Self::sampleBufferCountChanged);
     set(m_transcript, QString(), &Self::transcriptChanged);
     set(m_detectedLanguage, {}, &Self::detectedLanguageChanged);
+    leaveSavedLines();
     m_scheduler.reset();
     m_merger.resetCaptionLines({});
     m_merger.clearCurrentLine();
@@ -224,7 +228,9 @@ void SystemAudioCaptureController::beginSession()
     set(m_translatedText, texts::awaitingSpeech(m_audioInputSource), &Self::translatedTextChanged);
     set(m_lastSampleSummary, texts::sampleHint(m_audioInputSource), &Self::lastSampleSummaryChanged);
     say(startStatusText());
+    m_translator->askAgain();
     m_translator->warm(recognitionCandidates(m_sourceLanguage).front());
+    m_isPanelShowingError = false;
     m_floatingCaptions.show(texts::panelStarted(m_audioInputSource),
         texts::panelStartedDetail(m_audioInputSource, m_sourceLanguage));
 }
@@ -232,14 +238,16 @@ void SystemAudioCaptureController::beginSession()
 void SystemAudioCaptureController::failToStart(const std::exception_ptr &error)
 {
     dropPipeline();
-    refuseToStart(texts::panelStartFailed(), systemAudioErrorMessage(error));
+    refuseToStart(texts::panelStartFailed(), systemAudioErrorMessage(error), SessionFailure::startFailed);
 }
 
-void SystemAudioCaptureController::refuseToStart(const QString &panelText, const QString &message)
+void SystemAudioCaptureController::refuseToStart(
+    const QString &panelText, const QString &message, SessionFailure reason)
 {
     say(message);
+    m_isPanelShowingError = false;
     m_floatingCaptions.show(panelText, message);
-    emit sessionFailed(message);
+    emit sessionFailed(message, reason);
 }
 
 std::shared_ptr<LumaphoneLiveAudioPipeline> SystemAudioCaptureController::pipeline() const
@@ -260,6 +268,7 @@ void SystemAudioCaptureController::dropPipeline()
     if (dropped) {
         stopAndDrop(dropped);
     }
+    set(m_isBehind, false, &SystemAudioCaptureController::isBehindChanged);
     enter(Idle {});
 }
 
@@ -295,6 +304,7 @@ void SystemAudioCaptureController::stop(bool updateStatus)
     }
     saveDraftIfNeeded();
     m_scheduler.finishRemaining();
+    clearPanelError();
 }
 
 void SystemAudioCaptureController::clearCaptions()
@@ -302,6 +312,7 @@ void SystemAudioCaptureController::clearCaptions()
     using Self = SystemAudioCaptureController;
     set(m_transcript, QString(), &Self::transcriptChanged);
     set(m_translatedText, texts::translationHint(), &Self::translatedTextChanged);
+    leaveSavedLines();
     m_merger.resetCaptionLines({});
     m_merger.clearCurrentLine();
     m_scheduler.reset();
@@ -319,10 +330,27 @@ void SystemAudioCaptureController::markTranscriptSaved(const QUuid &id, const QS
     say(texts::saved(title));
 }
 
-void SystemAudioCaptureController::translateRestoredLines()
+void SystemAudioCaptureController::translateAgain()
 {
-    if (m_restoredDraftMessage) {
-        m_scheduler.translateRestored();
+    m_scheduler.tryAgain();
+}
+
+void SystemAudioCaptureController::translateAgain(const QUuid &line)
+{
+    if (const auto index = m_merger.list().firstIndexOf(line)) {
+        m_scheduler.tryAgain(captionLines().at(*index));
+    }
+}
+
+void SystemAudioCaptureController::leaveSavedLines()
+{
+    if (!m_savedTranscriptID) {
+        return;
+    }
+    for (const LumaphoneCaptionLine &line : captionLines()) {
+        if (translationOf(line).state == TranslationState::pending) {
+            m_scheduler.translateLater(*m_savedTranscriptID, line);
+        }
     }
 }
 
@@ -360,10 +388,17 @@ void SystemAudioCaptureController::handle(const pipeline_event::Speech &event)
     handleSpeech(event.text, event.language, event.isFinal);
 }
 
+void SystemAudioCaptureController::handle(const pipeline_event::Pace &event)
+{
+    set(m_isBehind, event.isBehind, &SystemAudioCaptureController::isBehindChanged);
+    say(event.isBehind ? texts::fellBehind() : texts::caughtUp());
+}
+
 void SystemAudioCaptureController::handle(const pipeline_event::Failed &event)
 {
     dropPipeline();
-    refuseToStart(texts::panelPipelineFailed(), event.message);
+    refuseToStart(texts::panelPipelineFailed(), event.message, SessionFailure::interrupted);
+    m_scheduler.finishRemaining();
 }
 
 void SystemAudioCaptureController::handleSpeech(
@@ -390,9 +425,10 @@ void SystemAudioCaptureController::updateFloatingCaptionForLiveSource(
     const QString &text, AppleSystemSpeechLanguage language)
 {
     if (const auto index = m_merger.list().newestIndexOf(text)) {
-        const QString translation = text::trimmed(captionLines().at(*index).translatedText);
-        if (!translation.isEmpty() && translation != pendingTranslationPlaceholder) {
-            m_floatingCaptions.showSpoken(text, language, translation);
+        const LumaphoneCaptionLine &line = captionLines().at(*index);
+        const QString translation = text::trimmed(line.translatedText);
+        if (!translation.isEmpty() && !isPending(line)) {
+            showOnPanel({text, translation, language});
             return;
         }
     }
@@ -419,20 +455,44 @@ void SystemAudioCaptureController::publish(const CaptionTranslation &translation
         }
     }
     if (m_floatingCaptions.isOpen()) {
-        m_floatingCaptions.showSpoken(translation.text, translation.language, translation.translation);
+        showOnPanel(translation);
     }
+}
+
+void SystemAudioCaptureController::followSaved(const CaptionTranslation &translation)
+{
+    if (m_savedTranscriptID) {
+        emit savedLineTranslated(*m_savedTranscriptID, translation.text, translation.translation);
+    }
+}
+
+void SystemAudioCaptureController::showOnPanel(const CaptionTranslation &translation)
+{
+    m_isPanelShowingError = false;
+    m_floatingCaptions.showSpoken(translation.text, translation.language, translation.translation);
+}
+
+void SystemAudioCaptureController::clearPanelError()
+{
+    if (!m_isPanelShowingError || !m_floatingCaptions.isOpen() || captionLines().isEmpty()) {
+        return;
+    }
+    const LumaphoneCaptionLine &newest = captionLines().constLast();
+    showOnPanel(
+        {newest.sourceText, isPending(newest) ? QString() : newest.translatedText, newest.sourceLanguage});
 }
 
 void SystemAudioCaptureController::translationArrived(const CaptionTranslation &translation)
 {
     updateCaptionTranslation(translation.translation, translation.text);
     publish(translation);
+    followSaved(translation);
 }
 
 void SystemAudioCaptureController::translationWasKnown(const CaptionTranslation &translation)
 {
     const auto index = m_merger.list().newestIndexOf(translation.text);
-    if (index && captionLines().at(*index).translatedText == pendingTranslationPlaceholder) {
+    if (index && isPending(captionLines().at(*index))) {
         translationArrived(translation);
     }
 }
@@ -443,7 +503,10 @@ void SystemAudioCaptureController::translationFailed(const QString &text, const 
     set(m_translatedText, texts::translationFailed(provider, description),
         &SystemAudioCaptureController::translatedTextChanged);
     say(texts::translationFailedStatus(provider, description));
-    m_floatingCaptions.show(texts::panelTranslationFailed(provider), description);
+    if (isRunning()) {
+        m_isPanelShowingError = true;
+        m_floatingCaptions.show(texts::panelTranslationFailed(provider), description);
+    }
     emit captionTranslationFailed(text, description);
 }
 
@@ -451,8 +514,7 @@ void SystemAudioCaptureController::passedOverLineTranslated(
     const QUuid &line, const CaptionTranslation &translation)
 {
     const auto index = m_merger.list().firstIndexOf(line);
-    const bool isUnchanged = index
-        && captionLines().at(*index).translatedText == pendingTranslationPlaceholder
+    const bool isUnchanged = index && isPending(captionLines().at(*index))
         && text::canonicallyEqual(captionLines().at(*index).sourceText, translation.text);
     if (isUnchanged) {
         m_merger.setTranslation(*index, translation.translation);
@@ -462,12 +524,29 @@ void SystemAudioCaptureController::passedOverLineTranslated(
     if (text::canonicallyEqual(translation.text, m_transcript)) {
         publish(translation);
     }
+    followSaved(translation);
 }
 
 void SystemAudioCaptureController::passedOverLineFailed(const QString &text, const QString &description)
 {
     say(texts::translationFailedStatus(m_translator->providerName(), description));
     emit captionTranslationFailed(text, description);
+}
+
+void SystemAudioCaptureController::lateTranslationArrived(
+    const QUuid &transcript, const CaptionTranslation &translation)
+{
+    emit savedLineTranslated(transcript, translation.text, translation.translation);
+}
+
+void SystemAudioCaptureController::translationStatesDidChange()
+{
+    emit translationStatesChanged();
+}
+
+void SystemAudioCaptureController::translationPaused()
+{
+    say(texts::translationPaused());
 }
 
 void SystemAudioCaptureController::translationRested()
@@ -527,6 +606,7 @@ void SystemAudioCaptureController::restoreDraftIfAvailable()
     set(m_translatedText, draft->lines.constLast().translatedText, &Self::translatedTextChanged);
     set(m_restoredDraftMessage, std::optional(texts::draftRestored()), &Self::restoredDraftMessageChanged);
     say(texts::draftRestoredStatus());
+    m_scheduler.translateRestored();
 }
 
 } // namespace lumaphone

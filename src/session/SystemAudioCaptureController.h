@@ -11,6 +11,8 @@
 #include "session/FloatingCaptionPresenter.h"
 #include "session/LumaphoneSessionDraftStore.h"
 #include "session/LumaphoneTranscriptProcessor.h"
+#include "session/ProviderChanges.h"
+#include "session/SessionFailure.h"
 #include "session/TranslationScheduler.h"
 #include "storage/LumaphoneAudioInputSource.h"
 
@@ -91,6 +93,8 @@ public:
     bool isRunning() const { return std::holds_alternative<Running>(m_state); }
     /// From start() until the session runs or could not start.
     bool isStarting() const { return std::holds_alternative<Starting>(m_state); }
+    /// Whether recognition is seconds behind the sound.
+    bool isBehind() const { return m_isBehind; }
     const QString &status() const { return m_status; }
     /// Received in this session.
     qint64 sampleBufferCount() const { return m_sampleBufferCount; }
@@ -109,6 +113,11 @@ public:
 
     /// Whether some text still waits for its translation, also after a stop().
     bool isTranslating() const { return !m_scheduler.isResting(); }
+    /// How far the translation of one of the lines is.
+    LineTranslation translationOf(const LumaphoneCaptionLine &line) const
+    {
+        return m_scheduler.translationOf(line);
+    }
 
     bool hasUnsavedTranscript() const;
     bool canStartLiveTranslation() const;
@@ -123,9 +132,12 @@ public:
     /// Ends the session, or its beginning. What was recognised is still translated.
     void stop(bool updateStatus);
     void clearCaptions();
-    /// Asks, in quiet moments, for the translations that a restored session lacks. Without effect on any
-    /// other one. To be called when translation may have become possible; a failure is not told.
-    void translateRestoredLines();
+    /// Tries failed translations once more: those of all lines, or of one. By itself that happens when the
+    /// provider in use has changed.
+    void translateAgain();
+    void translateAgain(const QUuid &line);
+    /// A model for translation on the device has come or gone.
+    void translationModelsChanged() { m_providerChanges.noteModelChange(); }
     /// The library has saved the session under this identity.
     void markTranscriptSaved(const QUuid &id, const QString &title);
     /// A save point of the draft: keeps the session, unless the library has it.
@@ -150,12 +162,18 @@ signals:
     void savedTranscriptTitleChanged();
     void restoredDraftMessageChanged();
     /// The session could not start, or ended by itself; `message` is the status that says why.
-    void sessionFailed(const QString &message);
+    void sessionFailed(const QString &message, lumaphone::SessionFailure reason);
     void isStartingChanged();
+    void isBehindChanged();
     /// A buffer that is not silent has come.
     void soundArrived();
     /// A text remains without its translation.
     void captionTranslationFailed(const QString &sourceText, const QString &description);
+    /// What translationOf() says of some lines has changed.
+    void translationStatesChanged();
+    /// A line of a session that the library has was translated after the saving.
+    void savedLineTranslated(
+        const QUuid &transcript, const QString &sourceText, const QString &translatedText);
     /// Nothing is left to translate.
     void translationsSettled();
     // What exactly changed in the lines, before captionLinesChanged().
@@ -187,7 +205,7 @@ private:
     SystemAudioPipelineEventHandler eventHandler(int attempt);
     void beginSession();
     void failToStart(const std::exception_ptr &error);
-    void refuseToStart(const QString &panelText, const QString &message);
+    void refuseToStart(const QString &panelText, const QString &message, SessionFailure reason);
     /// Becomes idle and lets the pipeline stop by itself.
     void dropPipeline();
     std::shared_ptr<LumaphoneLiveAudioPipeline> pipeline() const;
@@ -195,13 +213,20 @@ private:
 
     void handle(const pipeline_event::AudioSample &event);
     void handle(const pipeline_event::Speech &event);
+    void handle(const pipeline_event::Pace &event);
     void handle(const pipeline_event::Failed &event);
     void handleSpeech(const QString &text, AppleSystemSpeechLanguage language, bool isFinal);
     void updateFloatingCaptionForLiveSource(const QString &text, AppleSystemSpeechLanguage language);
     void updateCaptionTranslation(const QString &translation, const QString &text);
     /// Publishes a translation whose line has it already.
     void publish(const CaptionTranslation &translation);
+    void followSaved(const CaptionTranslation &translation);
+    /// Lets what a saved session still waits for be translated behind the next one.
+    void leaveSavedLines();
     void forgetSavedTranscript();
+    void showOnPanel(const CaptionTranslation &translation);
+    /// A translation's error leaves the panel, where the newest line takes its place.
+    void clearPanelError();
 
     void restoreDraftIfAvailable();
 
@@ -213,6 +238,9 @@ private:
     void translationWasKnown(const CaptionTranslation &translation) override;
     void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation) override;
     void passedOverLineFailed(const QString &text, const QString &description) override;
+    void lateTranslationArrived(const QUuid &transcript, const CaptionTranslation &translation) override;
+    void translationStatesDidChange() override;
+    void translationPaused() override;
     void translationRested() override;
 
     void say(const QString &status);
@@ -231,6 +259,7 @@ private:
     const std::shared_ptr<MainQueue> m_mainQueue;
     CaptionLineMerger m_merger;
     TranslationScheduler m_scheduler;
+    ProviderChanges m_providerChanges;
 
     State m_state;
     int m_attempt = 0; ///< counts what begins or ends a session: events and steps of an older one are void
@@ -247,6 +276,8 @@ private:
     std::optional<QUuid> m_savedTranscriptID;
     std::optional<QString> m_savedTranscriptTitle;
     std::optional<QString> m_restoredDraftMessage;
+    bool m_isBehind = false;
+    bool m_isPanelShowingError = false; ///< of a translation
 };
 
 } // namespace lumaphone

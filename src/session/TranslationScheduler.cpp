@@ -3,10 +3,20 @@
 #include "base/LocalizedError.h"
 #include "base/Text.h"
 #include "language/EffectiveTranslationLanguage.h"
+#include "translation/TransportError.h"
 
 #include <algorithm>
 
 namespace lumaphone {
+
+namespace {
+
+AppleSystemSpeechLanguage languageOf(const LumaphoneCaptionLine &line)
+{
+    return effectiveTranslationLanguage(line.sourceText, line.sourceLanguage);
+}
+
+} // namespace
 
 TranslationScheduler::TranslationScheduler(std::shared_ptr<CaptionTranslator> translator,
     std::shared_ptr<Clock> clock, UuidGenerator makeUuid, const CaptionLineList &lines,
@@ -38,45 +48,95 @@ void TranslationScheduler::scheduleTranslation(
     }
     const auto burstStartedAt = m_latest ? m_latest->burstStartedAt : m_clock->monotonic();
     m_latest = Pending {text, language, isFinal, burstStartedAt};
-    if (m_inFlight && m_inFlight->passedOverLine) {
+    m_outcomes.forget(text);
+    if (m_inFlight && !m_inFlight->isForNewest()) {
         // The older line has its turn again when all is quiet.
         m_inFlight->stop.request_stop();
     }
+    m_receiver.translationStatesDidChange();
     startWorker();
 }
 
 void TranslationScheduler::finishRemaining()
 {
+    m_isOver = true;
     startWorker();
 }
 
 void TranslationScheduler::translateRestored()
 {
-    m_isRestored = true;
-    m_failedTexts.clear();
-    m_managedLanguages.clear();
-    if (m_inFlight) {
-        // What has changed may let it succeed: its failure would tell nothing any more.
-        m_inFlight->stop.request_stop();
+    m_isOver = true;
+    for (const LumaphoneCaptionLine &line : m_lines.lines()) {
+        if (isPending(line)) {
+            m_outcomes.giveSecondChance(line, languageOf(line));
+        }
     }
+    startWorker();
+}
+
+void TranslationScheduler::tryAgain()
+{
+    for (const LumaphoneCaptionLine &line : m_lines.lines()) {
+        if (translationOf(line).state == TranslationState::failed) {
+            m_outcomes.giveSecondChance(line, languageOf(line));
+        }
+    }
+    m_outcomes.trustAgain();
+    m_translator->askAgain();
+    m_receiver.translationStatesDidChange();
+    startWorker();
+}
+
+void TranslationScheduler::tryAgain(const LumaphoneCaptionLine &line)
+{
+    if (translationOf(line).state == TranslationState::failed) {
+        m_outcomes.giveSecondChance(line, languageOf(line));
+        m_translator->askAgain();
+        m_receiver.translationStatesDidChange();
+        startWorker();
+    }
+}
+
+void TranslationScheduler::providerChanged()
+{
+    interruptRequest();
+    tryAgain();
+}
+
+void TranslationScheduler::translateLater(const QUuid &transcript, const LumaphoneCaptionLine &line)
+{
+    m_late.push_back({line.sourceText, languageOf(line), transcript});
     startWorker();
 }
 
 void TranslationScheduler::reset()
 {
-    m_isRestored = false;
-    m_managedLanguages.clear();
     m_translationWorkerID.reset();
     m_latest.reset();
     m_lastTranslation.reset();
-    m_failedTexts.clear();
+    m_outcomes = {};
+    m_isOver = false;
     abandonRequest();
+    if (!m_late.empty()) {
+        startWorker();
+    }
 }
 
 void TranslationScheduler::abandonRequest()
 {
     if (auto request = std::exchange(m_inFlight, std::nullopt)) {
         request->stop.request_stop();
+    }
+}
+
+void TranslationScheduler::interruptRequest()
+{
+    if (!m_inFlight || m_inFlight->stop.stop_requested()) {
+        return;
+    }
+    m_inFlight->stop.request_stop();
+    if (m_inFlight->isForNewest() && !m_latest) {
+        m_latest = Pending {m_inFlight->text, m_inFlight->language, true, m_clock->monotonic()};
     }
 }
 
@@ -99,22 +159,31 @@ TranslationScheduler::Turn TranslationScheduler::nextTurn()
         if (!isBurstOver) {
             return Wait {pollInterval};
         }
-        const Pending pending = *std::exchange(m_latest, std::nullopt);
-        const QString text = text::trimmed(pending.text);
-        if (!text.isEmpty()) {
-            return Request {text, effectiveTranslationLanguage(text, pending.language), std::nullopt, {}};
-        }
+    }
+    if (auto request = requestForNewest()) {
+        return std::move(*request);
     }
     if (auto request = requestForPassedOverLine()) {
+        return std::move(*request);
+    }
+    if (auto request = requestForLateText()) {
         return std::move(*request);
     }
     return Rest {};
 }
 
-bool TranslationScheduler::isUnmanaged(AppleSystemSpeechLanguage language) const
+std::optional<TranslationScheduler::Request> TranslationScheduler::requestForNewest()
 {
-    const auto found = m_managedLanguages.find(language);
-    return found != m_managedLanguages.end() && !found->second;
+    const auto pending = std::exchange(m_latest, std::nullopt);
+    if (!pending) {
+        return std::nullopt;
+    }
+    const QString text = text::trimmed(pending->text);
+    const bool isKnown = m_lastTranslation && text::canonicallyEqual(text, m_lastTranslation->text);
+    if (text.isEmpty() || isKnown) {
+        return std::nullopt;
+    }
+    return Request {text, effectiveTranslationLanguage(text, pending->language), Newest {}, {}};
 }
 
 std::optional<TranslationScheduler::Request> TranslationScheduler::requestForPassedOverLine() const
@@ -123,16 +192,42 @@ std::optional<TranslationScheduler::Request> TranslationScheduler::requestForPas
     const auto line = std::find_if(lines.begin(), lines.end(), [&](const LumaphoneCaptionLine &candidate) {
         // Only the last line of a live session may still change: before it, also what the recogniser gave up
         // stands as it is.
-        const bool isSettled = candidate.isFinal || m_isRestored || &candidate != &lines.constLast();
-        return isSettled && candidate.translatedText == pendingTranslationPlaceholder
-            && !m_failedTexts.contains(text::canonicalForm(candidate.sourceText))
-            && !isUnmanaged(effectiveTranslationLanguage(candidate.sourceText, candidate.sourceLanguage));
+        const bool isSettled = candidate.isFinal || m_isOver || &candidate != &lines.constLast()
+            || m_outcomes.isSecondChance(candidate.sourceText);
+        return isSettled && m_outcomes.of(candidate).state == TranslationState::pending;
     });
     if (line == lines.end()) {
         return std::nullopt;
     }
-    const auto language = effectiveTranslationLanguage(line->sourceText, line->sourceLanguage);
-    return Request {line->sourceText, language, line->id, {}};
+    return Request {line->sourceText, languageOf(*line), PassedOver {line->id}, {}};
+}
+
+std::optional<TranslationScheduler::Request> TranslationScheduler::requestForLateText() const
+{
+    if (m_late.empty() || m_outcomes.isPaused()) {
+        return std::nullopt;
+    }
+    const LateText &late = m_late.front();
+    return Request {late.text, late.language, Later {late.transcript}, {}};
+}
+
+bool TranslationScheduler::isAwaited(const QString &text) const
+{
+    return (m_latest && text::canonicallyEqual(text, m_latest->text))
+        || (m_inFlight && !m_inFlight->stop.stop_requested()
+            && text::canonicallyEqual(text, m_inFlight->text));
+}
+
+LineTranslation TranslationScheduler::translationOf(const LumaphoneCaptionLine &line) const
+{
+    const LineTranslation outcome = m_outcomes.of(line);
+    if (outcome.state == TranslationState::arrived) {
+        return outcome;
+    }
+    if (!m_translator->translates()) {
+        return {TranslationState::unwanted};
+    }
+    return isAwaited(line.sourceText) ? LineTranslation {} : outcome;
 }
 
 TranslationScheduler *TranslationScheduler::employing(
@@ -171,6 +266,10 @@ QCoro::Task<TranslationScheduler::Answer> TranslationScheduler::answerTo(
     Answer answer;
     try {
         answer = co_await translator->translateText(request.text, request.language, request.stop.get_token());
+    } catch (const TransportError &error) {
+        answer = Failure {error.errorDescription(), error.reason() == TransportError::Reason::timedOut};
+    } catch (const TranslationWithheld &reason) {
+        answer = Failure {reason.errorDescription(), false, true};
     } catch (...) {
         answer = Failure {localizedDescription(std::current_exception())};
     }
@@ -179,34 +278,70 @@ QCoro::Task<TranslationScheduler::Answer> TranslationScheduler::answerTo(
 
 void TranslationScheduler::receive(const Request &request, const Answer &answer)
 {
-    if (const auto *translated = std::get_if<QString>(&answer)) {
-        const CaptionTranslation translation {request.text, *translated, request.language};
-        m_failedTexts.remove(text::canonicalForm(request.text));
-        if (m_isRestored) {
-            m_managedLanguages[request.language] = true;
-        }
-        if (request.passedOverLine) {
-            m_receiver.passedOverLineTranslated(*request.passedOverLine, translation);
-        } else {
-            m_lastTranslation = translation;
-            m_receiver.translationArrived(translation);
-        }
+    if (const auto *translation = std::get_if<QString>(&answer)) {
+        receiveTranslation(request, *translation);
+    } else if (!request.stop.stop_requested()) {
+        receiveFailure(request, std::get<Failure>(answer));
+    }
+    m_receiver.translationStatesDidChange();
+}
+
+void TranslationScheduler::receiveTranslation(const Request &request, const QString &translation)
+{
+    const CaptionTranslation arrived {request.text, translation, request.language};
+    m_outcomes.noteSuccess(request.text, request.language);
+    if (const auto *later = std::get_if<Later>(&request.purpose)) {
+        m_late.pop_front();
+        m_receiver.lateTranslationArrived(later->transcript, arrived);
         return;
     }
-    if (request.stop.stop_requested()) {
-        return;
-    }
-    m_failedTexts.insert(text::canonicalForm(request.text));
-    if (m_isRestored) {
-        // One text of a language that is managed may fail alone; the first one tells of all.
-        m_managedLanguages.try_emplace(request.language, false);
-        return;
-    }
-    const QString description = std::get<Failure>(answer).description;
-    if (request.passedOverLine) {
-        m_receiver.passedOverLineFailed(request.text, description);
+    if (const auto *passedOver = std::get_if<PassedOver>(&request.purpose)) {
+        m_receiver.passedOverLineTranslated(passedOver->line, arrived);
     } else {
-        m_receiver.translationFailed(request.text, description);
+        m_lastTranslation = arrived;
+        m_receiver.translationArrived(arrived);
+    }
+    noteWhatStaysPending(request);
+}
+
+/// A line that shows the placeholder also after its answer would be found and requested for ever.
+void TranslationScheduler::noteWhatStaysPending(const Request &request)
+{
+    const auto *passedOver = std::get_if<PassedOver>(&request.purpose);
+    const auto newest = passedOver ? std::nullopt : m_lines.newestIndexOf(request.text);
+    const auto &lines = m_lines.lines();
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const bool isMeant = passedOver
+            ? lines[i].id == passedOver->line && text::canonicallyEqual(lines[i].sourceText, request.text)
+            : newest == i;
+        if (isMeant && isPending(lines[i])) {
+            m_outcomes.noteAnswered(lines[i]);
+        }
+    }
+}
+
+void TranslationScheduler::receiveFailure(const Request &request, const Failure &failure)
+{
+    const bool isLate = std::holds_alternative<Later>(request.purpose);
+    const bool wasTold = failure.wasTold || isLate || m_outcomes.isSecondChance(request.text);
+    if (isLate) {
+        m_late.pop_front();
+    } else {
+        m_outcomes.noteFailure(request.text, request.language, failure.description);
+    }
+    if (request.isForNewest() && !failure.wasTold) {
+        m_receiver.translationFailed(request.text, failure.description);
+    } else if (!wasTold) {
+        m_receiver.passedOverLineFailed(request.text, failure.description);
+    }
+    if (!failure.hasTimedOut) {
+        m_outcomes.noteReply();
+    } else if (m_isOver) {
+        // Whoever has stopped waits for one time-out at most.
+        m_latest.reset();
+        m_outcomes.noteTimeOut(failure.description, 1);
+    } else if (m_outcomes.noteTimeOut(failure.description)) {
+        m_receiver.translationPaused();
     }
 }
 

@@ -5,13 +5,14 @@
 #include "platform/Clock.h"
 #include "session/CaptionLineList.h"
 #include "session/CaptionTranslator.h"
+#include "session/TranslationOutcomes.h"
+#include "session/TranslationReceiver.h"
 
 #include <QObject>
 #include <QPointer>
-#include <QSet>
 
 #include <chrono>
-#include <map>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -19,32 +20,10 @@
 
 namespace lumaphone {
 
-struct CaptionTranslation
-{
-    QString text;
-    QString translation;
-    AppleSystemSpeechLanguage language; ///< it was translated from
-};
-
-/// Told about every translation on the main thread.
-class TranslationReceiver
-{
-public:
-    virtual ~TranslationReceiver() = default;
-    virtual void translationArrived(const CaptionTranslation &translation) = 0;
-    virtual void translationFailed(const QString &text, const QString &description) = 0;
-    /// The text scheduled now is the one translated last, so that nothing is requested.
-    virtual void translationWasKnown(const CaptionTranslation &translation) = 0;
-    /// A line that newer texts had passed over has its translation.
-    virtual void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation) = 0;
-    virtual void passedOverLineFailed(const QString &text, const QString &description) = 0;
-    /// Nothing is left to translate.
-    virtual void translationRested() { }
-};
-
 /// Decides when which text is translated. The newest text replaces the pending one; a single worker waits out
 /// bursts of partial results, translates the newest text, and in quiet moments goes back to lines that were
-/// passed over and change no more. At most one request is wanted at a time. Main thread.
+/// passed over and change no more, and at last to those of saved sessions. At most one request is wanted at a
+/// time, and a text that failed is tried again only when it is asked for. Main thread.
 class TranslationScheduler final : public QObject
 {
 public:
@@ -59,14 +38,26 @@ public:
 
     /// Makes `text`, trimmed, the pending one.
     void scheduleTranslation(const QString &text, AppleSystemSpeechLanguage language, bool isFinal);
-    /// No more text will come: what is pending and the lines that were passed over are still translated.
+    /// No more text will come: what is pending and the lines that were passed over are still translated,
+    /// unless the provider is found not to answer.
     void finishRemaining();
     /// The lines are those of a session that is over: those without a translation get one, as far as it can
-    /// be had now. Nobody waits for them, so that a failure is not told. To be called again when more can be
-    /// had.
+    /// be had now.
     void translateRestored();
-    /// Forgets everything. A request under way is given up, and its answer ignored.
+    /// Tries once more what has failed. The first failure in a language stands for all others of that
+    /// language, so that a provider that is of no use still is asked once.
+    void tryAgain();
+    void tryAgain(const LumaphoneCaptionLine &line);
+    /// The same when another provider is asked from now on, also for what is under way.
+    void providerChanged();
+    /// The line's session was saved as `transcript` and leaves the list: its translation still is to follow.
+    void translateLater(const QUuid &transcript, const LumaphoneCaptionLine &line);
+    /// Forgets everything but what is to follow saved sessions. A request under way is given up, and its
+    /// answer ignored.
     void reset();
+
+    /// How far a line of the list is.
+    LineTranslation translationOf(const LumaphoneCaptionLine &line) const;
     /// Whether no worker runs: nothing is pending, nothing is under way.
     bool isResting() const { return !m_translationWorkerID; }
 
@@ -78,12 +69,26 @@ private:
         bool isFinal;
         std::chrono::nanoseconds burstStartedAt; ///< on the continuous clock
     };
+    struct Newest
+    {
+    };
+    struct PassedOver
+    {
+        QUuid line;
+    };
+    struct Later
+    {
+        QUuid transcript;
+    };
+    using Purpose = std::variant<Newest, PassedOver, Later>;
     struct Request
     {
         QString text;
         AppleSystemSpeechLanguage language; ///< effective
-        std::optional<QUuid> passedOverLine; ///< none for the newest text
+        Purpose purpose;
         std::stop_source stop;
+
+        bool isForNewest() const { return std::holds_alternative<Newest>(purpose); }
     };
     struct Rest
     {
@@ -96,8 +101,16 @@ private:
     struct Failure
     {
         QString description;
+        bool hasTimedOut = false;
+        bool wasTold = false;
     };
     using Answer = std::variant<QString, Failure>;
+    struct LateText
+    {
+        QString text;
+        AppleSystemSpeechLanguage language;
+        QUuid transcript;
+    };
 
     /// The worker's loop. It ends when there is nothing to do, or when it is no longer the current worker.
     static QCoro::Task<> processPendingTranslations(QPointer<TranslationScheduler> self, QUuid workerID);
@@ -107,10 +120,18 @@ private:
     static TranslationScheduler *employing(const QPointer<TranslationScheduler> &self, const QUuid &workerID);
     void startWorker();
     Turn nextTurn();
+    std::optional<Request> requestForNewest();
     std::optional<Request> requestForPassedOverLine() const;
-    bool isUnmanaged(AppleSystemSpeechLanguage language) const;
+    std::optional<Request> requestForLateText() const;
+    /// Whether the text of a line is what comes next, or is under way.
+    bool isAwaited(const QString &text) const;
     void receive(const Request &request, const Answer &answer);
+    void receiveTranslation(const Request &request, const QString &translation);
+    void receiveFailure(const Request &request, const Failure &failure);
+    void noteWhatStaysPending(const Request &request);
     void abandonRequest();
+    /// Ends the request under way; what it asked for has its turn again.
+    void interruptRequest();
 
     std::shared_ptr<CaptionTranslator> m_translator;
     std::shared_ptr<Clock> m_clock;
@@ -121,11 +142,9 @@ private:
     std::optional<Pending> m_latest;
     std::optional<Request> m_inFlight;
     std::optional<CaptionTranslation> m_lastTranslation;
-    QSet<QString> m_failedTexts; ///< in canonical form
-    bool m_isRestored = false; ///< whether the lines are those of a session that is over
-    /// Whether the provider manages a language of the restored lines. One that it has failed at is left
-    /// alone.
-    std::map<AppleSystemSpeechLanguage, bool> m_managedLanguages;
+    TranslationOutcomes m_outcomes; ///< of the lines in the list
+    std::deque<LateText> m_late;
+    bool m_isOver = false; ///< the lines are those of a session that is over
 };
 
 } // namespace lumaphone

@@ -144,13 +144,19 @@ void LumaphoneSettings::saveProviderAPIKey(const QString &key, const KeychainRun
 {
     const QString trimmedKey = text::trimmed(key);
     const bool hasKey = !trimmedKey.isEmpty();
-    const auto work = [keychain = m_keychain, trimmedKey] {
+    const auto noteEnd = [this] {
+        --m_keySaves;
+        emit providerAPIKeySaved();
+    };
+    const auto work = [this, keychain = m_keychain, trimmedKey, noteEnd] {
         if (trimmedKey.isEmpty()) {
             keychain.remove(apiKeyAccount);
         } else {
             keychain.save(trimmedKey, apiKeyAccount);
         }
+        QMetaObject::invokeMethod(this, noteEnd);
     };
+    ++m_keySaves;
     if (run) {
         run(work);
     } else {

@@ -95,8 +95,11 @@ public:
     /// The key in a keychain like keychain(), or "". May be called on any thread that may block.
     static QString readProviderAPIKey(const LumaphoneKeychain &keychain);
     /// Keeps the key, without white space at its ends, in the keychain; a blank one deletes what is there.
-    /// `run` runs what may block, perhaps on another thread; without it, that is done here and now.
+    /// `run` runs what may block, perhaps on another thread, which ends before the settings do; without it,
+    /// that is done here and now.
     void saveProviderAPIKey(const QString &key, const KeychainRunner &run = {});
+    /// Whether a key is on its way into the keychain: the one that is read there may be another's.
+    bool isSavingProviderAPIKey() const { return m_keySaves > 0; }
 
     DefaultsStore &defaults() const { return m_defaults; }
     const LumaphoneKeychain &keychain() const { return m_keychain; }
@@ -112,6 +115,8 @@ signals:
     void providerBaseURLChanged();
     void providerModelChanged();
     void hasProviderAPIKeyChanged();
+    /// The keychain has taken a key, or its deletion, as far as it would.
+    void providerAPIKeySaved();
 
 private:
     template<typename Value>
@@ -130,6 +135,7 @@ private:
     QString m_providerBaseURL;
     QString m_providerModel;
     bool m_hasProviderAPIKey;
+    int m_keySaves = 0; ///< that have not ended
 };
 
 } // namespace lumaphone

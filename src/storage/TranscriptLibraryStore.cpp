@@ -234,16 +234,41 @@ TranscriptRecordMetadata TranscriptLibraryStore::newRecord(const LiveTranscript 
 
 TranscriptDocument TranscriptLibraryStore::loadRecord(const QUuid &id)
 {
-    return attempt([&] {
-        const TranscriptRecordMetadata &indexed = record(id);
-        TranscriptDocument document;
-        document.metadata = folder(indexed).readMetadata();
-        // A folder may have been copied by hand: which transcript this is, and where, is for the index to
-        // say.
-        document.metadata.id = indexed.id;
-        document.metadata.folderName = indexed.folderName;
-        document.lines = m_compactor.compactSavedLines(folder(indexed).readLines());
-        return document;
+    return attempt([&] { return readDocument(record(id)); });
+}
+
+TranscriptDocument TranscriptLibraryStore::readDocument(const TranscriptRecordMetadata &indexed) const
+{
+    TranscriptDocument document;
+    document.metadata = folder(indexed).readMetadata();
+    // A folder may have been copied by hand: which transcript this is, and where, is for the index to
+    // say.
+    document.metadata.id = indexed.id;
+    document.metadata.folderName = indexed.folderName;
+    document.lines = m_compactor.compactSavedLines(folder(indexed).readLines());
+    return document;
+}
+
+void TranscriptLibraryStore::addTranslations(const QUuid &id, const QHash<QString, QString> &translations)
+{
+    change([&] {
+        const auto indexed = std::find_if(m_records.cbegin(), m_records.cend(), hasId(id));
+        if (indexed == m_records.cend()) {
+            return;
+        }
+        TranscriptDocument document = readDocument(*indexed);
+        bool hasGained = false;
+        for (SavedTranscriptLine &line : document.lines) {
+            const auto translation = translations.constFind(text::canonicalForm(line.sourceText));
+            if (line.translatedText.isEmpty() && translation != translations.cend()) {
+                line.translatedText = *translation;
+                hasGained = true;
+            }
+        }
+        if (hasGained) {
+            complete(document);
+            writeDocument(document);
+        }
     });
 }
 

@@ -11,6 +11,7 @@
 #include "storage/TranscriptSearch.h"
 
 #include <QCoroTask>
+#include <QHash>
 #include <QList>
 #include <QLocale>
 #include <QObject>
@@ -56,6 +57,9 @@ public:
     /// Saves a live session, compacted, and returns its record. One that was saved before keeps its record,
     /// folder, title and note.
     TranscriptRecordMetadata save(const LiveTranscript &live, const LumaphoneSettings &settings);
+    /// Gives the lines of a saved transcript that lack one their translation, by the canonical form of their
+    /// source text. Everything else stays as the user has left it; a transcript that was deleted stays so.
+    void addTranslations(const QUuid &id, const QHash<QString, QString> &translations);
     /// Reads a transcript from its folder. Its lines are compacted again.
     TranscriptDocument loadRecord(const QUuid &id);
     /// Replaces a saved transcript by an edited one.
@@ -89,6 +93,7 @@ private:
     TranscriptRecordMetadata newRecord(const LiveTranscript &live, const QUuid &id) const;
     TranscriptDocument documentFor(const LiveTranscript &live, const LumaphoneSettings &settings) const;
     TranscriptFolder folder(const TranscriptRecordMetadata &record) const;
+    TranscriptDocument readDocument(const TranscriptRecordMetadata &indexed) const;
     void writeDocument(const TranscriptDocument &document);
     void setRecords(const QList<TranscriptRecordMetadata> &records);
     void setLastErrorMessage(const std::optional<QString> &message);

@@ -68,6 +68,28 @@ private slots:
         QCOMPARE(pending.size(), 2);
     }
 
+    void aFailedTranslationIsNoPendingOne()
+    {
+        LiveSession session;
+        CaptionLinesModel model(session.started());
+        const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+        QSignalSpy failed(&model, &CaptionLinesModel::failedCountChanged);
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {{}, QStringLiteral("no model")};
+        };
+        session.final("おはようございます。");
+        QCOMPARE(model.failedCount(), 0);
+        changed.clear();
+        settle();
+        QCOMPARE(model.failedCount(), 1);
+        QVERIFY(!model.hasPendingTranslation());
+        QCOMPARE(failed.size(), 1);
+        QCOMPARE(changed.size(), 1);
+        session.controller->clearCaptions();
+        QCOMPARE(model.failedCount(), 0);
+    }
+
     void aLineFinishesOnce()
     {
         LiveSession session;

@@ -38,8 +38,8 @@ struct Views
     std::unique_ptr<TranscriptLibraryStore> library;
     std::unique_ptr<LiveSessionModel> model;
 
-    explicit Views(
-        const QString &libraryPath = {}, std::chrono::milliseconds patience = std::chrono::hours(1))
+    explicit Views(const QString &libraryPath = {},
+        const LivePatience &patience = {std::chrono::hours(1), std::chrono::hours(1)})
     {
         session.make();
         glossary = std::make_unique<LumaphoneGlossaryStore>(
@@ -101,7 +101,8 @@ private slots:
         views.session.nextPipeline->gate.close();
         views.start();
         QVERIFY(views.model->isStarting());
-        QVERIFY(!views.model->canStartOrStop());
+        QCOMPARE(views.model->startStopText(), "停止");
+        QCOMPARE(views.model->startStopSymbol(), "stop.circle.fill");
         QCOMPARE(views.model->stageStateText(), "正在準備");
         views.session.nextPipeline->gate.open();
         settle();
@@ -113,6 +114,24 @@ private slots:
         views.model->startOrStop();
         QVERIFY(!views.model->isRunning());
         QCOMPARE(views.model->startStopText(), "開始");
+    }
+
+    void aStartCanBeGivenUp()
+    {
+        Views views;
+        views.session.nextPipeline->gate.close();
+        views.start();
+        views.model->startOrStop();
+        QVERIFY(!views.model->isStarting());
+        QCOMPARE(views.session.nextPipeline->stops, 1);
+        QCOMPARE(views.model->startStopText(), "開始");
+        views.session.nextPipeline->gate.open();
+        settle();
+        QVERIFY(!views.model->isRunning());
+        QVERIFY(views.model->failureMessage().isEmpty());
+        views.start();
+        QVERIFY(views.model->isRunning());
+        QCOMPARE(views.session.nextPipeline->starts, 2);
     }
 
     void theStageFollowsTheNewestLine()
@@ -234,7 +253,7 @@ private slots:
 
     void silenceIsToldAndForgottenWithTheFirstSound()
     {
-        Views views({}, std::chrono::milliseconds(1));
+        Views views({}, {.withSilence = std::chrono::milliseconds(1)});
         QVERIFY(!views.model->isWithoutSound());
         views.start();
         QVERIFY(waitUntil([&] { return views.model->isWithoutSound(); }));
@@ -280,6 +299,8 @@ private slots:
     void aRestoredDraftGetsItsTranslationsWhenTheyCanBeHad()
     {
         Views views;
+        views.session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        views.session.settings.setProviderBaseURL("http://server/v1");
         bool canTranslate = false;
         views.session.translator->plan = [&canTranslate](const QString &) {
             return ScriptedTranslator::Plan {{}, canTranslate ? QString() : QString("no model")};
@@ -296,6 +317,123 @@ private slots:
         settle();
         QVERIFY(model.isStageTranslated());
         QCOMPARE(model.translationText(), "譯:おはよう。");
+    }
+
+    void whatHasNoTranslationSaysSoAndIsTriedAgainWhenAsked()
+    {
+        Views views;
+        bool canTranslate = false;
+        views.session.translator->plan = [&canTranslate](const QString &) {
+            return ScriptedTranslator::Plan {{}, canTranslate ? QString() : QString("no model")};
+        };
+        views.start();
+        for (const char *text : {"おはよう。", "Good morning everyone", "세 번째 문장"}) {
+            views.session.final(text);
+            settle();
+        }
+        CaptionLinesModel &lines = *views.model->lines();
+        QCOMPARE(views.model->translationText(), "這一句沒有翻譯。");
+        QVERIFY(!views.model->isStageTranslated());
+        QCOMPARE(views.model->cardStatusText(), "有 3 句沒有翻譯");
+        const QModelIndex row = lines.index(1);
+        QVERIFY(!row.data(CaptionLinesModel::IsPendingRole).toBool());
+        QVERIFY(row.data(CaptionLinesModel::IsFailedRole).toBool());
+        QCOMPARE(row.data(CaptionLinesModel::TranslatedTextRole), "這一句沒有翻譯。");
+        QCOMPARE(row.data(CaptionLinesModel::FailureRole), "no model");
+
+        canTranslate = true;
+        views.model->translateLineAgain(1);
+        QVERIFY(row.data(CaptionLinesModel::IsPendingRole).toBool());
+        QCOMPARE(views.model->cardStatusText(), "還有句子正在收尾");
+        settle();
+        QCOMPARE(row.data(CaptionLinesModel::TranslatedTextRole), "譯:Good morning everyone");
+        QCOMPARE(views.model->cardStatusText(), "有 2 句沒有翻譯");
+        views.model->translateAgain();
+        settle();
+        QCOMPARE(views.model->cardStatusText(), "已整理成字幕稿");
+        QCOMPARE(views.model->translationText(), "譯:세 번째 문장");
+        views.model->translateLineAgain(7);
+    }
+
+    void translationsThatComeAfterSavingReachTheRecord_data()
+    {
+        QTest::addColumn<bool>("startsNext");
+        QTest::addColumn<bool>("clearsBefore");
+        QTest::newRow("the session stays") << false << false;
+        QTest::newRow("the next one starts") << true << false;
+        QTest::newRow("it is cleared for the next one") << true << true;
+    }
+    void translationsThatComeAfterSavingReachTheRecord()
+    {
+        QFETCH(bool, startsNext);
+        QFETCH(bool, clearsBefore);
+        Views views;
+        views.session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {std::chrono::seconds(2), QString()};
+        };
+        views.start();
+        for (const char *text : {"一番目の文です", "Second sentence"}) {
+            views.session.final(text);
+            views.session.clock->advance(std::chrono::seconds(15));
+        }
+        views.session.final("세 번째 문장");
+        views.session.final("Quite another one of all");
+        views.model->startOrStop();
+        views.model->saveTranscript();
+        const QUuid record = views.library->records().first().id;
+        QVERIFY(views.library->loadRecord(record).lines[3].translatedText.isEmpty());
+        TranscriptDocument renamed = views.library->loadRecord(record);
+        renamed.metadata.title = "Renamed by the user";
+        views.library->update(renamed);
+        if (clearsBefore) {
+            views.model->startNew();
+        } else if (startsNext) {
+            views.model->startOrStop();
+        }
+        settle();
+        QCOMPARE(views.model->isRunning(), startsNext);
+        views.session.clock->advance(std::chrono::seconds(20));
+        settle();
+        const TranscriptDocument saved = views.library->loadRecord(record);
+        QCOMPARE(saved.lines[2].translatedText, "譯:세 번째 문장");
+        QCOMPARE(saved.lines[3].translatedText, "譯:Quite another one of all");
+        QCOMPARE(saved.metadata.title, "Renamed by the user");
+        QCOMPARE(views.library->records().size(), 1);
+    }
+
+    void theEndWaitsForTheLastTranslationsAndKeepsThem()
+    {
+        Views views;
+        views.session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {std::chrono::seconds(1), QString()};
+        };
+        views.start();
+        views.session.final("一番目の文です");
+        settle();
+        QSignalSpy ended(views.model.get(), &LiveSessionModel::ended);
+        views.model->endSession();
+        QVERIFY(!views.model->isRunning());
+        QCOMPARE(ended.size(), 0);
+        views.session.clock->advance(std::chrono::seconds(2));
+        QCOMPARE(ended.size(), 1);
+        const auto draft = LumaphoneSessionDraftStore(views.session.draftFolder).load();
+        QCOMPARE(draft->lines.first().translatedText, "譯:一番目の文です");
+    }
+
+    void theEndWaitsNoLongerThanAMoment()
+    {
+        Views views({}, {.withLastTranslations = std::chrono::milliseconds(1)});
+        views.session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {std::chrono::hours(1), QString()};
+        };
+        views.start();
+        views.session.final("一番目の文です");
+        settle();
+        QSignalSpy ended(views.model.get(), &LiveSessionModel::ended);
+        views.model->endSession();
+        QCOMPARE(ended.size(), 0);
+        QVERIFY(ended.wait());
+        QVERIFY(LumaphoneSessionDraftStore(views.session.draftFolder).load().has_value());
     }
 
     void aWholeSideCanBeCopied()
@@ -322,8 +460,11 @@ private slots:
         Views views;
         views.start();
         views.session.final("おはよう。");
+        settle();
+        QSignalSpy ended(views.model.get(), &LiveSessionModel::ended);
         views.model->endSession();
         QVERIFY(!views.model->isRunning());
+        QVERIFY(ended.size() == 1 || ended.wait());
         QVERIFY(LumaphoneSessionDraftStore(views.session.draftFolder).load().has_value());
     }
 };

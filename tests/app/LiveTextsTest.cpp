@@ -104,7 +104,17 @@ private slots:
         const LumaphoneCaptionLine newest = line(source, translation);
         for (const SessionFacts &facts : {runningFacts, unsavedFacts}) {
             QCOMPARE(livetexts::sourceText(&newest, facts, LumaphoneAudioInputSource::systemAudio), source);
-            QCOMPARE(livetexts::translationText(&newest, facts), shown);
+            const auto state = isPending(newest) ? TranslationState::pending : TranslationState::arrived;
+            QCOMPARE(livetexts::translationText(&newest, state, facts), shown);
+        }
+    }
+
+    void aLineThatWaitsForNothingDoesNotSayThatItDoes()
+    {
+        const LumaphoneCaptionLine newest = line("おはよう", "翻譯中...");
+        for (const SessionFacts &facts : {runningFacts, unsavedFacts}) {
+            QCOMPARE(
+                livetexts::translationText(&newest, TranslationState::failed, facts), "這一句沒有翻譯。");
         }
     }
 
@@ -113,10 +123,13 @@ private slots:
         const auto source = [](const SessionFacts &facts, LumaphoneAudioInputSource input) {
             return livetexts::sourceText(nullptr, facts, input);
         };
+        const auto shownWithoutLine = [](const SessionFacts &facts) {
+            return livetexts::translationText(nullptr, TranslationState::unwanted, facts);
+        };
         using enum LumaphoneAudioInputSource;
-        QCOMPARE(livetexts::translationText(nullptr, idleFacts), "準備好就開始。");
-        QCOMPARE(livetexts::translationText(nullptr, startingFacts), "準備好就開始。");
-        QCOMPARE(livetexts::translationText(nullptr, runningFacts), "字幕會在這裡跟上。");
+        QCOMPARE(shownWithoutLine(idleFacts), "準備好就開始。");
+        QCOMPARE(shownWithoutLine(startingFacts), "準備好就開始。");
+        QCOMPARE(shownWithoutLine(runningFacts), "字幕會在這裡跟上。");
         QVERIFY(source(idleFacts, systemAudio).startsWith("按開始後，Lumaphone 會開始聽系統音訊"));
         QVERIFY(source(idleFacts, microphone).startsWith("按開始後，Lumaphone 會開始聽麥克風"));
         QVERIFY(!source(runningFacts, systemAudio).contains("按開始後"));
@@ -164,8 +177,10 @@ private slots:
         QVERIFY(!livetexts::hasPendingTranslation({}));
         QVERIFY(livetexts::hasPendingTranslation({line("a", "甲"), line("b", "翻譯中...")}));
         QVERIFY(!livetexts::hasPendingTranslation({line("a", "翻譯中... "), line("b", "")}));
-        QCOMPARE(livetexts::cardStatusText(true), "還有句子正在收尾");
-        QCOMPARE(livetexts::cardStatusText(false), "已整理成字幕稿");
+        QCOMPARE(livetexts::cardStatusText(true, 0), "還有句子正在收尾");
+        QCOMPARE(livetexts::cardStatusText(true, 2), "還有句子正在收尾");
+        QCOMPARE(livetexts::cardStatusText(false, 2), "有 2 句沒有翻譯");
+        QCOMPARE(livetexts::cardStatusText(false, 0), "已整理成字幕稿");
     }
 
     void theCommandBarSaysWhatItsButtonsDo_data()

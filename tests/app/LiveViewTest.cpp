@@ -122,6 +122,47 @@ private slots:
         QVERIFY(!window.item("card.toNewest").isVisible());
     }
 
+    void aLineWithoutTranslationIsTriedAgainByKeyboard()
+    {
+        RunningWindow window;
+        window.say(1, 2);
+        auto &translator = *window.studio.session.translator;
+        translator.plan = [](const QString &) {
+            return ScriptedTranslator::Plan {{}, QStringLiteral("no model")};
+        };
+        window.studio.session.speech(QStringLiteral("もう一度お願いします。"), true);
+        window.studio.settle();
+        window.drawFrame();
+        QQuickItem &all = window.item("card.translateAgain");
+        QVERIFY(all.isVisible());
+        QCOMPARE(window.item("card.status").property("text").toString(), "有 1 句沒有翻譯");
+        QQuickItem *row = nullptr;
+        QVERIFY(waitUntil([&] {
+            for (QQuickItem *button :
+                window.item("card.lines").findChildren<QQuickItem *>("row.translateAgain")) {
+                row = button->isVisible() ? button : row;
+            }
+            return row != nullptr;
+        }));
+        const auto reach = [&](const QQuickItem &wanted) {
+            window.item("card.lines").forceActiveFocus(Qt::TabFocusReason);
+            for (int step = 0; step < 60 && !wanted.hasActiveFocus(); ++step) {
+                QTest::keyClick(window.studio.window, Qt::Key_Tab);
+            }
+            return wanted.hasActiveFocus();
+        };
+        QVERIFY(reach(*row));
+        QVERIFY(reach(all));
+        QVERIFY(reach(*row));
+        translator.plan = nullptr;
+        QTest::keyClick(window.studio.window, Qt::Key_Space);
+        window.studio.settle();
+        QVERIFY(window.studio.live->isRunning()); // the space bar was the button's
+        QCOMPARE(
+            window.item("stage.translationText").property("text").toString(), "譯:もう一度お願いします。");
+        QVERIFY(waitUntil([&] { return !all.isVisible() && !row->isVisible(); }));
+    }
+
     void nothingJumpsWhenATranslationArrives()
     {
         RunningWindow window;

@@ -504,6 +504,22 @@ private slots:
         QCOMPARE(m_framework->reserved(), QStringList());
     }
 
+    void aStopWhileTheNetworksLoadLetsThemGo()
+    {
+        m_framework->preparationGate.close();
+        auto starting = m_transcriber->start({english});
+        QCOMPARE(m_framework->preparationGate.waiting(), std::size_t(1));
+        m_transcriber->stop();
+        m_detachedTasks->wait();
+        QVERIFY(m_framework->analyzer().isCancelled());
+        m_framework->preparationGate.open();
+        test::waitFor(std::move(starting));
+        QCOMPARE(m_framework->reserved(), QStringList());
+        emitResult("en_US", QStringLiteral("too late"), true);
+        QVERIFY(!start({english}));
+        QVERIFY(!m_framework->analyzer().isCancelled());
+    }
+
     void aSecondStartOvertakesTheFirst()
     {
         m_framework->reservationGate.close();

@@ -1,5 +1,8 @@
 #include "capture/LiveAudioFeed.h"
 
+#include "support/Coroutines.h"
+#include "support/FakeSpeechFramework.h"
+#include "support/RecordedPipelineEvents.h"
 #include "support/program/TestProgram.h"
 
 #include <QTest>
@@ -7,6 +10,7 @@
 namespace liveaudiofeedtest {
 
 using namespace lumaphone;
+using namespace lumaphone::test;
 
 class LiveAudioFeedTest : public QObject
 {
@@ -34,6 +38,28 @@ private slots:
         QFETCH(const QString, description);
         QFETCH(const QString, message);
         QCOMPARE(speechFailureMessage(std::make_exception_ptr(SpeechFrameworkError(description))), message);
+    }
+
+    void aRecogniserThatIsTooSlowIsToldOnceAndWhenItHasCaughtUp()
+    {
+        const auto framework = std::make_shared<FakeSpeechFramework>();
+        const auto detachedTasks = std::make_shared<DetachedTasks>();
+        const RecordedPipelineEvents events;
+        {
+            const LiveAudioFeed feed(
+                {framework, MainQueue::create(), detachedTasks, QLocale::c()}, events.handler());
+            feed.watchPace(); // nothing listens yet
+            test::waitFor(feed.transcriber().start({AppleSystemSpeechLanguage::english}));
+            for (const int seconds : {0, 4, 6, 9, 3, 0, 0}) {
+                framework->analyzer().unheard = std::chrono::seconds(seconds);
+                feed.watchPace();
+            }
+            feed.transcriber().stop();
+            framework->analyzer().unheard = std::chrono::seconds(9);
+            feed.watchPace();
+        }
+        detachedTasks->wait();
+        QCOMPARE(events.lines(), (QStringList {QStringLiteral("behind"), QStringLiteral("caught up")}));
     }
 
     void aForeignExceptionIsShownAsItIs()

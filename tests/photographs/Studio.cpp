@@ -47,8 +47,8 @@ Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatienc
         .makeUuid = countedUuids(),
         .locale = taiwan(),
     });
-    live = std::make_unique<LiveSessionModel>(
-        *session.controller, session.settings, *library, *glossaryStore, soundPatience);
+    live = std::make_unique<LiveSessionModel>(*session.controller, session.settings, *library, *glossaryStore,
+        LivePatience {.withSilence = soundPatience});
     inspector = std::make_unique<InspectorModel>(*session.controller, session.settings, *glossaryStore);
     provider = std::make_unique<ProviderSettingsModel>(session.settings, session.mainQueue);
     workspace = std::make_unique<TranscriptLibraryWorkspaceModel>(*library, taiwan());

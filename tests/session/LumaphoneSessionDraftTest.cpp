@@ -109,6 +109,23 @@ private slots:
         QVERIFY(isRefused(wrong));
     }
 
+    void linesOfOneIdentityAreToldApart()
+    {
+        LumaphoneSessionDraft draft = someDraft();
+        draft.lines = {captionLine(1, "one"), captionLine(2, "two"), captionLine(1, "three"),
+            captionLine(1, "four"), captionLine(1, "four")};
+        const LumaphoneSessionDraft healed = sessionDraftFromJson(toJson(draft));
+        QSet<QUuid> ids;
+        for (qsizetype i = 0; i < draft.lines.size(); ++i) {
+            QCOMPARE(healed.lines[i].sourceText, draft.lines[i].sourceText);
+            ids.insert(healed.lines[i].id);
+        }
+        QCOMPARE(ids.size(), draft.lines.size());
+        QCOMPARE(healed.lines[0].id, draft.lines[0].id);
+        QCOMPARE(healed.lines[1].id, draft.lines[1].id);
+        QVERIFY(sessionDraftFromJson(toJson(draft)) == healed);
+    }
+
     void aDamagedLineIsRefused()
     {
         json::Value value = toJson(someDraft());

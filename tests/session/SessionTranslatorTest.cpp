@@ -114,6 +114,68 @@ private slots:
         QVERIFY(waitUntil([&] { return translation.isReady(); }));
     }
 
+    void aRefusedKeyIsNotAskedForAgainAndNothingIsSentWithoutIt()
+    {
+        Translators session;
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        session.settings.setProviderBaseURL(QString());
+        session.settings.saveProviderAPIKey(QStringLiteral("k"));
+        session.keychain.failure = KeychainStatus::other;
+        session.keychain.calls.clear();
+        QVERIFY_THROWS_EXCEPTION(PlatformError, session.translate("hello", english));
+        QVERIFY_THROWS_EXCEPTION(TranslationWithheld, session.translate("world", english));
+        QVERIFY_THROWS_EXCEPTION(TranslationWithheld, session.translate("hello", english));
+        QCOMPARE(session.keychain.calls.size(), 1);
+        session.keychain.failure.reset();
+        session.translator.askAgain();
+        QVERIFY_THROWS_EXCEPTION(OpenAICompatibleTranslationError, session.translate("hello", english));
+        QCOMPARE(session.keychain.calls.size(), 2);
+    }
+
+    void aKeyThatIsBeingSavedIsWaitedFor()
+    {
+        Translators session;
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        session.settings.setProviderBaseURL(QString());
+        session.keychain.calls.clear();
+        std::function<void()> saving;
+        session.settings.saveProviderAPIKey(
+            QStringLiteral("k"), [&saving](std::function<void()> work) { saving = std::move(work); });
+        const auto translation
+            = session.translator.translateText(QStringLiteral("hello"), english, std::stop_token());
+        settle();
+        QVERIFY(!translation.isReady());
+        QVERIFY(session.keychain.calls.isEmpty());
+        saving();
+        QVERIFY(waitUntil([&] { return translation.isReady(); }));
+        QCOMPARE(session.keychain.calls,
+            (QStringList {QStringLiteral("update"), QStringLiteral("add"), QStringLiteral("copyMatching")}));
+    }
+
+    void aKeyGoesToNoAddressItWasNotReadFor()
+    {
+        Gate asked;
+        Gate answer;
+        Translators session;
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        session.settings.setProviderBaseURL(QStringLiteral("ftp://former/v1"));
+        session.settings.saveProviderAPIKey(QStringLiteral("k"));
+        session.keychain.calls.clear();
+        session.keychain.askTheUser = [&] {
+            asked.open();
+            answer.wait();
+        };
+        auto translation
+            = session.translator.translateText(QStringLiteral("hello"), english, std::stop_token());
+        QVERIFY(waitUntil([&] { return !translation.isReady(); }));
+        asked.wait();
+        session.settings.setProviderBaseURL(QString());
+        answer.open();
+        // Of the two addresses only the newer one has this fault.
+        QVERIFY_THROWS_EXCEPTION(OpenAICompatibleTranslationError, test::waitFor(std::move(translation)));
+        QCOMPARE(session.keychain.calls.size(), 2);
+    }
+
     void failuresReachTheCaller()
     {
         Translators session;

@@ -525,6 +525,21 @@ private slots:
         QVERIFY(!controller.sessionEndedAt());
     }
 
+    void fallingBehindIsToldUntilItIsOver()
+    {
+        LiveSession session;
+        auto &controller = session.started();
+        controller.handlePipelineEvent(pipeline_event::Pace {true});
+        QVERIFY(controller.isBehind());
+        QCOMPARE(controller.status(), t("這台電腦暫時來不及辨識，字幕會晚幾秒出現。"));
+        controller.handlePipelineEvent(pipeline_event::Pace {false});
+        QVERIFY(!controller.isBehind());
+        QCOMPARE(controller.status(), t("字幕已經跟上聲音。"));
+        controller.handlePipelineEvent(pipeline_event::Pace {true});
+        controller.stop(true);
+        QVERIFY(!controller.isBehind());
+    }
+
     void clearingEmptiesTheSession()
     {
         LiveSession session;

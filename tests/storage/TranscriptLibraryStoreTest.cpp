@@ -131,6 +131,8 @@ private slots:
     void damagedFilesOfASessionSaySo();
     void anUpdateReplacesFolderAndRecord();
     void anUpdateOfADeletedRecordBringsNothingBack();
+    void lateTranslationsFillOnlyWhatIsEmpty();
+    void lateTranslationsBringNoDeletedRecordBack();
     void deletingRemovesFolderAndRecord();
     void aFolderThatCannotBeRemovedKeepsItsRecord();
     void aRecordWhoseFolderIsGoneCanBeDeleted();
@@ -461,6 +463,40 @@ void TranscriptLibraryStoreTest::anUpdateReplacesFolderAndRecord()
     const TranscriptDocument loaded = fixture.store->loadRecord(record.id);
     QVERIFY(loaded.metadata == updated);
     QVERIFY(loaded.lines == document.lines);
+}
+
+void TranscriptLibraryStoreTest::lateTranslationsFillOnlyWhatIsEmpty()
+{
+    Fixture fixture;
+    fixture.open();
+    LiveTranscript live = fixture.live("first");
+    live.lines.append({countedUuid(901), QStringLiteral("second"), QStringLiteral("翻譯中..."),
+        AppleSystemSpeechLanguage::english, fixture.clock.now().addSecs(60), true});
+    const QUuid id = fixture.store->save(live, fixture.settings).id;
+    TranscriptDocument edited = fixture.store->loadRecord(id);
+    edited.metadata.note = QStringLiteral("a note");
+    fixture.store->update(edited);
+
+    fixture.store->addTranslations(id,
+        {{QStringLiteral("first"), QStringLiteral("一")}, {QStringLiteral("second"), QStringLiteral("二")},
+            {QStringLiteral("third"), QStringLiteral("三")}});
+    const TranscriptDocument filled = fixture.store->loadRecord(id);
+    QCOMPARE(filled.lines[0].translatedText, QStringLiteral("譯文"));
+    QCOMPARE(filled.lines[1].translatedText, QStringLiteral("二"));
+    QCOMPARE(filled.metadata.note, QStringLiteral("a note"));
+    QVERIFY(fixture.onDisk().first().searchText.contains(QStringLiteral("二")));
+}
+
+void TranscriptLibraryStoreTest::lateTranslationsBringNoDeletedRecordBack()
+{
+    Fixture fixture;
+    fixture.open();
+    const TranscriptRecordMetadata record = fixture.saved("first");
+    fixture.store->remove(record);
+    fixture.store->addTranslations(record.id, {{QStringLiteral("first"), QStringLiteral("一")}});
+    QVERIFY(fixture.store->records().isEmpty());
+    QVERIFY(fixture.onDisk().isEmpty());
+    QVERIFY(!fixture.store->lastErrorMessage());
 }
 
 void TranscriptLibraryStoreTest::anUpdateOfADeletedRecordBringsNothingBack()

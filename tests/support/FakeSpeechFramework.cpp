@@ -29,6 +29,7 @@ void FakeSpeechModule::finishWithLastText()
 QCoro::Task<> FakeSpeechAnalyzer::prepareToAnalyze(double sampleRateHz)
 {
     m_preparedRateHz = sampleRateHz;
+    co_await m_preparationGate.passage();
     if (m_preparationFailure) {
         throw SpeechFrameworkError(*m_preparationFailure);
     }
@@ -192,8 +193,8 @@ std::shared_ptr<SpeechAnalyzer> FakeSpeechFramework::makeAnalyzer(
     }
     const auto failure = preparationFailures.find(locales);
     m_analyzers.push_back(std::make_shared<FakeSpeechAnalyzer>(std::move(fakes),
-        failure == preparationFailures.end() ? std::nullopt : std::optional(failure->second), holdsAnalyzers,
-        keepsSamples));
+        failure == preparationFailures.end() ? std::nullopt : std::optional(failure->second), preparationGate,
+        holdsAnalyzers, keepsSamples));
     return m_analyzers.back();
 }
 

@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <map>
@@ -52,9 +53,11 @@ class FakeSpeechAnalyzer final : public SpeechAnalyzer
 {
 public:
     FakeSpeechAnalyzer(std::vector<std::shared_ptr<FakeSpeechModule>> modules,
-        std::optional<QString> preparationFailure, bool isHeld, bool keepsSamples)
+        std::optional<QString> preparationFailure, CoroutineGate &preparationGate, bool isHeld,
+        bool keepsSamples)
         : m_modules(std::move(modules))
         , m_preparationFailure(std::move(preparationFailure))
+        , m_preparationGate(preparationGate)
         , m_keepsSamples(keepsSamples)
         , m_isHeld(isHeld)
     {
@@ -63,8 +66,10 @@ public:
     QCoro::Task<> prepareToAnalyze(double sampleRateHz) override;
     void start(AnalyzerInputStream &input, const std::stop_token &stop) override;
     void cancelAndFinishNow() override;
+    std::chrono::milliseconds waitingSound() const override { return unheard; }
 
     const std::vector<std::shared_ptr<FakeSpeechModule>> &modules() const { return m_modules; }
+    std::atomic<std::chrono::milliseconds> unheard {}; ///< what waitingSound() says
     double preparedRateHz() const { return m_preparedRateHz; }
     /// Lets a held analyzer take its input.
     void release();
@@ -83,6 +88,7 @@ private:
 
     const std::vector<std::shared_ptr<FakeSpeechModule>> m_modules;
     const std::optional<QString> m_preparationFailure;
+    CoroutineGate &m_preparationGate;
     const bool m_keepsSamples;
     double m_preparedRateHz = 0;
     mutable std::mutex m_mutex;
@@ -114,6 +120,7 @@ public:
     bool keepsSamples = true;
     CoroutineGate authorizationGate;
     CoroutineGate reservationGate;
+    CoroutineGate preparationGate; ///< of all analyzers
 
     /// Supports the locales asked for as `locales` and no others.
     void supportOnly(const QStringList &locales);

@@ -101,6 +101,10 @@ struct LiveSession
     {
         return controller->captionLines().at(index).translatedText;
     }
+    TranslationState stateOfLine(qsizetype index) const
+    {
+        return controller->translationOf(controller->captionLines().at(index)).state;
+    }
 };
 
 } // namespace lumaphone::test

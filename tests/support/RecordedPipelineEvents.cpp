@@ -15,6 +15,11 @@ QString lineOf(const pipeline_event::Speech &event)
         + (event.isFinal ? QStringLiteral(" final ") : QStringLiteral(" volatile ")) + event.text;
 }
 
+QString lineOf(const pipeline_event::Pace &event)
+{
+    return event.isBehind ? QStringLiteral("behind") : QStringLiteral("caught up");
+}
+
 QString lineOf(const pipeline_event::Failed &event)
 {
     return QStringLiteral("failed ") + event.message;

@@ -14,7 +14,8 @@ class RecordedPipelineEvents
 {
 public:
     SystemAudioPipelineEventHandler handler() const;
-    /// One line per event: "audio <summary>", "english final hello", "failed <message>".
+    /// One line per event: "audio <summary>", "english final hello", "behind", "caught up", "failed
+    /// <message>".
     QStringList lines() const;
     int count() const;
 

@@ -3,6 +3,7 @@
 #include "base/LocalizedError.h"
 #include "session/CaptionTranslator.h"
 #include "support/VirtualClock.h"
+#include "translation/TransportError.h"
 
 #include <algorithm>
 #include <chrono>
@@ -22,6 +23,7 @@ public:
         std::chrono::milliseconds delay {0};
         QString error; ///< empty for a success
         bool endsWhenStopped = true;
+        bool isTimeOut = false; ///< the error is that no answer came
     };
     struct Call
     {
@@ -57,6 +59,9 @@ public:
         }
         if (left.count() > 0) {
             throw PlatformError(QStringLiteral("cancelled"));
+        }
+        if (planned.isTimeOut && !planned.error.isEmpty()) {
+            throw TransportError::timedOut(QUrl(QStringLiteral("http://server/v1")), planned.delay);
         }
         if (!planned.error.isEmpty()) {
             throw PlatformError(planned.error);

@@ -1,24 +1,29 @@
 import QtQuick
 import Lumaphone
 
-/// One line of the transcript: what was said, and its translation beside it. It keeps its height when the translation arrives,
-/// unless that needs more room.
+/// One line of the transcript: what was said, and its translation beside it, or why there is none and a way to try again. It keeps
+/// its height when the translation arrives, unless that needs more room.
 Item {
     id: row
 
+    required property int index
     required property string sourceText
     required property string translatedText
     required property string sourceLanguage
     required property bool isFinal
     required property bool isPending
+    required property bool isFailed
+    required property string failure
     required property string time
     readonly property real columnWidth: Math.floor((width - Theme.margin) / 2)
+
+    signal translateAgain
 
     width: ListView.view ? ListView.view.width - Theme.margin + Theme.half : implicitWidth
     implicitHeight: Math.max(source.height, translation.height) + Theme.gap
     Accessible.role: Accessible.ListItem
     Accessible.name: isPending ? sourceText : sourceText + "\n" + translatedText
-    Accessible.description: time
+    Accessible.description: isFailed && failure !== "" ? time + "，" + failure : time
 
     LanguageText {
         id: source
@@ -37,12 +42,27 @@ Item {
         id: translation
 
         x: row.columnWidth + Theme.margin
-        width: row.columnWidth
+        width: row.columnWidth - (again.visible ? again.width + Theme.unit : 0)
         text: row.translatedText
         font.pixelSize: 15
         lineHeightMode: Text.FixedHeight
         lineHeight: 24
-        color: row.isFinal && !row.isPending ? Theme.text : Theme.textSoft
+        color: row.isFinal && !row.isPending && !row.isFailed ? Theme.text : Theme.textSoft
         Accessible.ignored: true
+    }
+
+    ActionButton {
+        id: again
+
+        objectName: "row.translateAgain"
+        anchors.right: parent.right
+        y: Math.round((translation.lineHeight - height) / 2)
+        visible: row.isFailed
+        isCompact: true
+        kind: ActionButton.Kind.Quiet
+        text: "再試一次"
+        help: row.failure
+        Accessible.name: "再試一次：" + row.sourceText
+        onClicked: row.translateAgain()
     }
 }

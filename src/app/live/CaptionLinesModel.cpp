@@ -1,7 +1,10 @@
 #include "app/live/CaptionLinesModel.h"
 
+#include "app/live/LiveTexts.h"
 #include "base/Text.h"
 #include "session/SystemAudioCaptureController.h"
+
+#include <utility>
 
 namespace lumaphone {
 
@@ -13,6 +16,8 @@ CaptionLinesModel::CaptionLinesModel(const SystemAudioCaptureController &control
     connect(&controller, &Controller::lineInserted, this, &CaptionLinesModel::insertRow);
     connect(&controller, &Controller::lineChanged, this, &CaptionLinesModel::changeRow);
     connect(&controller, &Controller::linesReset, this, &CaptionLinesModel::reset);
+    connect(&controller, &Controller::translationStatesChanged, this,
+        &CaptionLinesModel::updateTranslationStates);
     reset();
 }
 
@@ -31,13 +36,18 @@ QVariant CaptionLinesModel::data(const QModelIndex &index, int role) const
     case SourceTextRole:
         return line.sourceText;
     case TranslatedTextRole:
-        return line.translatedText;
+        return m_rows[size_t(index.row())].translation == TranslationState::failed ? livetexts::untranslated()
+                                                                                   : line.translatedText;
     case SourceLanguageRole:
         return rawValue(line.sourceLanguage);
     case IsFinalRole:
         return line.isFinal;
     case IsPendingRole:
-        return line.translatedText == pendingTranslationPlaceholder;
+        return m_rows[size_t(index.row())].translation == TranslationState::pending;
+    case IsFailedRole:
+        return m_rows[size_t(index.row())].translation == TranslationState::failed;
+    case FailureRole:
+        return m_controller.translationOf(line).error;
     case TimeRole:
         return line.createdAt.toLocalTime().toString(QStringLiteral("HH:mm:ss"));
     default:
@@ -49,15 +59,22 @@ QHash<int, QByteArray> CaptionLinesModel::roleNames() const
 {
     return {{SourceTextRole, "sourceText"}, {TranslatedTextRole, "translatedText"},
         {SourceLanguageRole, "sourceLanguage"}, {IsFinalRole, "isFinal"}, {IsPendingRole, "isPending"},
-        {TimeRole, "time"}};
+        {IsFailedRole, "isFailed"}, {FailureRole, "failure"}, {TimeRole, "time"}};
 }
 
 CaptionLinesModel::Row CaptionLinesModel::rowOf(qsizetype index) const
 {
     const LumaphoneCaptionLine &line = m_controller.captionLines().at(index);
-    return {.isPending = line.translatedText == pendingTranslationPlaceholder,
+    return {.translation = m_controller.translationOf(line).state,
         .isTranslated = !text::trimmed(line.translatedText).isEmpty(),
         .isFinal = line.isFinal};
+}
+
+void CaptionLinesModel::count(const Row &row, int times)
+{
+    m_pending += row.translation == TranslationState::pending ? times : 0;
+    m_failed += row.translation == TranslationState::failed ? times : 0;
+    m_translated += row.isTranslated ? times : 0;
 }
 
 void CaptionLinesModel::insertRow(qsizetype index)
@@ -65,8 +82,7 @@ void CaptionLinesModel::insertRow(qsizetype index)
     beginInsertRows({}, int(index), int(index));
     const Row row = rowOf(index);
     m_rows.insert(m_rows.begin() + index, row);
-    m_pending += row.isPending ? 1 : 0;
-    m_translated += row.isTranslated ? 1 : 0;
+    count(row, 1);
     endInsertRows();
     emit countChanged();
     publishCounts();
@@ -78,10 +94,9 @@ void CaptionLinesModel::insertRow(qsizetype index)
 void CaptionLinesModel::changeRow(qsizetype index)
 {
     Row &row = m_rows.at(size_t(index));
-    const Row former = row;
-    row = rowOf(index);
-    m_pending += int(row.isPending) - int(former.isPending);
-    m_translated += int(row.isTranslated) - int(former.isTranslated);
+    const Row former = std::exchange(row, rowOf(index));
+    count(former, -1);
+    count(row, 1);
     const bool hasFinished = row.isFinal && !former.isFinal;
     const QModelIndex changed = this->index(int(index));
     emit dataChanged(changed, changed);
@@ -91,16 +106,29 @@ void CaptionLinesModel::changeRow(qsizetype index)
     }
 }
 
+void CaptionLinesModel::updateTranslationStates()
+{
+    for (size_t row = 0; row < m_rows.size(); ++row) {
+        // What has a translation keeps it until its text changes, which is told for itself.
+        const TranslationState former = m_rows[row].translation;
+        const bool mayDiffer = former != TranslationState::arrived;
+        const auto &line = m_controller.captionLines().at(qsizetype(row));
+        if (mayDiffer && m_controller.translationOf(line).state != former) {
+            changeRow(qsizetype(row));
+        }
+    }
+}
+
 void CaptionLinesModel::reset()
 {
     beginResetModel();
     m_rows.clear();
     m_pending = 0;
+    m_failed = 0;
     m_translated = 0;
     for (qsizetype index = 0; index < m_controller.captionLines().size(); ++index) {
         m_rows.push_back(rowOf(index));
-        m_pending += m_rows.back().isPending ? 1 : 0;
-        m_translated += m_rows.back().isTranslated ? 1 : 0;
+        count(m_rows.back(), 1);
     }
     endResetModel();
     emit countChanged();
@@ -112,6 +140,10 @@ void CaptionLinesModel::publishCounts()
     if (m_publishedPending != hasPendingTranslation()) {
         m_publishedPending = hasPendingTranslation();
         emit hasPendingTranslationChanged();
+    }
+    if (m_publishedFailed != m_failed) {
+        m_publishedFailed = m_failed;
+        emit failedCountChanged();
     }
     if (m_publishedTranslated != hasTranslatedText()) {
         m_publishedTranslated = hasTranslatedText();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/TranslationState.h"
+
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 
@@ -18,15 +20,18 @@ class CaptionLinesModel final : public QAbstractListModel
     QML_UNCREATABLE("The live session's model has one.")
     Q_PROPERTY(int count READ count NOTIFY countChanged)
     Q_PROPERTY(bool hasPendingTranslation READ hasPendingTranslation NOTIFY hasPendingTranslationChanged)
+    Q_PROPERTY(int failedCount READ failedCount NOTIFY failedCountChanged)
     Q_PROPERTY(bool hasTranslatedText READ hasTranslatedText NOTIFY hasTranslatedTextChanged)
 
 public:
     enum Role {
         SourceTextRole = Qt::UserRole + 1,
-        TranslatedTextRole,
+        TranslatedTextRole, ///< or that there is none
         SourceLanguageRole, ///< raw value, such as "japanese"
         IsFinalRole,
-        IsPendingRole, ///< the translation has not arrived
+        IsPendingRole, ///< the translation is on its way
+        IsFailedRole, ///< there is none, until it is tried again
+        FailureRole, ///< why there is none
         TimeRole, ///< when the line was opened, such as "14:05:09"
     };
 
@@ -36,6 +41,8 @@ public:
     int count() const { return int(m_rows.size()); }
     /// Whether some line still waits for its translation.
     bool hasPendingTranslation() const { return m_pending > 0; }
+    /// How many lines have no translation and wait for none.
+    int failedCount() const { return m_failed; }
     /// Whether some line has a translation side that is not blank.
     bool hasTranslatedText() const { return m_translated > 0; }
 
@@ -46,30 +53,35 @@ public:
 signals:
     void countChanged();
     void hasPendingTranslationChanged();
+    void failedCountChanged();
     void hasTranslatedTextChanged();
     /// A line has become final.
     void lineFinished(int row);
 
 private:
-    /// What a row contributed to the counts.
+    /// What a row contributes to the counts.
     struct Row
     {
-        bool isPending = false;
+        TranslationState translation = TranslationState::pending;
         bool isTranslated = false;
         bool isFinal = false;
     };
 
     Row rowOf(qsizetype index) const;
+    void count(const Row &row, int times);
     void insertRow(qsizetype index);
     void changeRow(qsizetype index);
+    void updateTranslationStates();
     void reset();
     void publishCounts();
 
     const SystemAudioCaptureController &m_controller;
     std::vector<Row> m_rows;
     int m_pending = 0;
+    int m_failed = 0;
     int m_translated = 0;
     bool m_publishedPending = false;
+    int m_publishedFailed = 0;
     bool m_publishedTranslated = false;
 };
 

@@ -36,15 +36,22 @@ LiveTranscript transcriptOf(
 
 LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
     const LumaphoneSettings &settings, TranscriptLibraryStore &library,
-    const LumaphoneGlossaryStore &glossary, std::chrono::milliseconds soundPatience, QObject *parent)
+    const LumaphoneGlossaryStore &glossary, const LivePatience &patience, QObject *parent)
     : QObject(parent)
     , m_controller(controller)
     , m_settings(settings)
     , m_library(library)
     , m_glossary(glossary)
-    , m_soundWatch(soundPatience)
+    , m_soundWatch(patience.withSilence)
     , m_lines(controller)
+    , m_savedFollower(controller, library)
 {
+    m_endPatience.setSingleShot(true);
+    m_endPatience.setInterval(patience.withLastTranslations);
+    connect(&m_endPatience, &QTimer::timeout, this, &LiveSessionModel::finishEnding);
+    connect(&m_savedFollower, &SavedTranscriptFollower::failed, this, [this](const QString &message) {
+        set(m_saveErrorMessage, message, &LiveSessionModel::saveErrorMessageChanged);
+    });
     using Controller = SystemAudioCaptureController;
     connect(&controller, &Controller::isRunningChanged, this, [this] {
         m_soundWatch.setRunning(m_controller.isRunning());
@@ -60,15 +67,17 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
         }
         update();
     });
-    connect(&controller, &Controller::sessionFailed, this, [this](const QString &message) {
-        // Lines that wait to be saved are no failure; the review bar asks for them.
-        if (message != texts::unsavedTranscript()) {
-            setFailureMessage(message);
-        }
-        update();
-    });
+    connect(
+        &controller, &Controller::sessionFailed, this, [this](const QString &message, SessionFailure reason) {
+            // Lines that wait to be saved are no failure; the review bar asks for them.
+            if (reason != SessionFailure::unsavedTranscript) {
+                setFailureMessage(message);
+            }
+            update();
+        });
     connect(&controller, &Controller::soundArrived, &m_soundWatch, &SoundWatch::soundArrived);
     connect(&m_soundWatch, &SoundWatch::isWithoutSoundChanged, this, &LiveSessionModel::update);
+    connect(&controller, &Controller::isBehindChanged, this, &LiveSessionModel::update);
     connect(&controller, &Controller::savedTranscriptIDChanged, this, &LiveSessionModel::update);
     connect(
         &controller, &Controller::savedTranscriptTitleChanged, this, &LiveSessionModel::savedTitleChanged);
@@ -78,6 +87,7 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
     });
     connect(&controller, &Controller::statusChanged, this, &LiveSessionModel::statusChanged);
     connect(&controller, &Controller::captionLinesChanged, this, &LiveSessionModel::update);
+    connect(&controller, &Controller::translationStatesChanged, this, &LiveSessionModel::updateStage);
     connect(&controller, &Controller::detectedLanguageChanged, this, &LiveSessionModel::updateStage);
     connect(&controller, &Controller::sourceLanguageChanged, this, [this] {
         updateStage();
@@ -87,16 +97,12 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
         updateStage();
         emit audioInputSourceChanged();
     });
-    connect(&m_lines, &CaptionLinesModel::hasPendingTranslationChanged, this,
-        &LiveSessionModel::cardStatusTextChanged);
+    for (const auto changed :
+        {&CaptionLinesModel::hasPendingTranslationChanged, &CaptionLinesModel::failedCountChanged}) {
+        connect(&m_lines, changed, this, &LiveSessionModel::cardStatusTextChanged);
+    }
     connect(&m_lines, &CaptionLinesModel::lineFinished, this,
         [this](int row) { emit lineFinished(m_controller.captionLines().at(row).sourceText); });
-    for (const auto changed :
-        {&LumaphoneSettings::processingModeChanged, &LumaphoneSettings::providerBaseURLChanged,
-            &LumaphoneSettings::providerModelChanged, &LumaphoneSettings::hasProviderAPIKeyChanged}) {
-        connect(&settings, changed, &controller, &Controller::translateRestoredLines);
-    }
-    controller.translateRestoredLines();
     m_soundWatch.setRunning(controller.isRunning());
     update();
 }
@@ -119,6 +125,7 @@ void LiveSessionModel::update()
         .isSaved = m_controller.savedTranscriptID().has_value(),
         .isRestored = m_controller.restoredDraftMessage().has_value(),
         .isWithoutSound = m_soundWatch.isWithoutSound(),
+        .isBehind = m_controller.isBehind(),
         .hasFailed = !m_failureMessage.isEmpty(),
     };
     set(m_facts, facts, &LiveSessionModel::factsChanged);
@@ -131,12 +138,13 @@ void LiveSessionModel::updateStage()
     const LumaphoneCaptionLine *newest = lines.isEmpty() ? nullptr : &lines.constLast();
     set(m_sourceText, livetexts::sourceText(newest, m_facts, m_controller.audioInputSource()),
         &LiveSessionModel::sourceTextChanged);
-    set(m_translationText, livetexts::translationText(newest, m_facts),
+    const auto translation = newest ? m_controller.translationOf(*newest).state : TranslationState::unwanted;
+    set(m_translationText, livetexts::translationText(newest, translation, m_facts),
         &LiveSessionModel::translationTextChanged);
     set(m_stageLanguage, newest ? rawValue(newest->sourceLanguage) : QString(),
         &LiveSessionModel::stageLanguageChanged);
     set(m_isStageFinal, newest && newest->isFinal, &LiveSessionModel::isStageFinalChanged);
-    set(m_isStageTranslated, newest && newest->translatedText != pendingTranslationPlaceholder,
+    set(m_isStageTranslated, translation == TranslationState::arrived,
         &LiveSessionModel::isStageTranslatedChanged);
     set(m_languageStatusText,
         livetexts::languageStatusText(m_controller.sourceLanguage(), m_controller.detectedLanguage()),
@@ -178,14 +186,19 @@ QString LiveSessionModel::stageStateText() const
     return livetexts::stageStateText(m_facts);
 }
 
+QString LiveSessionModel::behindText() const
+{
+    return texts::fellBehind();
+}
+
 QString LiveSessionModel::cardStatusText() const
 {
-    return livetexts::cardStatusText(m_lines.hasPendingTranslation());
+    return livetexts::cardStatusText(m_lines.hasPendingTranslation(), m_lines.failedCount());
 }
 
 void LiveSessionModel::startOrStop()
 {
-    if (m_controller.isRunning()) {
+    if (m_controller.isRunning() || m_controller.isStarting()) {
         m_controller.stop(true);
     } else {
         m_controller.start();
@@ -197,6 +210,20 @@ void LiveSessionModel::endSession()
     if (m_controller.isRunning() || m_controller.isStarting()) {
         m_controller.stop(true);
     }
+    if (!m_controller.isTranslating()) {
+        finishEnding();
+        return;
+    }
+    connect(&m_controller, &SystemAudioCaptureController::translationsSettled, this,
+        &LiveSessionModel::finishEnding, Qt::UniqueConnection);
+    m_endPatience.start();
+}
+
+void LiveSessionModel::finishEnding()
+{
+    m_endPatience.stop();
+    m_savedFollower.write();
+    emit ended();
 }
 
 void LiveSessionModel::saveTranscript()
@@ -231,6 +258,19 @@ void LiveSessionModel::startNew()
 {
     clearCaptions();
     m_controller.start();
+}
+
+void LiveSessionModel::translateAgain()
+{
+    m_controller.translateAgain();
+}
+
+void LiveSessionModel::translateLineAgain(int row)
+{
+    const auto &lines = m_controller.captionLines();
+    if (row >= 0 && row < lines.size()) {
+        m_controller.translateAgain(lines[row].id);
+    }
 }
 
 void LiveSessionModel::setSourceLanguage(const QString &language)

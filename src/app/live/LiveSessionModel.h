@@ -3,9 +3,11 @@
 #include "app/live/CaptionLinesModel.h"
 #include "app/live/SessionPhase.h"
 #include "app/live/SoundWatch.h"
+#include "session/SavedTranscriptFollower.h"
 #include "session/SystemAudioCaptureController.h"
 
 #include <QObject>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
 #include <chrono>
@@ -15,6 +17,14 @@ namespace lumaphone {
 class LumaphoneGlossaryStore;
 class LumaphoneSettings;
 class TranscriptLibraryStore;
+
+/// How long the live views wait for what may not come.
+struct LivePatience
+{
+    std::chrono::milliseconds withSilence = SoundWatch::defaultPatience;
+    /// At the end of the program.
+    std::chrono::milliseconds withLastTranslations = std::chrono::seconds(2);
+};
 
 /// The live session as the command bar and the live workspace show it: every text, state and permission,
 /// derived from the controller, and the actions of the user. Main thread.
@@ -31,6 +41,7 @@ class LiveSessionModel final : public QObject
     Q_PROPERTY(bool isSaved READ isSaved NOTIFY factsChanged)
     Q_PROPERTY(bool isReviewing READ isReviewing NOTIFY factsChanged)
     Q_PROPERTY(bool isWithoutSound READ isWithoutSound NOTIFY factsChanged)
+    Q_PROPERTY(bool isBehind READ isBehind NOTIFY factsChanged)
     Q_PROPERTY(bool hasFailed READ hasFailed NOTIFY factsChanged)
     Q_PROPERTY(QString failureMessage READ failureMessage NOTIFY failureMessageChanged)
     Q_PROPERTY(QString status READ status NOTIFY statusChanged)
@@ -40,7 +51,6 @@ class LiveSessionModel final : public QObject
     // The command bar.
     Q_PROPERTY(QString startStopText READ startStopText NOTIFY factsChanged)
     Q_PROPERTY(QString startStopSymbol READ startStopSymbol NOTIFY factsChanged)
-    Q_PROPERTY(bool canStartOrStop READ canStartOrStop NOTIFY factsChanged)
     Q_PROPERTY(QString saveHelp READ saveHelp NOTIFY factsChanged)
     Q_PROPERTY(bool canSave READ canSave NOTIFY factsChanged)
     Q_PROPERTY(QString newCaptionsHelp READ newCaptionsHelp NOTIFY factsChanged)
@@ -60,6 +70,7 @@ class LiveSessionModel final : public QObject
     Q_PROPERTY(bool isStageTranslated READ isStageTranslated NOTIFY isStageTranslatedChanged)
     Q_PROPERTY(QString languageStatusText READ languageStatusText NOTIFY languageStatusTextChanged)
     Q_PROPERTY(QString stageStateText READ stageStateText NOTIFY factsChanged)
+    Q_PROPERTY(QString behindText READ behindText CONSTANT)
     // The card.
     Q_PROPERTY(lumaphone::CaptionLinesModel *lines READ lines CONSTANT)
     Q_PROPERTY(QString cardStatusText READ cardStatusText NOTIFY cardStatusTextChanged)
@@ -68,7 +79,7 @@ public:
     /// Everything given must outlive the model.
     LiveSessionModel(SystemAudioCaptureController &controller, const LumaphoneSettings &settings,
         TranscriptLibraryStore &library, const LumaphoneGlossaryStore &glossary,
-        std::chrono::milliseconds soundPatience = SoundWatch::defaultPatience, QObject *parent = nullptr);
+        const LivePatience &patience = {}, QObject *parent = nullptr);
 
     bool isStarting() const { return m_facts.isStarting; }
     bool isRunning() const { return m_facts.isRunning; }
@@ -77,6 +88,7 @@ public:
     bool isSaved() const { return m_facts.isSaved; }
     bool isReviewing() const { return lumaphone::isReviewing(m_facts); }
     bool isWithoutSound() const { return m_facts.isWithoutSound; }
+    bool isBehind() const { return m_facts.isBehind; }
     bool hasFailed() const { return m_facts.hasFailed; }
     const QString &failureMessage() const { return m_failureMessage; }
     const QString &status() const { return m_controller.status(); }
@@ -87,7 +99,6 @@ public:
 
     QString startStopText() const;
     QString startStopSymbol() const;
-    bool canStartOrStop() const { return !isStarting(); }
     QString saveHelp() const;
     bool canSave() const { return isReviewing(); }
     QString newCaptionsHelp() const;
@@ -109,19 +120,25 @@ public:
     bool isStageTranslated() const { return m_isStageTranslated; }
     const QString &languageStatusText() const { return m_languageStatusText; }
     QString stageStateText() const;
+    QString behindText() const;
 
     CaptionLinesModel *lines() { return &m_lines; }
     QString cardStatusText() const;
 
-    /// Starts a session, or ends the one that runs. Unsaved lines are not lost: the controller refuses then.
+    /// Starts a session, or ends the one that runs or starts. Unsaved lines are not lost: the controller
+    /// refuses then.
     Q_INVOKABLE void startOrStop();
-    /// Ends a session that runs or starts; its draft stays.
+    /// Ends a session that runs or starts; its draft stays. `ended` follows when the last translations have
+    /// come, or after a moment.
     Q_INVOKABLE void endSession();
     /// Saves the lines into the library, again if they were saved before. A failure is `saveErrorMessage`.
     Q_INVOKABLE void saveTranscript();
     Q_INVOKABLE void clearCaptions();
     /// Drops the lines, saved or not, and starts the next session.
     Q_INVOKABLE void startNew();
+    /// Tries what has no translation once more: every line, or the one in a row of `lines`.
+    Q_INVOKABLE void translateAgain();
+    Q_INVOKABLE void translateLineAgain(int row);
     Q_INVOKABLE void setSourceLanguage(const QString &language);
     Q_INVOKABLE void requestSystemAudioAccessIfNeeded();
     Q_INVOKABLE QString joinedSourceText() const;
@@ -129,6 +146,7 @@ public:
     Q_INVOKABLE void copyText(const QString &text) const;
 
 signals:
+    void ended();
     void factsChanged();
     void failureMessageChanged();
     void statusChanged();
@@ -152,6 +170,7 @@ private:
     void update();
     void updateStage();
     void setFailureMessage(const QString &message);
+    void finishEnding();
 
     SystemAudioCaptureController &m_controller;
     const LumaphoneSettings &m_settings;
@@ -159,6 +178,8 @@ private:
     const LumaphoneGlossaryStore &m_glossary;
     SoundWatch m_soundWatch;
     CaptionLinesModel m_lines;
+    SavedTranscriptFollower m_savedFollower;
+    QTimer m_endPatience; ///< with the last translations
     SessionFacts m_facts;
     QString m_failureMessage;
     QString m_saveErrorMessage;

@@ -95,9 +95,11 @@ Card {
             objectName: "stage.notice"
             visible: text !== ""
             text: stage.session.failureMessage !== "" ? stage.session.failureMessage
-                : stage.session.isWithoutSound ? stage.session.withoutSoundText : ""
-            systemImage: stage.session.failureMessage !== "" ? "exclamationmark.triangle.fill" : "speaker.slash.fill"
-            tone: stage.session.failureMessage !== "" ? Chip.Tone.Danger : Chip.Tone.Warning
+                : stage.session.isWithoutSound ? stage.session.withoutSoundText : stage.session.isBehind ? stage.session.behindText : ""
+            systemImage: stage.session.failureMessage !== "" ? "exclamationmark.triangle.fill"
+                : stage.session.isWithoutSound ? "speaker.slash.fill" : "clock"
+            tone: stage.session.failureMessage !== "" ? Chip.Tone.Danger
+                : stage.session.isWithoutSound ? Chip.Tone.Warning : Chip.Tone.Neutral
         }
     }
 }

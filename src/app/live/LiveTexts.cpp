@@ -38,13 +38,27 @@ QString sourceText(
     return QStringLiteral("按開始後，Lumaphone 會開始聽%1，把聽到的話寫在這裡。").arg(title(source));
 }
 
-QString translationText(const LumaphoneCaptionLine *line, const SessionFacts &facts)
+QString translationText(
+    const LumaphoneCaptionLine *line, TranslationState translation, const SessionFacts &facts)
 {
-    if (line) {
-        return line->translatedText == pendingTranslationPlaceholder ? QStringLiteral("正在整理成台灣繁中...")
-                                                                     : line->translatedText;
+    if (!line) {
+        return facts.isRunning ? QStringLiteral("字幕會在這裡跟上。") : QStringLiteral("準備好就開始。");
     }
-    return facts.isRunning ? QStringLiteral("字幕會在這裡跟上。") : QStringLiteral("準備好就開始。");
+    switch (translation) {
+    case TranslationState::pending:
+        return QStringLiteral("正在整理成台灣繁中...");
+    case TranslationState::failed:
+        return untranslated();
+    case TranslationState::unwanted:
+    case TranslationState::arrived:
+        return line->translatedText;
+    }
+    Q_UNREACHABLE();
+}
+
+QString untranslated()
+{
+    return QStringLiteral("這一句沒有翻譯。");
 }
 
 QString languageStatusText(
@@ -97,18 +111,20 @@ QString joinedTranslatedText(const QList<LumaphoneCaptionLine> &lines)
 
 bool hasPendingTranslation(const QList<LumaphoneCaptionLine> &lines)
 {
-    return std::ranges::any_of(
-        lines, [](const auto &line) { return line.translatedText == pendingTranslationPlaceholder; });
+    return std::ranges::any_of(lines, &isPending);
 }
 
-QString cardStatusText(bool hasPendingTranslation)
+QString cardStatusText(bool hasPendingTranslation, int failed)
 {
-    return hasPendingTranslation ? QStringLiteral("還有句子正在收尾") : QStringLiteral("已整理成字幕稿");
+    if (hasPendingTranslation) {
+        return QStringLiteral("還有句子正在收尾");
+    }
+    return failed > 0 ? QStringLiteral("有 %1 句沒有翻譯").arg(failed) : QStringLiteral("已整理成字幕稿");
 }
 
 QString startStopText(const SessionFacts &facts)
 {
-    if (facts.isRunning) {
+    if (facts.isRunning || facts.isStarting) {
         return QStringLiteral("停止");
     }
     return hasUnsavedTranscript(facts) ? QStringLiteral("重開") : QStringLiteral("開始");
@@ -116,7 +132,8 @@ QString startStopText(const SessionFacts &facts)
 
 QString startStopSymbol(const SessionFacts &facts)
 {
-    return facts.isRunning ? QStringLiteral("stop.circle.fill") : QStringLiteral("play.circle.fill");
+    return facts.isRunning || facts.isStarting ? QStringLiteral("stop.circle.fill")
+                                               : QStringLiteral("play.circle.fill");
 }
 
 QString saveHelp(const SessionFacts &facts)

@@ -3,6 +3,7 @@
 #include "app/live/SessionPhase.h"
 #include "language/AppleSystemSpeechLanguage.h"
 #include "session/LumaphoneCaptionLine.h"
+#include "session/TranslationState.h"
 #include "storage/LumaphoneAudioInputSource.h"
 
 #include <QList>
@@ -13,10 +14,13 @@
 /// What the live views say, derived from the session's state.
 namespace lumaphone::livetexts {
 
-// The stage. `line` is the newest line, or null.
+// The stage. `line` is the newest line, or null, and `translation` how far its translation is.
 QString sourceText(
     const LumaphoneCaptionLine *line, const SessionFacts &facts, LumaphoneAudioInputSource source);
-QString translationText(const LumaphoneCaptionLine *line, const SessionFacts &facts);
+QString translationText(
+    const LumaphoneCaptionLine *line, TranslationState translation, const SessionFacts &facts);
+/// In the place of a translation that failed.
+QString untranslated();
 QString languageStatusText(
     AppleSystemSpeechLanguage chosen, const std::optional<AppleSystemSpeechLanguage> &detected);
 QString stageStateText(const SessionFacts &facts);
@@ -27,7 +31,8 @@ QString withoutSoundText(LumaphoneAudioInputSource source);
 QString joinedSourceText(const QList<LumaphoneCaptionLine> &lines);
 QString joinedTranslatedText(const QList<LumaphoneCaptionLine> &lines);
 bool hasPendingTranslation(const QList<LumaphoneCaptionLine> &lines);
-QString cardStatusText(bool hasPendingTranslation);
+/// `failed`: how many lines remain without a translation.
+QString cardStatusText(bool hasPendingTranslation, int failed);
 
 // The command bar.
 QString startStopText(const SessionFacts &facts);

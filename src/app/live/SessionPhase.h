@@ -11,6 +11,7 @@ struct SessionFacts
     bool isSaved = false; ///< the library has this session
     bool isRestored = false; ///< the lines come from the draft of a session that was interrupted
     bool isWithoutSound = false; ///< it runs, and nothing has been heard for a while
+    bool isBehind = false; ///< it runs, and recognition is slower than the sound
     bool hasFailed = false; ///< it could not start, or ended by itself
 
     bool operator==(const SessionFacts &) const = default;

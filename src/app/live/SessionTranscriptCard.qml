@@ -35,9 +35,10 @@ Card {
             }
 
             Symbol {
+                objectName: "card.statusSymbol"
                 visible: card.lines.count > 0 && !card.lines.hasPendingTranslation
-                name: "checkmark.circle.fill"
-                color: Theme.success
+                name: card.lines.failedCount > 0 ? "exclamationmark.circle.fill" : "checkmark.circle.fill"
+                color: card.lines.failedCount > 0 ? Theme.warning : Theme.success
                 size: 16
             }
 
@@ -47,6 +48,17 @@ Card {
                 text: card.session.cardStatusText
                 color: Theme.textSecondary
                 font.pixelSize: Theme.small
+            }
+
+            ActionButton {
+                objectName: "card.translateAgain"
+                Layout.leftMargin: Theme.half
+                visible: card.lines.failedCount > 0
+                isCompact: true
+                systemImage: "arrow.triangle.2.circlepath"
+                text: "全部再試一次"
+                help: "把沒有翻譯的句子再送去翻譯一次"
+                onClicked: card.session.translateAgain()
             }
         }
 
@@ -95,7 +107,9 @@ Card {
                 topMargin: Theme.half
                 bottomMargin: Theme.half
                 model: card.lines
-                delegate: CaptionLineRow {}
+                delegate: CaptionLineRow {
+                    onTranslateAgain: card.session.translateLineAgain(index)
+                }
                 Accessible.role: Accessible.List
                 Accessible.name: "剛剛聽到的內容"
             }

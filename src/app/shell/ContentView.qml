@@ -221,13 +221,13 @@ FocusScope {
     Shortcut {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
         context: content.panelKeys
-        enabled: content.session.canStartOrStop && !content.isSheetPresented
+        enabled: !content.isSheetPresented
         onActivated: content.session.startOrStop()
     }
 
     // Where no control wants the space bar, it starts and stops.
     Keys.onSpacePressed: {
-        if (content.workspaceMode === "live" && content.session.canStartOrStop)
+        if (content.workspaceMode === "live")
             content.session.startOrStop();
     }
 }

@@ -73,8 +73,7 @@ Rectangle {
             implicitWidth: 96
             text: bar.session.startStopText
             systemImage: bar.session.startStopSymbol
-            help: bar.session.isRunning ? "停止即時字幕（Ctrl+Enter）" : "開始即時字幕（Ctrl+Enter）"
-            enabled: bar.session.canStartOrStop
+            help: bar.session.isRunning || bar.session.isStarting ? "停止即時字幕（Ctrl+Enter）" : "開始即時字幕（Ctrl+Enter）"
             onClicked: bar.session.startOrStop()
         }
 

@@ -121,11 +121,23 @@ void EngineSpeechAnalyzer::feed(AnalyzerInputStream &input, const std::stop_toke
     }
 }
 
+std::chrono::milliseconds EngineSpeechAnalyzer::waitingSound() const
+{
+    std::size_t samples = 0;
+    for (const auto &thread : m_threads) {
+        samples = std::max(samples, thread->waitingSamples());
+    }
+    return std::chrono::milliseconds(samples * 1000 / static_cast<std::size_t>(PcmBuffer::sampleRateHz));
+}
+
 void EngineSpeechAnalyzer::cancelAndFinishNow()
 {
     m_cancelled.request_stop();
     for (const auto &thread : m_threads) {
         thread->cancel();
+    }
+    for (const auto &thread : m_threads) {
+        thread->waitUntilLoadingEnds();
     }
 }
 

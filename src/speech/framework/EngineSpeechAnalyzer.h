@@ -29,6 +29,8 @@ public:
     QCoro::Task<> prepareToAnalyze(double sampleRateHz) override;
     void start(AnalyzerInputStream &input, const std::stop_token &stop) override;
     void cancelAndFinishNow() override;
+    /// Of the recogniser that is furthest behind.
+    std::chrono::milliseconds waitingSound() const override;
 
 private:
     void startThreads();

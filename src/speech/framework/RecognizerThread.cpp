@@ -29,7 +29,7 @@ std::string RecognizerThread::name() const
 void RecognizerThread::load()
 {
     const std::lock_guard lock(m_loadMutex);
-    if (m_isLoaded) {
+    if (m_isLoaded || isCancelled()) {
         return;
     }
     try {
@@ -51,6 +51,17 @@ void RecognizerThread::cancel()
     }
     m_recognizer->cancel();
     m_queue.close();
+}
+
+bool RecognizerThread::isCancelled() const
+{
+    const std::lock_guard lock(m_stateMutex);
+    return m_isCancelled;
+}
+
+void RecognizerThread::waitUntilLoadingEnds()
+{
+    const std::lock_guard lock(m_loadMutex);
 }
 
 void RecognizerThread::start()
@@ -101,6 +112,9 @@ void RecognizerThread::run()
 void RecognizerThread::recognize()
 {
     load();
+    if (isCancelled()) {
+        return;
+    }
     while (const auto samples = m_queue.take()) {
         m_recognizer->accept(*samples);
     }

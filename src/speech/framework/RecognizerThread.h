@@ -26,10 +26,14 @@ public:
     std::string name() const;
 
     // Any thread.
-    /// Loads the recogniser, once. Throws SpeechFrameworkError.
+    /// Loads the recogniser, once, and not after cancel(). Throws SpeechFrameworkError.
     void load();
     /// Ends the results at once, without a last final text.
     void cancel();
+    /// Samples that wait for the recogniser.
+    std::size_t waitingSamples() const { return m_queue.pendingSamples(); }
+    /// Returns when nobody is in load().
+    void waitUntilLoadingEnds();
 
     // The thread that feeds.
     /// Starts recognising. Throws std::system_error if there is no thread to be had.
@@ -44,6 +48,7 @@ private:
     void run();
     void recognize();
     void markDone();
+    bool isCancelled() const;
 
     const std::shared_ptr<StreamingRecognizer> m_recognizer;
     const Modules m_modules;
@@ -52,7 +57,7 @@ private:
     std::mutex m_loadMutex;
     bool m_isLoaded = false;
 
-    std::mutex m_stateMutex;
+    mutable std::mutex m_stateMutex;
     std::condition_variable_any m_stateChanged;
     bool m_isCancelled = false;
     bool m_isDone = false;

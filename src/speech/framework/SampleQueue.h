@@ -41,6 +41,13 @@ public:
         return true;
     }
 
+    /// How many samples nobody has taken yet.
+    std::size_t pendingSamples() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_pendingSamples;
+    }
+
     /// No more samples follow; what is pending is still taken.
     void finish() { end(false); }
     /// Drops what is pending and takes no more.
@@ -77,7 +84,7 @@ private:
     }
 
     const std::size_t m_capacity;
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::condition_variable_any m_changed;
     std::deque<std::vector<std::int16_t>> m_pieces;
     std::size_t m_pendingSamples = 0;

@@ -2,8 +2,15 @@
 
 namespace lumaphone {
 
+void HostRecovery::closed(const host::Closed &segment)
+{
+    m_stalls = 0;
+    m_closed.push_back(segment);
+}
+
 void HostRecovery::decoded(const host::Decoded &text)
 {
+    m_stalls = 0;
     if (!text.isFinal) {
         return;
     }
@@ -30,6 +37,11 @@ std::optional<HostRecovery::Restart> HostRecovery::died(Time now, std::int64_t s
     m_hasProgressed = false;
     m_closed.clear();
     return restart;
+}
+
+std::optional<HostRecovery::Restart> HostRecovery::stalled(Time now, std::int64_t sent)
+{
+    return ++m_stalls >= mostStalls ? std::nullopt : died(now, sent);
 }
 
 } // namespace lumaphone

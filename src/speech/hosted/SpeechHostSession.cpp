@@ -16,10 +16,6 @@ namespace lumaphone {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-// A host that says nothing for so long although it owes something has lost its way.
-constexpr std::chrono::milliseconds longestSilence = 60s;
 // Sound that may wait for the socket: a second, so that a host which falls behind is felt soon.
 constexpr std::size_t unsentLimit = 16000;
 constexpr std::size_t pieceSize = 4096;
@@ -49,12 +45,13 @@ struct SpeechHostSession::Connection
     bool hasSentEnd = false;
 };
 
-SpeechHostSession::SpeechHostSession(
-    QString program, host::Configure configuration, TextSink onText, QString repair)
+SpeechHostSession::SpeechHostSession(QString program, host::Configure configuration, TextSink onText,
+    QString repair, std::chrono::milliseconds silence)
     : m_program(std::move(program))
     , m_configuration(std::move(configuration))
     , m_onText(std::move(onText))
     , m_repair(std::move(repair))
+    , m_longestSilence(silence)
     , m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
 }
@@ -149,7 +146,8 @@ void SpeechHostSession::run()
             } else if (ending == Ending::failed) {
                 enter(State::failed);
             }
-            if (ending != Ending::died || !recover()) {
+            const bool isLost = ending == Ending::died || ending == Ending::stalled;
+            if (!isLost || !recover(ending)) {
                 return;
             }
         }
@@ -187,9 +185,9 @@ SpeechHostSession::Ending SpeechHostSession::waitAndServe(Connection &connection
             {connection.process.socket(), static_cast<short>(POLLIN | (hasMore ? POLLOUT : 0)), 0},
             {m_wake, POLLIN, 0},
         }};
-        const int ready = ::poll(waits.data(), waits.size(), patience());
+        const int ready = ::poll(waits.data(), waits.size(), patience(hasMore));
         if (ready == 0) {
-            return Ending::died;
+            return Ending::stalled;
         }
         if ((waits[1].revents & POLLIN) != 0) {
             eventfd_t count = 0;
@@ -208,11 +206,13 @@ SpeechHostSession::Ending SpeechHostSession::waitAndServe(Connection &connection
 }
 
 /// In milliseconds, for poll(): without end where the host owes nothing.
-int SpeechHostSession::patience() const
+int SpeechHostSession::patience(bool hasUnsentSound) const
 {
     const std::lock_guard lock(m_mutex);
-    const bool owes = m_state != State::running || m_recovery.isOwedText() || m_hasEnded;
-    return owes ? static_cast<int>(longestSilence.count()) : -1;
+    const bool owes = m_state != State::running || m_recovery.isOwedText() || m_hasEnded || hasUnsentSound;
+    // To load takes its time, on whatever machine.
+    const auto patience = m_state == State::running ? m_longestSilence : longestSilence;
+    return owes ? static_cast<int>(patience.count()) : -1;
 }
 
 std::optional<SpeechHostSession::Ending> SpeechHostSession::receive(Connection &connection)
@@ -252,6 +252,7 @@ std::optional<SpeechHostSession::Ending> SpeechHostSession::take(const host::Rep
     } else if (const auto *const segment = std::get_if<host::Closed>(&report)) {
         m_recovery.closed(*segment);
     } else if (const auto *const settled = std::get_if<host::Settled>(&report)) {
+        m_recovery.settled();
         const std::lock_guard lock(m_mutex);
         m_outbox.settle(settled->position);
     } else if (const auto *const ready = std::get_if<host::Ready>(&report)) {
@@ -312,7 +313,7 @@ void SpeechHostSession::send(Connection &connection)
 }
 
 /// Prepares for the next host. False if there shall be none.
-bool SpeechHostSession::recover()
+bool SpeechHostSession::recover(Ending ending)
 {
     std::unique_lock lock(m_mutex);
     if (m_state == State::loading) {
@@ -320,10 +321,14 @@ bool SpeechHostSession::recover()
         fail(QStringLiteral("語音辨識程式在載入模型時結束，模型可能已損壞，%1").arg(m_repair));
         return false;
     }
-    const auto restart = m_recovery.died(std::chrono::steady_clock::now(), m_outbox.sentPosition());
+    const auto now = std::chrono::steady_clock::now();
+    const bool hasStalled = ending == Ending::stalled;
+    const auto restart = hasStalled ? m_recovery.stalled(now, m_outbox.sentPosition())
+                                    : m_recovery.died(now, m_outbox.sentPosition());
     if (!restart) {
         lock.unlock();
-        fail(QStringLiteral("語音辨識程式一再意外結束，已停止辨識。"));
+        fail(hasStalled ? QStringLiteral("語音辨識程式一再沒有回應，已停止辨識。")
+                        : QStringLiteral("語音辨識程式一再意外結束，已停止辨識。"));
         return false;
     }
     if (restart->skipTo) {

@@ -5,6 +5,7 @@
 #include "speech/hosted/SpeechHostProcess.h"
 #include "speech/protocol/FrameReader.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -26,9 +27,12 @@ public:
     /// For models that the user has installed.
     static QString reinstallTheModel() { return QStringLiteral("請移除後重新安裝。"); }
 
+    /// A host that says nothing for so long although it owes something has lost its way.
+    static constexpr std::chrono::milliseconds longestSilence = std::chrono::seconds(60);
+
     /// `program`: the host's executable. `repair`: a sentence for the user: what to do about damaged files.
     SpeechHostSession(QString program, host::Configure configuration, TextSink onText,
-        QString repair = reinstallTheModel());
+        QString repair = reinstallTheModel(), std::chrono::milliseconds silence = longestSilence);
     /// Ends the host at once.
     ~SpeechHostSession();
     SpeechHostSession(const SpeechHostSession &) = delete;
@@ -50,7 +54,7 @@ public:
 
 private:
     enum class State { idle, loading, running, restarting, finished, failed, cancelled };
-    enum class Ending { died, failed, finished, cancelled };
+    enum class Ending { died, stalled, failed, finished, cancelled };
 
     struct Connection;
 
@@ -63,10 +67,10 @@ private:
     std::optional<Ending> takeFailure(const host::Failure &failure);
     void send(Connection &connection);
     bool fillOutgoing(Connection &connection);
-    bool recover();
+    bool recover(Ending ending);
     void fail(const QString &description);
     QString textOf(const host::Failure &failure) const;
-    int patience() const;
+    int patience(bool hasUnsentSound) const;
 
     void enter(State state);
     // With m_mutex held.
@@ -78,6 +82,7 @@ private:
     const host::Configure m_configuration;
     const TextSink m_onText;
     const QString m_repair;
+    const std::chrono::milliseconds m_longestSilence;
     int m_wake = -1; ///< an eventfd
 
     mutable std::mutex m_mutex;

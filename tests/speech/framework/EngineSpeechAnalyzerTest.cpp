@@ -218,6 +218,41 @@ private slots:
         QCOMPARE(loads.load(), 1);
     }
 
+    void cancellingWaitsForAModelThatLoads()
+    {
+        Gate reached;
+        Gate loading;
+        std::atomic<bool> hasLoaded = false;
+        RecognizerScript script = sayingValues(english);
+        script.load = [&] {
+            reached.open();
+            loading.wait();
+            hasLoaded = true;
+        };
+        script.cancel = [&] {
+            loading.open();
+        };
+        Analysis analysis({script});
+        auto prepared = analysis.analyzer().prepareToAnalyze(PcmBuffer::sampleRateHz);
+        reached.wait();
+        analysis.analyzer().cancelAndFinishNow();
+        QVERIFY(hasLoaded); // nobody is in it any more
+        test::waitFor(std::move(prepared));
+    }
+
+    void aModelIsNotLoadedForAnAnalyzerThatWasCancelled()
+    {
+        std::atomic<int> loads = 0;
+        RecognizerScript script = sayingValues(english);
+        script.load = [&] {
+            ++loads;
+        };
+        Analysis analysis({script});
+        analysis.analyzer().cancelAndFinishNow();
+        analysis.prepare();
+        QCOMPARE(loads.load(), 0);
+    }
+
     void anotherSampleRateIsRefused()
     {
         Analysis analysis({sayingValues(english)});

@@ -39,6 +39,23 @@ private slots:
         QVERIFY(recovery.died(start + 80s, 0));
     }
 
+    void aHostThatStopsListeningTwiceInARowIsGivenUp()
+    {
+        HostRecovery recovery;
+        QVERIFY(recovery.stalled({}, 500));
+        QVERIFY(!recovery.stalled({}, 500));
+    }
+
+    void aHostThatHasListenedMeanwhileIsStartedAgain()
+    {
+        HostRecovery recovery;
+        QVERIFY(recovery.stalled({}, 500));
+        recovery.settled();
+        QVERIFY(recovery.stalled({}, 900));
+        recovery.decoded(finalAt(900));
+        QVERIFY(recovery.stalled({}, 1300));
+    }
+
     void theFirstTimeAllSoundIsGivenAgain()
     {
         HostRecovery recovery;

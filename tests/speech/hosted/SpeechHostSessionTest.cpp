@@ -28,12 +28,16 @@ constexpr std::int16_t fatal = 667;
 class Session
 {
 public:
-    explicit Session(const std::string &script, const QString &program = scriptedHost)
-        : m_session(program, configurationOf(script), [this](const host::Decoded &text) {
-            const std::lock_guard lock(m_mutex);
-            m_texts.append(QString::fromStdString(text.text));
-            m_changed.notify_all();
-        })
+    explicit Session(const std::string &script, const QString &program = scriptedHost,
+        std::chrono::milliseconds silence = SpeechHostSession::longestSilence)
+        : m_session(
+            program, configurationOf(script),
+            [this](const host::Decoded &text) {
+                const std::lock_guard lock(m_mutex);
+                m_texts.append(QString::fromStdString(text.text));
+                m_changed.notify_all();
+            },
+            SpeechHostSession::reinstallTheModel(), silence)
     {
     }
 
@@ -183,6 +187,19 @@ private slots:
         session->cancel();
         saying.get();
         finishing.get();
+    }
+
+    void aHostThatStopsReadingBeforeASegmentClosesFailsTheSession()
+    {
+        Session session("deaf", scriptedHost, std::chrono::milliseconds(100));
+        session->start();
+        const auto sayForEver = [&session] {
+            while (true) {
+                session.say(1);
+            }
+        };
+        QCOMPARE(errorOf(sayForEver), "語音辨識程式一再沒有回應，已停止辨識。");
+        QCOMPARE(session->processId(), pid_t(-1));
     }
 
     void aKilledHostIsStartedAgainAndNoTextIsLost()
