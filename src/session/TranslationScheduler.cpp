@@ -9,13 +9,11 @@
 namespace lumaphone {
 
 TranslationScheduler::TranslationScheduler(std::shared_ptr<CaptionTranslator> translator,
-    std::shared_ptr<Clock> clock, UuidGenerator makeUuid, const CaptionLineList &lines,
-    TranslationReceiver &receiver)
+    std::shared_ptr<Clock> clock, UuidGenerator makeUuid, const CaptionLineList &lines)
     : m_translator(std::move(translator))
     , m_clock(std::move(clock))
     , m_makeUuid(std::move(makeUuid))
     , m_lines(lines)
-    , m_receiver(receiver)
 {
 }
 
@@ -28,7 +26,7 @@ void TranslationScheduler::scheduleTranslation(
     const QString &text, AppleSystemSpeechLanguage language, bool isFinal)
 {
     if (m_lastTranslation && text::canonicallyEqual(text, m_lastTranslation->text)) {
-        m_receiver.translationWasKnown(*m_lastTranslation);
+        emit translationWasKnown(*m_lastTranslation);
         return;
     }
     const bool isInFlight
@@ -160,7 +158,7 @@ QCoro::Task<> TranslationScheduler::processPendingTranslations(
             }
         } else {
             scheduler->m_translationWorkerID.reset();
-            scheduler->m_receiver.translationRested();
+            emit scheduler->translationRested();
         }
     }
 }
@@ -186,10 +184,10 @@ void TranslationScheduler::receive(const Request &request, const Answer &answer)
             m_managedLanguages[request.language] = true;
         }
         if (request.passedOverLine) {
-            m_receiver.passedOverLineTranslated(*request.passedOverLine, translation);
+            emit passedOverLineTranslated(*request.passedOverLine, translation);
         } else {
             m_lastTranslation = translation;
-            m_receiver.translationArrived(translation);
+            emit translationArrived(translation);
         }
         return;
     }
@@ -204,9 +202,9 @@ void TranslationScheduler::receive(const Request &request, const Answer &answer)
     }
     const QString description = std::get<Failure>(answer).description;
     if (request.passedOverLine) {
-        m_receiver.passedOverLineFailed(request.text, description);
+        emit passedOverLineFailed(request.text, description);
     } else {
-        m_receiver.translationFailed(request.text, description);
+        emit translationFailed(request.text, description);
     }
 }
 
