@@ -11,14 +11,14 @@ namespace lumaphone {
 
 enum class CaptureAuthorization { NotDetermined, Restricted, Denied, Authorized };
 
-/// The service that records microphones. Main thread; it outlives its recorders.
+/// The service that records microphones. Main thread. Its recorders may outlive it.
 class MicrophoneCapture
 {
 public:
     virtual ~MicrophoneCapture() = default;
-    /// Whether this process may record microphones, without asking anybody.
+    /// Whether this process may record microphones, without asking anybody. Throws nothing.
     virtual CaptureAuthorization authorizationStatus() = 0;
-    /// Asks the user and returns the answer.
+    /// Asks the user and returns the answer. Throws nothing.
     virtual QCoro::Task<bool> requestAccess() = 0;
     /// The current default input, or none. What records an output is not a microphone. Throws
     /// CaptureServiceError if the service does not answer.

@@ -9,14 +9,15 @@
 
 namespace lumaphone {
 
-/// The service that records what the computer plays. Main thread; it outlives its recorders.
+/// The service that records what the computer plays. Main thread. Its recorders may outlive it.
 class ScreenAudioCapture
 {
 public:
     virtual ~ScreenAudioCapture() = default;
-    /// Whether this process may record the computer's sound.
+    /// Whether this process may record the computer's sound, without asking anybody. Throws nothing.
     virtual bool preflightAccess() = 0;
     /// Asks the user for that right and returns at once; the answer shows in preflightAccess().
+    /// Throws nothing.
     virtual void requestAccess() = 0;
     /// The output that is heard now, or none if there is no output at all. Throws CaptureServiceError if the
     /// service does not answer.
