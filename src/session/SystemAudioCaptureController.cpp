@@ -43,7 +43,7 @@ SystemAudioCaptureController::SystemAudioCaptureController(
     , m_merger([this](const QString &current,
                    const QString &incoming) { return m_transcriptProcessor.isRevision(current, incoming); },
           *m_clock, collaborators.makeUuid)
-    , m_scheduler(m_translator, m_clock, collaborators.makeUuid, m_merger.list())
+    , m_scheduler(m_translator, m_clock, collaborators.makeUuid, m_merger.list(), *this)
     , m_sourceLanguage(m_settings.sourceLanguage())
     , m_audioInputSource(m_settings.audioInputSource())
     , m_status(texts::initialStatus())
@@ -51,7 +51,6 @@ SystemAudioCaptureController::SystemAudioCaptureController(
     , m_translatedText(texts::translationHint())
 {
     m_merger.setListener(this);
-    hearTranslations();
     restoreDraftIfAvailable();
 }
 
@@ -426,18 +425,6 @@ void SystemAudioCaptureController::publish(const CaptionTranslation &translation
     }
 }
 
-void SystemAudioCaptureController::hearTranslations()
-{
-    using Self = SystemAudioCaptureController;
-    using Scheduler = TranslationScheduler;
-    connect(&m_scheduler, &Scheduler::translationArrived, this, &Self::translationArrived);
-    connect(&m_scheduler, &Scheduler::translationFailed, this, &Self::translationFailed);
-    connect(&m_scheduler, &Scheduler::translationWasKnown, this, &Self::translationWasKnown);
-    connect(&m_scheduler, &Scheduler::passedOverLineTranslated, this, &Self::passedOverLineTranslated);
-    connect(&m_scheduler, &Scheduler::passedOverLineFailed, this, &Self::passedOverLineFailed);
-    connect(&m_scheduler, &Scheduler::translationRested, this, &Self::translationsSettled);
-}
-
 void SystemAudioCaptureController::translationArrived(const CaptionTranslation &translation)
 {
     updateCaptionTranslation(translation.translation, translation.text);
@@ -483,6 +470,11 @@ void SystemAudioCaptureController::passedOverLineFailed(const QString &text, con
 {
     say(texts::translationFailedStatus(m_translator->providerName(), description));
     emit captionTranslationFailed(text, description);
+}
+
+void SystemAudioCaptureController::translationRested()
+{
+    emit translationsSettled();
 }
 
 void SystemAudioCaptureController::captionLineInserted(qsizetype index)

@@ -50,7 +50,9 @@ struct LiveSessionCollaborators
 };
 
 /// The live session: what the interface observes, and what it asks for. Main thread.
-class SystemAudioCaptureController final : public QObject, private CaptionLineListener
+class SystemAudioCaptureController final : public QObject,
+                                           private CaptionLineListener,
+                                           private TranslationReceiver
 {
     Q_OBJECT
     Q_PROPERTY(lumaphone::AppleSystemSpeechLanguage sourceLanguage READ sourceLanguage WRITE setSourceLanguage
@@ -206,13 +208,12 @@ private:
     void captionLineInserted(qsizetype index) override;
     void captionLineChanged(qsizetype index) override;
     void captionLinesReset() override;
-
-    void hearTranslations();
-    void translationArrived(const CaptionTranslation &translation);
-    void translationFailed(const QString &text, const QString &description);
-    void translationWasKnown(const CaptionTranslation &translation);
-    void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation);
-    void passedOverLineFailed(const QString &text, const QString &description);
+    void translationArrived(const CaptionTranslation &translation) override;
+    void translationFailed(const QString &text, const QString &description) override;
+    void translationWasKnown(const CaptionTranslation &translation) override;
+    void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation) override;
+    void passedOverLineFailed(const QString &text, const QString &description) override;
+    void translationRested() override;
 
     void say(const QString &status);
     /// Changes a published property, and tells if it differs.

@@ -9,11 +9,13 @@
 namespace lumaphone {
 
 TranslationScheduler::TranslationScheduler(std::shared_ptr<CaptionTranslator> translator,
-    std::shared_ptr<Clock> clock, UuidGenerator makeUuid, const CaptionLineList &lines)
+    std::shared_ptr<Clock> clock, UuidGenerator makeUuid, const CaptionLineList &lines,
+    TranslationReceiver &receiver)
     : m_translator(std::move(translator))
     , m_clock(std::move(clock))
     , m_makeUuid(std::move(makeUuid))
     , m_lines(lines)
+    , m_receiver(receiver)
 {
 }
 
@@ -26,7 +28,7 @@ void TranslationScheduler::scheduleTranslation(
     const QString &text, AppleSystemSpeechLanguage language, bool isFinal)
 {
     if (m_lastTranslation && text::canonicallyEqual(text, m_lastTranslation->text)) {
-        emit translationWasKnown(*m_lastTranslation);
+        m_receiver.translationWasKnown(*m_lastTranslation);
         return;
     }
     const bool isInFlight
@@ -158,7 +160,7 @@ QCoro::Task<> TranslationScheduler::processPendingTranslations(
             }
         } else {
             scheduler->m_translationWorkerID.reset();
-            emit scheduler->translationRested();
+            scheduler->m_receiver.translationRested();
         }
     }
 }
@@ -184,10 +186,10 @@ void TranslationScheduler::receive(const Request &request, const Answer &answer)
             m_managedLanguages[request.language] = true;
         }
         if (request.passedOverLine) {
-            emit passedOverLineTranslated(*request.passedOverLine, translation);
+            m_receiver.passedOverLineTranslated(*request.passedOverLine, translation);
         } else {
             m_lastTranslation = translation;
-            emit translationArrived(translation);
+            m_receiver.translationArrived(translation);
         }
         return;
     }
@@ -202,9 +204,9 @@ void TranslationScheduler::receive(const Request &request, const Answer &answer)
     }
     const QString description = std::get<Failure>(answer).description;
     if (request.passedOverLine) {
-        emit passedOverLineFailed(request.text, description);
+        m_receiver.passedOverLineFailed(request.text, description);
     } else {
-        emit translationFailed(request.text, description);
+        m_receiver.translationFailed(request.text, description);
     }
 }
 

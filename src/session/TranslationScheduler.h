@@ -26,21 +26,35 @@ struct CaptionTranslation
     AppleSystemSpeechLanguage language; ///< it was translated from
 };
 
+/// Told about every translation on the main thread.
+class TranslationReceiver
+{
+public:
+    virtual ~TranslationReceiver() = default;
+    virtual void translationArrived(const CaptionTranslation &translation) = 0;
+    virtual void translationFailed(const QString &text, const QString &description) = 0;
+    /// The text scheduled now is the one translated last, so that nothing is requested.
+    virtual void translationWasKnown(const CaptionTranslation &translation) = 0;
+    /// A line that newer texts had passed over has its translation.
+    virtual void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation) = 0;
+    virtual void passedOverLineFailed(const QString &text, const QString &description) = 0;
+    /// Nothing is left to translate.
+    virtual void translationRested() { }
+};
+
 /// Decides when which text is translated. The newest text replaces the pending one; a single worker waits out
 /// bursts of partial results, translates the newest text, and in quiet moments goes back to lines that were
 /// passed over and change no more. At most one request is wanted at a time. Main thread.
 class TranslationScheduler final : public QObject
 {
-    Q_OBJECT
-
 public:
     /// A burst of partial results is translated when it has lasted this long.
     static constexpr std::chrono::milliseconds burstDuration {450};
     static constexpr std::chrono::milliseconds pollInterval {70};
 
-    /// The lines outlive the scheduler.
+    /// Lines and receiver outlive the scheduler.
     TranslationScheduler(std::shared_ptr<CaptionTranslator> translator, std::shared_ptr<Clock> clock,
-        UuidGenerator makeUuid, const CaptionLineList &lines);
+        UuidGenerator makeUuid, const CaptionLineList &lines, TranslationReceiver &receiver);
     ~TranslationScheduler() override;
 
     /// Makes `text`, trimmed, the pending one.
@@ -55,17 +69,6 @@ public:
     void reset();
     /// Whether no worker runs: nothing is pending, nothing is under way.
     bool isResting() const { return !m_translationWorkerID; }
-
-signals:
-    void translationArrived(const CaptionTranslation &translation);
-    void translationFailed(const QString &text, const QString &description);
-    /// The text scheduled now is the one translated last, so that nothing is requested.
-    void translationWasKnown(const CaptionTranslation &translation);
-    /// A line that newer texts had passed over has its translation.
-    void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation);
-    void passedOverLineFailed(const QString &text, const QString &description);
-    /// Nothing is left to translate.
-    void translationRested();
 
 private:
     struct Pending
@@ -113,6 +116,7 @@ private:
     std::shared_ptr<Clock> m_clock;
     UuidGenerator m_makeUuid;
     const CaptionLineList &m_lines;
+    TranslationReceiver &m_receiver;
     std::optional<QUuid> m_translationWorkerID;
     std::optional<Pending> m_latest;
     std::optional<Request> m_inFlight;
