@@ -10,7 +10,8 @@ namespace lumaphone {
 
 class AppleSystemSpeechTranscriber;
 
-/// Receives what a transcriber recognises, on the transcriber's background tasks, several at a time.
+/// Receives what a transcriber recognises, on the transcriber's background tasks, several at a time. Must not
+/// throw. Calls may still come after a stop(), until the tasks that end behind it have noticed.
 class AppleSystemSpeechTranscriberDelegate
 {
 public:
@@ -20,6 +21,7 @@ public:
     virtual void didRecognize(AppleSystemSpeechTranscriber &transcriber, const QString &text,
         AppleSystemSpeechLanguage language, bool isFinal)
         = 0;
+    /// Recognition has ended with an error.
     virtual void didFail(AppleSystemSpeechTranscriber &transcriber, std::exception_ptr error) = 0;
 };
 

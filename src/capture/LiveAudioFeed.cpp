@@ -54,6 +54,19 @@ LiveAudioFeed::LiveAudioFeed(const LivePipelineServices &services, SystemAudioPi
     m_transcriber->setDelegate(m_events);
 }
 
+SoundReceiver LiveAudioFeed::receiver(const QString &whatEnded) const
+{
+    return {
+        .onSound =
+            [this](const AudioSampleBuffer &buffer) {
+                handle(buffer);
+                watchPace();
+            },
+        .onEnded = [this, whatEnded](
+                       const std::exception_ptr &reason) { fail(whatEnded + localizedDescription(reason)); },
+    };
+}
+
 void LiveAudioFeed::handle(const AudioSampleBuffer &buffer) const
 {
     if (!buffer.isValid || !buffer.dataIsReady) {

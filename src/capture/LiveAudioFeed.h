@@ -4,6 +4,7 @@
 #include "capture/LivePipelineServices.h"
 #include "capture/PaceWatch.h"
 #include "capture/SystemAudioPipelineEvent.h"
+#include "platform/SoundRecorder.h"
 
 #include <exception>
 #include <memory>
@@ -17,6 +18,8 @@ class LiveAudioFeed
 public:
     LiveAudioFeed(const LivePipelineServices &services, SystemAudioPipelineEventHandler onEvent);
 
+    /// Hears a recording; a message that the recording ended begins with `whatEnded`. The feed outlives it.
+    SoundReceiver receiver(const QString &whatEnded) const;
     AppleSystemSpeechTranscriber &transcriber() const { return *m_transcriber; }
     /// Capture queue: skips a buffer that is not valid or not ready; otherwise transcribes it and tells of
     /// it.

@@ -1,6 +1,5 @@
 #include "capture/MicrophoneLivePipeline.h"
 
-#include "base/LocalizedError.h"
 #include "capture/SystemAudioCaptureError.h"
 
 #include <utility>
@@ -21,13 +20,13 @@ MicrophoneLivePipeline::MicrophoneLivePipeline(AppleSystemSpeechLanguage sourceL
     : m_sourceLanguage(sourceLanguage)
     , m_capture(std::move(capture))
     , m_feed(services, std::move(onEvent))
-    , m_captureSession(m_capture->makeSession())
+    , m_recorder(m_capture->makeRecorder())
 {
 }
 
 MicrophoneLivePipeline::~MicrophoneLivePipeline()
 {
-    endCapture();
+    m_recorder->stop();
     m_feed.transcriber().stop();
 }
 
@@ -50,7 +49,6 @@ QCoro::Task<> MicrophoneLivePipeline::start()
 {
     const auto self = shared_from_this();
     const int attempt = ++m_attempt;
-    m_isWanted = true;
     try {
         co_await run(attempt);
     } catch (...) {
@@ -62,7 +60,6 @@ QCoro::Task<> MicrophoneLivePipeline::start()
 
 QCoro::Task<> MicrophoneLivePipeline::run(int attempt)
 {
-    const SystemAudioCaptureError unavailable(SystemAudioCaptureError::Case::microphoneUnavailable);
     const bool granted = co_await requestMicrophoneAccessIfNeeded(m_capture);
     if (!granted) {
         throw SystemAudioCaptureError(SystemAudioCaptureError::Case::microphonePermissionDenied);
@@ -74,85 +71,23 @@ QCoro::Task<> MicrophoneLivePipeline::run(int attempt)
     if (attempt != m_attempt) {
         co_return;
     }
-    const std::optional<MicrophoneDevice> device = co_await m_capture->defaultDevice();
-    if (!device) {
-        throw unavailable;
+    const std::optional<SoundDevice> microphone = co_await m_capture->defaultInput();
+    if (!microphone) {
+        throw SystemAudioCaptureError(SystemAudioCaptureError::Case::microphoneUnavailable);
     }
     if (attempt != m_attempt) {
         co_return;
     }
-    const auto input = m_capture->makeInput(*device);
-    if (!m_captureSession->canAddInput(*input)) {
-        throw unavailable;
-    }
-    const auto output = m_capture->makeOutput();
-    output->setSampleBufferDelegate(this, &m_sampleQueue);
-    if (!m_captureSession->canAddOutput(*output)) {
-        throw unavailable;
-    }
-    detachOutput();
-    m_audioOutput = output;
-    replaceInputAndOutput(input, output);
-    co_await m_captureSession->startRunning();
-    if (attempt != m_attempt && !m_isWanted) {
-        endCapture();
-    }
+    co_await m_recorder->start(
+        *microphone, m_sampleQueue, m_feed.receiver(QStringLiteral("麥克風擷取已停止：")));
 }
 
 QCoro::Task<> MicrophoneLivePipeline::stop()
 {
     ++m_attempt;
-    m_isWanted = false;
-    endCapture();
+    m_recorder->stop();
     m_feed.transcriber().stop();
     co_return;
-}
-
-void MicrophoneLivePipeline::replaceInputAndOutput(
-    const std::shared_ptr<MicrophoneInput> &input, const std::shared_ptr<MicrophoneOutput> &output)
-{
-    m_captureSession->beginConfiguration();
-    removeInputsAndOutputs();
-    m_captureSession->addInput(input);
-    m_captureSession->addOutput(output);
-    m_captureSession->commitConfiguration();
-}
-
-void MicrophoneLivePipeline::removeInputsAndOutputs()
-{
-    for (const auto &input : m_captureSession->inputs()) {
-        m_captureSession->removeInput(input);
-    }
-    for (const auto &output : m_captureSession->outputs()) {
-        m_captureSession->removeOutput(output);
-    }
-}
-
-void MicrophoneLivePipeline::detachOutput()
-{
-    if (m_audioOutput) {
-        m_audioOutput->setSampleBufferDelegate(nullptr, nullptr);
-    }
-}
-
-void MicrophoneLivePipeline::endCapture()
-{
-    detachOutput();
-    if (m_captureSession->isRunning()) {
-        m_captureSession->stopRunning();
-    }
-    removeInputsAndOutputs();
-}
-
-void MicrophoneLivePipeline::didOutputSampleBuffer(const AudioSampleBuffer &buffer)
-{
-    m_feed.handle(buffer);
-    m_feed.watchPace();
-}
-
-void MicrophoneLivePipeline::didStopWithError(std::exception_ptr error)
-{
-    m_feed.fail(QStringLiteral("麥克風擷取已停止：") + localizedDescription(error));
 }
 
 } // namespace lumaphone

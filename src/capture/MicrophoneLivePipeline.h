@@ -14,8 +14,7 @@ namespace lumaphone {
 
 /// Transcribes the default microphone.
 class MicrophoneLivePipeline final : public LumaphoneLiveAudioPipeline,
-                                     public std::enable_shared_from_this<MicrophoneLivePipeline>,
-                                     private MicrophoneSampleDelegate
+                                     public std::enable_shared_from_this<MicrophoneLivePipeline>
 {
 public:
     /// Captures nothing and asks for nothing yet. The pipeline lives and dies on the main thread.
@@ -37,22 +36,13 @@ private:
         SystemAudioPipelineEventHandler onEvent);
 
     QCoro::Task<> run(int attempt);
-    void replaceInputAndOutput(
-        const std::shared_ptr<MicrophoneInput> &input, const std::shared_ptr<MicrophoneOutput> &output);
-    void removeInputsAndOutputs();
-    void detachOutput();
-    void endCapture();
-    void didOutputSampleBuffer(const AudioSampleBuffer &buffer) override;
-    void didStopWithError(std::exception_ptr error) override;
 
     const AppleSystemSpeechLanguage m_sourceLanguage;
     const std::shared_ptr<MicrophoneCapture> m_capture;
     const LiveAudioFeed m_feed;
     int m_attempt = 0; ///< counts start() and stop(): a start that is not the latest one ends quietly
-    bool m_isWanted = false; ///< whether the latest of them was start()
-    std::unique_ptr<MicrophoneSession> m_captureSession;
-    std::shared_ptr<MicrophoneOutput> m_audioOutput;
     SerialQueue m_sampleQueue {"dev.lumaphone.microphone-audio-samples"};
+    const std::unique_ptr<SoundRecorder> m_recorder;
 };
 
 } // namespace lumaphone

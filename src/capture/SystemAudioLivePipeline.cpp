@@ -1,6 +1,5 @@
 #include "capture/SystemAudioLivePipeline.h"
 
-#include "base/LocalizedError.h"
 #include "capture/SystemAudioCaptureError.h"
 
 #include <chrono>
@@ -15,36 +14,7 @@ namespace {
 constexpr auto permissionPollInterval = 250ms;
 constexpr int permissionPolls = 24;
 
-// A stream cannot be without a picture: the picture is as small and as rare as it can be.
-constexpr ScreenStreamConfiguration streamConfiguration {
-    .widthPixels = 2,
-    .heightPixels = 2,
-    .minimumFrameInterval = 1s,
-    .queueDepth = 3,
-    .showsCursor = false,
-    .capturesAudio = true,
-    .excludesCurrentProcessAudio = true,
-    .sampleRateHz = 16000,
-    .channelCount = 1,
-};
-
-void removeOutput(ScreenAudioStream &stream, ScreenAudioStreamOutput &output, SampleBufferType type)
-{
-    try {
-        stream.removeStreamOutput(output, type);
-    } catch (...) {
-        // It was never added, and the stream ends anyway.
-    }
-}
-
-QCoro::Task<> stopCapture(std::shared_ptr<ScreenAudioStream> stream)
-{
-    try {
-        co_await stream->stopCapture();
-    } catch (...) {
-        // It was not running any more.
-    }
-}
+constexpr SoundFormat captureFormat {.sampleRateHz = 16000, .channelCount = 1};
 
 } // namespace
 
@@ -64,13 +34,14 @@ SystemAudioLivePipeline::SystemAudioLivePipeline(AppleSystemSpeechLanguage sourc
     , m_capture(std::move(capture))
     , m_clock(std::move(clock))
     , m_feed(services, std::move(onEvent))
+    , m_recorder(m_capture->makeRecorder(captureFormat))
 {
 }
 
 SystemAudioLivePipeline::~SystemAudioLivePipeline()
 {
     m_feed.transcriber().stop();
-    m_stream = nullptr;
+    m_recorder->stop();
 }
 
 QCoro::Task<bool> SystemAudioLivePipeline::requestScreenCaptureAccessIfNeeded(
@@ -112,8 +83,8 @@ QCoro::Task<> SystemAudioLivePipeline::run(int attempt)
     if (!granted) {
         throw SystemAudioCaptureError(SystemAudioCaptureError::Case::screenAudioPermissionDenied);
     }
-    const ShareableContent content = co_await m_capture->shareableContent(false, true);
-    if (content.displays.empty()) {
+    const std::optional<SoundDevice> output = co_await m_capture->defaultOutput();
+    if (!output) {
         throw SystemAudioCaptureError(SystemAudioCaptureError::Case::noDisplay);
     }
     if (attempt != m_attempt) {
@@ -123,43 +94,16 @@ QCoro::Task<> SystemAudioLivePipeline::run(int attempt)
     if (attempt != m_attempt) {
         co_return;
     }
-    const CaptureContentFilter filter {content.displays.front()};
-    const std::shared_ptr<ScreenAudioStream> stream
-        = m_capture->makeStream(filter, streamConfiguration, *this);
-    m_stream = stream;
-    stream->addStreamOutput(*this, SampleBufferType::Screen, m_sampleQueue);
-    stream->addStreamOutput(*this, SampleBufferType::Audio, m_sampleQueue);
-    co_await stream->startCapture();
-    if (attempt != m_attempt) {
-        co_await stopCapture(stream);
-    }
+    co_await m_recorder->start(
+        *output, m_sampleQueue, m_feed.receiver(QStringLiteral("系統音訊擷取已停止：")));
 }
 
 QCoro::Task<> SystemAudioLivePipeline::stop()
 {
-    const auto self = shared_from_this();
     ++m_attempt;
     m_feed.transcriber().stop();
-    const auto stream = std::exchange(m_stream, nullptr);
-    if (!stream) {
-        co_return;
-    }
-    removeOutput(*stream, *this, SampleBufferType::Screen);
-    removeOutput(*stream, *this, SampleBufferType::Audio);
-    co_await stopCapture(stream);
-}
-
-void SystemAudioLivePipeline::didOutputSampleBuffer(const AudioSampleBuffer &buffer, SampleBufferType type)
-{
-    if (type == SampleBufferType::Audio) {
-        m_feed.handle(buffer);
-        m_feed.watchPace();
-    }
-}
-
-void SystemAudioLivePipeline::didStopWithError(std::exception_ptr error)
-{
-    m_feed.fail(QStringLiteral("系統音訊擷取已停止：") + localizedDescription(error));
+    m_recorder->stop();
+    co_return;
 }
 
 } // namespace lumaphone

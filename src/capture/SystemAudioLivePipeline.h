@@ -15,9 +15,7 @@ namespace lumaphone {
 
 /// Transcribes the sound that the computer plays.
 class SystemAudioLivePipeline final : public LumaphoneLiveAudioPipeline,
-                                      public std::enable_shared_from_this<SystemAudioLivePipeline>,
-                                      private ScreenAudioStreamOutput,
-                                      private ScreenAudioStreamDelegate
+                                      public std::enable_shared_from_this<SystemAudioLivePipeline>
 {
 public:
     /// Captures nothing and asks for nothing yet. The pipeline lives and dies on the main thread.
@@ -41,16 +39,14 @@ private:
         const LivePipelineServices &services, SystemAudioPipelineEventHandler onEvent);
 
     QCoro::Task<> run(int attempt);
-    void didOutputSampleBuffer(const AudioSampleBuffer &buffer, SampleBufferType type) override;
-    void didStopWithError(std::exception_ptr error) override;
 
     const AppleSystemSpeechLanguage m_sourceLanguage;
     const std::shared_ptr<ScreenAudioCapture> m_capture;
     const std::shared_ptr<Clock> m_clock;
     const LiveAudioFeed m_feed;
     int m_attempt = 0; ///< counts start() and stop(): a start that is not the latest one ends quietly
-    std::shared_ptr<ScreenAudioStream> m_stream;
     SerialQueue m_sampleQueue {"app.lumaphone.system-audio-samples"};
+    const std::unique_ptr<SoundRecorder> m_recorder;
 };
 
 } // namespace lumaphone

@@ -124,7 +124,7 @@ QString instanceFolder(const XdgFolders &folders)
 }
 
 /// Two processes never share a draft: false, with a message, while another one uses it.
-bool claim(SingleInstance &instance, const CommandStreams &streams)
+bool claim(LockedSingleInstance &instance, const CommandStreams &streams)
 {
     if (instance.claim({}, [](const QString &) {}) == InstanceRole::first) {
         return true;

@@ -38,6 +38,4 @@ struct AudioSampleBuffer
     std::span<const std::span<const std::byte>> planes;
 };
 
-enum class SampleBufferType { Screen, Audio };
-
 } // namespace lumaphone

@@ -6,7 +6,7 @@
 
 namespace lumaphone {
 
-/// The files shipped beside the program. There is one place and no search path.
+/// The files shipped beside the program. There is one place and no search path. Any thread; throws nothing.
 class BundleResources
 {
 public:

@@ -11,7 +11,7 @@ namespace lumaphone {
 /// A stored value. Kinds stay apart: the text "40" is not the number 40, and true is not 1.
 using DefaultsValue = std::variant<bool, std::int64_t, double, QString>;
 
-/// The user's choices, by key; they survive a restart. Main thread.
+/// The user's choices, by key; they survive a restart. Main thread; throws nothing.
 ///
 /// A store that cannot be read holds nothing. A change is kept when the call returns, whatever happens to
 /// the process; one that cannot be written lives on in memory and is written with the next.

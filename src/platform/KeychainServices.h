@@ -27,8 +27,9 @@ struct KeychainReading
     QByteArray data; ///< the secret; empty unless the status is success
 };
 
-/// The user's keychain. Calls block until the keychain, and perhaps the user whom it asks to unlock it, has
-/// answered. A secret leaves through `data` alone: no error, log or process argument shows it.
+/// The user's keychain. Any thread, several at a time; throws nothing. Calls block until the
+/// keychain, and perhaps the user whom it asks to unlock it, has answered. A secret leaves through `data`
+/// alone: no error, log or process argument shows it.
 class KeychainServices
 {
 public:

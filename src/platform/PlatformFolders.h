@@ -6,7 +6,7 @@
 
 namespace lumaphone {
 
-/// Where the user's files belong. The folders need not exist yet.
+/// Where the user's files belong. The folders need not exist yet. Any thread; throws nothing.
 class PlatformFolders
 {
 public:

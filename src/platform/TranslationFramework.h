@@ -43,7 +43,7 @@ class TranslationSession
 {
 public:
     virtual ~TranslationSession() = default;
-    /// Whether the models of the pair are in place.
+    /// Whether the models of the pair are in place. Throws nothing.
     virtual QCoro::Task<bool> isReady() = 0;
     /// Fetches or loads the models, off the main thread. Throws TranslationFrameworkError.
     virtual QCoro::Task<> prepareTranslation(std::stop_token stop) = 0;
@@ -56,8 +56,9 @@ class TranslationFramework
 {
 public:
     virtual ~TranslationFramework() = default;
+    /// What can be had for a pair now. Throws nothing.
     virtual QCoro::Task<LanguageAvailabilityStatus> status(LocaleLanguage source, LocaleLanguage target) = 0;
-    /// A session that uses installed models only; loads nothing yet. Never null.
+    /// A session that uses installed models only; loads nothing yet. Never null; throws nothing.
     virtual std::shared_ptr<TranslationSession> makeSession(
         const LocaleLanguage &source, const LocaleLanguage &target)
         = 0;

@@ -10,6 +10,7 @@
 namespace lumaphone {
 
 /// Hears of every change of a session's lines, after it happened, so that a view need not compare lists.
+/// Main thread; throws nothing.
 class CaptionLineListener
 {
 public:

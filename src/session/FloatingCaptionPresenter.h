@@ -6,7 +6,7 @@
 
 namespace lumaphone {
 
-/// The caption panel, as the session uses it. Main thread.
+/// The caption panel, as the session uses it. Main thread; throws nothing.
 class FloatingCaptionPresenter
 {
 public:

@@ -25,7 +25,7 @@ AppleModeController::AppleModeController(MicrophoneCapture &microphoneCapture,
     : QObject(parent)
     , m_status(QStringLiteral("Apple Mode 尚未開始"))
     , m_translatedText(QStringLiteral("開始 Apple Mode 後，台灣繁中翻譯會顯示在這裡。"))
-    , m_audioEngine(microphoneCapture.makeSession())
+    , m_audioEngine(microphoneCapture.makeRecorder())
     , m_speechRecognizer(englishRecognizer(speechFramework))
     , m_translationBurstStartedAt(distantPast())
     , m_translator(translationFramework)

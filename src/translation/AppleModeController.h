@@ -41,8 +41,8 @@ public:
     const QString &translatedText() const { return m_translatedText; }
     void setTranslatedText(const QString &translatedText);
 
-    /// A capture of its own, not started and without a device.
-    const MicrophoneSession &audioEngine() const { return *m_audioEngine; }
+    /// A recorder of its own, which records nothing.
+    const SoundRecorder &audioEngine() const { return *m_audioEngine; }
     /// For English; null when the platform refuses that locale.
     const std::shared_ptr<SpeechModule> &speechRecognizer() const { return m_speechRecognizer; }
     /// The stream of buffers that a running recognition reads, or null.
@@ -73,7 +73,7 @@ private:
     QString m_status;
     QString m_transcript;
     QString m_translatedText;
-    std::unique_ptr<MicrophoneSession> m_audioEngine;
+    std::unique_ptr<SoundRecorder> m_audioEngine;
     std::shared_ptr<SpeechModule> m_speechRecognizer;
     std::shared_ptr<AnalyzerInputStream> m_recognitionRequest;
     std::shared_ptr<SpeechAnalyzer> m_recognitionTask;

@@ -20,9 +20,7 @@ using CaptureCase = SystemAudioCaptureError::Case;
 
 namespace {
 
-const QStringList startSteps {QStringLiteral("default device"), QStringLiteral("can add input"),
-    QStringLiteral("can add output"), QStringLiteral("begin"), QStringLiteral("add input"),
-    QStringLiteral("add output"), QStringLiteral("commit"), QStringLiteral("start")};
+const QStringList startSteps {QStringLiteral("default input"), QStringLiteral("start mic")};
 
 } // namespace
 
@@ -37,6 +35,7 @@ private:
     std::unique_ptr<RecordedPipelineEvents> m_events;
     std::shared_ptr<MicrophoneLivePipeline> m_pipeline;
 
+    FakeRecording &recording() const { return m_capture->recording(); }
     void start() { test::waitFor(m_pipeline->start()); }
     void stop() { test::waitFor(m_pipeline->stop()); }
 
@@ -74,7 +73,7 @@ private slots:
     void makingOneAsksForNothing()
     {
         QCOMPARE(m_capture->requests(), 0);
-        QVERIFY(m_capture->state().steps.isEmpty());
+        QVERIFY(recording().steps.isEmpty());
         QVERIFY(m_framework->reservationLog().isEmpty());
     }
 
@@ -109,61 +108,40 @@ private slots:
         if (!granted) {
             QVERIFY(failure == CaptureCase::microphonePermissionDenied);
             QVERIFY(m_framework->reservationLog().isEmpty());
-            QVERIFY(m_capture->state().steps.isEmpty());
+            QVERIFY(recording().steps.isEmpty());
         }
     }
 
     void startingRecordsTheDefaultDevice()
     {
         start();
-        QCOMPARE(m_capture->state().steps, startSteps);
-        QVERIFY(m_capture->state().isRunning);
-        QVERIFY(m_capture->output().delegate());
-        QCOMPARE(m_capture->output().queue()->label(), std::string("dev.lumaphone.microphone-audio-samples"));
+        QCOMPARE(recording().steps, startSteps);
+        QVERIFY(recording().isRunning());
+        QVERIFY(recording().hasReceiver());
+        QCOMPARE(recording().queue()->label(), std::string("dev.lumaphone.microphone-audio-samples"));
         QCOMPARE(m_framework->locales(), QStringList {QStringLiteral("en_US")});
     }
 
     void withoutMicrophoneTheTranscriberRunsUntilStopped()
     {
-        m_capture->device.reset();
+        m_capture->input.reset();
         QVERIFY(failureOfStart() == CaptureCase::microphoneUnavailable);
         QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
         stop();
         QVERIFY(m_framework->reserved().isEmpty());
     }
 
-    void aDeviceThatCannotJoinIsUnavailable_data()
-    {
-        QTest::addColumn<bool>("canAddInput");
-        QTest::addColumn<bool>("canAddOutput");
-        QTest::newRow("input") << false << true;
-        QTest::newRow("output") << true << false;
-    }
-
-    void aDeviceThatCannotJoinIsUnavailable()
-    {
-        QFETCH(const bool, canAddInput);
-        QFETCH(const bool, canAddOutput);
-        m_capture->state().canAddInput = canAddInput;
-        m_capture->state().canAddOutput = canAddOutput;
-        QVERIFY(failureOfStart() == CaptureCase::microphoneUnavailable);
-        QVERIFY(m_capture->state().inputs.empty());
-        QVERIFY(m_capture->state().outputs.empty());
-        QVERIFY(!m_capture->state().isRunning);
-        QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
-    }
-
     void errorsOfTheServicePassUnchanged_data()
     {
         QTest::addColumn<bool>("atInput");
-        QTest::newRow("opening the device") << true;
+        QTest::newRow("looking for the input") << true;
         QTest::newRow("starting") << false;
     }
 
     void errorsOfTheServicePassUnchanged()
     {
         QFETCH(const bool, atInput);
-        (atInput ? m_capture->inputFailure : m_capture->state().startFailure) = QStringLiteral("device busy");
+        (atInput ? m_capture->inputFailure : recording().startFailure) = QStringLiteral("device busy");
         const auto error = thrownBy<CaptureServiceError>([this] { start(); });
         QVERIFY(error);
         QCOMPARE(error->errorDescription(), QStringLiteral("device busy"));
@@ -174,17 +152,17 @@ private slots:
     {
         m_framework->supportOnly({});
         QVERIFY(thrownBy<AppleSystemSpeechTranscriberError>([this] { start(); }));
-        QVERIFY(m_capture->state().steps.isEmpty());
+        QVERIFY(recording().steps.isEmpty());
     }
 
     void soundIsTranscribedAndSummarised()
     {
         start();
         TestSound sound({48000, 2, SampleType::Float32, true}, std::vector<double>(960, 0.5));
-        m_capture->output().deliver(sound.buffer());
+        recording().deliver(sound.buffer());
         QCOMPARE(m_events->lines(),
             QStringList {QStringLiteral("audio 960 frames, 48000 Hz, 2 channel, duration 0.020s")});
-        m_capture->output().deliver(sound.buffer());
+        recording().deliver(sound.buffer());
         QVERIFY(waitUntil([&] { return m_framework->analyzer().inputs() > 0; }));
     }
 
@@ -193,13 +171,13 @@ private slots:
         start();
         TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
         sound.buffer().isValid = false;
-        m_capture->output().deliver(sound.buffer());
+        recording().deliver(sound.buffer());
         sound.buffer().isValid = true;
         sound.buffer().dataIsReady = false;
-        m_capture->output().deliver(sound.buffer());
+        recording().deliver(sound.buffer());
         QCOMPARE(m_events->count(), 0);
         sound.buffer().dataIsReady = true;
-        m_capture->output().deliver(sound.buffer());
+        recording().deliver(sound.buffer());
         QCOMPARE(m_events->count(), 1);
         QVERIFY(waitUntil([&] { return m_framework->analyzer().inputs() == 1; }));
     }
@@ -218,50 +196,68 @@ private slots:
     void aLostDeviceBecomesAnEvent()
     {
         start();
-        m_capture->output().failBySelf(QStringLiteral("unplugged"));
+        recording().endBySelf(QStringLiteral("unplugged"));
         QVERIFY(ownerHears({QStringLiteral("failed 麥克風擷取已停止：unplugged")}));
     }
 
-    void startingTwiceLeavesOneInputAndOneOutput()
+    void startingTwiceLeavesOneRecording()
     {
         start();
-        const auto firstInput = m_capture->state().inputs.front();
         start();
-        QCOMPARE(m_capture->state().inputs.size(), std::size_t(1));
-        QCOMPARE(m_capture->state().outputs.size(), std::size_t(1));
-        QVERIFY(m_capture->state().inputs.front() != firstInput);
-        // The checks come before the old ones are removed, all in one transaction.
-        QCOMPARE(m_capture->state().steps.mid(startSteps.size()),
-            (QStringList {QStringLiteral("default device"), QStringLiteral("can add input"),
-                QStringLiteral("can add output"), QStringLiteral("begin"), QStringLiteral("remove input"),
-                QStringLiteral("remove output"), QStringLiteral("add input"), QStringLiteral("add output"),
-                QStringLiteral("commit"), QStringLiteral("start")}));
-        QVERIFY(!m_capture->outputs().front()->delegate());
-        QVERIFY(m_capture->output().delegate());
+        QCOMPARE(recording().recordersMade(), 1);
+        QVERIFY(recording().isRunning());
+        // The old recording goes on until the new device has been found.
+        QCOMPARE(recording().steps,
+            (startSteps
+                + QStringList {
+                    QStringLiteral("default input"), QStringLiteral("stop"), QStringLiteral("start mic")}));
     }
 
-    void stoppingDetachesStopsAndEmptiesTheSession()
+    void aSecondStartWithoutMicrophoneLeavesTheFirstRecording()
+    {
+        start();
+        m_capture->input.reset();
+        QVERIFY(failureOfStart() == CaptureCase::microphoneUnavailable);
+        QVERIFY(recording().isRunning());
+        QVERIFY(recording().hasReceiver());
+    }
+
+    void theLatestOfTwoStartsRecords()
+    {
+        recording().startGate.close();
+        auto first = m_pipeline->start();
+        auto second = m_pipeline->start();
+        recording().startGate.open();
+        test::waitFor(std::move(first));
+        test::waitFor(std::move(second));
+        QCOMPARE(recording().steps.count(QStringLiteral("start mic")), 2);
+        QCOMPARE(recording().steps.count(QStringLiteral("stop")), 1);
+        QVERIFY(recording().isRunning());
+        QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
+        QVERIFY(m_events->lines().isEmpty());
+    }
+
+    void stoppingEndsTheRecordingAndTheTranscriber()
     {
         start();
         stop();
-        QCOMPARE(m_capture->state().steps.mid(startSteps.size()),
-            (QStringList {
-                QStringLiteral("stop"), QStringLiteral("remove input"), QStringLiteral("remove output")}));
-        QVERIFY(!m_capture->output().delegate());
-        QVERIFY(!m_capture->output().queue());
+        QCOMPARE(recording().steps, startSteps + QStringList {QStringLiteral("stop")});
+        QVERIFY(!recording().isRunning());
+        QVERIFY(!recording().hasReceiver());
+        QVERIFY(!recording().queue());
         QVERIFY(m_framework->reserved().isEmpty());
     }
 
     void stoppingBeforeStartingOrTwiceIsFine()
     {
         stop();
-        QVERIFY(m_capture->state().steps.isEmpty());
+        QVERIFY(recording().steps.isEmpty());
         start();
         stop();
         stop();
-        QCOMPARE(m_capture->state().steps.count(QStringLiteral("stop")), 1);
+        QCOMPARE(recording().steps.count(QStringLiteral("stop")), 1);
         start();
-        QVERIFY(m_capture->state().isRunning);
+        QVERIFY(recording().isRunning());
     }
 
     void aStopDuringTheStartLeavesNothingRunning_data()
@@ -274,15 +270,15 @@ private slots:
     void aStopDuringTheStartLeavesNothingRunning()
     {
         QFETCH(const bool, atTranscriber);
-        CoroutineGate &gate = atTranscriber ? m_framework->reservationGate : m_capture->state().startGate;
+        CoroutineGate &gate = atTranscriber ? m_framework->reservationGate : recording().startGate;
         gate.close();
         auto starting = m_pipeline->start();
         QCOMPARE(gate.waiting(), std::size_t(1));
         stop();
         gate.open();
         test::waitFor(std::move(starting));
-        QVERIFY(!m_capture->state().isRunning);
-        QVERIFY(m_capture->state().inputs.empty());
+        QVERIFY(!recording().isRunning());
+        QVERIFY(!recording().hasReceiver());
         QVERIFY(m_framework->reserved().isEmpty());
     }
 
@@ -290,8 +286,8 @@ private slots:
     {
         start();
         m_pipeline = nullptr;
-        QVERIFY(!m_capture->state().isRunning);
-        QVERIFY(!m_capture->output().delegate());
+        QVERIFY(!recording().isRunning());
+        QVERIFY(!recording().hasReceiver());
     }
 };
 

@@ -18,6 +18,12 @@ using namespace lumaphone;
 using namespace lumaphone::test;
 using namespace std::chrono_literals;
 
+namespace {
+
+const QStringList startSteps {QStringLiteral("default output"), QStringLiteral("start speakers")};
+
+} // namespace
+
 class SystemAudioLivePipelineTest : public QObject
 {
     Q_OBJECT
@@ -37,6 +43,7 @@ private:
             = SystemAudioLivePipeline::create(language, m_capture, m_clock, services, m_events->handler());
     }
 
+    FakeRecording &recording() const { return m_capture->recording(); }
     void start() { test::waitFor(m_pipeline->start()); }
     void stop() { test::waitFor(m_pipeline->stop()); }
 
@@ -73,29 +80,19 @@ private slots:
     void makingOneAsksForNothing()
     {
         QCOMPARE(m_capture->checks(), 0);
-        QVERIFY(m_capture->steps().isEmpty());
+        QVERIFY(recording().steps.isEmpty());
         QVERIFY(m_framework->reservationLog().isEmpty());
     }
 
-    void startingCapturesTheFirstDisplay()
+    void startingRecordsTheDefaultOutput()
     {
         start();
-        QCOMPARE(m_capture->steps(),
-            (QStringList {QStringLiteral("content 0 1"), QStringLiteral("make speakers"),
-                QStringLiteral("add screen"), QStringLiteral("add audio"), QStringLiteral("start")}));
+        QCOMPARE(recording().steps, startSteps);
         QCOMPARE(m_capture->requests(), 0);
-        QVERIFY(m_capture->stream().isCapturing());
-        const ScreenStreamConfiguration expected {.widthPixels = 2,
-            .heightPixels = 2,
-            .minimumFrameInterval = 1s,
-            .queueDepth = 3,
-            .showsCursor = false,
-            .capturesAudio = true,
-            .excludesCurrentProcessAudio = true,
-            .sampleRateHz = 16000,
-            .channelCount = 1};
-        QVERIFY(m_capture->configuration() == expected);
-        QCOMPARE(m_capture->stream().queue()->label(), std::string("app.lumaphone.system-audio-samples"));
+        QVERIFY(recording().isRunning());
+        const SoundFormat expected {.sampleRateHz = 16000, .channelCount = 1};
+        QVERIFY(m_capture->format() == expected);
+        QCOMPARE(recording().queue()->label(), std::string("app.lumaphone.system-audio-samples"));
         QCOMPARE(m_framework->locales(), QStringList {QStringLiteral("en_US")});
     }
 
@@ -153,15 +150,8 @@ private slots:
         public:
             bool preflightAccess() override { return m_granted; }
             void requestAccess() override { m_granted = true; }
-            QCoro::Task<ShareableContent> shareableContent(bool, bool) override
-            {
-                co_return ShareableContent();
-            }
-            std::unique_ptr<ScreenAudioStream> makeStream(const CaptureContentFilter &,
-                const ScreenStreamConfiguration &, ScreenAudioStreamDelegate &) override
-            {
-                return nullptr;
-            }
+            QCoro::Task<std::optional<SoundDevice>> defaultOutput() override { co_return std::nullopt; }
+            std::unique_ptr<SoundRecorder> makeRecorder(const SoundFormat &) override { return nullptr; }
 
         private:
             bool m_granted = false;
@@ -188,7 +178,7 @@ private slots:
         m_clock->advance(1ms);
         QVERIFY(failure == SystemAudioCaptureError::Case::screenAudioPermissionDenied);
         QCOMPARE(m_clock->sleepCount(), 24);
-        QVERIFY(m_capture->steps().isEmpty());
+        QVERIFY(recording().steps.isEmpty());
         QVERIFY(m_framework->reservationLog().isEmpty());
     }
 
@@ -197,43 +187,37 @@ private slots:
         m_capture->isGranted = false;
         auto starting = m_pipeline->start();
         m_clock->advance(1100ms);
-        QVERIFY(m_capture->steps().isEmpty());
+        QVERIFY(recording().steps.isEmpty());
         m_capture->isGranted = true;
         m_clock->advance(150ms);
         test::waitFor(std::move(starting));
-        QVERIFY(m_capture->stream().isCapturing());
+        QVERIFY(recording().isRunning());
     }
 
-    void withoutDisplayTheTranscriberIsNeverStarted()
+    void withoutAnOutputTheTranscriberIsNeverStarted()
     {
-        m_capture->displays.clear();
+        m_capture->output.reset();
         QVERIFY(failureOfStart() == SystemAudioCaptureError::Case::noDisplay);
         QVERIFY(m_framework->reservationLog().isEmpty());
     }
 
     void errorsOfTheServicePassUnchanged_data()
     {
-        QTest::addColumn<int>("step");
-        QTest::newRow("content") << 0;
-        QTest::newRow("adding the audio output") << 1;
-        QTest::newRow("starting") << 2;
+        QTest::addColumn<bool>("atOutput");
+        QTest::newRow("looking for the output") << true;
+        QTest::newRow("starting") << false;
     }
 
     void errorsOfTheServicePassUnchanged()
     {
-        QFETCH(const int, step);
+        QFETCH(const bool, atOutput);
         const QString message = QStringLiteral("the server is gone");
-        if (step == 0) {
-            m_capture->contentFailure = message;
-        }
-        m_capture->onMakeStream = [=](FakeScreenAudioStream &stream) {
-            (step == 1 ? stream.addAudioFailure : stream.startFailure) = message;
-        };
+        (atOutput ? m_capture->outputFailure : recording().startFailure) = message;
         const auto error = thrownBy<CaptureServiceError>([this] { start(); });
         QVERIFY(error);
         QCOMPARE(error->errorDescription(), message);
         // Up to the owner: it stops what is running.
-        QCOMPARE(m_framework->reserved().isEmpty(), step == 0);
+        QCOMPARE(m_framework->reserved().isEmpty(), atOutput);
         stop();
         QVERIFY(m_framework->reserved().isEmpty());
         QVERIFY(m_events->lines().isEmpty());
@@ -245,14 +229,14 @@ private slots:
         const auto error = thrownBy<AppleSystemSpeechTranscriberError>([this] { start(); });
         QVERIFY(
             error && error->errorCase() == AppleSystemSpeechTranscriberError::Case::recognizerUnavailable);
-        QCOMPARE(m_capture->steps(), QStringList {QStringLiteral("content 0 1")});
+        QCOMPARE(recording().steps, QStringList {QStringLiteral("default output")});
     }
 
     void soundIsTranscribedAndSummarised()
     {
         start();
         TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
-        m_capture->stream().deliver(sound.buffer());
+        recording().deliver(sound.buffer());
         QCOMPARE(m_events->lines(),
             QStringList {QStringLiteral("audio 320 frames, 16000 Hz, 1 channel, duration 0.020s")});
         QVERIFY(waitUntil([&] { return m_framework->analyzer().samples().size() == 320; }));
@@ -263,7 +247,7 @@ private slots:
         start();
         TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
         sound.buffer().durationSeconds.reset();
-        m_capture->stream().deliver(sound.buffer());
+        recording().deliver(sound.buffer());
         QVERIFY(m_events->lines().constFirst().endsWith(QStringLiteral("duration 0.000s")));
     }
 
@@ -271,25 +255,22 @@ private slots:
     {
         QTest::addColumn<bool>("isValid");
         QTest::addColumn<bool>("isReady");
-        QTest::addColumn<bool>("isScreen");
-        QTest::newRow("a picture") << true << true << true;
-        QTest::newRow("not valid") << false << true << false;
-        QTest::newRow("not ready") << true << false << false;
+        QTest::newRow("not valid") << false << true;
+        QTest::newRow("not ready") << true << false;
     }
 
     void someBuffersAreSkippedSilently()
     {
         QFETCH(const bool, isValid);
         QFETCH(const bool, isReady);
-        QFETCH(const bool, isScreen);
         start();
         TestSound skipped(analysisDescription, std::vector<double>(100, 0.5));
         skipped.buffer().isValid = isValid;
         skipped.buffer().dataIsReady = isReady;
-        m_capture->stream().deliver(
-            skipped.buffer(), isScreen ? SampleBufferType::Screen : SampleBufferType::Audio);
+        recording().deliver(skipped.buffer());
+        QCOMPARE(m_events->count(), 0);
         TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
-        m_capture->stream().deliver(sound.buffer());
+        recording().deliver(sound.buffer());
         QCOMPARE(m_events->count(), 1);
         QVERIFY(waitUntil([&] { return m_framework->analyzer().inputs() == 1; }));
         QCOMPARE(m_framework->analyzer().samples().size(), std::size_t(320));
@@ -324,44 +305,34 @@ private slots:
         QVERIFY(ownerHears({event}));
     }
 
-    void aStreamThatEndsByItselfBecomesAnEvent()
+    void aRecordingThatEndsByItselfBecomesAnEvent()
     {
         start();
-        m_capture->stream().failBySelf(QStringLiteral("connection terminated"));
+        recording().endBySelf(QStringLiteral("connection terminated"));
         QVERIFY(ownerHears({QStringLiteral("failed 系統音訊擷取已停止：connection terminated")}));
         // The owner decides: the pipeline keeps its state.
-        QVERIFY(!m_capture->steps().contains(QStringLiteral("stop")));
+        QVERIFY(!recording().steps.contains(QStringLiteral("stop")));
         QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
     }
 
-    void stoppingEndsTranscriberAndStream()
+    void stoppingEndsTranscriberAndRecording()
     {
         start();
         stop();
-        QCOMPARE(m_capture->steps().mid(5),
-            (QStringList {QStringLiteral("remove screen"), QStringLiteral("remove audio"),
-                QStringLiteral("stop"), QStringLiteral("destroy")}));
+        QCOMPARE(recording().steps, startSteps + QStringList {QStringLiteral("stop")});
+        QVERIFY(!recording().isRunning());
+        QVERIFY(!recording().hasReceiver());
         QVERIFY(m_framework->reserved().isEmpty());
     }
 
     void stoppingBeforeStartingOrTwiceIsFine()
     {
         stop();
+        QVERIFY(recording().steps.isEmpty());
         start();
         stop();
         stop();
-        QCOMPARE(m_capture->steps().count(QStringLiteral("stop")), 1);
-    }
-
-    void failuresWhileStoppingAreIgnored()
-    {
-        m_capture->onMakeStream = [](FakeScreenAudioStream &stream) {
-            stream.addAudioFailure = QStringLiteral("no");
-            stream.stopFailure = QStringLiteral("not running");
-        };
-        QVERIFY(thrownBy<CaptureServiceError>([this] { start(); }));
-        stop();
-        QCOMPARE(m_capture->steps().constLast(), QStringLiteral("destroy"));
+        QCOMPARE(recording().steps.count(QStringLiteral("stop")), 1);
     }
 
     void aStoppedPipelineStartsAfresh()
@@ -369,9 +340,26 @@ private slots:
         start();
         stop();
         start();
-        QCOMPARE(m_capture->steps().count(QStringLiteral("make speakers")), 2);
-        QVERIFY(m_capture->stream().isCapturing());
+        QCOMPARE(recording().steps, startSteps + QStringList {QStringLiteral("stop")} + startSteps);
+        QVERIFY(recording().isRunning());
         QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
+    }
+
+    void theLatestOfTwoStartsRecords()
+    {
+        recording().startGate.close();
+        auto first = m_pipeline->start();
+        auto second = m_pipeline->start();
+        recording().startGate.open();
+        test::waitFor(std::move(first));
+        test::waitFor(std::move(second));
+        QCOMPARE(recording().steps,
+            (startSteps
+                + QStringList {QStringLiteral("default output"), QStringLiteral("stop"),
+                    QStringLiteral("start speakers")}));
+        QVERIFY(recording().isRunning());
+        QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
+        QVERIFY(m_events->lines().isEmpty());
     }
 
     void aStopDuringTheStartLeavesNothingRunning_data()
@@ -379,48 +367,45 @@ private slots:
         QTest::addColumn<QString>("where");
         QTest::newRow("while asking for permission") << QStringLiteral("permission");
         QTest::newRow("while the transcriber starts") << QStringLiteral("transcriber");
-        QTest::newRow("while the stream starts") << QStringLiteral("stream");
+        QTest::newRow("while the recording starts") << QStringLiteral("recording");
     }
 
     void aStopDuringTheStartLeavesNothingRunning()
     {
         QFETCH(const QString, where);
-        CoroutineGate streamGate;
-        m_capture->onMakeStream = [&streamGate](FakeScreenAudioStream &stream) {
-            stream.startGate = &streamGate;
-        };
         m_capture->isGranted = where != QStringLiteral("permission");
         if (where == QStringLiteral("transcriber")) {
             m_framework->reservationGate.close();
         }
-        if (where == QStringLiteral("stream")) {
-            streamGate.close();
+        if (where == QStringLiteral("recording")) {
+            recording().startGate.close();
         }
         auto starting = m_pipeline->start();
         stop();
         m_capture->isGranted = true;
         m_clock->advance(250ms);
         m_framework->reservationGate.open();
-        streamGate.open();
+        recording().startGate.open();
         test::waitFor(std::move(starting));
         QVERIFY(m_framework->reserved().isEmpty());
-        QVERIFY(where == QStringLiteral("stream") || !m_capture->steps().contains(QStringLiteral("start")));
-        // Every stream that was started was stopped after that, and is gone.
-        QVERIFY(m_capture->steps().lastIndexOf(QStringLiteral("stop"))
-            >= m_capture->steps().lastIndexOf(QStringLiteral("start")));
-        QCOMPARE(m_capture->steps().count(QStringLiteral("destroy")),
-            m_capture->steps().count(QStringLiteral("make speakers")));
+        QCOMPARE(recording().steps.contains(QStringLiteral("start speakers")),
+            where == QStringLiteral("recording"));
+        QCOMPARE(recording().steps.count(QStringLiteral("stop")),
+            recording().steps.count(QStringLiteral("start speakers")));
+        QVERIFY(!recording().isRunning());
+        QVERIFY(!recording().hasReceiver());
     }
 
     void aPipelineCanBeDroppedWhileRunning()
     {
         start();
         TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
-        m_capture->stream().deliver(sound.buffer());
+        recording().deliver(sound.buffer());
         const std::weak_ptr<SystemAudioLivePipeline> weak = m_pipeline;
         m_pipeline = nullptr;
         QVERIFY(weak.expired());
-        QCOMPARE(m_capture->steps().constLast(), QStringLiteral("destroy"));
+        QCOMPARE(recording().steps.constLast(), QStringLiteral("stop"));
+        QVERIFY(!recording().hasReceiver());
         m_detachedTasks->wait();
         QVERIFY(m_framework->analyzer().isCancelled());
     }

@@ -24,17 +24,15 @@ bool isConsistent(const AudioSampleBuffer &buffer)
 
 } // namespace
 
-void RecordedSound::didOutputSampleBuffer(const AudioSampleBuffer &buffer, SampleBufferType type)
+SoundReceiver RecordedSound::receiver()
 {
-    if (type == SampleBufferType::Audio) {
-        didOutputSampleBuffer(buffer);
-        return;
-    }
-    const std::lock_guard lock(m_mutex);
-    ++m_pictures;
+    return {
+        .onSound = [this](const AudioSampleBuffer &buffer) { take(buffer); },
+        .onEnded = [this](const std::exception_ptr &reason) { takeEnd(reason); },
+    };
 }
 
-void RecordedSound::didOutputSampleBuffer(const AudioSampleBuffer &buffer)
+void RecordedSound::take(const AudioSampleBuffer &buffer)
 {
     const std::lock_guard lock(m_mutex);
     ++m_buffers;
@@ -59,9 +57,9 @@ void RecordedSound::didOutputSampleBuffer(const AudioSampleBuffer &buffer)
     }
 }
 
-void RecordedSound::didStopWithError(std::exception_ptr error)
+void RecordedSound::takeEnd(const std::exception_ptr &reason)
 {
-    const QString text = localizedDescription(error);
+    const QString text = localizedDescription(reason);
     const std::lock_guard lock(m_mutex);
     m_errors << text;
 }
@@ -95,12 +93,6 @@ std::size_t RecordedSound::buffers() const
 {
     const std::lock_guard lock(m_mutex);
     return m_buffers;
-}
-
-std::size_t RecordedSound::pictures() const
-{
-    const std::lock_guard lock(m_mutex);
-    return m_pictures;
 }
 
 std::size_t RecordedSound::wrongBuffers() const

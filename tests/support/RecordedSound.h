@@ -1,8 +1,7 @@
 #pragma once
 
 #include "base/SerialQueue.h"
-#include "platform/MicrophoneCapture.h"
-#include "platform/ScreenAudioCapture.h"
+#include "platform/SoundRecorder.h"
 
 #include <QStringList>
 
@@ -13,10 +12,8 @@
 
 namespace lumaphone::test {
 
-/// Remembers everything a capture delivers, and how. Its getters may be called from any thread.
-class RecordedSound final : public ScreenAudioStreamOutput,
-                            public ScreenAudioStreamDelegate,
-                            public MicrophoneSampleDelegate
+/// Remembers everything a recording delivers, and how. Its getters may be called from any thread.
+class RecordedSound final
 {
 public:
     /// Buffers are expected on this queue.
@@ -25,9 +22,11 @@ public:
     {
     }
 
-    void didOutputSampleBuffer(const AudioSampleBuffer &buffer, SampleBufferType type) override;
-    void didOutputSampleBuffer(const AudioSampleBuffer &buffer) override;
-    void didStopWithError(std::exception_ptr error) override;
+    RecordedSound(const RecordedSound &) = delete;
+    RecordedSound &operator=(const RecordedSound &) = delete;
+
+    /// Writes down what a recording gives it. The sound outlives the recording.
+    SoundReceiver receiver();
 
     /// All samples so far, interleaved, in [-1, 1].
     std::vector<float> samples() const;
@@ -36,20 +35,21 @@ public:
     std::vector<float> latest(std::size_t count) const;
     void clear();
     std::size_t buffers() const;
-    std::size_t pictures() const;
     /// Buffers that came elsewhere than on the queue, or whose figures contradict each other.
     std::size_t wrongBuffers() const;
     std::optional<AudioStreamDescription> description() const;
     std::int64_t framesPerBuffer() const;
-    /// The texts of the errors told so far.
+    /// Why recordings ended by themselves, so far.
     QStringList errors() const;
 
 private:
+    void take(const AudioSampleBuffer &buffer);
+    void takeEnd(const std::exception_ptr &reason);
+
     const SerialQueue &m_queue;
     mutable std::mutex m_mutex;
     std::vector<float> m_samples;
     std::size_t m_buffers = 0;
-    std::size_t m_pictures = 0;
     std::size_t m_wrongBuffers = 0;
     std::int64_t m_framesPerBuffer = 0;
     std::optional<AudioStreamDescription> m_description;

@@ -1,6 +1,7 @@
 #include "translation/AppleModeController.h"
 
 #include "support/Coroutines.h"
+#include "support/FakeMicrophoneCapture.h"
 #include "support/ScriptedTranslationFramework.h"
 #include "support/program/TestProgram.h"
 
@@ -16,57 +17,6 @@ namespace applemodecontrollertest {
 using namespace lumaphone;
 
 namespace {
-
-class IdleSession final : public MicrophoneSession
-{
-public:
-    bool canAddInput(const MicrophoneInput &) const override { return true; }
-    bool canAddOutput(const MicrophoneOutput &) const override { return true; }
-    void beginConfiguration() override { }
-    void commitConfiguration() override { }
-    std::vector<std::shared_ptr<MicrophoneInput>> inputs() const override { return {}; }
-    std::vector<std::shared_ptr<MicrophoneOutput>> outputs() const override { return {}; }
-    void addInput(std::shared_ptr<MicrophoneInput>) override { }
-    void removeInput(const std::shared_ptr<MicrophoneInput> &) override { }
-    void addOutput(std::shared_ptr<MicrophoneOutput>) override { }
-    void removeOutput(const std::shared_ptr<MicrophoneOutput> &) override { }
-    QCoro::Task<> startRunning() override
-    {
-        m_isRunning = true;
-        co_return;
-    }
-    bool isRunning() const override { return m_isRunning; }
-    void stopRunning() override { m_isRunning = false; }
-
-private:
-    bool m_isRunning = false;
-};
-
-class CountingMicrophones final : public MicrophoneCapture
-{
-public:
-    CaptureAuthorization authorizationStatus() override { return CaptureAuthorization::NotDetermined; }
-    QCoro::Task<bool> requestAccess() override
-    {
-        ++questions;
-        co_return false;
-    }
-    QCoro::Task<std::optional<MicrophoneDevice>> defaultDevice() override
-    {
-        ++questions;
-        co_return std::nullopt;
-    }
-    std::shared_ptr<MicrophoneInput> makeInput(const MicrophoneDevice &) override { return nullptr; }
-    std::shared_ptr<MicrophoneOutput> makeOutput() override { return nullptr; }
-    std::unique_ptr<MicrophoneSession> makeSession() override
-    {
-        ++sessions;
-        return std::make_unique<IdleSession>();
-    }
-
-    int sessions = 0;
-    int questions = 0; ///< what the user could notice
-};
 
 class SilentModule final : public SpeechModule
 {
@@ -129,11 +79,11 @@ private slots:
     void itHoldsAnIdleEngineAndAnEnglishRecognizer()
     {
         const auto controller = makeController();
-        QCOMPARE(m_microphones.sessions, 1);
-        QVERIFY(!controller->audioEngine().isRunning());
+        QCOMPARE(m_microphones->recording().recordersMade(), 1);
+        QVERIFY(m_microphones->recording().steps.isEmpty());
         QVERIFY(controller->speechRecognizer());
         QCOMPARE(m_speech.locales, QStringList {QStringLiteral("en-US")});
-        QCOMPARE(m_microphones.questions, 0);
+        QCOMPARE(m_microphones->requests(), 0);
     }
 
     void aRefusedLocaleLeavesItWithoutRecognizer()
@@ -182,16 +132,17 @@ private slots:
     void init()
     {
         m_speech = {};
-        m_microphones = {};
+        m_microphones = std::make_unique<test::FakeMicrophoneCapture>();
+        m_microphones->authorization = CaptureAuthorization::NotDetermined;
     }
 
 private:
     std::shared_ptr<AppleModeController> makeController()
     {
-        return std::make_shared<AppleModeController>(m_microphones, m_speech, m_translation);
+        return std::make_shared<AppleModeController>(*m_microphones, m_speech, m_translation);
     }
 
-    CountingMicrophones m_microphones;
+    std::unique_ptr<test::FakeMicrophoneCapture> m_microphones;
     PickySpeech m_speech;
     test::ScriptedTranslationFramework m_translation;
 };

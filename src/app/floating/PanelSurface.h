@@ -17,15 +17,18 @@ enum class PanelPlacing {
     byDesktop, ///< the desktop; of a frame only the size counts
 };
 
-/// How a desktop carries the window of the caption panel. Belongs to one window and goes before it.
+/// How a desktop carries the window of the caption panel. Belongs to one window and goes before it. The
+/// panel calls it on the main thread; throws nothing.
 class PanelSurface
 {
 public:
     virtual ~PanelSurface() = default;
 
+    /// Stays the same.
     virtual PanelPlacing placing() const = 0;
     /// Where the panel lies on the whole desktop, as far as its placing() lets that be known.
     virtual QRect frame() const = 0;
+    /// Takes it there, as far as the placing() is the program's.
     virtual void setFrame(const QRect &frame) = 0;
     /// Whether there is a screen to show it on.
     virtual bool canBeShown() const { return true; }

@@ -1,18 +1,20 @@
 #pragma once
 
-#include "platform/DesktopAppearance.h"
-
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 namespace lumaphone {
 
+enum class ColorScheme { light, dark };
+
 /// The colour scheme that the desktop's settings portal publishes on the session bus. Where there is no
-/// portal the fallback stands.
-class PortalAppearance final : public QObject, public DesktopAppearance
+/// portal, or it has no wish, the fallback stands. Main thread.
+class PortalAppearance final : public QObject
 {
     Q_OBJECT
 
@@ -22,8 +24,10 @@ public:
     explicit PortalAppearance(
         ColorScheme fallback, QDBusConnection bus = QDBusConnection::sessionBus(), QObject *parent = nullptr);
 
-    ColorScheme colorScheme() const override { return m_scheme; }
-    void observe(std::function<void()> onChange) override { m_onChange = std::move(onChange); }
+    ColorScheme colorScheme() const { return m_scheme; }
+    /// `onChange` is called after every change, as long as the object lives; a second call replaces the
+    /// first.
+    void observe(std::function<void()> onChange) { m_onChange = std::move(onChange); }
 
 private slots:
     void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);

@@ -17,26 +17,26 @@ std::size_t bytesPerFrame(const AudioStreamDescription &description)
 void CaptureDelivery::prepare(const AudioStreamDescription &description)
 {
     const auto frames = static_cast<std::size_t>(description.sampleRateHz * bufferSeconds);
-    const std::lock_guard consumerLock(m_consumerMutex);
+    const std::lock_guard receiverLock(m_receiverMutex);
     const std::lock_guard lock(m_mutex);
     m_description = description;
     m_pool.emplace(frames * bytesPerFrame(description), bufferCount);
 }
 
-void CaptureDelivery::attach(SerialQueue &queue, Consumer consumer)
+void CaptureDelivery::attach(SerialQueue &queue, SoundReceiver receiver)
 {
     detach();
-    const std::lock_guard consumerLock(m_consumerMutex);
+    const std::lock_guard receiverLock(m_receiverMutex);
     const std::lock_guard lock(m_mutex);
-    m_consumer = std::move(consumer);
+    m_receiver = std::move(receiver);
     m_queue = &queue;
 }
 
 void CaptureDelivery::detach()
 {
-    const std::lock_guard consumerLock(m_consumerMutex);
+    const std::lock_guard receiverLock(m_receiverMutex);
     const std::lock_guard lock(m_mutex);
-    m_consumer = nullptr;
+    m_receiver = {};
     m_queue = nullptr;
     ++m_attachment;
     m_isPosted = false;
@@ -58,6 +58,14 @@ void CaptureDelivery::append(const std::byte *data, std::size_t bytes)
     }
 }
 
+void CaptureDelivery::fail(const std::exception_ptr &reason)
+{
+    const std::lock_guard receiverLock(m_receiverMutex);
+    if (m_receiver.onEnded) {
+        m_receiver.onEnded(reason);
+    }
+}
+
 std::size_t CaptureDelivery::droppedBuffers() const
 {
     const std::lock_guard lock(m_mutex);
@@ -72,7 +80,7 @@ void CaptureDelivery::deliver(std::size_t attachment)
 
 bool CaptureDelivery::deliverOne(std::size_t attachment)
 {
-    const std::lock_guard consumerLock(m_consumerMutex);
+    const std::lock_guard receiverLock(m_receiverMutex);
     std::span<const std::byte> bytes;
     AudioStreamDescription description;
     {
@@ -90,7 +98,7 @@ bool CaptureDelivery::deliverOne(std::size_t attachment)
     }
     const auto frames = static_cast<std::int64_t>(bytes.size() / bytesPerFrame(description));
     const std::span<const std::byte> planes[] = {bytes};
-    m_consumer(AudioSampleBuffer {
+    m_receiver.onSound(AudioSampleBuffer {
         .frames = frames,
         .durationSeconds = static_cast<double>(frames) / description.sampleRateHz,
         .description = description,

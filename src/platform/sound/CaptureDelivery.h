@@ -1,32 +1,32 @@
 #pragma once
 
 #include "base/SerialQueue.h"
-#include "platform/AudioSampleBuffer.h"
+#include "platform/SoundRecorder.h"
 #include "platform/sound/CaptureBufferPool.h"
 
 #include <cstddef>
-#include <functional>
+#include <exception>
 #include <memory>
 #include <mutex>
 #include <optional>
 
 namespace lumaphone {
 
-/// Hands recorded sound to a consumer on a serial queue, in buffers of 20 ms. The recording thread never
-/// waits for the consumer; up to two seconds of sound wait for a queue that falls behind, then the oldest is
+/// Hands recorded sound to a receiver on a serial queue, in buffers of 20 ms. The recording thread never
+/// waits for the receiver; up to two seconds of sound wait for a queue that falls behind, then the oldest is
 /// dropped. Its methods may be called from any thread, except that the queue must not detach.
 class CaptureDelivery : public std::enable_shared_from_this<CaptureDelivery>
 {
 public:
-    using Consumer = std::function<void(const AudioSampleBuffer &buffer)>;
-
     /// Makes the buffers for sound of this kind. What was waiting is dropped.
     void prepare(const AudioStreamDescription &description);
-    void attach(SerialQueue &queue, Consumer consumer);
-    /// After it returns the consumer is not called again and the queue is not used again.
+    void attach(SerialQueue &queue, SoundReceiver receiver);
+    /// After it returns the receiver is not called again and the queue is not used again.
     void detach();
     /// Adds interleaved frames, or silence if `data` is null. Ignored while nothing is attached or prepared.
     void append(const std::byte *data, std::size_t bytes);
+    /// Tells the receiver, if there is one, that the recording has ended by itself.
+    void fail(const std::exception_ptr &reason);
     /// Buffers lost since prepare() because the queue fell behind.
     std::size_t droppedBuffers() const;
 
@@ -34,8 +34,8 @@ private:
     void deliver(std::size_t attachment);
     bool deliverOne(std::size_t attachment);
 
-    std::mutex m_consumerMutex; ///< held while the consumer works; taken before m_mutex
-    Consumer m_consumer;
+    std::mutex m_receiverMutex; ///< held while the receiver works; taken before m_mutex
+    SoundReceiver m_receiver;
     mutable std::mutex m_mutex; ///< held for moments only
     SerialQueue *m_queue = nullptr;
     std::size_t m_attachment = 0; ///< closures posted for an earlier one are void

@@ -8,9 +8,8 @@
 
 namespace lumaphone {
 
-/// What the computer plays, from a server that speaks the PulseAudio protocol. A display is an output of that
-/// server; the dummy output of a server without hardware counts, it plays silence. This program plays no
-/// sound, so its own need not be excluded.
+/// What the computer plays, from a server that speaks the PulseAudio protocol. The dummy output of a server
+/// without hardware counts, it plays silence. This program plays no sound, so its own need not be excluded.
 class PulseScreenAudioCapture final : public ScreenAudioCapture
 {
 public:
@@ -19,10 +18,9 @@ public:
     bool preflightAccess() override;
     /// There is nobody to ask on a Linux desktop.
     void requestAccess() override { }
-    QCoro::Task<ShareableContent> shareableContent(
-        bool excludingDesktopWindows, bool onScreenWindowsOnly) override;
-    std::unique_ptr<ScreenAudioStream> makeStream(const CaptureContentFilter &filter,
-        const ScreenStreamConfiguration &configuration, ScreenAudioStreamDelegate &delegate) override;
+    /// The first output where the server names no default.
+    QCoro::Task<std::optional<SoundDevice>> defaultOutput() override;
+    std::unique_ptr<SoundRecorder> makeRecorder(const SoundFormat &format) override;
 
 private:
     std::shared_ptr<MainQueue> m_mainQueue;

@@ -14,10 +14,8 @@ struct RecordingThread::State
     mutable std::mutex mutex;
     bool hasStarted = false;
     bool hasEnded = false;
-    bool isOver = false; ///< nothing more is told to anybody
     std::exception_ptr error;
     std::vector<Completion<>> waitForStart;
-    std::vector<Completion<>> waitForEnd;
 
     void start()
     {
@@ -39,15 +37,6 @@ struct RecordingThread::State
         }
         return hasStarted;
     }
-
-    void resolveEnd()
-    {
-        const std::lock_guard lock(mutex);
-        for (const auto &waiting : std::exchange(waitForEnd, {})) {
-            waiting.resolve();
-        }
-        isOver = true;
-    }
 };
 
 RecordingThread::RecordingThread(std::shared_ptr<MainQueue> mainQueue, Work work, FailureHandler onFailure)
@@ -67,7 +56,6 @@ RecordingThread::RecordingThread(std::shared_ptr<MainQueue> mainQueue, Work work
         if (hadStarted && !stop.stop_requested()) {
             onFailure(error);
         }
-        state->resolveEnd();
     })
 {
 }
@@ -84,18 +72,6 @@ Completion<> RecordingThread::started()
         completion.resolve();
     } else {
         m_state->waitForStart.push_back(completion);
-    }
-    return completion;
-}
-
-Completion<> RecordingThread::ended()
-{
-    Completion<> completion(m_mainQueue);
-    const std::lock_guard lock(m_state->mutex);
-    if (m_state->isOver) {
-        completion.resolve();
-    } else {
-        m_state->waitForEnd.push_back(completion);
     }
     return completion;
 }

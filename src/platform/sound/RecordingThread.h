@@ -19,19 +19,15 @@ public:
     using Work = std::function<void(const std::stop_token &stop, const std::function<void()> &hasStarted)>;
     using FailureHandler = std::function<void(std::exception_ptr error)>;
 
-    /// `onFailure` is called on this thread, at most once, when a started recording ends by itself; never
-    /// after a stop was requested and the thread has ended.
+    /// `onFailure` is called on this thread, at most once, when a started recording ends by itself.
     RecordingThread(std::shared_ptr<MainQueue> mainQueue, Work work, FailureHandler onFailure);
     /// Stops the recording and returns when the device is free, which no server can delay.
     ~RecordingThread();
     RecordingThread(const RecordingThread &) = delete;
     RecordingThread &operator=(const RecordingThread &) = delete;
 
-    void requestStop() { m_thread.request_stop(); }
     /// Resolved when sound flows; fails with the reason if it never will.
     Completion<> started();
-    /// Resolved when the thread's work is over.
-    Completion<> ended();
     bool hasEnded() const;
 
 private:

@@ -24,13 +24,15 @@ public:
     virtual ~StreamingRecognizer() = default;
     /// The locales whose texts this recogniser gives. Any thread.
     virtual std::vector<QString> localeIdentifiers() const = 0;
-    /// Loads the model. Any thread, once, before the first sample.
+    /// Loads the model. Any thread, once, before the first sample. Gives no texts.
     virtual void load() = 0;
-    /// Takes the next samples, 16 kHz mono, in pieces of any size; may decode before it returns.
+    /// Takes the next samples, 16 kHz mono, in pieces of any size; may decode before it returns. Like
+    /// finish(), on one thread of the caller's.
     virtual void accept(std::span<const std::int16_t> samples) = 0;
     /// No more samples follow. Gives the last final texts, none after it has returned.
     virtual void finish() = 0;
-    /// Any thread, at any time: makes the running call and every later one return soon. Idempotent.
+    /// Any thread, at any time: makes the running call and every later one return soon. Texts that still come
+    /// are ignored. Idempotent.
     virtual void cancel() noexcept = 0;
 };
 

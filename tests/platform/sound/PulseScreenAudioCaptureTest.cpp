@@ -28,14 +28,10 @@ private:
     std::unique_ptr<PrivateSoundServer> m_server;
     std::unique_ptr<PulseScreenAudioCapture> m_capture;
 
-    QStringList outputs()
+    QString defaultOutput()
     {
-        QStringList ids;
-        for (const CaptureDisplay &display :
-            test::waitFor(m_capture->shareableContent(false, true)).displays) {
-            ids << display.id;
-        }
-        return ids;
+        const auto output = test::waitFor(m_capture->defaultOutput());
+        return output ? output->id : QString();
     }
 
 private slots:
@@ -53,18 +49,16 @@ private slots:
         m_server.reset();
     }
 
-    void outputsAreDisplaysTheDefaultFirst()
+    void theServersDefaultIsTheOutput()
     {
         m_server->addOutput(QStringLiteral("first"));
         m_server->addOutput(QStringLiteral("second"));
         m_server->addOutput(QStringLiteral("third"));
         m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->setDefaultOutput(QStringLiteral("second"));
-        QCOMPARE(outputs(),
-            (QStringList {QStringLiteral("second"), QStringLiteral("first"), QStringLiteral("third"),
-                QStringLiteral("microphone_room")}));
+        QCOMPARE(defaultOutput(), QStringLiteral("second"));
         m_server->setDefaultOutput(QStringLiteral("third"));
-        QCOMPARE(outputs().front(), QStringLiteral("third"));
+        QCOMPARE(defaultOutput(), QStringLiteral("third"));
     }
 
     void anOutputIsCalledWhatTheServerCallsIt()
@@ -72,37 +66,36 @@ private slots:
         m_server->loadModule(QStringLiteral("module-null-sink"),
             {QStringLiteral("sink_name=alsa_output.usb"),
                 QStringLiteral("sink_properties=device.description=耳機")});
-        const ShareableContent content = test::waitFor(m_capture->shareableContent(false, true));
-        QCOMPARE(content.displays.size(), std::size_t(1));
-        QCOMPARE(content.displays[0].id, QStringLiteral("alsa_output.usb"));
-        QCOMPARE(content.displays[0].name, QStringLiteral("耳機"));
+        const auto output = test::waitFor(m_capture->defaultOutput());
+        QVERIFY(output);
+        QCOMPARE(output->id, QStringLiteral("alsa_output.usb"));
+        QCOMPARE(output->name, QStringLiteral("耳機"));
     }
 
-    void withoutOutputsThereIsNoDisplay()
+    void withoutOutputsThereIsNone()
     {
-        QCOMPARE(outputs(), QStringList());
+        QVERIFY(!test::waitFor(m_capture->defaultOutput()));
         m_server->loadModule(QStringLiteral("module-pipe-source"),
             {QStringLiteral("source_name=microphone"),
                 QStringLiteral("file=%1/pipe").arg(m_server->folder())});
-        QCOMPARE(outputs(), QStringList());
+        QVERIFY(!test::waitFor(m_capture->defaultOutput()));
     }
 
-    void theDummyOutputIsADisplay()
+    void theDummyOutputIsAnOutput()
     {
         m_server->loadModule(QStringLiteral("module-always-sink"));
-        QCOMPARE(outputs(), QStringList {QStringLiteral("auto_null")});
+        QCOMPARE(defaultOutput(), QStringLiteral("auto_null"));
     }
 
     void withoutAServerTheErrorCarriesItsText()
     {
         m_server->kill();
-        const auto error
-            = thrownBy<CaptureServiceError>([&] { test::waitFor(m_capture->shareableContent(false, true)); });
+        const auto error = thrownBy<CaptureServiceError>([&] { test::waitFor(m_capture->defaultOutput()); });
         QVERIFY(error);
         QCOMPARE(error->errorDescription(), QStringLiteral("無法連線到聲音伺服器：Connection refused"));
         m_server->start();
         m_server->addOutput(QStringLiteral("speakers"));
-        QCOMPARE(outputs(), QStringList {QStringLiteral("speakers")});
+        QCOMPARE(defaultOutput(), QStringLiteral("speakers"));
     }
 
     void aStuckServerIsGivenUpWithoutStoppingTheEventLoop()
@@ -120,8 +113,7 @@ private slots:
         ticks.start(5ms);
         QElapsedTimer whole;
         whole.start();
-        const auto error
-            = thrownBy<CaptureServiceError>([&] { test::waitFor(capture.shareableContent(false, true)); });
+        const auto error = thrownBy<CaptureServiceError>([&] { test::waitFor(capture.defaultOutput()); });
         const qint64 wholeMs = whole.elapsed();
         m_server->thaw();
         QVERIFY(error);

@@ -12,7 +12,7 @@
 
 #include <cmath>
 
-namespace pulsemicrophonesessiontest {
+namespace pulsemicrophonerecordingtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -27,7 +27,7 @@ int threadCount()
 
 } // namespace
 
-class PulseMicrophoneSessionTest : public QObject
+class PulseMicrophoneRecordingTest : public QObject
 {
     Q_OBJECT
 
@@ -37,32 +37,17 @@ private:
     std::unique_ptr<SerialQueue> m_queue;
     std::unique_ptr<RecordedSound> m_sound;
     std::unique_ptr<PulseMicrophoneCapture> m_capture;
-    std::unique_ptr<MicrophoneSession> m_session;
-    std::shared_ptr<MicrophoneOutput> m_output;
+    std::unique_ptr<SoundRecorder> m_recorder;
 
-    /// Fills the session with the default microphone and a fresh output, as one change.
-    void configure()
+    SoundDevice microphone() { return test::waitFor(m_capture->defaultInput()).value(); }
+
+    QCoro::Task<> starting(const SoundDevice &device)
     {
-        const auto input = m_capture->makeInput(*test::waitFor(m_capture->defaultDevice()));
-        m_output = m_capture->makeOutput();
-        m_output->setSampleBufferDelegate(m_sound.get(), m_queue.get());
-        m_session->beginConfiguration();
-        for (const auto &former : m_session->inputs()) {
-            m_session->removeInput(former);
-        }
-        for (const auto &former : m_session->outputs()) {
-            m_session->removeOutput(former);
-        }
-        m_session->addInput(input);
-        m_session->addOutput(m_output);
-        m_session->commitConfiguration();
+        return m_recorder->start(device, *m_queue, m_sound->receiver());
     }
 
-    void start()
-    {
-        configure();
-        test::waitFor(m_session->startRunning());
-    }
+    /// Records the default microphone.
+    void start() { test::waitFor(starting(microphone())); }
 
     bool hears(double frequencyHz, int rateHz, int channel, int channels) const
     {
@@ -82,13 +67,12 @@ private slots:
         m_queue = std::make_unique<SerialQueue>("test.samples");
         m_sound = std::make_unique<RecordedSound>(*m_queue);
         m_capture = std::make_unique<PulseMicrophoneCapture>(m_mainQueue);
-        m_session = m_capture->makeSession();
+        m_recorder = m_capture->makeRecorder();
     }
 
     void cleanup()
     {
-        m_session.reset();
-        m_output.reset();
+        m_recorder.reset();
         m_capture.reset();
         m_queue.reset();
         m_sound.reset();
@@ -128,7 +112,6 @@ private slots:
             type = SampleType::Float32;
         }
         start();
-        QVERIFY(m_session->isRunning());
         const auto voice
             = m_server->playSamples(sine(500, 0.5, 30, 48000), 48000, 1, QStringLiteral("microphone_room"));
         QVERIFY(waitUntil([&] { return hears(500, rateHz, 0, channels); }));
@@ -152,7 +135,7 @@ private slots:
         QVERIFY(std::abs(levelOf(channelOf(latest, 1, 2)) - 0.25 / std::sqrt(2.0)) < 0.01);
     }
 
-    void anUnpluggedDeviceEndsTheSessionOnce()
+    void anUnpluggedDeviceEndsTheRecordingOnce()
     {
         const std::vector<int> modules = m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->addMicrophone(QStringLiteral("other"));
@@ -161,8 +144,8 @@ private slots:
         QVERIFY(waitUntil([&] { return m_sound->buffers() > 0; }));
         m_server->unloadModule(modules.back());
         QVERIFY(waitUntil([&] { return !m_sound->errors().isEmpty(); }));
-        QVERIFY(!m_session->isRunning());
-        m_session->stopRunning();
+        QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
+        m_recorder->stop();
         QCOMPARE(m_sound->errors().size(), 1);
         QVERIFY2(m_sound->errors().front().endsWith(QStringLiteral("已中斷連線。")),
             qPrintable(m_sound->errors().front()));
@@ -173,7 +156,7 @@ private slots:
         QVERIFY(waitUntil([&] { return m_sound->buffers() > buffers; }));
     }
 
-    void aKilledServerEndsTheSessionOnceAndTheNextStartWorks()
+    void aKilledServerEndsTheRecordingOnceAndTheNextStartWorks()
     {
         m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->setDefaultMicrophone(QStringLiteral("microphone"));
@@ -182,7 +165,6 @@ private slots:
         QVERIFY(waitUntil([&] { return !m_sound->errors().isEmpty(); }));
         QCOMPARE(m_sound->errors(),
             QStringList {QStringLiteral("與聲音伺服器的連線已中斷：Connection terminated")});
-        QVERIFY(!m_session->isRunning());
         m_server->start();
         m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->setDefaultMicrophone(QStringLiteral("microphone"));
@@ -196,17 +178,35 @@ private slots:
     {
         const std::vector<int> modules = m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->setDefaultMicrophone(QStringLiteral("microphone"));
-        configure();
+        const SoundDevice device = microphone();
         m_server->unloadModule(modules.back());
         m_server->addMicrophone(QStringLiteral("other"));
-        const auto error = thrownBy<CaptureServiceError>([&] { test::waitFor(m_session->startRunning()); });
+        const auto error = thrownBy<CaptureServiceError>([&] { test::waitFor(starting(device)); });
         QVERIFY(error);
-        QVERIFY2(error->errorDescription().startsWith(QStringLiteral("找不到麥克風")), error->what());
-        QVERIFY(!m_session->isRunning());
+        QCOMPARE(error->errorDescription(), QStringLiteral("找不到麥克風「%1」。").arg(device.name));
+        QVERIFY(m_server->recordings().empty());
         QCOMPARE(m_sound->errors(), QStringList());
     }
 
-    void anotherDefaultDeviceDoesNotDisturbTheSession()
+    void whatRecordsAnOutputIsNotRecorded()
+    {
+        m_server->addOutput(QStringLiteral("speakers"));
+        const auto error = thrownBy<CaptureServiceError>([&] {
+            test::waitFor(starting({QStringLiteral("speakers.monitor"), QStringLiteral("Speakers")}));
+        });
+        QVERIFY(error);
+        QCOMPARE(error->errorDescription(), QStringLiteral("找不到麥克風「Speakers」。"));
+        QVERIFY(m_server->recordings().empty());
+    }
+
+    void noNameIsNotAnyMicrophone()
+    {
+        m_server->addMicrophone(QStringLiteral("microphone"));
+        QVERIFY(thrownBy<CaptureServiceError>([&] { test::waitFor(starting({})); }));
+        QVERIFY(m_server->recordings().empty());
+    }
+
+    void anotherDefaultDeviceDoesNotDisturbTheRecording()
     {
         m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->addMicrophone(QStringLiteral("other"));
@@ -219,56 +219,52 @@ private slots:
         QCOMPARE(m_sound->errors(), QStringList());
     }
 
-    void afterDetachingTheDelegateHearsNothing()
+    void afterAStopNothingIsDelivered()
     {
         m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->setDefaultMicrophone(QStringLiteral("microphone"));
         start();
-        RecordedSound second(*m_queue);
         QVERIFY(waitUntil([&] { return m_sound->buffers() > 0; }));
-        m_output->setSampleBufferDelegate(nullptr, nullptr);
+        m_recorder->stop();
         const std::size_t buffers = m_sound->buffers();
-        m_output->setSampleBufferDelegate(&second, m_queue.get());
+        // Another recording proves that sound still flows.
+        RecordedSound second(*m_queue);
+        const auto other = m_capture->makeRecorder();
+        test::waitFor(other->start(microphone(), *m_queue, second.receiver()));
         QVERIFY(waitUntil([&] { return second.buffers() > 5; }));
-        m_output->setSampleBufferDelegate(nullptr, nullptr);
         m_server->kill();
-        QVERIFY(waitUntil([&] { return !m_session->isRunning(); }));
-        m_session->stopRunning();
+        QVERIFY(waitUntil([&] { return !second.errors().isEmpty(); }));
         QCOMPARE(m_sound->buffers(), buffers);
         QCOMPARE(m_sound->errors(), QStringList());
-        QCOMPARE(second.errors(), QStringList());
     }
 
-    void startingTwiceLeavesOneInputAndOneOutput()
+    void aSecondStartReplacesTheRecording()
     {
         m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->setDefaultMicrophone(QStringLiteral("microphone"));
         start();
-        start();
-        QCOMPARE(m_session->inputs().size(), std::size_t(1));
-        QCOMPARE(m_session->outputs().size(), std::size_t(1));
-        QVERIFY(waitUntil([&] { return m_server->recordings().size() == 1; }));
+        QVERIFY(waitUntil([&] { return m_sound->buffers() > 0; }));
+        RecordedSound second(*m_queue);
+        const SoundDevice device = microphone();
+        QCoro::Task<> restarting = m_recorder->start(device, *m_queue, second.receiver());
         const std::size_t buffers = m_sound->buffers();
-        QVERIFY(waitUntil([&] { return m_sound->buffers() > buffers; }));
-        test::waitFor(m_session->startRunning());
-        QCOMPARE(m_server->recordings().size(), std::size_t(1));
+        test::waitFor(std::move(restarting));
+        QVERIFY(waitUntil([&] { return second.buffers() > 5; }));
+        QVERIFY(waitUntil([&] { return m_server->recordings().size() == 1; }));
+        QCOMPARE(m_sound->buffers(), buffers);
         QCOMPARE(m_sound->errors(), QStringList());
+        m_recorder->stop();
     }
 
-    void anEmptySessionCannotRun()
-    {
-        QVERIFY(thrownBy<CaptureServiceError>([&] { test::waitFor(m_session->startRunning()); }));
-        QVERIFY(!m_session->isRunning());
-        m_session->stopRunning();
-    }
-
-    void aRemovedInputIsNoLongerRecorded()
+    void aStoppedDeviceIsFree()
     {
         m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        m_recorder->stop();
         start();
-        m_session->removeInput(m_session->inputs().front());
-        QVERIFY(!m_session->isRunning());
+        QCOMPARE(m_server->recordings().size(), std::size_t(1));
+        m_recorder->stop();
+        m_recorder->stop();
         QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
     }
 
@@ -277,15 +273,15 @@ private slots:
         m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->setDefaultMicrophone(QStringLiteral("microphone"));
         start();
+        const SoundDevice device = microphone();
         m_server->freeze();
         QElapsedTimer timer;
         timer.start();
-        m_session->stopRunning();
+        m_recorder->stop();
         const qint64 runningMs = timer.restart();
-        // A session that is being opened stops as promptly, and its start ends.
-        QCoro::Task<> opening = m_session->startRunning();
-        QVERIFY(m_session->isRunning());
-        m_session->stopRunning();
+        // A recording that is being opened stops as promptly, and its start ends.
+        QCoro::Task<> opening = starting(device);
+        m_recorder->stop();
         const qint64 openingMs = timer.elapsed();
         QVERIFY(thrownBy<CaptureServiceError>([&] { test::waitFor(std::move(opening)); }));
         m_server->thaw();
@@ -294,17 +290,16 @@ private slots:
         QCOMPARE(m_sound->errors(), QStringList());
     }
 
-    void fiftySessionsLeaveNeitherThreadsNorStreams()
+    void fiftyRecordingsLeaveNeitherThreadsNorStreams()
     {
         m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->setDefaultMicrophone(QStringLiteral("microphone"));
         start();
-        m_session->stopRunning();
+        m_recorder->stop();
         const int threads = threadCount();
         for (int i = 0; i < 50; ++i) {
             start();
-            m_session->stopRunning();
-            QVERIFY(!m_session->isRunning());
+            m_recorder->stop();
         }
         QVERIFY(waitUntil([&] { return m_server->recordings().empty(); }));
         QVERIFY(waitUntil([&] { return threadCount() == threads; }));
@@ -312,8 +307,8 @@ private slots:
     }
 };
 
-LUMAPHONE_TEST(PulseMicrophoneSessionTest)
+LUMAPHONE_TEST(PulseMicrophoneRecordingTest)
 
-} // namespace pulsemicrophonesessiontest
+} // namespace pulsemicrophonerecordingtest
 
-#include "PulseMicrophoneSessionTest.moc"
+#include "PulseMicrophoneRecordingTest.moc"
