@@ -38,11 +38,11 @@ void choose(LumaphoneSettings &settings, const CaptionCommandLine &command)
     settings.setAudioInputSource(std::holds_alternative<MicrophoneInputChoice>(command.input)
             ? LumaphoneAudioInputSource::microphone
             : LumaphoneAudioInputSource::systemAudio);
-    // Without translation no provider has to be configured either.
-    if (command.translation == TranslationChoice::apple || command.translation == TranslationChoice::off) {
-        settings.setProcessingMode(LumaphoneProcessingMode::appleMode);
-    } else if (command.translation == TranslationChoice::custom) {
-        settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+    if (command.translation) {
+        // Without translation no provider has to be configured either.
+        settings.setProcessingMode(command.translation == TranslationChoice::custom
+                ? LumaphoneProcessingMode::customAPI
+                : LumaphoneProcessingMode::appleMode);
     }
 }
 

@@ -113,7 +113,7 @@ private slots:
         DO("click library.edit");
         DO("await library.reader 改過的譯文");
         DO("click library.export");
-        DO("click library.export.subRip");
+        DO("click library.export.srt");
         DO("file library.exportDialog " + m_home.filePath("傲慢.srt").toUtf8());
         QVERIFY(contentOf("傲慢.srt").contains("改過的譯文"));
         DO("type library.search 不在這裡");
