@@ -40,9 +40,7 @@ QtObject {
     readonly property color warning: isDark ? "#efbb5e" : "#855700"
     readonly property color warningWell: isDark ? "#392f1b" : "#fbf0d9"
     readonly property color danger: isDark ? "#ff8d85" : "#bd2b26"
-    readonly property color dangerHovered: isDark ? "#ffa19a" : "#a82420"
     readonly property color dangerWell: isDark ? "#3f2325" : "#fbe6e5"
-    readonly property color dangerContrast: isDark ? "#1c1112" : "#ffffff"
 
     // The grid.
     readonly property int half: 4
@@ -71,7 +69,6 @@ QtObject {
     readonly property string fontFamily: "Noto Sans CJK TC"
 
     readonly property int quick: 120
-    readonly property int calm: 200
 
     /// The family whose glyphs a language's readers expect: the same character looks different in Tokyo and Taipei.
     /// `language` is the raw value of a source language, such as "japanese".
