@@ -8,6 +8,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -47,7 +48,7 @@ private:
     void arrangeWlrootsOutputs() const;
     void start(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment);
     void awaitOutputs(const QString &title, int outputs);
-    template<typename Condition> void await(const QString &what, Condition condition) const;
+    void await(const QString &what, const std::function<bool()> &isThere) const;
     QByteArray said() const;
     void write(const QString &name, const QByteArray &content) const;
     QByteArray read(const QString &name) const;
