@@ -40,7 +40,7 @@ void checkDocument(const json::Value &root)
     fuzz::require(
         transcriptDocumentFromJson(toJson(document)) == document, "a document that is written reads back");
     fuzz::require(document.markdownText(QLocale::c()).startsWith(QLatin1String("# ")), "a page has a title");
-    for (const auto text : {SubtitleText::source, SubtitleText::translation, SubtitleText::bilingual}) {
+    for (const auto text : allTranscriptTextChoices) {
         const auto cues = srtText(document, text).count(QLatin1String("-->"));
         fuzz::require(cues <= document.lines.size(), "a line is one cue");
         fuzz::require(vttText(document, text).count(QLatin1String("-->")) == cues, "both forms say the same");

@@ -41,9 +41,7 @@ QtObject {
     readonly property color warning: isDark ? "#efbb5e" : "#855700"
     readonly property color warningWell: isDark ? "#392f1b" : "#fbf0d9"
     readonly property color danger: isDark ? "#ff8d85" : "#bd2b26"
-    readonly property color dangerHovered: isDark ? "#ffa19a" : "#a82420"
     readonly property color dangerWell: isDark ? "#3f2325" : "#fbe6e5"
-    readonly property color dangerContrast: isDark ? "#1c1112" : "#ffffff"
 
     // The grid.
     readonly property int half: 4
@@ -72,7 +70,6 @@ QtObject {
     readonly property string fontFamily: LanguageFonts.familyOf("")
 
     readonly property int quick: 120
-    readonly property int calm: 200
 
     /// `language` is the raw value of a source language, such as "japanese".
     function fontFamilyOf(language: string): string {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -17,6 +18,16 @@ std::optional<typename Cases::value_type> caseWithRawValue(const Cases &cases, c
         }
     }
     return std::nullopt;
+}
+
+/// What rawValue() gives for each of `cases`.
+template<typename Cases> QStringList rawValues(const Cases &cases)
+{
+    QStringList values;
+    for (const auto candidate : cases) {
+        values.append(rawValue(candidate));
+    }
+    return values;
 }
 
 } // namespace lumaphone

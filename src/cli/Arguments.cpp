@@ -1,7 +1,5 @@
 #include "cli/Arguments.h"
 
-#include "cli/CommandLine.h"
-
 namespace lumaphone::cli {
 
 Arguments::Arguments(const QStringList &arguments, std::initializer_list<Option> options)
@@ -30,6 +28,12 @@ void Arguments::requirePositional(qsizetype count, const QString &usage) const
     if (m_positional.size() != count || m_positional.contains(QString())) {
         throw UsageError(usage);
     }
+}
+
+UsageError Arguments::unknownChoice(const QString &kind, const QString &name, const QStringList &known)
+{
+    return UsageError(
+        QStringLiteral("不認得的%1：%2（可用 %3）").arg(kind, name, known.join(QStringLiteral("、"))));
 }
 
 } // namespace lumaphone::cli

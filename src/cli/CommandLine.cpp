@@ -9,48 +9,6 @@ namespace lumaphone::cli {
 
 namespace {
 
-OutputFormat outputFormat(const QString &name)
-{
-    if (name == QLatin1String("text")) {
-        return OutputFormat::text;
-    }
-    if (name == QLatin1String("jsonl")) {
-        return OutputFormat::jsonLines;
-    }
-    throw UsageError(QStringLiteral("不認得的輸出格式：%1（可用 text、jsonl）").arg(name));
-}
-
-AppleSystemSpeechLanguage language(const QString &name)
-{
-    if (const auto language = speechLanguageFromRawValue(name)) {
-        return *language;
-    }
-    QStringList names;
-    for (const AppleSystemSpeechLanguage choice : allSpeechLanguages()) {
-        names.append(rawValue(choice));
-    }
-    throw UsageError(
-        QStringLiteral("不認得的語言：%1（可用 %2）").arg(name, names.join(QStringLiteral("、"))));
-}
-
-TranslationChoice translationChoice(const Arguments &arguments)
-{
-    if (!arguments.isSet(QStringLiteral("translate"))) {
-        return TranslationChoice::asInSettings;
-    }
-    const QString name = arguments.value(QStringLiteral("translate"));
-    if (name == QLatin1String("off")) {
-        return TranslationChoice::off;
-    }
-    if (name == QLatin1String("apple")) {
-        return TranslationChoice::apple;
-    }
-    if (name == QLatin1String("custom")) {
-        return TranslationChoice::custom;
-    }
-    throw UsageError(QStringLiteral("不認得的翻譯方式：%1（可用 off、apple、custom）").arg(name));
-}
-
 CommandLine parseCaption(const QStringList &list)
 {
     const Arguments arguments(list,
@@ -65,9 +23,13 @@ CommandLine parseCaption(const QStringList &list)
         1, QStringLiteral("caption 需要一個 INPUT：system、microphone 或音訊檔的路徑"));
 
     CaptionCommandLine command;
-    command.language = language(arguments.value(QStringLiteral("language")));
-    command.format = outputFormat(arguments.value(QStringLiteral("format")));
-    command.translation = translationChoice(arguments);
+    command.language
+        = arguments.choice(QStringLiteral("language"), allAppleSystemSpeechLanguages, QStringLiteral("語言"));
+    command.format = arguments.choice(QStringLiteral("format"), allOutputFormats, QStringLiteral("輸出格式"));
+    if (arguments.isSet(QStringLiteral("translate"))) {
+        command.translation = arguments.choice(
+            QStringLiteral("translate"), allTranslationChoices, QStringLiteral("翻譯方式"));
+    }
     command.keepsDraft = arguments.isSet(QStringLiteral("draft"));
     const QString &input = arguments.positional().constFirst();
     const bool isRealtime = arguments.isSet(QStringLiteral("realtime"));
@@ -212,15 +174,12 @@ LumaphoneGlossaryTermMode termMode(const Arguments &arguments)
     if (!arguments.isSet(QStringLiteral("mode"))) {
         return hasTarget ? LumaphoneGlossaryTermMode::translate : LumaphoneGlossaryTermMode::preserve;
     }
-    const QString name = arguments.value(QStringLiteral("mode"));
-    const auto mode = lumaphoneGlossaryTermMode(name);
-    if (!mode) {
-        throw UsageError(QStringLiteral("不認得的處理方式：%1（可用 preserve、translate）").arg(name));
-    }
-    if (*mode == LumaphoneGlossaryTermMode::translate && !hasTarget) {
+    const auto mode
+        = arguments.choice(QStringLiteral("mode"), allLumaphoneGlossaryTermModes, QStringLiteral("處理方式"));
+    if (mode == LumaphoneGlossaryTermMode::translate && !hasTarget) {
         throw UsageError(QStringLiteral("translate 需要 --target"));
     }
-    return *mode;
+    return mode;
 }
 
 CommandLine parseGlossary(const QStringList &list)
@@ -267,49 +226,38 @@ CommandLine parseGlossary(const QStringList &list)
     throw UsageError(usage);
 }
 
-TranscriptFormat transcriptFormat(const Arguments &arguments)
+TranscriptExport transcriptFormat(const Arguments &arguments)
 {
     if (!arguments.isSet(QStringLiteral("format"))) {
-        throw UsageError(QStringLiteral("library export 需要 --format（可用 md、txt、srt、vtt、json）"));
+        throw UsageError(QStringLiteral("library export 需要 --format（可用 %1）")
+                             .arg(rawValues(allTranscriptExports).join(QStringLiteral("、"))));
     }
-    const QString name = arguments.value(QStringLiteral("format"));
-    if (name == QLatin1String("md")) {
-        return TranscriptFormat::markdown;
-    }
-    if (name == QLatin1String("txt")) {
-        return TranscriptFormat::text;
-    }
-    if (name == QLatin1String("srt")) {
-        return TranscriptFormat::srt;
-    }
-    if (name == QLatin1String("vtt")) {
-        return TranscriptFormat::vtt;
-    }
-    if (name == QLatin1String("json")) {
-        return TranscriptFormat::json;
-    }
-    throw UsageError(QStringLiteral("不認得的輸出格式：%1（可用 md、txt、srt、vtt、json）").arg(name));
+    return arguments.choice(QStringLiteral("format"), allTranscriptExports, QStringLiteral("輸出格式"));
 }
 
-SubtitleText exportedText(const Arguments &arguments, TranscriptFormat format)
+/// The formats in which some of a line's texts can be left out, or those in which none can.
+QString formatsWithTextChoice(bool hasChoice)
+{
+    QStringList names;
+    for (const TranscriptExport format : allTranscriptExports) {
+        if (hasTextChoice(format) == hasChoice) {
+            names.append(rawValue(format));
+        }
+    }
+    const QString last = names.takeLast();
+    return QStringLiteral("%1 和 %2").arg(names.join(QStringLiteral("、")), last);
+}
+
+TranscriptTextChoice exportedText(const Arguments &arguments, TranscriptExport format)
 {
     if (!arguments.isSet(QStringLiteral("text"))) {
-        return SubtitleText::bilingual;
+        return TranscriptTextChoice::bilingual;
     }
-    if (format == TranscriptFormat::markdown || format == TranscriptFormat::json) {
-        throw UsageError(QStringLiteral("--text 只能用於 txt、srt 和 vtt；md 和 json 一律包含原文與譯文"));
+    if (!hasTextChoice(format)) {
+        throw UsageError(QStringLiteral("--text 只能用於 %1；%2 一律包含原文與譯文")
+                             .arg(formatsWithTextChoice(true), formatsWithTextChoice(false)));
     }
-    const QString name = arguments.value(QStringLiteral("text"));
-    if (name == QLatin1String("source")) {
-        return SubtitleText::source;
-    }
-    if (name == QLatin1String("translation")) {
-        return SubtitleText::translation;
-    }
-    if (name == QLatin1String("bilingual")) {
-        return SubtitleText::bilingual;
-    }
-    throw UsageError(QStringLiteral("不認得的內容：%1（可用 source、translation、bilingual）").arg(name));
+    return arguments.choice(QStringLiteral("text"), allTranscriptTextChoices, QStringLiteral("內容"));
 }
 
 /// Each verb of "library" takes options of its own; those of another one are refused.
@@ -325,7 +273,7 @@ void requireOptions(const Arguments &arguments, const QString &verb, const QStri
 
 LibraryExport parseLibraryExport(const Arguments &arguments)
 {
-    const TranscriptFormat format = transcriptFormat(arguments);
+    const TranscriptExport format = transcriptFormat(arguments);
     const QString path = arguments.value(QStringLiteral("output"));
     if (arguments.isSet(QStringLiteral("output")) && path.isEmpty()) {
         throw UsageError(QStringLiteral("--output 需要檔案名稱"));
@@ -374,6 +322,30 @@ CommandLine parseLibrary(const QStringList &list)
 }
 
 } // namespace
+
+QString rawValue(OutputFormat format)
+{
+    switch (format) {
+    case OutputFormat::text:
+        return QStringLiteral("text");
+    case OutputFormat::jsonLines:
+        return QStringLiteral("jsonl");
+    }
+    Q_UNREACHABLE();
+}
+
+QString rawValue(TranslationChoice choice)
+{
+    switch (choice) {
+    case TranslationChoice::off:
+        return QStringLiteral("off");
+    case TranslationChoice::onDevice:
+        return QStringLiteral("apple");
+    case TranslationChoice::custom:
+        return QStringLiteral("custom");
+    }
+    Q_UNREACHABLE();
+}
 
 CommandLine parseCommandLine(const QStringList &arguments)
 {

@@ -3,11 +3,13 @@
 #include "base/LocalizedError.h"
 #include "glossary/LumaphoneGlossaryTermMode.h"
 #include "language/AppleSystemSpeechLanguage.h"
-#include "storage/TranscriptSubtitles.h"
+#include "storage/TranscriptExport.h"
 
 #include <QString>
 #include <QStringList>
 
+#include <array>
+#include <optional>
 #include <variant>
 
 namespace lumaphone::cli {
@@ -42,21 +44,23 @@ struct SoundFileInput
 };
 
 enum class OutputFormat { text, jsonLines };
+inline constexpr std::array allOutputFormats {OutputFormat::text, OutputFormat::jsonLines};
+/// As it is written on the command line.
+QString rawValue(OutputFormat format);
 
 /// How the lines of a session are translated.
-enum class TranslationChoice {
-    asInSettings,
-    off,
-    apple,
-    custom,
-};
+enum class TranslationChoice { off, onDevice, custom };
+inline constexpr std::array allTranslationChoices {
+    TranslationChoice::off, TranslationChoice::onDevice, TranslationChoice::custom};
+/// As it is written on the command line.
+QString rawValue(TranslationChoice choice);
 
 struct CaptionCommandLine
 {
     std::variant<SystemAudioInput, MicrophoneInputChoice, SoundFileInput> input;
     AppleSystemSpeechLanguage language = AppleSystemSpeechLanguage::automatic;
     OutputFormat format = OutputFormat::text;
-    TranslationChoice translation = TranslationChoice::asInSettings;
+    std::optional<TranslationChoice> translation = std::nullopt; ///< none: as the settings say
     bool keepsDraft = false; ///< in the place of the window's draft
     bool operator==(const CaptionCommandLine &) const = default;
 };
@@ -156,9 +160,6 @@ struct GlossaryExport
     QString path;
 };
 
-/// The forms in which a saved transcript is exported.
-enum class TranscriptFormat { markdown, text, srt, vtt, json };
-
 struct LibraryList
 {
     QString search; ///< blank: everything
@@ -170,8 +171,8 @@ struct LibraryShow
 struct LibraryExport
 {
     QString id;
-    TranscriptFormat format = TranscriptFormat::markdown;
-    SubtitleText text = SubtitleText::bilingual; ///< of text and subtitles
+    TranscriptExport format = TranscriptExport::markdown;
+    TranscriptTextChoice text = TranscriptTextChoice::bilingual; ///< where the format has a choice
     QString path; ///< empty: standard output
     bool operator==(const LibraryExport &) const = default;
 };

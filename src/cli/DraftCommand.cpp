@@ -1,6 +1,7 @@
 #include "cli/DraftCommand.h"
 
 #include "cli/TerminalText.h"
+#include "platform/SingleInstance.h"
 #include "session/LumaphoneSessionDraftStore.h"
 
 #include <QFile>
@@ -16,6 +17,15 @@ ExitStatus noDraft(const CommandStreams &streams)
 }
 
 } // namespace
+
+bool claimDraft(SingleInstance &instance, const CommandStreams &streams)
+{
+    if (instance.claim({}, [](const QString &) {}) == InstanceRole::first) {
+        return true;
+    }
+    streams.complain(QStringLiteral("Lumaphone 正在執行並使用草稿。請先結束它。"));
+    return false;
+}
 
 ExitStatus runDraftShow(const LumaphoneSessionDraftStore &store, const CommandStreams &streams)
 {

@@ -4,6 +4,7 @@
 #include "cli/TerminalText.h"
 #include "session/LumaphoneSessionDraftStore.h"
 #include "session/SessionTranscript.h"
+#include "storage/TranscriptExport.h"
 #include "storage/TranscriptLibraryStore.h"
 
 #include <QFile>
@@ -57,37 +58,6 @@ std::optional<TranscriptRecordMetadata> find(
         streams.complain(row(record));
     }
     return std::nullopt;
-}
-
-QString plainText(const TranscriptDocument &document, SubtitleText text)
-{
-    switch (text) {
-    case SubtitleText::source:
-        return document.sourceText();
-    case SubtitleText::translation:
-        return document.translationText();
-    case SubtitleText::bilingual:
-        return document.bilingualText();
-    }
-    Q_UNREACHABLE();
-}
-
-QByteArray exported(
-    const LibraryExport &command, const TranscriptDocument &document, const TranscriptLibraryStore &store)
-{
-    switch (command.format) {
-    case TranscriptFormat::markdown:
-        return store.markdownText(document).toUtf8();
-    case TranscriptFormat::text:
-        return plainText(document, command.text).toUtf8();
-    case TranscriptFormat::srt:
-        return srtText(document, command.text).toUtf8();
-    case TranscriptFormat::vtt:
-        return vttText(document, command.text).toUtf8();
-    case TranscriptFormat::json:
-        return json::pretty(toJson(document));
-    }
-    Q_UNREACHABLE();
 }
 
 /// One line of standard input, or what there is of it at its end.
@@ -165,7 +135,8 @@ ExitStatus runLibraryExport(
     if (!record) {
         return exitFailure;
     }
-    QByteArray bytes = exported(command, store.loadRecord(record->id), store);
+    QByteArray bytes
+        = exported(store.loadRecord(record->id), command.format, QLocale::system(), command.text);
     if (!bytes.isEmpty() && !bytes.endsWith('\n')) {
         bytes += '\n';
     }

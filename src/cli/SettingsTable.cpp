@@ -1,9 +1,10 @@
 #include "cli/SettingsTable.h"
 
+#include "base/RawValue.h"
 #include "storage/LumaphoneSettings.h"
+#include "storage/SettingKeys.h"
 
 #include <QLocale>
-#include <QStringList>
 
 #include <cmath>
 
@@ -14,20 +15,14 @@ namespace {
 template<typename Cases, typename Get, typename Set>
 Setting choice(const QString &key, Cases cases, Get get, Set set)
 {
-    QStringList names;
-    for (const auto candidate : cases) {
-        names.append(rawValue(candidate));
-    }
-    return {key, QStringLiteral("下列其中之一：%1").arg(names.join(QStringLiteral("、"))),
+    return {key, QStringLiteral("下列其中之一：%1").arg(rawValues(cases).join(QStringLiteral("、"))),
         [get](const LumaphoneSettings &settings) { return rawValue((settings.*get)()); },
         [cases, set](LumaphoneSettings &settings, const QString &text) {
-            for (const auto candidate : cases) {
-                if (rawValue(candidate) == text) {
-                    (settings.*set)(candidate);
-                    return true;
-                }
+            const auto chosen = caseWithRawValue(cases, text);
+            if (chosen) {
+                (settings.*set)(*chosen);
             }
-            return false;
+            return chosen.has_value();
         }};
 }
 
@@ -64,20 +59,19 @@ const std::vector<Setting> &settingsTable()
 {
     using S = LumaphoneSettings;
     static const std::vector<Setting> table {
-        choice(QStringLiteral("lumaphone.sourceLanguage"), allSpeechLanguages(), &S::sourceLanguage,
+        choice(settingkeys::sourceLanguage, allSpeechLanguages(), &S::sourceLanguage,
             &S::setSourceLanguage),
-        choice(QStringLiteral("lumaphone.audioInputSource"), allLumaphoneAudioInputSources,
-            &S::audioInputSource, &S::setAudioInputSource),
-        choice(QStringLiteral("lumaphone.processingMode"), allLumaphoneProcessingModes, &S::processingMode,
+        choice(settingkeys::audioInputSource, allLumaphoneAudioInputSources, &S::audioInputSource,
+            &S::setAudioInputSource),
+        choice(settingkeys::processingMode, allLumaphoneProcessingModes, &S::processingMode,
             &S::setProcessingMode),
-        number(QStringLiteral("lumaphone.caption.fontSize"), &S::captionFontSize, &S::setCaptionFontSize),
-        number(QStringLiteral("lumaphone.caption.opacity"), &S::captionOpacity, &S::setCaptionOpacity),
-        choice(QStringLiteral("lumaphone.caption.theme"), allFloatingCaptionThemes, &S::captionTheme,
-            &S::setCaptionTheme),
-        choice(QStringLiteral("lumaphone.caption.displayMode"), allFloatingCaptionDisplayModes,
-            &S::captionDisplayMode, &S::setCaptionDisplayMode),
-        text(QStringLiteral("lumaphone.provider.baseURL"), &S::providerBaseURL, &S::setProviderBaseURL),
-        text(QStringLiteral("lumaphone.provider.model"), &S::providerModel, &S::setProviderModel),
+        number(settingkeys::captionFontSize, &S::captionFontSize, &S::setCaptionFontSize),
+        number(settingkeys::captionOpacity, &S::captionOpacity, &S::setCaptionOpacity),
+        choice(settingkeys::captionTheme, allFloatingCaptionThemes, &S::captionTheme, &S::setCaptionTheme),
+        choice(settingkeys::captionDisplayMode, allFloatingCaptionDisplayModes, &S::captionDisplayMode,
+            &S::setCaptionDisplayMode),
+        text(settingkeys::providerBaseURL, &S::providerBaseURL, &S::setProviderBaseURL),
+        text(settingkeys::providerModel, &S::providerModel, &S::setProviderModel),
     };
     return table;
 }

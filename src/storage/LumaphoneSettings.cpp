@@ -1,24 +1,14 @@
 #include "storage/LumaphoneSettings.h"
 
 #include "base/Text.h"
+#include "storage/SettingKeys.h"
 
+#include <type_traits>
 #include <utility>
 
 namespace lumaphone {
 
 namespace {
-
-namespace keys {
-const auto sourceLanguage = QStringLiteral("lumaphone.sourceLanguage");
-const auto audioInputSource = QStringLiteral("lumaphone.audioInputSource");
-const auto processingMode = QStringLiteral("lumaphone.processingMode");
-const auto captionFontSize = QStringLiteral("lumaphone.caption.fontSize");
-const auto captionOpacity = QStringLiteral("lumaphone.caption.opacity");
-const auto captionTheme = QStringLiteral("lumaphone.caption.theme");
-const auto captionDisplayMode = QStringLiteral("lumaphone.caption.displayMode");
-const auto providerBaseURL = QStringLiteral("lumaphone.provider.baseURL");
-const auto providerModel = QStringLiteral("lumaphone.provider.model");
-} // namespace keys
 
 const auto keychainService = QStringLiteral("dev.lumaphone.provider");
 const auto apiKeyAccount = QStringLiteral("lumaphone.provider.apiKey");
@@ -32,6 +22,15 @@ Enum stored(const DefaultsStore &defaults, const QString &key,
     return raw ? fromRawValue(*raw).value_or(fallback) : fallback;
 }
 
+template<typename Value> DefaultsValue storedForm(const Value &value)
+{
+    if constexpr (std::is_enum_v<Value>) {
+        return rawValue(value);
+    } else {
+        return value;
+    }
+}
+
 } // namespace
 
 // The members are declared, and therefore read, in the order in which the store is asked for them.
@@ -40,19 +39,20 @@ LumaphoneSettings::LumaphoneSettings(
     : QObject(parent)
     , m_defaults(defaults)
     , m_keychain(keychainServices, keychainService)
-    , m_sourceLanguage(stored(
-          defaults, keys::sourceLanguage, speechLanguageFromRawValue, AppleSystemSpeechLanguage::automatic))
-    , m_audioInputSource(stored(defaults, keys::audioInputSource, lumaphoneAudioInputSource,
+    , m_sourceLanguage(stored(defaults, settingkeys::sourceLanguage, speechLanguageFromRawValue,
+          AppleSystemSpeechLanguage::automatic))
+    , m_audioInputSource(stored(defaults, settingkeys::audioInputSource, lumaphoneAudioInputSource,
           LumaphoneAudioInputSource::systemAudio))
-    , m_processingMode(
-          stored(defaults, keys::processingMode, lumaphoneProcessingMode, LumaphoneProcessingMode::appleMode))
-    , m_captionFontSize(defaults.number(keys::captionFontSize).value_or(34.0))
-    , m_captionOpacity(defaults.number(keys::captionOpacity).value_or(0.3))
-    , m_captionTheme(stored(defaults, keys::captionTheme, floatingCaptionTheme, FloatingCaptionTheme::dark))
-    , m_captionDisplayMode(stored(defaults, keys::captionDisplayMode, floatingCaptionDisplayMode,
+    , m_processingMode(stored(
+          defaults, settingkeys::processingMode, lumaphoneProcessingMode, LumaphoneProcessingMode::appleMode))
+    , m_captionFontSize(defaults.number(settingkeys::captionFontSize).value_or(34.0))
+    , m_captionOpacity(defaults.number(settingkeys::captionOpacity).value_or(0.3))
+    , m_captionTheme(
+          stored(defaults, settingkeys::captionTheme, floatingCaptionTheme, FloatingCaptionTheme::dark))
+    , m_captionDisplayMode(stored(defaults, settingkeys::captionDisplayMode, floatingCaptionDisplayMode,
           FloatingCaptionDisplayMode::bilingual))
-    , m_providerBaseURL(defaults.string(keys::providerBaseURL).value_or(defaultProviderBaseURL()))
-    , m_providerModel(defaults.string(keys::providerModel).value_or(QStringLiteral("gpt-4o-mini")))
+    , m_providerBaseURL(defaults.string(settingkeys::providerBaseURL).value_or(defaultProviderBaseURL()))
+    , m_providerModel(defaults.string(settingkeys::providerModel).value_or(QStringLiteral("gpt-4o-mini")))
     , m_hasProviderAPIKey(m_keychain.holds(apiKeyAccount))
 {
 }
@@ -63,12 +63,12 @@ QString LumaphoneSettings::defaultProviderBaseURL()
 }
 
 template<typename Value>
-void LumaphoneSettings::set(Value &member, const Value &value, const QString &key,
-    const DefaultsValue &stored, void (LumaphoneSettings::*changed)())
+void LumaphoneSettings::set(
+    Value &member, const Value &value, const QString &key, void (LumaphoneSettings::*changed)())
 {
     const bool isNew = member != value;
     member = value;
-    m_defaults.setObject(key, stored);
+    m_defaults.setObject(key, storedForm(value));
     if (isNew) {
         emit(this->*changed)();
     }
@@ -76,51 +76,49 @@ void LumaphoneSettings::set(Value &member, const Value &value, const QString &ke
 
 void LumaphoneSettings::setSourceLanguage(AppleSystemSpeechLanguage language)
 {
-    set(m_sourceLanguage, language, keys::sourceLanguage, rawValue(language),
-        &LumaphoneSettings::sourceLanguageChanged);
+    set(m_sourceLanguage, language, settingkeys::sourceLanguage, &LumaphoneSettings::sourceLanguageChanged);
 }
 
 void LumaphoneSettings::setAudioInputSource(LumaphoneAudioInputSource source)
 {
-    set(m_audioInputSource, source, keys::audioInputSource, rawValue(source),
+    set(m_audioInputSource, source, settingkeys::audioInputSource,
         &LumaphoneSettings::audioInputSourceChanged);
 }
 
 void LumaphoneSettings::setProcessingMode(LumaphoneProcessingMode mode)
 {
-    set(m_processingMode, mode, keys::processingMode, rawValue(mode),
-        &LumaphoneSettings::processingModeChanged);
+    set(m_processingMode, mode, settingkeys::processingMode, &LumaphoneSettings::processingModeChanged);
 }
 
 void LumaphoneSettings::setCaptionFontSize(double points)
 {
-    set(m_captionFontSize, points, keys::captionFontSize, points, &LumaphoneSettings::captionFontSizeChanged);
+    set(m_captionFontSize, points, settingkeys::captionFontSize, &LumaphoneSettings::captionFontSizeChanged);
 }
 
 void LumaphoneSettings::setCaptionOpacity(double opacity)
 {
-    set(m_captionOpacity, opacity, keys::captionOpacity, opacity, &LumaphoneSettings::captionOpacityChanged);
+    set(m_captionOpacity, opacity, settingkeys::captionOpacity, &LumaphoneSettings::captionOpacityChanged);
 }
 
 void LumaphoneSettings::setCaptionTheme(FloatingCaptionTheme theme)
 {
-    set(m_captionTheme, theme, keys::captionTheme, rawValue(theme), &LumaphoneSettings::captionThemeChanged);
+    set(m_captionTheme, theme, settingkeys::captionTheme, &LumaphoneSettings::captionThemeChanged);
 }
 
 void LumaphoneSettings::setCaptionDisplayMode(FloatingCaptionDisplayMode mode)
 {
-    set(m_captionDisplayMode, mode, keys::captionDisplayMode, rawValue(mode),
+    set(m_captionDisplayMode, mode, settingkeys::captionDisplayMode,
         &LumaphoneSettings::captionDisplayModeChanged);
 }
 
 void LumaphoneSettings::setProviderBaseURL(const QString &url)
 {
-    set(m_providerBaseURL, url, keys::providerBaseURL, url, &LumaphoneSettings::providerBaseURLChanged);
+    set(m_providerBaseURL, url, settingkeys::providerBaseURL, &LumaphoneSettings::providerBaseURLChanged);
 }
 
 void LumaphoneSettings::setProviderModel(const QString &model)
 {
-    set(m_providerModel, model, keys::providerModel, model, &LumaphoneSettings::providerModelChanged);
+    set(m_providerModel, model, settingkeys::providerModel, &LumaphoneSettings::providerModelChanged);
 }
 
 OpenAICompatibleProviderConfiguration LumaphoneSettings::providerConfiguration() const

@@ -120,8 +120,7 @@ signals:
 
 private:
     template<typename Value>
-    void set(Value &member, const Value &value, const QString &key, const DefaultsValue &stored,
-        void (LumaphoneSettings::*changed)());
+    void set(Value &member, const Value &value, const QString &key, void (LumaphoneSettings::*changed)());
 
     DefaultsStore &m_defaults;
     LumaphoneKeychain m_keychain;

@@ -6,6 +6,23 @@
 
 namespace lumaphone {
 
+namespace {
+
+QString plainText(const TranscriptDocument &document, TranscriptTextChoice text)
+{
+    switch (text) {
+    case TranscriptTextChoice::source:
+        return document.sourceText();
+    case TranscriptTextChoice::translation:
+        return document.translationText();
+    case TranscriptTextChoice::bilingual:
+        return document.bilingualText();
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
 QString rawValue(TranscriptExport format)
 {
     switch (format) {
@@ -45,17 +62,32 @@ QString title(TranscriptExport format)
     Q_UNREACHABLE();
 }
 
-QByteArray exported(const TranscriptDocument &document, TranscriptExport format, const QLocale &locale)
+bool hasTextChoice(TranscriptExport format)
+{
+    switch (format) {
+    case TranscriptExport::plainText:
+    case TranscriptExport::subRip:
+    case TranscriptExport::webVtt:
+        return true;
+    case TranscriptExport::markdown:
+    case TranscriptExport::json:
+        return false;
+    }
+    Q_UNREACHABLE();
+}
+
+QByteArray exported(const TranscriptDocument &document, TranscriptExport format, const QLocale &locale,
+    TranscriptTextChoice text)
 {
     switch (format) {
     case TranscriptExport::markdown:
         return document.markdownText(locale).toUtf8();
     case TranscriptExport::plainText:
-        return document.bilingualText().toUtf8();
+        return plainText(document, text).toUtf8();
     case TranscriptExport::subRip:
-        return srtText(document, SubtitleText::bilingual).toUtf8();
+        return srtText(document, text).toUtf8();
     case TranscriptExport::webVtt:
-        return vttText(document, SubtitleText::bilingual).toUtf8();
+        return vttText(document, text).toUtf8();
     case TranscriptExport::json:
         return json::pretty(toJson(document));
     }

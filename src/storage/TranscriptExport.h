@@ -1,6 +1,7 @@
 #pragma once
 
 #include "storage/TranscriptDocument.h"
+#include "storage/TranscriptTextChoice.h"
 
 #include <QByteArray>
 #include <QLocale>
@@ -11,7 +12,7 @@
 
 namespace lumaphone {
 
-/// The file formats in which a transcript leaves the library.
+/// The file formats in which a transcript leaves the library: the one list of them.
 enum class TranscriptExport {
     markdown,
     plainText,
@@ -29,7 +30,11 @@ QString rawValue(TranscriptExport format);
 /// Exact and case-sensitive; none for any other text.
 std::optional<TranscriptExport> transcriptExport(const QString &rawValue);
 QString title(TranscriptExport format);
-/// The whole file, as UTF-8. Dates for people are written as in `locale`.
-QByteArray exported(const TranscriptDocument &document, TranscriptExport format, const QLocale &locale);
+/// Whether the format can show some of a line's texts; if not, it always holds all that there is.
+bool hasTextChoice(TranscriptExport format);
+/// The whole file, as UTF-8. Dates for people are written as in `locale`; `text` counts where there is a
+/// choice.
+QByteArray exported(const TranscriptDocument &document, TranscriptExport format, const QLocale &locale,
+    TranscriptTextChoice text = TranscriptTextChoice::bilingual);
 
 } // namespace lumaphone

@@ -1,5 +1,7 @@
 #include "storage/TranscriptLibraryLayout.h"
 
+#include "storage/UserFiles.h"
+
 namespace lumaphone {
 
 TranscriptLibraryLayout TranscriptLibraryLayout::at(const QString &root)
@@ -9,8 +11,8 @@ TranscriptLibraryLayout TranscriptLibraryLayout::at(const QString &root)
 
 TranscriptLibraryLayout TranscriptLibraryLayout::standard(const PlatformFolders &folders)
 {
-    if (const auto support = folders.applicationSupport()) {
-        return at(*support + QStringLiteral("/Lumaphone/Transcripts"));
+    if (const auto folder = transcriptsFolder(folders)) {
+        return at(*folder);
     }
     return {std::nullopt, QStringLiteral("/tmp/lumaphone-transcripts-index.json"),
         QStringLiteral("/tmp/lumaphone-transcripts")};

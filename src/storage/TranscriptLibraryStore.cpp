@@ -332,11 +332,6 @@ bool TranscriptLibraryStore::prepareSearch(std::chrono::milliseconds budget) con
     return m_search.prepare(m_records, budget);
 }
 
-QString TranscriptLibraryStore::markdownText(const TranscriptDocument &document) const
-{
-    return document.markdownText(m_environment.locale);
-}
-
 const TranscriptRecordMetadata &TranscriptLibraryStore::record(const QUuid &id) const
 {
     const auto found = std::find_if(m_records.begin(), m_records.end(), hasId(id));

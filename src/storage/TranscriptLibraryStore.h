@@ -74,8 +74,6 @@ public:
     /// Prepares a part of what the first search needs, for about as long as `budget`. Whether all of it is
     /// done.
     bool prepareSearch(std::chrono::milliseconds budget) const;
-    /// The document as a readable page, with dates as the user writes them.
-    QString markdownText(const TranscriptDocument &document) const;
 
 signals:
     void recordsChanged();

@@ -93,20 +93,20 @@ QStringList cueLines(const QString &raw)
     return lines;
 }
 
-QString cueText(const SavedTranscriptLine &line, SubtitleText text)
+QString cueText(const SavedTranscriptLine &line, TranscriptTextChoice text)
 {
     switch (text) {
-    case SubtitleText::source:
+    case TranscriptTextChoice::source:
         return cueLines(line.sourceText).join(QLatin1Char('\n'));
-    case SubtitleText::translation:
+    case TranscriptTextChoice::translation:
         return cueLines(line.translatedText).join(QLatin1Char('\n'));
-    case SubtitleText::bilingual:
+    case TranscriptTextChoice::bilingual:
         return (cueLines(line.sourceText) + cueLines(line.translatedText)).join(QLatin1Char('\n'));
     }
     Q_UNREACHABLE();
 }
 
-std::vector<Cue> cues(const TranscriptDocument &document, SubtitleText text)
+std::vector<Cue> cues(const TranscriptDocument &document, TranscriptTextChoice text)
 {
     std::vector<Cue> result = timedCues(document);
     for (std::size_t i = 0; i < result.size(); ++i) {
@@ -134,7 +134,7 @@ QString timesText(const Cue &cue, QChar decimalMark)
 
 } // namespace
 
-QString srtText(const TranscriptDocument &document, SubtitleText text)
+QString srtText(const TranscriptDocument &document, TranscriptTextChoice text)
 {
     QString result;
     int number = 0;
@@ -147,7 +147,7 @@ QString srtText(const TranscriptDocument &document, SubtitleText text)
     return result;
 }
 
-QString vttText(const TranscriptDocument &document, SubtitleText text)
+QString vttText(const TranscriptDocument &document, TranscriptTextChoice text)
 {
     QString result = QStringLiteral("WEBVTT\n\n");
     for (const Cue &cue : cues(document, text)) {

@@ -6,10 +6,14 @@ namespace lumaphone {
 
 namespace {
 
+QString folderIn(const QString &applicationSupport, const QString &name)
+{
+    return applicationSupport + QStringLiteral("/Lumaphone/") + name;
+}
+
 QString applicationFolder(const PlatformFolders &folders, const QString &name)
 {
-    // The user's home stands in for a missing application folder.
-    return folders.applicationSupport().value_or(QDir::homePath()) + QStringLiteral("/Lumaphone/") + name;
+    return folderIn(folders.applicationSupport().value_or(QDir::homePath()), name);
 }
 
 } // namespace
@@ -29,9 +33,10 @@ QString glossaryFolder(const PlatformFolders &folders)
     return applicationFolder(folders, QStringLiteral("Glossary"));
 }
 
-QString transcriptsFolder(const PlatformFolders &folders)
+std::optional<QString> transcriptsFolder(const PlatformFolders &folders)
 {
-    return applicationFolder(folders, QStringLiteral("Transcripts"));
+    const std::optional<QString> support = folders.applicationSupport();
+    return support ? std::optional(folderIn(*support, QStringLiteral("Transcripts"))) : std::nullopt;
 }
 
 QString modelsFolder(const PlatformFolders &folders)

@@ -78,8 +78,6 @@ private slots:
             {"warning", "warningWell"},
             {"danger", "dangerWell"},
             {"danger", "surface"},
-            {"dangerContrast", "danger"},
-            {"dangerContrast", "dangerHovered"},
         };
         for (const auto &[text, surface] : pairs) {
             QTest::addRow("%s on %s", text, surface) << QString(text) << QString(surface);

@@ -217,6 +217,20 @@ private slots:
         QVERIFY(waitUntil([&] { return QGuiApplication::clipboard()->text().startsWith("等一下"); }));
     }
 
+    void everyFormatIsOfferedInTheMenu()
+    {
+        Fixture f;
+        f.fill();
+        auto &view = f.open();
+        QVERIFY(view.click("library.export"));
+        QVERIFY(waitUntil([&] { return view.isShown("library.export.json"); }));
+        QCOMPARE(view.textOf("library.export.md"), QString("匯出 Markdown…"));
+        QCOMPARE(view.textOf("library.export.txt"), QString("匯出雙語純文字…"));
+        QCOMPARE(view.textOf("library.export.srt"), QString("匯出 SRT 字幕…"));
+        QCOMPARE(view.textOf("library.export.vtt"), QString("匯出 WebVTT 字幕…"));
+        QCOMPARE(view.textOf("library.export.json"), QString("匯出 JSON…"));
+    }
+
     void everyControlCanBeReachedByTab()
     {
         Fixture f;

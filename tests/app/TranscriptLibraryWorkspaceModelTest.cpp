@@ -447,7 +447,7 @@ private slots:
         QVERIFY(!workspace.exportRecord("exe", QUrl::fromLocalFile(f.folder.filePath("x"))));
         const QString path = f.folder.filePath("匯出 1.md");
         QVERIFY(workspace.exportRecord("md", QUrl::fromLocalFile(path)));
-        QCOMPARE(contents(path), f.store.markdownText(f.store.loadRecord(record.id)).toUtf8());
+        QCOMPARE(contents(path), f.store.loadRecord(record.id).markdownText(f.locale).toUtf8());
     }
 
     void anExportThatFailsSaysWhy()

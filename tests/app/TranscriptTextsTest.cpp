@@ -112,16 +112,22 @@ private slots:
     {
         QTest::addColumn<TranscriptExport>("format");
         QTest::addColumn<QString>("extension");
+        QTest::addColumn<QString>("entry");
         QTest::addColumn<QString>("beginning");
         QTest::newRow("markdown") << TranscriptExport::markdown << "md"
+                                  << "匯出 Markdown…"
                                   << "# 標題\n\n- 建立時間：";
         QTest::newRow("text") << TranscriptExport::plainText << "txt"
+                              << "匯出雙語純文字…"
                               << "原文：\nHello\n\n台灣繁中：\n你好";
         QTest::newRow("srt") << TranscriptExport::subRip << "srt"
+                             << "匯出 SRT 字幕…"
                              << "1\n00:00:00,000 --> ";
         QTest::newRow("vtt") << TranscriptExport::webVtt << "vtt"
+                             << "匯出 WebVTT 字幕…"
                              << "WEBVTT\n";
         QTest::newRow("json") << TranscriptExport::json << "json"
+                              << "匯出 JSON…"
                               << "{\n  \"lines\": [\n";
     }
     void everyFormatWritesTheDocument()
@@ -136,7 +142,7 @@ private slots:
         QVERIFY2(text.startsWith(beginning), qPrintable(text));
         QVERIFY(text.contains("Hello") && text.contains("你好"));
         QTEST(rawValue(format), "extension");
-        QVERIFY(!title(format).isEmpty());
+        QTEST(exportText(format), "entry");
         QCOMPARE(transcriptExport(rawValue(format)), std::optional(format));
         QVERIFY(!transcriptExport(rawValue(format).toUpper()));
     }

@@ -171,10 +171,10 @@ private slots:
         QVERIFY(!std::get<LibraryDelete>(parseCommandLine({"library", "delete", "1A"})).isConfirmed);
         QVERIFY(std::get<LibraryDelete>(parseCommandLine({"library", "delete", "1A", "-y"})).isConfirmed);
         QVERIFY(std::get<LibraryExport>(parseCommandLine({"library", "export", "1A", "--format", "md"}))
-            == (LibraryExport {"1A", TranscriptFormat::markdown, SubtitleText::bilingual, {}}));
+            == (LibraryExport {"1A", TranscriptExport::markdown, TranscriptTextChoice::bilingual, {}}));
         QVERIFY(std::get<LibraryExport>(parseCommandLine(
                     {"library", "export", "--format=vtt", "--text=translation", "-o", "a.vtt", "1A"}))
-            == (LibraryExport {"1A", TranscriptFormat::vtt, SubtitleText::translation, "a.vtt"}));
+            == (LibraryExport {"1A", TranscriptExport::webVtt, TranscriptTextChoice::translation, "a.vtt"}));
         QCOMPARE(std::get<GlossaryImport>(parseCommandLine({"glossary", "import", "a.csv"})).path,
             QStringLiteral("a.csv"));
         QCOMPARE(std::get<GlossaryExport>(parseCommandLine({"glossary", "export", "a.yaml"})).path,

@@ -1,8 +1,9 @@
-"""Checks that help texts, manual page and bash completion name the same commands, verbs and options, and that the
-completion does its work in a real bash."""
+"""Checks that help texts, manual page and bash completion name the same commands, verbs, options and choices, that the pages
+name settings that there are, and that the completion does its work in a real bash."""
 import os
 import pathlib
 import re
+import shlex
 import subprocess
 import sys
 import tempfile
@@ -27,6 +28,20 @@ def run(*arguments):
     return subprocess.run([program, *arguments], env=environment, capture_output=True, text=True, check=True).stdout
 
 
+def refusal(*arguments):
+    """What the program says of a wrong command line."""
+    result = subprocess.run([program, *arguments], env=environment, capture_output=True, text=True)
+    if result.returncode != 2:
+        problems.append(f"{arguments}: status {result.returncode}")
+    return result.stderr
+
+
+def known_choices(*arguments):
+    """The values that the program knows for the option at the end, which it lists when it is given another one."""
+    listed = re.search("（可用 (.+)）", refusal(*arguments, "?"))
+    return set(listed[1].split("、")) if listed else set()
+
+
 def complete(*words):
     """What bash offers for the last word."""
     script = """source "$1"; shift
@@ -42,6 +57,26 @@ _lumaphone_cli
 
 def options(text):
     return set(re.findall(r"(?<![-\w])--[a-z][-a-z]*", text))
+
+
+def words(text):
+    """Lower-case words, as people type them: no part of an option or of a setting."""
+    return set(re.findall(r"(?<![-\w.])[a-z][A-Za-z]*(?![-\w.])", text, re.ASCII))
+
+
+def entry(text, beginning, end):
+    """The part of a text from a pattern on, without it, up to another one."""
+    found = re.search(beginning, text, re.MULTILINE)
+    return re.split(end, text[found.end():], 1, re.MULTILINE)[0] if found else ""
+
+
+def bold_words(markup):
+    """The words that a part of the manual prints in bold."""
+    bold = []
+    for macro, line in re.findall(r"^\.(B|BR|RB|BI) (.*)$", markup, re.MULTILINE):
+        parts = shlex.split(line.replace("\\-", "-"))
+        bold += {"B": parts, "RB": parts[1::2]}.get(macro, parts[::2])
+    return words("\n".join(bold))
 
 
 # What the program itself says.
@@ -76,19 +111,45 @@ for command in commands:
 known = set().union(*(options(text) for text in helps.values()), options(overview))
 expect("options in the manual that no command has", options(page) - known, set())
 
-# The completion at work. The program takes the languages from its table; the other two texts write them out.
-languages = re.findall(r"[a-z]+", re.search(r"--language LANGUAGE(.*)", helps["caption"]).group(1))
-expect("languages of the program", set(languages), {"automatic", "japanese", "english", "korean", "mandarin"})
-expect("languages", complete("caption", "system", "--language", ""), set(languages))
-expect("languages missing in the manual",
-       set(languages) - set(re.findall(r"[a-z]+", re.search(r"the spoken language:\n(.*)", page).group(1))), set())
-for language in languages:
-    expect("--language", complete("caption", "system", "--language", language[:2]), {language})
+# The values of options: the program's own lists, as the texts name them and as they are completed.
+source = pathlib.Path(manual).read_text(encoding="utf-8")
+formats = known_choices("library", "export", "x", "--format")
+texts = known_choices("library", "export", "x", "--format", "txt", "--text")
+formats_with_text = {form for form in formats
+                     if "--text" not in refusal("library", "export", "x", "--format", form, "--text", "?")}
+expect("formats of transcripts", formats, {"md", "txt", "srt", "vtt", "json"})
+expect("texts of transcripts", texts, {"source", "translation", "bilingual"})
+# The option behind its command, what else its help names, the beginning of its entry in the manual, and what else that may name.
+for line, also_helped, heading, also_described in (
+        ("caption system --language", set(), r"^\.BI \\-\\-language.*", set()),
+        ("caption system --format", set(), r"^\.BI \\-\\-format.*", set()),
+        ("caption system --translate", set(), r"^\.BI \\-\\-translate.*", set()),
+        ("glossary add x --mode", set(), r"^\.BI \"glossary add.*", verbs["glossary"]),
+        ("library export x --format", set(), r"^\.BI \"library export.*", texts),
+        ("library export x --format txt --text", formats_with_text, r"^\.BI \"library export.*", formats)):
+    arguments = line.split()
+    choices = known_choices(*arguments)
+    expect(f"values of {line} that are completed", complete(*arguments, ""), choices)
+    helped = entry(helps[arguments[0]], rf"^  {arguments[-1]} [A-Z]+", r"^  -|^$")
+    expect(f"values of {line} in the help", words(helped), choices | also_helped)
+    expect(f"values of {line} in the manual",
+           bold_words(entry(source, heading, r"^\.TP|^\.SH|^\.PP")) - (also_described - choices), choices)
+
+# The settings, which the program lists.
+keys = {line.split("\t")[0] for line in run("settings", "list").splitlines()}
+for verb in ("get", "set"):
+    expect(f"settings that are completed behind {verb}", complete("settings", verb, ""), keys)
+pages = [source, *helps.values()]
+pages += [path.read_text(encoding="utf-8") for path in pathlib.Path(manual).parent.parent.glob("README*.md")]
+named = set().union(*(re.findall(r"(?<![\w./])lumaphone\.[a-z][A-Za-z.]*[A-Za-z]", text) for text in pages))
+expect("settings that are named but not there", named - keys, set())
+expect("settings that the pages name", named & {"lumaphone.processingMode", "lumaphone.provider.model"},
+       {"lumaphone.processingMode", "lumaphone.provider.model"})
+
+# The completion at work.
+expect("the beginning of a value", complete("caption", "system", "--language", "ja"), {"japanese"})
 expect("an option's value after =", complete("caption", "--translate", "=", "a"), {"apple"})
 expect("nothing after =", complete("caption", "--translate", "="), {"off", "apple", "custom"})
-expect("formats of captions", complete("caption", "system", "--format", ""), {"text", "jsonl"})
-expect("formats of transcripts", complete("library", "export", "x", "--format", ""),
-       {"md", "txt", "srt", "vtt", "json"})
 pathlib.Path(home.name, "名 字.yaml").touch()
 expect("file names", complete("glossary", "import", "名"), {"名 字.yaml"})
 expect("settings", complete("settings", "get", "lumaphone.provider.m"), {"lumaphone.provider.model"})

@@ -32,7 +32,7 @@ TranscriptDocument openedAt(const QList<double> &seconds)
 QStringList times(const TranscriptDocument &document)
 {
     QStringList result;
-    for (const QString &row : srtText(document, SubtitleText::source).split(QLatin1Char('\n'))) {
+    for (const QString &row : srtText(document, TranscriptTextChoice::source).split(QLatin1Char('\n'))) {
         if (row.contains(QStringLiteral(" --> "))) {
             result.append(row);
         }
@@ -60,13 +60,13 @@ private slots:
 
 void TranscriptSubtitlesTest::subRip()
 {
-    QCOMPARE(srtText(openedAt({1, 4}), SubtitleText::source),
+    QCOMPARE(srtText(openedAt({1, 4}), TranscriptTextChoice::source),
         QStringLiteral("1\n00:00:01,000 --> 00:00:04,000\na\n\n2\n00:00:04,000 --> 00:00:11,000\nb\n\n"));
 }
 
 void TranscriptSubtitlesTest::webVtt()
 {
-    QCOMPARE(vttText(openedAt({1, 4}), SubtitleText::translation),
+    QCOMPARE(vttText(openedAt({1, 4}), TranscriptTextChoice::translation),
         QStringLiteral("WEBVTT\n\n00:00:01.000 --> 00:00:04.000\nA\n\n00:00:04.000 --> 00:00:11.000\nB\n\n"));
 }
 
@@ -74,10 +74,10 @@ void TranscriptSubtitlesTest::bilingualShowsTheSourceAbove()
 {
     TranscriptDocument document = openedAt({0});
     document.lines.first().translatedText = QStringLiteral("甲\n乙");
-    QCOMPARE(srtText(document, SubtitleText::bilingual),
+    QCOMPARE(srtText(document, TranscriptTextChoice::bilingual),
         QStringLiteral("1\n00:00:00,000 --> 00:00:07,000\na\n甲\n乙\n\n"));
     document.lines.first().translatedText.clear();
-    QCOMPARE(srtText(document, SubtitleText::bilingual),
+    QCOMPARE(srtText(document, TranscriptTextChoice::bilingual),
         QStringLiteral("1\n00:00:00,000 --> 00:00:07,000\na\n\n"));
 }
 
@@ -85,7 +85,7 @@ void TranscriptSubtitlesTest::linesWithoutTextAreLeftOutAndNotCounted()
 {
     TranscriptDocument document = openedAt({0, 2, 4});
     document.lines[1].translatedText.clear();
-    QCOMPARE(srtText(document, SubtitleText::translation),
+    QCOMPARE(srtText(document, TranscriptTextChoice::translation),
         QStringLiteral("1\n00:00:00,000 --> 00:00:02,000\nA\n\n2\n00:00:04,000 --> 00:00:11,000\nC\n\n"));
 }
 
@@ -149,16 +149,16 @@ void TranscriptSubtitlesTest::textsCannotBreakTheFile()
     TranscriptDocument document = openedAt({0});
     document.lines.first().sourceText
         = QStringLiteral("one\r\n\n\n  two \u2028 --> <b>&\"三\"").append(QChar(0)).append(QChar(7));
-    QCOMPARE(srtText(document, SubtitleText::source),
+    QCOMPARE(srtText(document, TranscriptTextChoice::source),
         QStringLiteral("1\n00:00:00,000 --> 00:00:07,000\none\ntwo\n→ <b>&\"三\"\n\n"));
-    QCOMPARE(vttText(document, SubtitleText::source),
+    QCOMPARE(vttText(document, TranscriptTextChoice::source),
         QStringLiteral("WEBVTT\n\n00:00:00.000 --> 00:00:07.000\none\ntwo\n--&gt; &lt;b&gt;&amp;\"三\"\n\n"));
 }
 
 void TranscriptSubtitlesTest::anEmptyDocument()
 {
-    QCOMPARE(srtText({}, SubtitleText::bilingual), QString());
-    QCOMPARE(vttText({}, SubtitleText::bilingual), QStringLiteral("WEBVTT\n\n"));
+    QCOMPARE(srtText({}, TranscriptTextChoice::bilingual), QString());
+    QCOMPARE(vttText({}, TranscriptTextChoice::bilingual), QStringLiteral("WEBVTT\n\n"));
 }
 
 LUMAPHONE_TEST(TranscriptSubtitlesTest)

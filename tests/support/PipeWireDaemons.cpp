@@ -4,11 +4,9 @@
 #include "support/OwnedProcess.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QLocalSocket>
 #include <QProcessEnvironment>
-#include <QThread>
 
 #include <csignal>
 #include <utility>
@@ -16,8 +14,6 @@
 namespace lumaphone::test {
 
 namespace {
-
-constexpr int pollMs = 20;
 
 const QStringList &programs()
 {
@@ -80,36 +76,27 @@ void PipeWireDaemons::start()
         // The others end where they find nobody.
         waitForGraph();
     }
-    QElapsedTimer timer;
-    timer.start();
-    for (;;) {
-        const auto question = makeOwnedProcess();
-        question->start(QStringLiteral("pactl"), {QStringLiteral("info")});
-        if (question->waitForFinished(processLimitMs) && question->exitCode() == 0) {
-            return;
-        }
-        if (timer.hasExpired(processLimitMs)) {
-            failProcess(QStringLiteral("The private sound server does not start"), said());
-        }
-    }
+    awaitProcess(
+        *m_daemons.back(), QStringLiteral("The private sound server does not start"),
+        [] {
+            const auto question = makeOwnedProcess();
+            question->start(QStringLiteral("pactl"), {QStringLiteral("info")});
+            return question->waitForFinished(processLimitMs) && question->exitCode() == 0;
+        },
+        [this] { return said(); });
 }
 
 /// Until the first daemon takes connections.
 void PipeWireDaemons::waitForGraph() const
 {
-    QElapsedTimer timer;
-    timer.start();
-    for (;;) {
-        QLocalSocket connection;
-        connection.connectToServer(m_folder + QStringLiteral("/pipewire-0"));
-        if (connection.waitForConnected(pollMs)) {
-            return;
-        }
-        if (timer.hasExpired(processLimitMs)) {
-            failProcess(QStringLiteral("PipeWire does not start"), said());
-        }
-        QThread::msleep(pollMs);
-    }
+    awaitProcess(
+        *m_daemons.back(), QStringLiteral("PipeWire does not start"),
+        [this] {
+            QLocalSocket connection;
+            connection.connectToServer(m_folder + QStringLiteral("/pipewire-0"));
+            return connection.waitForConnected(processLimitMs);
+        },
+        [this] { return said(); });
 }
 
 void PipeWireDaemons::run(const QString &program)

@@ -2,7 +2,6 @@
 
 #include "support/OwnedProcess.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcessEnvironment>
 #include <QRegularExpression>
@@ -198,12 +197,11 @@ void PrivateCompositor::arrangeWlrootsOutputs() const
     for (const auto &[name, value] : this->environment(false)) {
         environment.insert(name, value);
     }
-    const auto tool = makeOwnedProcess();
-    tool->setProcessEnvironment(environment);
-    tool->start(QStringLiteral("wlr-randr"), arguments);
-    if (!tool->waitForFinished(processLimitMs) || tool->exitCode() != 0) {
+    try {
+        outputOf(QStringLiteral("wlr-randr"), arguments, environment);
+    } catch (const std::runtime_error &) {
         endProcess(*m_compositor);
-        failProcess(QStringLiteral("wlr-randr"), tool->readAllStandardError());
+        throw;
     }
 }
 
@@ -235,17 +233,10 @@ void PrivateCompositor::awaitOutputs(int outputs)
     }
 }
 
-template<typename Condition> void PrivateCompositor::await(const QString &what, Condition condition) const
+void PrivateCompositor::await(const QString &what, const std::function<bool()> &isThere) const
 {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        // Its end is noticed, or a moment passes.
-        if (m_compositor->waitForFinished(20) || timer.hasExpired(processLimitMs)) {
-            endProcess(*m_compositor);
-            failProcess(QStringLiteral("The private compositor has not got ") + what, said());
-        }
-    }
+    awaitProcess(*m_compositor, QStringLiteral("The private compositor has not got ") + what, isThere,
+        [this] { return said(); });
 }
 
 QList<std::pair<QString, QString>> PrivateCompositor::environment(bool withX11) const

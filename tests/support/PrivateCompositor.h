@@ -8,6 +8,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -46,8 +47,8 @@ private:
     void startWlroots(CompositorKind kind, int outputs);
     void arrangeWlrootsOutputs() const;
     void start(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment);
-    void awaitOutputs(int outputs);
-    template<typename Condition> void await(const QString &what, Condition condition) const;
+    void awaitOutputs(const QString &title, int outputs);
+    void await(const QString &what, const std::function<bool()> &isThere) const;
     QByteArray said() const;
     void write(const QString &name, const QByteArray &content) const;
     QByteArray read(const QString &name) const;

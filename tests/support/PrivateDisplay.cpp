@@ -2,6 +2,7 @@
 
 #include "support/OwnedProcess.h"
 
+#include <QFile>
 #include <QProcessEnvironment>
 
 namespace lumaphone::test {
@@ -36,15 +37,13 @@ void PrivateDisplay::startServer()
         {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
             screen, QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-noreset")});
     QByteArray number;
-    while (!number.endsWith('\n')) {
-        if (!m_server->waitForReadyRead(processLimitMs)) {
-            QFile log(m_folder.filePath(QStringLiteral("server.log")));
-            const bool isThere = log.open(QIODevice::ReadOnly);
-            failProcess(
-                QStringLiteral("The private display does not start"), isThere ? log.readAll() : QByteArray());
-        }
-        number += m_server->readAllStandardOutput();
-    }
+    awaitProcess(
+        *m_server, QStringLiteral("The private display does not start"),
+        [&] {
+            number += m_server->readAllStandardOutput();
+            return number.endsWith('\n');
+        },
+        [this] { return logged(QStringLiteral("server.log")); });
     m_name = QLatin1Char(':') + QString::fromLatin1(number.trimmed());
 }
 
@@ -61,23 +60,24 @@ void PrivateDisplay::startWindowManager()
     m_windowManager->start(QStringLiteral("openbox"),
         {QStringLiteral("--sm-disable"), QStringLiteral("--startup"), QStringLiteral("echo ready")});
     QByteArray said;
-    while (!said.contains("ready")) {
-        if (!m_windowManager->waitForReadyRead(processLimitMs)) {
-            failProcess(QStringLiteral("The window manager does not start"), said);
-        }
-        said += m_windowManager->readAllStandardOutput();
-    }
+    awaitProcess(
+        *m_windowManager, QStringLiteral("The window manager does not start"),
+        [&] {
+            said += m_windowManager->readAllStandardOutput();
+            return said.contains("ready");
+        },
+        [this] { return logged(QStringLiteral("manager.log")); });
+}
+
+QByteArray PrivateDisplay::logged(const QString &name) const
+{
+    QFile log(m_folder.filePath(name));
+    return log.open(QIODevice::ReadOnly) ? log.readAll() : QByteArray();
 }
 
 QString PrivateDisplay::control(const QStringList &arguments) const
 {
-    const auto hands = makeOwnedProcess();
-    hands->start(QStringLiteral("xdotool"), arguments);
-    if (!hands->waitForFinished(processLimitMs) || hands->exitCode() != 0) {
-        failProcess(
-            QStringLiteral("xdotool ") + arguments.join(QLatin1Char(' ')), hands->readAllStandardError());
-    }
-    return QString::fromUtf8(hands->readAllStandardOutput());
+    return QString::fromUtf8(outputOf(QStringLiteral("xdotool"), arguments));
 }
 
 } // namespace lumaphone::test

@@ -40,6 +40,7 @@ public:
 private:
     void startServer();
     void startWindowManager();
+    QByteArray logged(const QString &name) const;
 
     PrivateRuntimeFolder m_runtimeFolder;
     QTemporaryDir m_folder;

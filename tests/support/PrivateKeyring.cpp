@@ -1,6 +1,7 @@
 #include "support/PrivateKeyring.h"
 
 #include "support/Coroutines.h"
+#include "support/OwnedProcess.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -42,6 +43,7 @@ QList<QDBusObjectPath> itemPaths()
 
 PrivateKeyring::PrivateKeyring(const PrivateSessionBus &bus)
     : m_bus(bus)
+    , m_daemon(makeOwnedProcess())
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *variable :
@@ -50,8 +52,8 @@ PrivateKeyring::PrivateKeyring(const PrivateSessionBus &bus)
     }
     environment.remove(QStringLiteral("DISPLAY"));
     environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    m_daemon.setProcessEnvironment(environment);
-    m_daemon.setProcessChannelMode(QProcess::MergedChannels);
+    m_daemon->setProcessEnvironment(environment);
+    m_daemon->setProcessChannelMode(QProcess::MergedChannels);
 }
 
 PrivateKeyring::~PrivateKeyring()
@@ -59,22 +61,23 @@ PrivateKeyring::~PrivateKeyring()
     kill();
 }
 
-bool PrivateKeyring::start()
+void PrivateKeyring::start()
 {
-    m_daemon.start(QStringLiteral("gnome-keyring-daemon"),
+    m_daemon->start(QStringLiteral("gnome-keyring-daemon"),
         {QStringLiteral("--foreground"), QStringLiteral("--unlock"), QStringLiteral("--components=secrets")});
-    m_daemon.write("a test's password");
-    m_daemon.closeWriteChannel();
-    return waitUntil([this] { return m_bus.hasService(serviceName) && itemCount() >= 0; });
+    m_daemon->write("a test's password");
+    m_daemon->closeWriteChannel();
+    awaitProcess(
+        *m_daemon, QStringLiteral("The private keyring does not start"),
+        [this] { return m_bus.hasService(serviceName) && itemCount() >= 0; }, [this] { return output(); });
 }
 
 void PrivateKeyring::kill()
 {
-    if (m_daemon.state() == QProcess::NotRunning) {
+    if (m_daemon->state() == QProcess::NotRunning) {
         return;
     }
-    m_daemon.kill();
-    m_daemon.waitForFinished();
+    endProcess(*m_daemon);
     waitUntil([this] { return !m_bus.hasService(serviceName); });
 }
 
@@ -108,7 +111,7 @@ QString PrivateKeyring::describeItems() const
 
 QByteArray PrivateKeyring::output()
 {
-    m_output += m_daemon.readAll();
+    m_output += m_daemon->readAll();
     return m_output;
 }
 

@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <memory>
+
 namespace lumaphone::test {
 
 /// A real keyring daemon on a private session bus, with a login collection of its own.
@@ -14,8 +16,8 @@ public:
     explicit PrivateKeyring(const PrivateSessionBus &bus);
     ~PrivateKeyring();
 
-    /// Starts it with its collection unlocked. True when it answers.
-    bool start();
+    /// Starts it with its collection unlocked, and waits for its answer.
+    void start();
     /// Ends it abruptly. Its items stay in its files.
     void kill();
     /// Locks the login collection. True if it is locked afterwards.
@@ -30,7 +32,7 @@ public:
 private:
     const PrivateSessionBus &m_bus;
     QTemporaryDir m_folder;
-    QProcess m_daemon;
+    std::unique_ptr<QProcess> m_daemon;
     QByteArray m_output;
 };
 

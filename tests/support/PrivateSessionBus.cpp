@@ -40,9 +40,9 @@ PrivateSessionBus::PrivateSessionBus()
     m_daemon->start(QStringLiteral("dbus-daemon"),
         {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
             QStringLiteral("--config-file=") + file});
-    while (m_daemon->state() != QProcess::NotRunning && !m_daemon->canReadLine()) {
-        m_daemon->waitForReadyRead();
-    }
+    awaitProcess(
+        *m_daemon, QStringLiteral("The private bus does not start"),
+        [this] { return m_daemon->canReadLine(); }, [this] { return m_daemon->readAll(); });
     m_address = QString::fromUtf8(m_daemon->readLine().trimmed());
     qputenv(variable, m_address.toUtf8());
 }

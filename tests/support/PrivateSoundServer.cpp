@@ -139,13 +139,7 @@ void PrivateSoundServer::thaw()
 
 QString PrivateSoundServer::control(const QStringList &arguments) const
 {
-    const auto pactl = makeOwnedProcess();
-    pactl->start(QStringLiteral("pactl"), arguments);
-    if (!pactl->waitForFinished(processLimitMs) || pactl->exitCode() != 0) {
-        failProcess(
-            QStringLiteral("pactl ") + arguments.join(QLatin1Char(' ')), pactl->readAllStandardError());
-    }
-    return QString::fromUtf8(pactl->readAllStandardOutput());
+    return QString::fromUtf8(outputOf(QStringLiteral("pactl"), arguments));
 }
 
 void PrivateSoundServer::awaitAnswer(

@@ -2,7 +2,6 @@
 
 #include "support/OwnedProcess.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcessEnvironment>
 
@@ -46,14 +45,13 @@ void PulseAudioDaemon::start()
             QStringLiteral("--log-target=stderr"), QStringLiteral("--log-level=info"), QStringLiteral("-L"),
             QStringLiteral("module-native-protocol-unix socket=%1 auth-anonymous=1").arg(socketPath())});
     QByteArray said;
-    QElapsedTimer timer;
-    timer.start();
-    while (!said.contains("Daemon startup complete.")) {
-        if (timer.hasExpired(processLimitMs) || !m_daemon->waitForReadyRead(processLimitMs)) {
-            failProcess(QStringLiteral("The private sound server does not start"), said);
-        }
-        said += m_daemon->readAll();
-    }
+    awaitProcess(
+        *m_daemon, QStringLiteral("The private sound server does not start"),
+        [&] {
+            said += m_daemon->readAll();
+            return said.contains("Daemon startup complete.");
+        },
+        [&] { return said + m_daemon->readAll(); });
     // Nobody reads what it says from here on.
     QObject::connect(m_daemon.get(), &QProcess::readyRead, m_daemon.get(),
         [daemon = m_daemon.get()] { daemon->readAll(); });

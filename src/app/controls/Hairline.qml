@@ -1,10 +1,8 @@
 import QtQuick
 import Lumaphone
 
-/// A separator one pixel thick, lying unless `isUpright`.
+/// A separator one pixel thick.
 Rectangle {
-    property bool isUpright: false
-
     implicitWidth: 1
     implicitHeight: 1
     color: Theme.hairline

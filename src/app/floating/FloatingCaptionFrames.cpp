@@ -2,17 +2,15 @@
 
 #include "base/RectangleText.h"
 #include "platform/DefaultsStore.h"
+#include "storage/SettingKeys.h"
 
 namespace lumaphone {
 
 namespace {
 
-const auto frameKey = QStringLiteral("lumaphone.caption.frame");
-const auto outputKey = QStringLiteral("lumaphone.caption.output");
-
 QString frameKeyOn(const QString &output)
 {
-    return frameKey + QLatin1Char('.') + output;
+    return settingkeys::captionFrame + QLatin1Char('.') + output;
 }
 
 } // namespace
@@ -24,12 +22,12 @@ FloatingCaptionFrames::FloatingCaptionFrames(DefaultsStore &defaults)
 
 std::optional<QRectF> FloatingCaptionFrames::frame() const
 {
-    return stored(frameKey);
+    return stored(settingkeys::captionFrame);
 }
 
 void FloatingCaptionFrames::setFrame(const QRectF &frame)
 {
-    m_defaults.setObject(frameKey, rectangleText(frame));
+    m_defaults.setObject(settingkeys::captionFrame, rectangleText(frame));
 }
 
 std::optional<QRectF> FloatingCaptionFrames::frameOn(const QString &output) const
@@ -40,12 +38,12 @@ std::optional<QRectF> FloatingCaptionFrames::frameOn(const QString &output) cons
 void FloatingCaptionFrames::setFrameOn(const QString &output, const QRectF &frame)
 {
     m_defaults.setObject(frameKeyOn(output), rectangleText(frame));
-    m_defaults.setObject(outputKey, output);
+    m_defaults.setObject(settingkeys::captionOutput, output);
 }
 
 std::optional<QString> FloatingCaptionFrames::lastOutput() const
 {
-    return m_defaults.string(outputKey);
+    return m_defaults.string(settingkeys::captionOutput);
 }
 
 std::optional<QRectF> FloatingCaptionFrames::stored(const QString &key) const

@@ -231,35 +231,17 @@ FocusScope {
                             help: "匯出"
 
                             AppMenu {
-                                AppMenuItem {
-                                    objectName: "library.export.markdown"
-                                    text: "匯出 Markdown…"
-                                    systemImage: "square.and.arrow.down"
-                                    onTriggered: library.askForFile("md")
-                                }
-                                AppMenuItem {
-                                    objectName: "library.export.plainText"
-                                    text: "匯出雙語純文字…"
-                                    systemImage: "square.and.arrow.down"
-                                    onTriggered: library.askForFile("txt")
-                                }
-                                AppMenuItem {
-                                    objectName: "library.export.subRip"
-                                    text: "匯出 SRT 字幕…"
-                                    systemImage: "square.and.arrow.down"
-                                    onTriggered: library.askForFile("srt")
-                                }
-                                AppMenuItem {
-                                    objectName: "library.export.webVtt"
-                                    text: "匯出 WebVTT 字幕…"
-                                    systemImage: "square.and.arrow.down"
-                                    onTriggered: library.askForFile("vtt")
-                                }
-                                AppMenuItem {
-                                    objectName: "library.export.json"
-                                    text: "匯出 JSON…"
-                                    systemImage: "square.and.arrow.down"
-                                    onTriggered: library.askForFile("json")
+                                Repeater {
+                                    model: library.workspace.exportFormats
+
+                                    AppMenuItem {
+                                        required property var modelData
+
+                                        objectName: "library.export." + modelData.format
+                                        text: modelData.title
+                                        systemImage: "square.and.arrow.down"
+                                        onTriggered: library.askForFile(modelData.format)
+                                    }
                                 }
                             }
                         }

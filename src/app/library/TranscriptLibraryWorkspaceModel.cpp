@@ -228,6 +228,16 @@ void TranscriptLibraryWorkspaceModel::copyBilingualText() const
     copyText(draft().bilingualText());
 }
 
+QVariantList TranscriptLibraryWorkspaceModel::exportFormats()
+{
+    QVariantList formats;
+    for (const TranscriptExport format : allTranscriptExports) {
+        formats.append(QVariantMap {
+            {QStringLiteral("format"), rawValue(format)}, {QStringLiteral("title"), exportText(format)}});
+    }
+    return formats;
+}
+
 QString TranscriptLibraryWorkspaceModel::exportNameFilter(const QString &format) const
 {
     const std::optional<TranscriptExport> wanted = transcriptExport(format);

@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <QTimer>
 #include <QUrl>
+#include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
 #include <optional>
@@ -41,6 +42,8 @@ class TranscriptLibraryWorkspaceModel : public QObject
     Q_PROPERTY(bool isEditingTranscript READ isEditingTranscript WRITE setEditingTranscript NOTIFY
             isEditingTranscriptChanged)
     Q_PROPERTY(bool hasUnsavedEdits READ hasUnsavedEdits NOTIFY hasUnsavedEditsChanged)
+    /// In the order of menus: maps of "format", its raw value, and "title", what the menu says.
+    Q_PROPERTY(QVariantList exportFormats READ exportFormats CONSTANT)
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorMessageChanged)
     Q_PROPERTY(bool hasPendingDelete READ hasPendingDelete NOTIFY pendingDeleteChanged)
     Q_PROPERTY(QString pendingDeleteTitle READ pendingDeleteTitle NOTIFY pendingDeleteChanged)
@@ -100,6 +103,7 @@ public:
     Q_INVOKABLE void copyTranslationText() const;
     Q_INVOKABLE void copyBilingualText() const;
 
+    static QVariantList exportFormats();
     // A format is named by its raw value; for any other text there is nothing to export.
     /// What file dialogs offer, such as "Markdown (*.md)".
     Q_INVOKABLE QString exportNameFilter(const QString &format) const;

@@ -12,6 +12,14 @@ QString metadataSubtitle(const TranscriptRecordMetadata &record, const QLocale &
             QString::number(record.lineCount));
 }
 
+QString exportText(TranscriptExport format)
+{
+    const QString name = title(format);
+    // A blank stands between Chinese and Latin letters, and nowhere else.
+    const bool isLatin = name.front().script() == QChar::Script_Latin;
+    return QStringLiteral("匯出%1%2…").arg(isLatin ? QStringLiteral(" ") : QString(), name);
+}
+
 QString safeFilename(const QString &title)
 {
     static const auto separators = QStringLiteral("/\\:?%*|\"<>");

@@ -36,7 +36,6 @@ class LiveSessionModel final : public QObject
     // The session.
     Q_PROPERTY(bool isStarting READ isStarting NOTIFY factsChanged)
     Q_PROPERTY(bool isRunning READ isRunning NOTIFY factsChanged)
-    Q_PROPERTY(bool hasLines READ hasLines NOTIFY factsChanged)
     Q_PROPERTY(bool hasUnsavedTranscript READ hasUnsavedTranscript NOTIFY factsChanged)
     Q_PROPERTY(bool isSaved READ isSaved NOTIFY factsChanged)
     Q_PROPERTY(bool isReviewing READ isReviewing NOTIFY factsChanged)

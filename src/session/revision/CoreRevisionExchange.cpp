@@ -16,21 +16,6 @@ constexpr auto textsKey = "texts";
 constexpr auto areRevisionsKey = "are_revisions";
 constexpr auto areRevisionsOperation = "are_revisions";
 
-QString operationOf(const json::Value &request)
-{
-    return json::text(request, operationKey);
-}
-
-[[noreturn]] void refuseOperation()
-{
-    throw json::DecodingError(QStringLiteral("不支援的 operation。"));
-}
-
-CoreRevisionRequest requestFrom(const json::Value &value)
-{
-    return {json::text(value, currentTextKey), json::text(value, incomingTextKey)};
-}
-
 } // namespace
 
 QByteArray encode(const CoreRevisionRequest &request)
@@ -45,15 +30,6 @@ QByteArray encode(const CoreRevisionRequest &request)
 QByteArray encode(CoreRevisionResponse response)
 {
     return json::compact(json::OrderedValue {{isRevisionKey, response.isRevision}});
-}
-
-CoreRevisionRequest decodeCoreRevisionRequest(const QByteArray &bytes)
-{
-    const json::Value request = json::parse(bytes);
-    if (operationOf(request) != QLatin1String(isRevisionOperation)) {
-        refuseOperation();
-    }
-    return requestFrom(request);
 }
 
 CoreRevisionResponse decodeCoreRevisionResponse(const QByteArray &bytes)
@@ -82,15 +58,6 @@ QByteArray encode(const CoreRevisionsResponse &response)
     return json::compact(object);
 }
 
-CoreRevisionsRequest decodeCoreRevisionsRequest(const QByteArray &bytes)
-{
-    const json::Value request = json::parse(bytes);
-    if (operationOf(request) != QLatin1String(areRevisionsOperation)) {
-        refuseOperation();
-    }
-    return {json::texts(request, textsKey)};
-}
-
 CoreRevisionsResponse decodeCoreRevisionsResponse(const QByteArray &bytes, qsizetype count)
 {
     const json::Value root = json::parse(bytes);
@@ -114,11 +81,10 @@ CoreRevisionsResponse decodeCoreRevisionsResponse(const QByteArray &bytes, qsize
 QByteArray answerOfTheRule(const QByteArray &bytes)
 {
     const json::Value value = json::parse(bytes);
-    const QString operation = operationOf(value);
+    const QString operation = json::text(value, operationKey);
     if (operation == QLatin1String(isRevisionOperation)) {
-        const CoreRevisionRequest request = requestFrom(value);
-        return encode(CoreRevisionResponse {
-            fallbackIsRevisionOfCurrentPartial(request.currentText, request.incomingText)});
+        return encode(CoreRevisionResponse {fallbackIsRevisionOfCurrentPartial(
+            json::text(value, currentTextKey), json::text(value, incomingTextKey))});
     }
     if (operation == QLatin1String(areRevisionsOperation)) {
         const QStringList texts = json::texts(value, textsKey);
@@ -128,7 +94,7 @@ QByteArray answerOfTheRule(const QByteArray &bytes)
         }
         return encode(response);
     }
-    refuseOperation();
+    throw json::DecodingError(QStringLiteral("不支援的 operation。"));
 }
 
 } // namespace lumaphone

@@ -36,8 +36,6 @@ struct CoreRevisionsResponse
 QByteArray encode(const CoreRevisionRequest &request);
 /// Compact JSON.
 QByteArray encode(CoreRevisionResponse response);
-/// Throws json::DecodingError, also for an operation that is not known.
-CoreRevisionRequest decodeCoreRevisionRequest(const QByteArray &bytes);
 /// Members besides the answer are ignored. Throws json::DecodingError.
 CoreRevisionResponse decodeCoreRevisionResponse(const QByteArray &bytes);
 
@@ -45,13 +43,11 @@ CoreRevisionResponse decodeCoreRevisionResponse(const QByteArray &bytes);
 QByteArray encode(const CoreRevisionsRequest &request);
 /// Compact JSON.
 QByteArray encode(const CoreRevisionsResponse &response);
-/// Throws json::DecodingError, also for an operation that is not known.
-CoreRevisionsRequest decodeCoreRevisionsRequest(const QByteArray &bytes);
 /// Throws json::DecodingError, also unless there are `count` answers.
 CoreRevisionsResponse decodeCoreRevisionsResponse(const QByteArray &bytes, qsizetype count);
 
 /// What a helper answers to a request of either kind: the built-in rule's decision. Throws
-/// json::DecodingError.
+/// json::DecodingError, also for an operation that is not known.
 QByteArray answerOfTheRule(const QByteArray &request);
 
 } // namespace lumaphone
