@@ -37,7 +37,7 @@ MainWindow::MainWindow(Machine &machine)
           machine.detachedTasks(), machine.mainQueue())
 {
     QObject::connect(&m_models, &ModelsModel::installationEnded, &m_controller,
-        &SystemAudioCaptureController::translateRestoredLines);
+        &SystemAudioCaptureController::translationModelsChanged);
     setUpQmlEngine(m_engine);
 }
 

@@ -10,7 +10,7 @@
 #include "app/live/LiveSessionModel.h"
 #include "app/models/ModelOffer.h"
 #include "app/models/ModelsModel.h"
-#include "platform/DesktopAppearance.h"
+#include "platform/desktop/PortalAppearance.h"
 #include "session/SystemAudioCaptureController.h"
 
 #include <QQmlApplicationEngine>
@@ -42,7 +42,7 @@ private:
     std::unique_ptr<FloatingCaptionPanel> makePanel();
 
     LumaphoneSettings &m_settings;
-    const std::unique_ptr<DesktopAppearance> m_appearance;
+    const std::unique_ptr<PortalAppearance> m_appearance;
     FloatingCaptionWindowController m_floatingCaptions;
     SystemAudioCaptureController m_controller;
     LiveSessionModel m_session;

@@ -3,7 +3,7 @@
 #include "base/CoreDumps.h"
 #include "base/LocalizedError.h"
 #include "machine/Machine.h"
-#include "platform/SingleInstance.h"
+#include "platform/desktop/LockedSingleInstance.h"
 #include "platform/display/LayerShellOffer.h"
 #include "platform/display/Renderer.h"
 #include "platform/display/WindowSystem.h"

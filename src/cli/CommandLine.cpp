@@ -24,7 +24,7 @@ CommandLine parseCaption(const QStringList &list)
 
     CaptionCommandLine command;
     command.language
-        = arguments.choice(QStringLiteral("language"), allAppleSystemSpeechLanguages, QStringLiteral("語言"));
+        = arguments.choice(QStringLiteral("language"), allSpeechLanguages(), QStringLiteral("語言"));
     command.format = arguments.choice(QStringLiteral("format"), allOutputFormats, QStringLiteral("輸出格式"));
     if (arguments.isSet(QStringLiteral("translate"))) {
         command.translation = arguments.choice(

@@ -1,7 +1,7 @@
 #include "cli/DraftCommand.h"
 
 #include "cli/TerminalText.h"
-#include "platform/SingleInstance.h"
+#include "platform/desktop/LockedSingleInstance.h"
 #include "session/LumaphoneSessionDraftStore.h"
 
 #include <QFile>
@@ -18,7 +18,7 @@ ExitStatus noDraft(const CommandStreams &streams)
 
 } // namespace
 
-bool claimDraft(SingleInstance &instance, const CommandStreams &streams)
+bool claimDraft(LockedSingleInstance &instance, const CommandStreams &streams)
 {
     if (instance.claim({}, [](const QString &) {}) == InstanceRole::first) {
         return true;

@@ -5,13 +5,13 @@
 
 namespace lumaphone {
 class LumaphoneSessionDraftStore;
-class SingleInstance;
+class LockedSingleInstance;
 } // namespace lumaphone
 
 namespace lumaphone::cli {
 
 /// Two processes never share a draft: false, with a message, while another one uses it.
-bool claimDraft(SingleInstance &instance, const CommandStreams &streams);
+bool claimDraft(LockedSingleInstance &instance, const CommandStreams &streams);
 /// Prints the lines of the draft, each with its translation below it.
 ExitStatus runDraftShow(const LumaphoneSessionDraftStore &store, const CommandStreams &streams);
 /// Deletes the draft.

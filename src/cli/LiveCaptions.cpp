@@ -100,7 +100,7 @@ ExitStatus LiveCaptions::run()
     SystemAudioCaptureController controller(
         collaborators([&] { mainQueue->post([&running] { running->complete(); }); }));
     const auto printer = makePrinter(m_command.format, m_streams);
-    CaptionSession session(controller, *printer, m_command.translation != TranslationChoice::off, mainQueue);
+    CaptionSession session(controller, *printer, mainQueue);
     running = &session;
     const TerminationSignals termination([&session] { session.stop(); });
     return runToEnd(session.run());

@@ -59,8 +59,7 @@ const std::vector<Setting> &settingsTable()
 {
     using S = LumaphoneSettings;
     static const std::vector<Setting> table {
-        choice(settingkeys::sourceLanguage, allSpeechLanguages(), &S::sourceLanguage,
-            &S::setSourceLanguage),
+        choice(settingkeys::sourceLanguage, allSpeechLanguages(), &S::sourceLanguage, &S::setSourceLanguage),
         choice(settingkeys::audioInputSource, allLumaphoneAudioInputSources, &S::audioInputSource,
             &S::setAudioInputSource),
         choice(settingkeys::processingMode, allLumaphoneProcessingModes, &S::processingMode,

@@ -67,7 +67,7 @@ Machine::~Machine()
     m_mainQueue->close();
 }
 
-SingleInstance &Machine::instance()
+LockedSingleInstance &Machine::instance()
 {
     return made(m_instance, [] { return std::make_unique<LockedSingleInstance>(instanceFolder()); });
 }
@@ -165,7 +165,7 @@ std::function<MachineFacts()> Machine::probe(const QString &program)
     };
 }
 
-std::unique_ptr<DesktopAppearance> Machine::appearance(ColorScheme fallback)
+std::unique_ptr<PortalAppearance> Machine::appearance(ColorScheme fallback)
 {
     return std::make_unique<PortalAppearance>(fallback);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "language/AppleSystemSpeechLanguage.h"
-#include "platform/DesktopAppearance.h"
 #include "platform/MachineFacts.h"
+#include "platform/desktop/PortalAppearance.h"
 
 #include <QString>
 
@@ -28,7 +28,7 @@ class MicrophoneCapture;
 class ModelStore;
 class OpenAICompatibleTranslationService;
 class ScreenAudioCapture;
-class SingleInstance;
+class LockedSingleInstance;
 class TranscriptLibraryStore;
 class TranslationFramework;
 struct LivePipelineServices;
@@ -47,7 +47,7 @@ public:
     Machine &operator=(const Machine &) = delete;
 
     /// Nobody else may use the user's draft while it is claimed.
-    SingleInstance &instance();
+    LockedSingleInstance &instance();
     DefaultsStore &defaults();
     KeychainServices &keychain();
     LumaphoneSettings &settings();
@@ -71,7 +71,7 @@ public:
     /// Looks at the machine, on any thread; it may wait. `program`: its name and version.
     std::function<MachineFacts()> probe(const QString &program);
     /// `fallback` where the desktop does not say.
-    static std::unique_ptr<DesktopAppearance> appearance(ColorScheme fallback);
+    static std::unique_ptr<PortalAppearance> appearance(ColorScheme fallback);
 
 private:
     FileViewer &fileViewer();
@@ -79,7 +79,7 @@ private:
     LumaphoneAppleTranslationService &onDeviceTranslation();
 
     // What stands above is used by what stands below, which goes first.
-    std::unique_ptr<SingleInstance> m_instance;
+    std::unique_ptr<LockedSingleInstance> m_instance;
     std::shared_ptr<MainQueue> m_mainQueue;
     std::shared_ptr<DetachedTasks> m_detachedTasks;
     std::shared_ptr<Clock> m_clock;

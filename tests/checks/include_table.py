@@ -32,7 +32,7 @@ TABLE = {
     "machine": "session storage translation/ondevice translation glossary capture speech/hosted speech/pocketsphinx "
                "speech/framework models platform/sound platform/display platform/desktop platform language base",
     "core-cli": "session/revision",
-    "cli": "machine session storage glossary capture models diagnosis platform language base",
+    "cli": "platform/desktop machine session storage glossary capture models diagnosis platform language base",
     # The window's parts stand side by side; its root knows them all.
     "app/diagnosis": "diagnosis base",
     "app/floating": "session storage platform/display platform base",
@@ -42,7 +42,7 @@ TABLE = {
     "app/live": "session storage glossary language base",
     "app/models": "storage models language base",
     "app": "app/diagnosis app/floating app/glossary app/inspector app/library app/live app/models machine session "
-           "platform/display platform language base",
+           "platform/desktop platform/display language base",
 }
 
 

@@ -47,7 +47,7 @@ private:
     void startWlroots(CompositorKind kind, int outputs);
     void arrangeWlrootsOutputs() const;
     void start(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment);
-    void awaitOutputs(const QString &title, int outputs);
+    void awaitOutputs(int outputs);
     void await(const QString &what, const std::function<bool()> &isThere) const;
     QByteArray said() const;
     void write(const QString &name, const QByteArray &content) const;
