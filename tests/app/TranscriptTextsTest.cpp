@@ -109,17 +109,17 @@ private slots:
     {
         QTest::addColumn<TranscriptExport>("format");
         QTest::addColumn<QString>("extension");
+        QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("beginning");
-        QTest::newRow("markdown") << TranscriptExport::markdown << "md"
-                                  << "# 標題\n\n- 建立時間：";
-        QTest::newRow("text") << TranscriptExport::plainText << "txt"
-                              << "原文：\nHello\n\n台灣繁中：\n你好";
-        QTest::newRow("srt") << TranscriptExport::subRip << "srt"
-                             << "1\n00:00:00,000 --> ";
-        QTest::newRow("vtt") << TranscriptExport::webVtt << "vtt"
-                             << "WEBVTT\n";
-        QTest::newRow("json") << TranscriptExport::json << "json"
-                              << "{\n  \"lines\": [\n";
+        const auto row = [](TranscriptExport format, const char *extension, const char *name,
+                             const char *beginning) {
+            QTest::newRow(extension) << format << QString(extension) << QString(name) << QString(beginning);
+        };
+        row(TranscriptExport::markdown, "md", "Markdown", "# 標題\n\n- 建立時間：");
+        row(TranscriptExport::plainText, "txt", "雙語純文字", "原文：\nHello\n\n台灣繁中：\n你好");
+        row(TranscriptExport::subRip, "srt", "SRT 字幕", "1\n00:00:00,000 --> ");
+        row(TranscriptExport::webVtt, "vtt", "WebVTT 字幕", "WEBVTT\n");
+        row(TranscriptExport::json, "json", "JSON", "{\n  \"lines\": [\n");
     }
     void everyFormatWritesTheDocument()
     {
@@ -133,7 +133,7 @@ private slots:
         QVERIFY2(text.startsWith(beginning), qPrintable(text));
         QVERIFY(text.contains("Hello") && text.contains("你好"));
         QTEST(rawValue(format), "extension");
-        QVERIFY(!title(format).isEmpty());
+        QTEST(title(format), "name");
         QCOMPARE(transcriptExport(rawValue(format)), std::optional(format));
         QVERIFY(!transcriptExport(rawValue(format).toUpper()));
     }

@@ -2,35 +2,15 @@
 
 #include "app/QmlEngineSetup.h"
 #include "support/Coroutines.h"
+#include "support/VisibleItems.h"
 
 #include <QDir>
 #include <QQmlComponent>
-#include <QSignalSpy>
 #include <QTest>
 
-#include <functional>
 #include <memory>
 
 namespace lumaphone::test {
-
-namespace {
-
-/// Depth first, those in front first.
-QQuickItem *findVisible(QQuickItem *item, const std::function<bool(QQuickItem *)> &isWanted)
-{
-    if (!item->isVisible()) {
-        return nullptr;
-    }
-    const QList<QQuickItem *> children = item->childItems();
-    for (auto child = children.rbegin(); child != children.rend(); ++child) {
-        if (QQuickItem *found = findVisible(*child, isWanted)) {
-            return found;
-        }
-    }
-    return isWanted(item) ? item : nullptr;
-}
-
-} // namespace
 
 ViewUnderTest::ViewUnderTest(const QString &component, const QVariantMap &properties, QSize size)
 {
@@ -69,8 +49,7 @@ ViewUnderTest::~ViewUnderTest() = default;
 
 QQuickItem *ViewUnderTest::find(const QString &objectName) const
 {
-    return findVisible(
-        m_view.contentItem(), [&objectName](QQuickItem *item) { return item->objectName() == objectName; });
+    return findVisible(m_view.contentItem(), objectName);
 }
 
 QString ViewUnderTest::textOf(const QString &objectName) const
@@ -86,16 +65,7 @@ QString ViewUnderTest::textOf(const QString &objectName) const
 
 bool ViewUnderTest::click(const QString &objectName)
 {
-    QQuickItem *item = nullptr;
-    // Menus and sheets take a moment to open.
-    if (!waitUntil([&] { return (item = find(objectName)) != nullptr && item->isEnabled(); }, 5000)) {
-        return false;
-    }
-    drawFrame();
-    const QPointF center = item->mapToScene({item->width() / 2, item->height() / 2});
-    QTest::mouseClick(&m_view, Qt::LeftButton, {}, center.toPoint());
-    settle();
-    return true;
+    return clickOn(m_view, objectName);
 }
 
 bool ViewUnderTest::type(const QString &objectName, const QString &text)
@@ -118,15 +88,7 @@ void ViewUnderTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     QTest::keyClick(&m_view, key, modifiers);
     settle();
-    drawFrame();
-}
-
-/// Whatever has changed has its place when a frame has been drawn.
-void ViewUnderTest::drawFrame()
-{
-    QSignalSpy frames(&m_view, &QQuickWindow::frameSwapped);
-    m_view.update();
-    frames.wait(1000);
+    drawFrame(m_view);
 }
 
 QString ViewUnderTest::focusedName() const

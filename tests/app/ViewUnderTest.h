@@ -38,8 +38,6 @@ public:
     void photograph(const QString &name);
 
 private:
-    void drawFrame();
-
     QQmlEngine m_engine;
     QQuickView m_view {&m_engine, nullptr};
 };

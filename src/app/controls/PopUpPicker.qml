@@ -83,6 +83,7 @@ T.ComboBox {
         margins: Theme.unit
 
         contentItem: PickerList {
+            objectName: picker.objectName + ".choices"
             chosenIndex: picker.currentIndex
             model: picker.delegateModel
             currentIndex: picker.highlightedIndex
