@@ -1,6 +1,14 @@
 import QtQuick
 import QtQuick.Controls.Basic
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Diagnosis
+import Lumaphone.Floating
+import Lumaphone.Glossary
+import Lumaphone.Inspector
+import Lumaphone.Library
+import Lumaphone.Live
+import Lumaphone.Models
+import Lumaphone.Shell
 
 /// The main window.
 ApplicationWindow {

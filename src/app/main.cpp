@@ -235,7 +235,7 @@ private:
     std::unique_ptr<FloatingCaptionPanel> makePanel()
     {
         return std::make_unique<FloatingCaptionPanel>(m_engine,
-            QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/floating/FloatingCaptionView.qml")),
+            QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Floating/FloatingCaptionView.qml")),
             QVariantMap {{QStringLiteral("settings"), QVariant::fromValue(&m_machine.settings)}});
     }
 

@@ -25,8 +25,8 @@ struct Fixture
     MemoryDefaultsStore defaults;
     MemoryKeychain keychain;
     LumaphoneSettings settings {defaults, keychain};
-    ViewUnderTest view {
-        "FloatingCaptionView", QVariantMap {{"settings", QVariant::fromValue(&settings)}}, QSize(820, 180)};
+    ViewUnderTest view {"Floating", "FloatingCaptionView",
+        QVariantMap {{"settings", QVariant::fromValue(&settings)}}, QSize(820, 180)};
 
     void show(const QString &source, const QString &translation)
     {

@@ -12,14 +12,15 @@
 
 namespace lumaphone::test {
 
-ViewUnderTest::ViewUnderTest(const QString &component, const QVariantMap &properties, QSize size)
+ViewUnderTest::ViewUnderTest(
+    const QString &module, const QString &component, const QVariantMap &properties, QSize size)
 {
     setUpQmlEngine(m_engine);
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
     m_view.setInitialProperties(properties);
     m_view.resize(size);
     QQmlComponent view(&m_engine);
-    view.setData(QStringLiteral("import QtQuick\nimport Lumaphone\n%1 {}").arg(component).toUtf8(), QUrl());
+    view.setData(QStringLiteral("import Lumaphone.%1\n%2 {}").arg(module, component).toUtf8(), QUrl());
     if (!view.isReady()) {
         qFatal("%s", qPrintable(view.errorString()));
     }
@@ -28,7 +29,8 @@ ViewUnderTest::ViewUnderTest(const QString &component, const QVariantMap &proper
     if (item == nullptr) {
         // A sheet, which opens over an empty window.
         QQmlComponent window(&m_engine);
-        window.setData("import QtQuick\nimport Lumaphone\nRectangle { color: Theme.window }", QUrl());
+        window.setData(
+            "import QtQuick\nimport Lumaphone.Controls\nRectangle { color: Theme.window }", QUrl());
         item = qobject_cast<QQuickItem *>(window.create());
         root->setParent(item);
     }
@@ -100,7 +102,7 @@ QString ViewUnderTest::focusedName() const
 void ViewUnderTest::setDark(bool isDark)
 {
     QQmlComponent light(&m_engine);
-    light.setData("import QtQuick\nimport Lumaphone\n"
+    light.setData("import QtQuick\nimport Lumaphone.Controls\n"
                   "QtObject { property bool isDark\n onIsDarkChanged: Theme.isDark = isDark }",
         QUrl());
     if (!light.isReady()) {

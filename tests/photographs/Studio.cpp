@@ -56,7 +56,7 @@ Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatienc
     glossary = std::make_unique<GlossarySettingsModel>(*glossaryStore, session.mainQueue, countedUuids());
     floatingCaptions = std::make_unique<FloatingCaptionWindowController>(session.settings, [this] {
         return std::make_unique<FloatingCaptionPanel>(*engine,
-            QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/floating/FloatingCaptionView.qml")),
+            QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Floating/FloatingCaptionView.qml")),
             QVariantMap {{QStringLiteral("settings"), QVariant::fromValue(&session.settings)}});
     });
 }

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
 
 /// Asks before something is lost. The safe answer has the keyboard.
 Sheet {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
 
 /// Says what went wrong, or what came of something, until it is dismissed.
 Rectangle {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// One choice in the opened list of a PopUpPicker.
 T.ItemDelegate {

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
 
 /// The opened list of a PopUpPicker.
 ListView {

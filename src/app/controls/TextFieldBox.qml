@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// A one-line text field, with its label above when it has one.
 FocusScope {

@@ -2,7 +2,8 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Diagnosis
 
 /// What the program can do on this machine, what it lacks and how to get it.
 Sheet {

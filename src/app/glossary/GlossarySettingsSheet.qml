@@ -4,7 +4,8 @@ import QtQuick
 import QtQuick.Dialogs
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Glossary
 
 /// Manages the glossary: new terms above, the list below, import and export at the bottom. A glossary file can be dropped
 /// anywhere on it.

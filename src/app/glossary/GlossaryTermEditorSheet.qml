@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Glossary
 
 /// Edits one term of the glossary. `saved` asks to put it into the glossary.
 Sheet {

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// One term of the glossary. The list it is in has the keyboard; the buttons are for the pointer and for assistive
 /// technology.

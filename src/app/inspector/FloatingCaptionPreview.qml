@@ -1,5 +1,7 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Floating
+import Lumaphone.Inspector
 
 /// How the floating captions will look over a picture: the panel's own content, at a fraction of its size.
 Rectangle {

@@ -1,7 +1,10 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Inspector
+import Lumaphone.Live
+import Lumaphone.Models
 
 /// The controls that affect the current captions.
 Rectangle {

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Inspector
 
 /// Edits the chat-completions endpoint and tries it.
 Sheet {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
 
 /// One line of an opened transcript while it is edited: source and translation, each in a field of its own.
 ColumnLayout {

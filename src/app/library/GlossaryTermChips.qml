@@ -1,7 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// The glossary terms that matched in a session.
 FlowLayout {

@@ -4,7 +4,8 @@ import QtQuick
 import QtQuick.Dialogs
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Library
 
 /// The library of saved transcripts: the list with its search, and the selected transcript.
 FocusScope {

@@ -1,5 +1,5 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// One line of the transcript: what was said, and its translation beside it. It keeps its height when the translation arrives,
 /// unless that needs more room.

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Live
 
 /// The newest line, large enough to be read from across a desk. The stage keeps its height whatever is said.
 Card {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
 
 /// One side of the transcript: the head of its column, with what it is and a way to copy all of it.
 Item {

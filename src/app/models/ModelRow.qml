@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
 
 /// One thing that works offline: what there is of it, and what can be done about it. A scope of its own, so that the keyboard
 /// stays in the row when a press replaces one button with another.

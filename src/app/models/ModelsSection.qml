@@ -2,7 +2,8 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Models
 
 /// The models that make recognition and translation work without a network: which are there, and the others to install.
 InspectorSection {

@@ -1,6 +1,13 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Diagnosis
+import Lumaphone.Floating
+import Lumaphone.Glossary
+import Lumaphone.Inspector
+import Lumaphone.Library
+import Lumaphone.Live
+import Lumaphone.Models
 
 /// The root view of the main window: command bar, workspace, inspector, and the sheets over them.
 FocusScope {

@@ -1,4 +1,4 @@
-import Lumaphone
+import Lumaphone.Controls
 
 /// Chooses the language that is spoken.
 PopUpPicker {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// Switches between the two workspaces. `picked` asks to change `selection`.
 T.Control {
