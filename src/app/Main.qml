@@ -9,6 +9,7 @@ import Lumaphone.Library
 import Lumaphone.Live
 import Lumaphone.Models
 import Lumaphone.Shell
+import Lumaphone.Texts
 
 /// The main window.
 ApplicationWindow {
@@ -30,7 +31,7 @@ ApplicationWindow {
     height: 800
     minimumWidth: 1040
     minimumHeight: 680
-    title: "Lumaphone"
+    title: Texts.appName
     color: Theme.window
     font.family: Theme.fontFamily
     font.pixelSize: Theme.body

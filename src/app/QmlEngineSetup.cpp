@@ -15,6 +15,7 @@ void qml_register_types_Lumaphone_Library();
 void qml_register_types_Lumaphone_Live();
 void qml_register_types_Lumaphone_Models();
 void qml_register_types_Lumaphone_Shell();
+void qml_register_types_Lumaphone_Texts();
 
 namespace lumaphone {
 
@@ -32,6 +33,7 @@ constexpr Registration registrations[] {
     &qml_register_types_Lumaphone_Live,
     &qml_register_types_Lumaphone_Models,
     &qml_register_types_Lumaphone_Shell,
+    &qml_register_types_Lumaphone_Texts,
 };
 
 } // namespace

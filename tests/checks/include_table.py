@@ -36,17 +36,18 @@ TABLE = {
     "core-cli": "session/revision",
     "cli": "session storage glossary models diagnosis platform language base",
     # The window's parts are QML modules; most stand side by side.
-    "app/controls": "",
-    "app/diagnosis": "app/controls diagnosis base",
+    "app/texts": "",
+    "app/controls": "app/texts",
+    "app/diagnosis": "app/controls app/texts diagnosis base",
     "app/floating": "app/controls session storage platform/display platform base",
-    "app/glossary": "app/controls glossary base",
-    "app/library": "app/controls storage base",
-    "app/live": "app/controls session storage glossary language base",
-    "app/models": "app/controls storage models language base",
-    "app/inspector": "app/models app/live app/floating app/controls session storage translation translation/provider glossary "
+    "app/glossary": "app/controls app/texts glossary base",
+    "app/library": "app/controls app/texts storage base",
+    "app/live": "app/controls app/texts session storage glossary language base",
+    "app/models": "app/controls app/texts storage models language base",
+    "app/inspector": "app/models app/live app/floating app/controls app/texts session storage translation translation/provider glossary "
                      "base",
-    "app/shell": "app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls",
-    "app": "app/shell app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls",
+    "app/shell": "app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/texts",
+    "app": "app/shell app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/texts",
 }
 # Only where the parts are wired together are adapters named.
 WIRING = {"cli/main.cpp", "app/main.cpp"}

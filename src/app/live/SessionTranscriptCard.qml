@@ -2,6 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Lumaphone.Controls
 import Lumaphone.Live
+import Lumaphone.Texts
 
 /// Everything heard in the session so far.
 Card {
@@ -14,7 +15,7 @@ Card {
 
     padding: 0
     Accessible.role: Accessible.Grouping
-    Accessible.name: "剛剛聽到的內容"
+    Accessible.name: Texts.justHeard
 
     ColumnLayout {
         anchors.fill: parent
@@ -29,7 +30,7 @@ Card {
 
             UiText {
                 Layout.fillWidth: true
-                text: "剛剛聽到的內容"
+                text: Texts.justHeard
                 font.pixelSize: Theme.title
                 font.bold: true
                 Accessible.role: Accessible.Heading
@@ -64,7 +65,7 @@ Card {
                 objectName: "card.source"
                 anchors.verticalCenter: parent.verticalCenter
                 width: card.columnWidth
-                title: "原文"
+                title: Texts.source
                 isCopyable: card.lines.count > 0
                 onCopied: card.session.copyText(card.session.joinedSourceText())
             }
@@ -74,9 +75,9 @@ Card {
                 anchors.verticalCenter: parent.verticalCenter
                 x: card.columnWidth + Theme.margin
                 width: card.columnWidth
-                title: "台灣繁中"
+                title: Texts.taiwanChinese
                 isPrimary: true
-                description: card.lines.count > 0 && !card.lines.hasTranslatedText ? "翻譯還在整理，完成後會更新到這裡。" : ""
+                description: card.lines.count > 0 && !card.lines.hasTranslatedText ? Texts.translationsComing : ""
                 isCopyable: card.lines.count > 0 && card.lines.hasTranslatedText
                 onCopied: card.session.copyText(card.session.joinedTranslatedText())
             }
@@ -98,7 +99,7 @@ Card {
                 model: card.lines
                 delegate: CaptionLineRow {}
                 Accessible.role: Accessible.List
-                Accessible.name: "剛剛聽到的內容"
+                Accessible.name: Texts.justHeard
             }
 
             FocusRing {
@@ -116,7 +117,7 @@ Card {
             UiText {
                 anchors.centerIn: parent
                 visible: card.lines.count === 0
-                text: card.session.isRunning ? "正在聽，第一句話很快就會出現在這裡。" : "開始之後，聽到的每一句話都會留在這裡。"
+                text: card.session.isRunning ? Texts.firstLineComing : Texts.linesWillStay
                 color: Theme.textSoft
             }
 
@@ -128,7 +129,7 @@ Card {
                 visible: !list.isFollowing && card.lines.count > 0
                 isCompact: true
                 systemImage: "arrow.down"
-                text: "回到最新一句"
+                text: Texts.toNewestLine
                 onClicked: list.follow()
             }
         }
