@@ -1,6 +1,15 @@
 import QtQuick
 import QtQuick.Controls.Basic
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Diagnosis
+import Lumaphone.Floating
+import Lumaphone.Glossary
+import Lumaphone.Inspector
+import Lumaphone.Library
+import Lumaphone.Live
+import Lumaphone.Models
+import Lumaphone.Shell
+import Lumaphone.Texts
 
 /// The main window.
 ApplicationWindow {
@@ -22,7 +31,7 @@ ApplicationWindow {
     height: 800
     minimumWidth: 1040
     minimumHeight: 680
-    title: "Lumaphone"
+    title: Texts.appName
     color: Theme.window
     font.family: Theme.fontFamily
     font.pixelSize: Theme.body

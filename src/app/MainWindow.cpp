@@ -87,7 +87,7 @@ bool MainWindow::isDark() const
 std::unique_ptr<FloatingCaptionPanel> MainWindow::makePanel()
 {
     return std::make_unique<FloatingCaptionPanel>(m_engine,
-        QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/floating/FloatingCaptionView.qml")),
+        QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Floating/FloatingCaptionView.qml")),
         QVariantMap {{QStringLiteral("settings"), QVariant::fromValue(&m_settings)}});
 }
 

@@ -1,4 +1,4 @@
-#include "app/LanguageFonts.h"
+#include "app/controls/LanguageFonts.h"
 #include "app/MainWindow.h"
 #include "base/CoreDumps.h"
 #include "base/LocalizedError.h"

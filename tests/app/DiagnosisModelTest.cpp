@@ -84,7 +84,8 @@ private slots:
         const auto mainQueue = MainQueue::create();
         DetachedTasks tasks;
         DiagnosisModel model(&machineWithoutSound, tasks, mainQueue);
-        ViewUnderTest view("DiagnosisSheet", {{"diagnosis", QVariant::fromValue(&model)}}, QSize(900, 900));
+        ViewUnderTest view(
+            "Diagnosis", "DiagnosisSheet", {{"diagnosis", QVariant::fromValue(&model)}}, QSize(900, 900));
         QVERIFY(waitUntil([&] { return view.isShown("diagnosis.1.0"); }));
         QVERIFY(view.textOf("diagnosis.1.0").contains("無法連線到聲音伺服器：Connection refused"));
         QVERIFY(waitUntil([&] { return view.focusedName() == "diagnosis.flickable"; }));

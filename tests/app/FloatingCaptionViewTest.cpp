@@ -5,9 +5,11 @@
 #include "support/Coroutines.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
+#include "support/VisibleItems.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QImage>
 #include <QTest>
 
 #include <cmath>
@@ -25,8 +27,8 @@ struct Fixture
     MemoryDefaultsStore defaults;
     MemoryKeychain keychain;
     LumaphoneSettings settings {defaults, keychain};
-    ViewUnderTest view {
-        "FloatingCaptionView", QVariantMap {{"settings", QVariant::fromValue(&settings)}}, QSize(820, 180)};
+    ViewUnderTest view {"Floating", "FloatingCaptionView",
+        QVariantMap {{"settings", QVariant::fromValue(&settings)}}, QSize(820, 180)};
 
     void show(const QString &source, const QString &translation)
     {
@@ -38,12 +40,37 @@ struct Fixture
     {
         return view.find(line)->property("font").value<QFont>().pixelSize();
     }
+    /// What a photograph of the panel shows, once it has been drawn anew.
+    QImage picture()
+    {
+        drawFrame(view.window());
+        return view.window().grabWindow();
+    }
     QRectF geometry(const char *line) const
     {
         const QQuickItem *item = view.find(line);
         return item->mapRectToScene({0, 0, item->width(), item->height()});
     }
 };
+
+/// The same colour but for rounding.
+bool isLike(const QColor &one, const QColor &other)
+{
+    return std::abs(one.red() - other.red()) <= 2 && std::abs(one.green() - other.green()) <= 2
+        && std::abs(one.blue() - other.blue()) <= 2;
+}
+
+/// How many pixels of `place` have that colour.
+int pixelsLike(const QColor &color, const QImage &picture, const QRect &place)
+{
+    int found = 0;
+    for (int y = place.top(); y < place.bottom(); ++y) {
+        for (int x = place.left(); x < place.right(); ++x) {
+            found += isLike(picture.pixelColor(x, y), color) ? 1 : 0;
+        }
+    }
+    return found;
+}
 
 const char *const source = "floatingCaption.source";
 const char *const translation = "floatingCaption.translation";
@@ -119,20 +146,39 @@ private slots:
         QVERIFY(f.geometry(translation).bottom() <= 180);
     }
 
+    void thePanelLooksRightInEveryThemeAndMode_data()
+    {
+        QTest::addColumn<FloatingCaptionTheme>("theme");
+        QTest::addColumn<QColor>("background");
+        QTest::addColumn<QColor>("text");
+        // Four fifths of the theme's own colour over what lies behind the panel.
+        QTest::newRow("dark") << FloatingCaptionTheme::dark << QColor(20, 20, 40) << QColor(Qt::white);
+        QTest::newRow("light") << FloatingCaptionTheme::light << QColor(224, 224, 244) << QColor(Qt::black);
+        QTest::newRow("glass") << FloatingCaptionTheme::glass << QColor(214, 214, 237) << QColor("#191a20");
+    }
     void thePanelLooksRightInEveryThemeAndMode()
     {
+        using enum FloatingCaptionDisplayMode;
+        QFETCH(FloatingCaptionTheme, theme);
+        QFETCH(QColor, background);
+        QFETCH(QColor, text);
         Fixture f;
         f.show("ちょっと待って、今のアイデアめちゃくちゃ良くない？", "等一下，剛剛那個點子也太可以了吧？");
-        for (const FloatingCaptionTheme theme : allFloatingCaptionThemes) {
-            f.settings.setCaptionTheme(theme);
-            f.settings.setCaptionOpacity(0.8);
-            f.view.window().setColor(QColor("#5c6f8f"));
-            for (const FloatingCaptionDisplayMode mode : allFloatingCaptionDisplayModes) {
-                f.settings.setCaptionDisplayMode(mode);
-                f.view.photograph("panel-" + rawValue(theme) + "-" + rawValue(mode));
+        f.view.window().setColor(QColor(100, 100, 200));
+        f.settings.setCaptionTheme(theme);
+        f.settings.setCaptionOpacity(0.8);
+        for (const FloatingCaptionDisplayMode mode : {bilingual, translationOnly, sourceOnly}) {
+            f.settings.setCaptionDisplayMode(mode);
+            f.view.photograph("panel-" + rawValue(theme) + "-" + rawValue(mode));
+            const QImage seen = f.picture();
+            QVERIFY2(isLike(seen.pixelColor(410, 8), background), qPrintable(seen.pixelColor(410, 8).name()));
+            QCOMPARE(f.view.isShown(source), mode != translationOnly);
+            QCOMPARE(f.view.isShown(translation), mode != sourceOnly);
+            if (mode != sourceOnly) {
+                const int drawn = pixelsLike(text, seen, f.geometry(translation).toRect());
+                QVERIFY2(drawn > 500, qPrintable(QString::number(drawn)));
             }
         }
-        QVERIFY(f.view.isShown(source));
     }
 
     void aTextFitsItsBounds_data()

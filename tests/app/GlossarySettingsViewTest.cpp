@@ -36,7 +36,7 @@ struct Fixture
     }
     ViewUnderTest &open()
     {
-        view = std::make_unique<ViewUnderTest>("GlossarySettingsSheet",
+        view = std::make_unique<ViewUnderTest>("Glossary", "GlossarySettingsSheet",
             QVariantMap {{"settings", QVariant::fromValue(&model)}}, QSize(1040, 720));
         return *view;
     }

@@ -130,11 +130,15 @@ private slots:
         QCOMPARE(shownWithoutLine(idleFacts), "準備好就開始。");
         QCOMPARE(shownWithoutLine(startingFacts), "準備好就開始。");
         QCOMPARE(shownWithoutLine(runningFacts), "字幕會在這裡跟上。");
-        QVERIFY(source(idleFacts, systemAudio).startsWith("按開始後，Lumaphone 會開始聽系統音訊"));
-        QVERIFY(source(idleFacts, microphone).startsWith("按開始後，Lumaphone 會開始聽麥克風"));
-        QVERIFY(!source(runningFacts, systemAudio).contains("按開始後"));
-        QVERIFY(livetexts::withoutSoundText(systemAudio).startsWith("系統音訊"));
-        QVERIFY(livetexts::withoutSoundText(microphone).startsWith("麥克風"));
+        QCOMPARE(
+            source(idleFacts, systemAudio), "按開始後，Lumaphone 會開始聽系統音訊，把聽到的話寫在這裡。");
+        QCOMPARE(source(idleFacts, microphone), "按開始後，Lumaphone 會開始聽麥克風，把聽到的話寫在這裡。");
+        QCOMPARE(source(runningFacts, systemAudio), "請播放 YouTube、瀏覽器、播放器或會議 App 的聲音。");
+        QCOMPARE(source(runningFacts, microphone), "請對著目前選用的麥克風說話。");
+        QCOMPARE(
+            livetexts::withoutSoundText(systemAudio), "系統音訊沒有聲音進來。請確認正在播放，而且沒有靜音。");
+        QCOMPARE(livetexts::withoutSoundText(microphone),
+            "麥克風沒有聲音進來。請確認麥克風沒有靜音，而且選對了輸入裝置。");
     }
 
     void theLanguageIsTheChosenOneUnlessItWasDetected_data()

@@ -84,7 +84,7 @@ struct Fixture
 
     ViewUnderTest &open(QSize size = QSize(1280, 1600), bool offersModels = true)
     {
-        view = std::make_unique<ViewUnderTest>("ContentView",
+        view = std::make_unique<ViewUnderTest>("Shell", "ContentView",
             QVariantMap {{"session", QVariant::fromValue(&session)},
                 {"inspector", QVariant::fromValue(&inspector)}, {"provider", QVariant::fromValue(&provider)},
                 {"floatingCaptions", QVariant::fromValue(&floatingCaptions)},

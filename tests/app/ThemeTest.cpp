@@ -45,7 +45,7 @@ private slots:
     {
         setUpQmlEngine(m_engine);
         QQmlComponent component(&m_engine);
-        component.setData("import QtQuick\nimport Lumaphone\n"
+        component.setData("import QtQuick\nimport Lumaphone.Controls\n"
                           "QtObject { property bool isDark\n onIsDarkChanged: Theme.isDark = isDark\n"
                           "function of(name: string): color { return Theme[name] } }",
             QUrl());

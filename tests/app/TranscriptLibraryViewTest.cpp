@@ -24,8 +24,8 @@ struct Fixture : LibraryFixture
     ViewUnderTest &open()
     {
         workspace = std::make_unique<TranscriptLibraryWorkspaceModel>(store, locale);
-        view = std::make_unique<ViewUnderTest>(
-            "TranscriptLibraryWorkspace", QVariantMap {{"workspace", QVariant::fromValue(workspace.get())}});
+        view = std::make_unique<ViewUnderTest>("Library", "TranscriptLibraryWorkspace",
+            QVariantMap {{"workspace", QVariant::fromValue(workspace.get())}});
         return *view;
     }
     /// Three sessions, the newest of them with a note and terms.

@@ -2,44 +2,25 @@
 
 #include "app/QmlEngineSetup.h"
 #include "support/Coroutines.h"
+#include "support/VisibleItems.h"
 
 #include <QDir>
 #include <QQmlComponent>
-#include <QSignalSpy>
 #include <QTest>
 
-#include <functional>
 #include <memory>
 
 namespace lumaphone::test {
 
-namespace {
-
-/// Depth first, those in front first.
-QQuickItem *findVisible(QQuickItem *item, const std::function<bool(QQuickItem *)> &isWanted)
-{
-    if (!item->isVisible()) {
-        return nullptr;
-    }
-    const QList<QQuickItem *> children = item->childItems();
-    for (auto child = children.rbegin(); child != children.rend(); ++child) {
-        if (QQuickItem *found = findVisible(*child, isWanted)) {
-            return found;
-        }
-    }
-    return isWanted(item) ? item : nullptr;
-}
-
-} // namespace
-
-ViewUnderTest::ViewUnderTest(const QString &component, const QVariantMap &properties, QSize size)
+ViewUnderTest::ViewUnderTest(
+    const QString &module, const QString &component, const QVariantMap &properties, QSize size)
 {
     setUpQmlEngine(m_engine);
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
     m_view.setInitialProperties(properties);
     m_view.resize(size);
     QQmlComponent view(&m_engine);
-    view.setData(QStringLiteral("import QtQuick\nimport Lumaphone\n%1 {}").arg(component).toUtf8(), QUrl());
+    view.setData(QStringLiteral("import Lumaphone.%1\n%2 {}").arg(module, component).toUtf8(), QUrl());
     if (!view.isReady()) {
         qFatal("%s", qPrintable(view.errorString()));
     }
@@ -48,7 +29,8 @@ ViewUnderTest::ViewUnderTest(const QString &component, const QVariantMap &proper
     if (item == nullptr) {
         // A sheet, which opens over an empty window.
         QQmlComponent window(&m_engine);
-        window.setData("import QtQuick\nimport Lumaphone\nRectangle { color: Theme.window }", QUrl());
+        window.setData(
+            "import QtQuick\nimport Lumaphone.Controls\nRectangle { color: Theme.window }", QUrl());
         item = qobject_cast<QQuickItem *>(window.create());
         root->setParent(item);
     }
@@ -69,8 +51,7 @@ ViewUnderTest::~ViewUnderTest() = default;
 
 QQuickItem *ViewUnderTest::find(const QString &objectName) const
 {
-    return findVisible(
-        m_view.contentItem(), [&objectName](QQuickItem *item) { return item->objectName() == objectName; });
+    return findVisible(m_view.contentItem(), objectName);
 }
 
 QString ViewUnderTest::textOf(const QString &objectName) const
@@ -86,16 +67,7 @@ QString ViewUnderTest::textOf(const QString &objectName) const
 
 bool ViewUnderTest::click(const QString &objectName)
 {
-    QQuickItem *item = nullptr;
-    // Menus and sheets take a moment to open.
-    if (!waitUntil([&] { return (item = find(objectName)) != nullptr && item->isEnabled(); }, 5000)) {
-        return false;
-    }
-    drawFrame();
-    const QPointF center = item->mapToScene({item->width() / 2, item->height() / 2});
-    QTest::mouseClick(&m_view, Qt::LeftButton, {}, center.toPoint());
-    settle();
-    return true;
+    return clickOn(m_view, objectName);
 }
 
 bool ViewUnderTest::type(const QString &objectName, const QString &text)
@@ -118,15 +90,7 @@ void ViewUnderTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     QTest::keyClick(&m_view, key, modifiers);
     settle();
-    drawFrame();
-}
-
-/// Whatever has changed has its place when a frame has been drawn.
-void ViewUnderTest::drawFrame()
-{
-    QSignalSpy frames(&m_view, &QQuickWindow::frameSwapped);
-    m_view.update();
-    frames.wait(1000);
+    drawFrame(m_view);
 }
 
 QString ViewUnderTest::focusedName() const
@@ -138,7 +102,7 @@ QString ViewUnderTest::focusedName() const
 void ViewUnderTest::setDark(bool isDark)
 {
     QQmlComponent light(&m_engine);
-    light.setData("import QtQuick\nimport Lumaphone\n"
+    light.setData("import QtQuick\nimport Lumaphone.Controls\n"
                   "QtObject { property bool isDark\n onIsDarkChanged: Theme.isDark = isDark }",
         QUrl());
     if (!light.isReady()) {

@@ -8,13 +8,13 @@
 
 namespace lumaphone::test {
 
-/// A view of the program's module in a window of its own, driven by object names.
+/// A view of the program in a window of its own, driven by object names.
 class ViewUnderTest
 {
 public:
-    /// `component` is a view of the module, such as "TranscriptLibraryWorkspace"; none stands for an empty
-    /// window.
-    ViewUnderTest(const QString &component, const QVariantMap &properties, QSize size = QSize(1280, 800));
+    /// A view and its module, such as "TranscriptLibraryWorkspace" of "Library".
+    ViewUnderTest(const QString &module, const QString &component, const QVariantMap &properties,
+        QSize size = QSize(1280, 800));
     ~ViewUnderTest();
 
     QQuickView &window() { return m_view; }
@@ -38,8 +38,6 @@ public:
     void photograph(const QString &name);
 
 private:
-    void drawFrame();
-
     QQmlEngine m_engine;
     QQuickView m_view {&m_engine, nullptr};
 };

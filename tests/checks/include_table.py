@@ -1,5 +1,7 @@
-"""Checks that the folders of src/ include each other exactly as the table says: no arrow more, none less."""
+"""Checks that the folders of src/ include each other, and the window's views import each other, exactly as the table says: no arrow
+more, none less."""
 import collections
+import itertools
 import pathlib
 import re
 import sys
@@ -33,21 +35,48 @@ TABLE = {
                "speech/framework models platform/sound platform/display platform/desktop platform language base",
     "core-cli": "session/revision",
     "cli": "platform/desktop machine session storage glossary capture models diagnosis platform language base",
-    # The window's parts stand side by side; its root knows them all.
-    "app/diagnosis": "diagnosis base",
-    "app/floating": "session storage platform/display platform base",
-    "app/glossary": "glossary base",
-    "app/inspector": "session storage translation translation/provider glossary language base",
-    "app/library": "storage base",
-    "app/live": "session storage glossary language base",
-    "app/models": "storage models language base",
-    "app": "app/diagnosis app/floating app/glossary app/inspector app/library app/live app/models machine session "
-           "platform/desktop platform/display language base",
+    # The window's parts are QML modules; most stand side by side.
+    "app/texts": "",
+    "app/controls": "app/texts language",
+    "app/diagnosis": "app/controls app/texts diagnosis base",
+    "app/floating": "app/controls session storage platform/display platform base",
+    "app/glossary": "app/controls app/texts glossary base",
+    "app/library": "app/controls app/texts storage base",
+    "app/live": "app/controls app/texts session storage glossary language base",
+    "app/models": "app/controls app/texts storage models language base",
+    "app/inspector": "app/models app/live app/floating app/controls app/texts session storage translation translation/provider glossary "
+                     "language base",
+    "app/shell": "app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/texts",
+    "app": "app/shell app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/texts "
+           "machine session platform/desktop platform/display base",
 }
 
 
-def arrows(root):
-    """Every include: file, line, its folder, the folder it points at; and those that point nowhere."""
+def types_in(folder):
+    """What a view can use of a module: its views and the C++ types that it registers."""
+    types = {view.stem for view in folder.glob("*.qml")}
+    for header in folder.glob("*.h"):
+        text = header.read_text(encoding="utf-8")
+        types |= set(re.findall(r"QML_(?:NAMED_ELEMENT|VALUE_TYPE)\((\w+)\)", text))
+        types |= set(re.findall(r"class (\w+)[^{};]*\{\s*Q_OBJECT\s*QML_ELEMENT", text))
+    return types
+
+
+def imports(root):
+    """Every import of a view: file, line, its folder, the folder it points at; none if nothing is used of it."""
+    for view in sorted(root.rglob("*.qml")):
+        relative = view.relative_to(root)
+        lines = view.read_text(encoding="utf-8").splitlines()
+        words = set(re.findall(r"\w+", " ".join(line for line in lines if not line.lstrip().startswith(("import ", "//")))))
+        for number, line in enumerate(lines, 1):
+            match = re.match(r"import Lumaphone(?:\.(\w+))?$", line)
+            if match:
+                target = pathlib.PurePosixPath("app", (match.group(1) or "").lower())
+                yield relative, number, relative.parent.as_posix(), target.as_posix() if types_in(root / target) & words else None
+
+
+def includes(root):
+    """Every include: file, line, its folder, the folder it points at; none if there is no such file."""
     for source in sorted(p for p in root.rglob("*") if p.suffix in (".h", ".cpp")):
         relative = source.relative_to(root)
         for number, line in enumerate(source.read_text(encoding="utf-8").splitlines(), 1):
@@ -71,10 +100,10 @@ def main(root):
                 problems.append(f"the table: {folder} includes {used}, which does not stand above it")
     seen = collections.defaultdict(set)
     checked = 0
-    for file, number, folder, used in arrows(root):
+    for file, number, folder, used in itertools.chain(includes(root), imports(root)):
         checked += 1
         if used is None:
-            problems.append(f"{file}:{number}: no such file below src")
+            problems.append(f"{file}:{number}: points at nothing that is there, or that is used")
         elif folder not in table:
             problems.append(f"{file}: folder {folder} is not in the table")
         elif used != folder:
@@ -83,7 +112,7 @@ def main(root):
                 problems.append(f"{file}:{number}: {folder} may not include {used}")
     for folder, row in table.items():
         problems += [f"the table: {folder} includes nothing of {unused}" for unused in sorted(row - seen[folder])]
-    print("\n".join(problems) or f"{checked} includes point the right way")
+    print("\n".join(problems) or f"{checked} includes and imports point the right way")
     return 1 if problems or not checked else 0
 
 

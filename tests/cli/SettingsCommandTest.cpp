@@ -39,9 +39,8 @@ private slots:
                        "lumaphone.caption.opacity\t0.3\n"
                        "lumaphone.caption.theme\tdark\n"
                        "lumaphone.caption.displayMode\tbilingual\n"
-                       "lumaphone.provider.baseURL\t")
-                + LumaphoneSettings::defaultProviderBaseURL().toUtf8()
-                + QByteArray("\nlumaphone.provider.model\tgpt-4o-mini\n"));
+                       "lumaphone.provider.baseURL\thttps://api.openai.com/v1\n"
+                       "lumaphone.provider.model\tgpt-4o-mini\n"));
     }
 
     void aValueIsSetAndRead_data()

@@ -1,5 +1,7 @@
 #include "endtoend/Driver.h"
 
+#include "support/VisibleItems.h"
+
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -32,23 +34,6 @@ template<typename Condition, typename Seen> void await(Condition condition, cons
 template<typename Condition> void await(Condition condition, const QString &what)
 {
     await(condition, what, [] { return QStringLiteral("nothing"); });
-}
-
-QQuickItem *findVisible(QQuickItem *parent, const QString &name)
-{
-    if (!parent->isVisible()) {
-        return nullptr;
-    }
-    if (parent->objectName() == name) {
-        return parent;
-    }
-    const auto children = parent->childItems();
-    for (auto child = children.crbegin(); child != children.crend(); ++child) {
-        if (auto *found = findVisible(*child, name)) {
-            return found;
-        }
-    }
-    return nullptr;
 }
 
 QQuickWindow *windowTitled(const QString &title)
@@ -185,6 +170,22 @@ QQuickItem &Driver::usable(const QString &name) const
     return *find(name);
 }
 
+void Driver::click(QQuickWindow &window, const QString &name) const
+{
+    QQuickItem &item = usable(name);
+    drawFrame(window);
+    const QPointF middle = item.mapToScene({item.width() / 2, item.height() / 2});
+    QTest::mouseClick(&window, Qt::LeftButton, {}, middle.toPoint());
+}
+
+void Driver::choose(QQuickWindow &window, const QString &picker, const QString &value) const
+{
+    click(window, picker);
+    const QString choice = picker + QStringLiteral(".choices.") + value;
+    click(window, choice);
+    await([&] { return find(choice) == nullptr; }, picker + QStringLiteral(" stays open"));
+}
+
 QString Driver::walk(QQuickWindow &window)
 {
     QQuickItem &top = topOf(window);
@@ -249,9 +250,7 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
 {
     QQuickWindow &window = mainWindow();
     if (command == QStringLiteral("click")) {
-        const QQuickItem &item = usable(name);
-        const QPointF centre = item.mapToScene({item.width() / 2, item.height() / 2});
-        QTest::mouseClick(&window, Qt::LeftButton, {}, centre.toPoint());
+        click(window, name);
         return {};
     }
     if (command == QStringLiteral("press")) {
@@ -283,7 +282,7 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         return typed;
     }
     if (command == QStringLiteral("choose")) {
-        QMetaObject::invokeMethod(&usable(name), "picked", Q_ARG(QString, rest));
+        choose(window, name, rest);
         return {};
     }
     if (command == QStringLiteral("await")) {
@@ -316,9 +315,11 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         return {};
     }
     if (command == QStringLiteral("count")) {
-        await([&] { return find(name) && find(name)->property("count").toInt() >= rest.toInt(); },
-            QStringLiteral("%1 never had %2 rows").arg(name, rest));
-        return find(name)->property("count").toString();
+        const auto count = [this, &name] {
+            return find(name) ? find(name)->property("count").toString() : QStringLiteral("no list");
+        };
+        await([&] { return count() == rest; }, QStringLiteral("%1 never had %2 rows").arg(name, rest), count);
+        return {};
     }
     if (command == QStringLiteral("file")) {
         auto *dialog = window.findChild<QObject *>(name);
@@ -346,11 +347,9 @@ QString Driver::obey(const QString &command, const QString &name, const QString 
         return {};
     }
     if (command == QStringLiteral("frame")) {
-        bool isReady = false;
-        const auto connection = connect(&window, &QQuickWindow::frameSwapped, this, [&] { isReady = true; });
+        QSignalSpy frames(&window, &QQuickWindow::frameSwapped);
         window.update();
-        await([&] { return isReady; }, QStringLiteral("no frame"));
-        disconnect(connection);
+        await([&] { return !frames.isEmpty(); }, QStringLiteral("no frame"));
         return {};
     }
     if (command == QStringLiteral("platform")) {

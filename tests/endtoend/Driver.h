@@ -14,12 +14,12 @@ namespace lumaphone::test {
 ///     click NAME              clicks into the middle of the visible item of that name, once it can be used
 ///     press KEYS              presses keys, such as Ctrl+S
 ///     type NAME TEXT          replaces the text of a field
-///     choose NAME VALUE       picks a value of a picker
+///     choose NAME VALUE       opens a picker and clicks the choice of that value
 ///     await NAME TEXT         waits until the item's text contains TEXT
 ///     shown NAME              waits until the item is visible
 ///     gone NAME               waits until it is not
 ///     panel TEXT              waits until the caption panel shows TEXT; without TEXT until there is none
-///     count NAME NUMBER       waits until a list has at least that many rows
+///     count NAME NUMBER       waits until a list has just as many rows
 ///     keyboard                walks through the window, or through the sheet on top of it, with Tab, and
 ///     fails if
 ///                             a control is not reached or cannot be named to those who do not see it
@@ -40,6 +40,8 @@ public:
 private:
     void read();
     QString obey(const QString &command, const QString &name, const QString &rest);
+    void click(QQuickWindow &window, const QString &name) const;
+    void choose(QQuickWindow &window, const QString &picker, const QString &value) const;
     QString walk(QQuickWindow &window);
     QQuickItem *find(const QString &name) const;
     QQuickItem &usable(const QString &name) const;

@@ -1,5 +1,6 @@
 #include "endtoend/User.h"
 #include "support/Coroutines.h"
+#include "support/CoveringWindow.h"
 #include "support/PrivateDisplay.h"
 #include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"
@@ -292,10 +293,17 @@ private slots:
     {
         User user(m_home.path(), onX11);
         DO("shown startStop");
+        DO("active");
+        const CoveringWindow cover(*m_display);
+        const auto isOnTop = [&cover](const QString &title) {
+            return waitUntil([&] { return cover.titleOnTop() == title; });
+        };
+        QVERIFY2(isOnTop(CoveringWindow::title), qPrintable(cover.titleOnTop()));
         User second(m_home.path(), onX11);
         QVERIFY(second.program().waitForEnd());
         QCOMPARE(second.program().exitCode(), 0);
-        DO("shown startStop");
+        QVERIFY2(isOnTop("Lumaphone"), qPrintable(cover.titleOnTop()));
+        DO("active");
     }
 
 private:

@@ -2,6 +2,7 @@
 
 #include "app/QmlEngineSetup.h"
 #include "support/FolderResources.h"
+#include "support/VisibleItems.h"
 
 #include <QDir>
 #include <QImage>
@@ -55,7 +56,7 @@ Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatienc
     glossary = std::make_unique<GlossarySettingsModel>(*glossaryStore, session.mainQueue, countedUuids());
     floatingCaptions = std::make_unique<FloatingCaptionWindowController>(session.settings, [this] {
         return std::make_unique<FloatingCaptionPanel>(*engine,
-            QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/floating/FloatingCaptionView.qml")),
+            QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Floating/FloatingCaptionView.qml")),
             QVariantMap {{QStringLiteral("settings"), QVariant::fromValue(&session.settings)}});
     });
 }
@@ -137,7 +138,14 @@ QObject &Studio::object(const QString &name) const
 
 void Studio::click(const QString &name) const
 {
-    QMetaObject::invokeMethod(&object(name), "clicked");
+    if (!clickOn(*window, name)) {
+        throw std::runtime_error("There is nothing to click on: " + name.toStdString());
+    }
+}
+
+QQuickItem *Studio::find(const QString &name) const
+{
+    return findVisible(window->contentItem(), name);
 }
 
 QObject &Studio::content() const

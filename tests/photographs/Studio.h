@@ -14,6 +14,7 @@
 #include "support/NotingFileViewer.h"
 
 #include <QQmlApplicationEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
 
@@ -34,6 +35,9 @@ public:
 
     /// The one object of the window with that name; none is an error.
     QObject &object(const QString &name) const;
+    /// The visible item of that name, in menus and sheets too; none if there is none.
+    QQuickItem *find(const QString &name) const;
+    /// Clicks on it; none is an error.
     void click(const QString &name) const;
     QObject &content() const;
     /// Lets the window and the session come to rest.

@@ -63,7 +63,7 @@ void photographLive(const QString &target)
         studio.live->startOrStop();
         studio.settle();
         studio.photograph(target, QStringLiteral("live-stopped-unsaved"));
-        QMetaObject::invokeMethod(&studio.content(), "clear");
+        studio.click(QStringLiteral("clear"));
         studio.photograph(target, QStringLiteral("clear-confirmation"));
     }
     {
@@ -146,6 +146,9 @@ void photographMenus(const QString &target)
     studio.open();
     studio.click(QStringLiteral("moreSettings"));
     studio.photograph(target, QStringLiteral("menu-more"));
+    QTest::keyClick(studio.window, Qt::Key_Escape);
+    studio.click(QStringLiteral("languageMenu"));
+    studio.photograph(target, QStringLiteral("menu-languages"));
 }
 
 void photographProvider(const QString &target)

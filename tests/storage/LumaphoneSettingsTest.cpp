@@ -83,8 +83,7 @@ void LumaphoneSettingsTest::aFreshStoreYieldsTheDefaults()
     QCOMPARE(settings.captionOpacity(), 0.3);
     QCOMPARE(settings.captionTheme(), FloatingCaptionTheme::dark);
     QCOMPARE(settings.captionDisplayMode(), FloatingCaptionDisplayMode::bilingual);
-    QCOMPARE(settings.providerBaseURL(), LumaphoneSettings::defaultProviderBaseURL());
-    QVERIFY(settings.providerBaseURL().endsWith(QStringLiteral("/v1")));
+    QCOMPARE(settings.providerBaseURL(), QStringLiteral("https://api.openai.com/v1"));
     QCOMPARE(settings.providerModel(), QStringLiteral("gpt-4o-mini"));
     QCOMPARE(settings.hasProviderAPIKey(), false);
     QVERIFY(fixture.defaults.writes.isEmpty());
@@ -223,7 +222,7 @@ void LumaphoneSettingsTest::aStoredProviderTextIsTakenAsItIs()
     fixture.defaults.values[QStringLiteral("lumaphone.provider.baseURL")] = stored;
     fixture.defaults.values[QStringLiteral("lumaphone.provider.model")] = stored;
     const LumaphoneSettings &settings = fixture.make();
-    const QString url = isText ? std::get<QString>(stored) : LumaphoneSettings::defaultProviderBaseURL();
+    const QString url = isText ? std::get<QString>(stored) : QStringLiteral("https://api.openai.com/v1");
     QCOMPARE(settings.providerBaseURL(), url);
     QCOMPARE(settings.providerModel(), isText ? std::get<QString>(stored) : QStringLiteral("gpt-4o-mini"));
 }

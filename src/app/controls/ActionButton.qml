@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// A button with a text and perhaps a symbol.
 T.Button {

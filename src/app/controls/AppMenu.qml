@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// A menu in the program's look; its entries are AppMenuItem and AppMenuSeparator.
 T.Menu {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// The name of the group of commands below it.
 T.MenuItem {

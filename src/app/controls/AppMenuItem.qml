@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// One command of a menu, or one choice of a group when it is checkable.
 T.MenuItem {

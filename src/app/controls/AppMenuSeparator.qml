@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// A line between two groups of a menu.
 T.MenuSeparator {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// How far something is; without an end in sight while `indeterminate`.
 T.ProgressBar {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// A slim bar that shows while its view can be scrolled.
 T.ScrollBar {

@@ -1,5 +1,5 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// A short fact in a rounded field.
 Rectangle {

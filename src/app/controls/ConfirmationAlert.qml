@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// Asks before something is lost. The safe answer has the keyboard.
 Sheet {
@@ -8,7 +9,7 @@ Sheet {
 
     required property string message
     required property string confirmText
-    property string cancelText: "取消"
+    property string cancelText: Texts.cancel
 
     signal confirmed
 

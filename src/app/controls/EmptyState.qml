@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
 
 /// What a view says while there is nothing in it; `content` are buttons below the words.
 Item {

@@ -1,5 +1,5 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// Shows around its parent where the keyboard is.
 Rectangle {

@@ -1,5 +1,5 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// A separator one pixel thick.
 Rectangle {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// What a control does, shown when the pointer rests on it or the keyboard is there.
 T.ToolTip {

@@ -1,5 +1,5 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// A symbol beside a text, as one decoration of a control that says the same itself.
 Item {

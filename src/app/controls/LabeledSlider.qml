@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// A slider with its name, symbol and value above it. `moved` asks to change `value`.
 ColumnLayout {

@@ -1,5 +1,5 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// Text that was said or translated, with the glyphs of its own language.
 Text {

@@ -1,5 +1,5 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// A command-bar button that opens the menu given as its child.
 ToolbarIconButton {

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// Says what went wrong, or what came of something, until it is dismissed.
 Rectangle {
@@ -58,7 +59,7 @@ Rectangle {
             implicitWidth: 28
             implicitHeight: 28
             systemImage: "xmark"
-            help: "關閉訊息"
+            help: Texts.dismissMessage
             onClicked: banner.dismissed()
         }
     }

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// One choice in the opened list of a PopUpPicker.
 T.ItemDelegate {
@@ -9,8 +9,10 @@ T.ItemDelegate {
     required property int index
     required property var modelData
     readonly property PickerList list: ListView.view as PickerList
+    readonly property real wanted: list !== null ? implicitWidth : 0
     readonly property bool isChosen: list !== null && list.chosenIndex === index
 
+    objectName: (list?.objectName ?? "") + "." + modelData.value
     width: list ? Math.max(list.width, implicitWidth) : implicitWidth
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Theme.controlHeightSmall + 2
@@ -20,6 +22,11 @@ T.ItemDelegate {
     hoverEnabled: true
     font.family: Theme.fontFamily
     font.pixelSize: Theme.body
+
+    onWantedChanged: {
+        if (choice.list)
+            choice.list.widestChoice = Math.max(choice.list.widestChoice, choice.wanted);
+    }
 
     Accessible.role: Accessible.ListItem
     Accessible.name: modelData.title

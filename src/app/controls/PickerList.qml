@@ -1,13 +1,14 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
 
 /// The opened list of a PopUpPicker.
 ListView {
     required property int chosenIndex
+    /// Each choice says how wide it is: asking for what they take would go round in a circle, as they fill the list.
+    property real widestChoice: 0
 
     implicitHeight: contentHeight
-    implicitWidth: contentItem.childrenRect.width
+    implicitWidth: widestChoice
     clip: true
     highlightMoveDuration: 0
     boundsBehavior: Flickable.StopAtBounds

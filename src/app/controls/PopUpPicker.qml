@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// Chooses one of a few values. `model` is a list of objects with `value`, `title` and perhaps `symbol`; the chosen value is
 /// `selection`, and `picked` asks to change it.
@@ -83,6 +83,7 @@ T.ComboBox {
         margins: Theme.unit
 
         contentItem: PickerList {
+            objectName: picker.objectName + ".choices"
             chosenIndex: picker.currentIndex
             model: picker.delegateModel
             currentIndex: picker.highlightedIndex

@@ -1,12 +1,11 @@
 import QtQuick
-import Qt5Compat.GraphicalEffects
-import Lumaphone
+import Lumaphone.Controls
 
 /// The raised, shadowed surface of menus, pickers and sheets.
 Item {
     property real radius: Theme.radius
 
-    DropShadow {
+    Shadow {
         anchors.fill: surface
         source: surface
         verticalOffset: 6

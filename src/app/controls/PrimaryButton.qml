@@ -1,4 +1,3 @@
-import Lumaphone
 
 /// The one action that a view is about.
 ActionButton {

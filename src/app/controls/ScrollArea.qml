@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// Something to read that may be longer than its place: a well that the wheel and the keyboard scroll.
 Rectangle {

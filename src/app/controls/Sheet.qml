@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// A modal sheet over the window; Escape closes it. `content` is what lies between title and footer.
 T.Popup {

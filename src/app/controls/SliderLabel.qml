@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
 
 /// The name of a value with its symbol, and the value itself.
 RowLayout {

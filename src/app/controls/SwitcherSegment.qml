@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// One of a few values that are all in view. `clicked` asks to choose it.
 T.AbstractButton {

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// A text field of several lines that grows with its text.
 FocusScope {

@@ -1,7 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// A one-line text field, with its label above when it has one.
 FocusScope {
@@ -73,7 +74,7 @@ FocusScope {
             Accessible.role: Accessible.EditableText
             Accessible.name: box.accessibleName === "" ? placeholder.text : box.accessibleName
             // The toolkit does not tell the name of a secret field.
-            Accessible.description: box.isSecret ? box.accessibleName + "，" + placeholder.text : placeholder.text
+            Accessible.description: box.isSecret ? Texts.listed(box.accessibleName, placeholder.text) : placeholder.text
             Accessible.passwordEdit: box.isSecret
 
             onTextEdited: box.edited()
@@ -129,7 +130,7 @@ FocusScope {
                     field.forceActiveFocus();
                 }
                 Accessible.role: Accessible.Button
-                Accessible.name: "清除文字"
+                Accessible.name: Texts.clearText
                 Accessible.onPressAction: clearButton.clicked()
 
                 contentItem: Item {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// Turns something on and off. `toggled` asks to change `checked`.
 T.Switch {

@@ -1,5 +1,5 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// Text of the interface itself, in Taiwan Traditional Chinese.
 Text {

@@ -2,7 +2,9 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Diagnosis
+import Lumaphone.Texts
 
 /// What the program can do on this machine, what it lacks and how to get it.
 Sheet {
@@ -12,8 +14,8 @@ Sheet {
 
     objectName: "diagnosis"
     width: 640
-    title: "檢查這台電腦"
-    subtitle: "檢查不會啟動任何服務，也不會要求解鎖。內容不含 API Key 與字幕，可以附在問題回報裡。"
+    title: Texts.diagnosisTitle
+    subtitle: Texts.diagnosisSubtitle
     systemImage: "checkmark.seal.fill"
     initialFocus: area.flickable
     onAboutToShow: sheet.diagnosis.run()
@@ -34,7 +36,7 @@ Sheet {
 
             UiText {
                 visible: groups.count === 0
-                text: "正在檢查..."
+                text: Texts.checking
                 color: Theme.textSecondary
             }
 
@@ -80,7 +82,7 @@ Sheet {
     footer: [
         ActionButton {
             objectName: "diagnosis.copy"
-            text: copied.running ? "已複製" : "複製"
+            text: copied.running ? Texts.copied : Texts.copy
             systemImage: "doc.on.doc"
             enabled: groups.count > 0
             onClicked: {
@@ -96,7 +98,7 @@ Sheet {
         },
         ActionButton {
             objectName: "diagnosis.again"
-            text: sheet.diagnosis?.isRunning ? "正在檢查..." : "再檢查一次"
+            text: sheet.diagnosis?.isRunning ? Texts.checking : Texts.checkAgain
             systemImage: "arrow.triangle.2.circlepath"
             enabled: !sheet.diagnosis?.isRunning
             onClicked: sheet.diagnosis.run()
@@ -106,7 +108,7 @@ Sheet {
         },
         PrimaryButton {
             objectName: "diagnosis.close"
-            text: "關閉"
+            text: Texts.close
             onClicked: sheet.close()
         }
     ]

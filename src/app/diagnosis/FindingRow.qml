@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// One thing that was looked at, and below it what to do about it.
 RowLayout {
@@ -11,17 +12,17 @@ RowLayout {
     readonly property string text: finding.text
     readonly property var look: {
         if (finding.isProblem)
-            return ["無法使用：", "exclamationmark.triangle.fill", Theme.danger];
+            return [Texts.findingProblem, "exclamationmark.triangle.fill", Theme.danger];
         if (finding.isAdvice)
-            return ["可以改善：", "info.circle", Theme.warning];
+            return [Texts.findingAdvice, "info.circle", Theme.warning];
         if (finding.isNeutral)
             return ["", "minus.circle", Theme.textSecondary];
-        return ["正常：", "checkmark.circle.fill", Theme.success];
+        return [Texts.findingFine, "checkmark.circle.fill", Theme.success];
     }
 
     spacing: Theme.unit
     Accessible.role: Accessible.StaticText
-    Accessible.name: row.look[0] + row.finding.text + (row.finding.step === "" ? "" : "。" + row.finding.step)
+    Accessible.name: row.look[0] + Texts.followed(row.finding.text, row.finding.step)
 
     Symbol {
         Layout.alignment: Qt.AlignTop

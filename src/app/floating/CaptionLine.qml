@@ -1,5 +1,6 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Floating
 
 /// A line of the caption panel: up to a few lines of text that shrinks before it is cut off.
 Text {

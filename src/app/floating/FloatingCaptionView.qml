@@ -1,6 +1,6 @@
 import QtQuick
-import Qt5Compat.GraphicalEffects
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Floating
 
 /// The content of the caption panel: the source line above its translation, on a translucent card. Nothing in it moves
 /// the window; that is the panel's task.
@@ -40,7 +40,7 @@ Item {
         border.color: view.style.borderColor
     }
 
-    DropShadow {
+    Shadow {
         anchors.fill: stack
         source: stack
         // The effect's radius is where its blur ends, at 3.33 deviations; a shadow's radius is two of them.

@@ -4,7 +4,9 @@ import QtQuick
 import QtQuick.Dialogs
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Glossary
+import Lumaphone.Texts
 
 /// Manages the glossary: new terms above, the list below, import and export at the bottom. A glossary file can be dropped
 /// anywhere on it.
@@ -15,8 +17,8 @@ Sheet {
 
     objectName: "glossary"
     width: 680
-    title: "術語表"
-    subtitle: "固定專有名詞、產品名和字幕裡最不想被翻壞的詞。"
+    title: Texts.glossary
+    subtitle: Texts.glossarySubtitle
     systemImage: "text.book.closed"
     initialFocus: source
     onClosed: settings.dismissMessages()
@@ -30,8 +32,8 @@ Sheet {
 
             Layout.fillWidth: true
             objectName: "glossary.new.source"
-            accessibleName: "新術語的原文"
-            placeholderText: "原文，例如 ScreenCaptureKit"
+            accessibleName: Texts.newTermSource
+            placeholderText: Texts.newTermSourcePlaceholder
             text: sheet.settings.newTerm.source
             onEdited: sheet.settings.newTerm.source = source.text
             onAccepted: sheet.addTerm()
@@ -42,8 +44,8 @@ Sheet {
 
             Layout.fillWidth: true
             objectName: "glossary.new.target"
-            accessibleName: "新術語的固定譯法"
-            placeholderText: "固定譯法，例如 ScreenCaptureKit"
+            accessibleName: Texts.newTermTarget
+            placeholderText: Texts.newTermTargetPlaceholder
             text: sheet.settings.newTerm.target
             onEdited: sheet.settings.newTerm.target = target.text
             onAccepted: sheet.addTerm()
@@ -56,14 +58,14 @@ Sheet {
         spacing: Theme.gap
 
         UiText {
-            text: "模式"
+            text: Texts.mode
             color: Theme.textSecondary
             Accessible.ignored: true
         }
 
         PopUpPicker {
             objectName: "glossary.new.mode"
-            help: "模式"
+            help: Texts.mode
             model: sheet.settings.modes
             selection: sheet.settings.newTerm.mode
             alignment: Qt.AlignLeft
@@ -73,7 +75,7 @@ Sheet {
         ToggleSwitch {
             Layout.leftMargin: Theme.unit
             objectName: "glossary.new.caseSensitive"
-            text: "大小寫敏感"
+            text: Texts.caseSensitive
             checked: sheet.settings.newTerm.caseSensitive
             onToggled: sheet.settings.newTerm.caseSensitive = checked
         }
@@ -84,7 +86,7 @@ Sheet {
 
         ActionButton {
             objectName: "glossary.new.add"
-            text: "加入"
+            text: Texts.addTerm
             systemImage: "plus"
             kind: ActionButton.Kind.Primary
             enabled: sheet.settings.newTerm.isUsable
@@ -141,7 +143,7 @@ Sheet {
             T.ScrollBar.vertical: AppScrollBar {}
 
             Accessible.role: Accessible.List
-            Accessible.name: "術語"
+            Accessible.name: Texts.terms
             Keys.onSpacePressed: sheet.settings.toggle(currentIndex)
             Keys.onReturnPressed: sheet.settings.edit(currentIndex)
             Keys.onEnterPressed: sheet.settings.edit(currentIndex)
@@ -174,7 +176,7 @@ Sheet {
             anchors.fill: parent
             visible: list.count === 0
             systemImage: "text.book.closed"
-            title: "先加 Lumaphone、Codex、專案代號，翻譯就比較聽話。"
+            title: Texts.glossaryEmpty
         }
 
         DropArea {
@@ -198,7 +200,7 @@ Sheet {
 
             UiText {
                 anchors.centerIn: parent
-                text: "放開以匯入 YAML、JSON 或 CSV"
+                text: Texts.dropToImport
                 color: Theme.accentText
                 font.bold: true
             }
@@ -208,14 +210,14 @@ Sheet {
     footer: [
         ActionButton {
             objectName: "glossary.import"
-            text: sheet.settings.isImporting ? "正在匯入..." : "匯入 YAML / JSON / CSV"
+            text: sheet.settings.isImporting ? Texts.importing : Texts.importTerms
             systemImage: "square.and.arrow.down"
             enabled: !sheet.settings.isImporting
             onClicked: importDialog.open()
         },
         ActionButton {
             objectName: "glossary.export"
-            text: "匯出 YAML"
+            text: Texts.exportTerms
             systemImage: "square.and.arrow.up"
             enabled: list.count > 0
             onClicked: {
@@ -226,7 +228,7 @@ Sheet {
         ToolbarIconButton {
             objectName: "glossary.reveal"
             systemImage: "folder"
-            help: "在檔案管理員中顯示"
+            help: Texts.showInFileManager
             onClicked: sheet.settings.openGlossaryFolder()
         },
         Item {
@@ -234,7 +236,7 @@ Sheet {
         },
         ActionButton {
             objectName: "glossary.done"
-            text: "完成"
+            text: Texts.done
             onClicked: sheet.close()
         }
     ]
@@ -259,9 +261,9 @@ Sheet {
         id: importDialog
 
         objectName: "glossary.importDialog"
-        title: "匯入術語表"
+        title: Texts.importTitle
         fileMode: FileDialog.OpenFiles
-        nameFilters: ["術語表 (*.yaml *.yml *.json *.csv)", "所有檔案 (*)"]
+        nameFilters: [Texts.importFilter, Texts.anyFileFilter]
         onAccepted: sheet.settings.importFiles(selectedFiles)
     }
 
@@ -269,10 +271,10 @@ Sheet {
         id: exportDialog
 
         objectName: "glossary.exportDialog"
-        title: "匯出術語表"
+        title: Texts.exportGlossaryTitle
         fileMode: FileDialog.SaveFile
         defaultSuffix: "yaml"
-        nameFilters: ["YAML (*.yaml)"]
+        nameFilters: [Texts.exportFilter]
         onAccepted: sheet.settings.exportYAML(selectedFile)
     }
 }

@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Glossary
+import Lumaphone.Texts
 
 /// Edits one term of the glossary. `saved` asks to put it into the glossary.
 Sheet {
@@ -13,8 +15,8 @@ Sheet {
 
     objectName: "glossaryEditor"
     width: 480
-    title: "編輯術語"
-    subtitle: "調整固定譯法後，下一次翻譯就會套用。"
+    title: Texts.editTerm
+    subtitle: Texts.editTermSubtitle
     systemImage: "pencil"
     initialFocus: source
 
@@ -23,7 +25,7 @@ Sheet {
 
         Layout.fillWidth: true
         objectName: "glossaryEditor.source"
-        label: "原文"
+        label: Texts.source
         text: sheet.term.source
         onEdited: sheet.term.source = source.text
         onAccepted: sheet.saved()
@@ -34,7 +36,7 @@ Sheet {
 
         Layout.fillWidth: true
         objectName: "glossaryEditor.target"
-        label: "譯文"
+        label: Texts.target
         text: sheet.term.target
         onEdited: sheet.term.target = target.text
         onAccepted: sheet.saved()
@@ -45,8 +47,8 @@ Sheet {
 
         Layout.fillWidth: true
         objectName: "glossaryEditor.note"
-        label: "備註"
-        placeholderText: "備註，可留空"
+        label: Texts.note
+        placeholderText: Texts.notePlaceholder
         text: sheet.term.note
         onEdited: sheet.term.note = note.text
         onAccepted: sheet.saved()
@@ -57,14 +59,14 @@ Sheet {
         spacing: Theme.space
 
         UiText {
-            text: "模式"
+            text: Texts.mode
             color: Theme.textSecondary
             Accessible.ignored: true
         }
 
         PopUpPicker {
             objectName: "glossaryEditor.mode"
-            help: "模式"
+            help: Texts.mode
             model: sheet.modes
             selection: sheet.term.mode
             alignment: Qt.AlignLeft
@@ -77,14 +79,14 @@ Sheet {
 
         ToggleSwitch {
             objectName: "glossaryEditor.caseSensitive"
-            text: "大小寫敏感"
+            text: Texts.caseSensitive
             checked: sheet.term.caseSensitive
             onToggled: sheet.term.caseSensitive = checked
         }
 
         ToggleSwitch {
             objectName: "glossaryEditor.isEnabled"
-            text: "啟用"
+            text: Texts.enable
             checked: sheet.term.isEnabled
             onToggled: sheet.term.isEnabled = checked
         }
@@ -96,12 +98,12 @@ Sheet {
         },
         ActionButton {
             objectName: "glossaryEditor.cancel"
-            text: "取消"
+            text: Texts.cancel
             onClicked: sheet.close()
         },
         ActionButton {
             objectName: "glossaryEditor.save"
-            text: "儲存"
+            text: Texts.save
             kind: ActionButton.Kind.Primary
             enabled: sheet.term.isUsable
             onClicked: sheet.saved()

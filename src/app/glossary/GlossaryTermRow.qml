@@ -1,7 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// One term of the glossary. The list it is in has the keyboard; the buttons are for the pointer and for assistive
 /// technology.
@@ -27,7 +28,7 @@ T.ItemDelegate {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: source + (target === "" ? "" : " → " + target)
-    Accessible.description: detail + (isTermEnabled ? "，已啟用" : "，已停用")
+    Accessible.description: Texts.listed(detail, isTermEnabled ? Texts.isEnabled : Texts.isDisabled)
     onDoubleClicked: row.edited()
     // Else it would be a click; the list knows the other keys.
     Keys.onSpacePressed: row.switched()
@@ -72,8 +73,8 @@ T.ItemDelegate {
             objectName: row.objectName + ".toggle"
             focusPolicy: Qt.NoFocus
             systemImage: row.isTermEnabled ? "minus.circle" : "checkmark.circle"
-            help: row.isTermEnabled ? "停用" : "啟用"
-            Accessible.name: help + "「" + row.source + "」"
+            help: row.isTermEnabled ? Texts.disable : Texts.enable
+            Accessible.name: Texts.actionOn(help, row.source)
             onClicked: row.switched()
         }
 
@@ -81,8 +82,8 @@ T.ItemDelegate {
             objectName: row.objectName + ".edit"
             focusPolicy: Qt.NoFocus
             systemImage: "pencil"
-            help: "編輯"
-            Accessible.name: help + "「" + row.source + "」"
+            help: Texts.edit
+            Accessible.name: Texts.actionOn(help, row.source)
             onClicked: row.edited()
         }
 
@@ -90,8 +91,8 @@ T.ItemDelegate {
             objectName: row.objectName + ".delete"
             focusPolicy: Qt.NoFocus
             systemImage: "trash"
-            help: "刪除"
-            Accessible.name: help + "「" + row.source + "」"
+            help: Texts.deleteIt
+            Accessible.name: Texts.actionOn(help, row.source)
             onClicked: row.deleted()
         }
     }

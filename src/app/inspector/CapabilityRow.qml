@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// Whether the provider can do something.
 RowLayout {
@@ -11,7 +12,7 @@ RowLayout {
 
     spacing: Theme.unit
     Accessible.role: Accessible.StaticText
-    Accessible.name: title + "：" + (isEnabled ? "可用" : "不可用")
+    Accessible.name: Texts.stated(title, isEnabled ? Texts.isAvailable : Texts.isUnavailable)
 
     Symbol {
         name: row.isEnabled ? "checkmark.circle.fill" : "minus.circle"
@@ -27,7 +28,7 @@ RowLayout {
     }
 
     UiText {
-        text: row.isEnabled ? "可用" : "不可用"
+        text: row.isEnabled ? Texts.isAvailable : Texts.isUnavailable
         font.pixelSize: Theme.small
         color: row.isEnabled ? Theme.success : Theme.textSoft
         Accessible.ignored: true

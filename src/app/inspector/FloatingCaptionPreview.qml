@@ -1,5 +1,8 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Floating
+import Lumaphone.Inspector
+import Lumaphone.Texts
 
 /// How the floating captions will look over a picture: the panel's own content, at a fraction of its size.
 Rectangle {
@@ -13,7 +16,7 @@ Rectangle {
     radius: Theme.gap
     clip: true
     Accessible.role: Accessible.Graphic
-    Accessible.name: "浮動字幕預覽"
+    Accessible.name: Texts.preview
 
     gradient: Gradient {
         GradientStop {

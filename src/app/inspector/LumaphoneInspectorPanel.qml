@@ -1,7 +1,11 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Inspector
+import Lumaphone.Live
+import Lumaphone.Models
+import Lumaphone.Texts
 
 /// The controls that affect the current captions.
 Rectangle {
@@ -23,7 +27,7 @@ Rectangle {
     implicitWidth: 312
     color: Theme.surface
     Accessible.role: Accessible.Grouping
-    Accessible.name: "Inspector"
+    Accessible.name: Texts.inspector
 
     Hairline {
         anchors.top: parent.top
@@ -79,7 +83,7 @@ Rectangle {
 
                 UiText {
                     Layout.fillWidth: true
-                    text: "只放會影響這次字幕的控制。"
+                    text: Texts.inspectorHint
                     font.pixelSize: Theme.small
                     color: Theme.textSecondary
                     wrapMode: Text.Wrap
@@ -89,7 +93,7 @@ Rectangle {
                     objectName: "inspector.unsaved"
                     Layout.fillWidth: true
                     visible: panel.session.hasUnsavedTranscript
-                    text: "上一段已保留，先儲存或清除。"
+                    text: Texts.unsavedCaptions
                     systemImage: "exclamationmark.circle.fill"
                     tone: Chip.Tone.Warning
                 }
@@ -97,12 +101,12 @@ Rectangle {
 
             InspectorSection {
                 Layout.fillWidth: true
-                title: "輸入"
+                title: Texts.input
 
                 PickerRow {
                     objectName: "inspector.source"
                     Layout.fillWidth: true
-                    title: "音訊來源"
+                    title: Texts.audioSource
                     systemImage: panel.session.audioSourceSymbol
                     model: panel.inspector.audioInputSources
                     selection: panel.inspector.audioInputSource
@@ -113,7 +117,7 @@ Rectangle {
                 PickerRow {
                     objectName: "inspector.language"
                     Layout.fillWidth: true
-                    title: "原文語言"
+                    title: Texts.sourceLanguage
                     systemImage: "character.cursor.ibeam"
                     model: panel.inspector.sourceLanguages
                     selection: panel.inspector.sourceLanguage
@@ -127,7 +131,7 @@ Rectangle {
                 PickerRow {
                     objectName: "inspector.mode"
                     Layout.fillWidth: true
-                    title: "處理模式"
+                    title: Texts.processingMode
                     systemImage: "bolt.horizontal.circle"
                     model: panel.inspector.processingModes
                     selection: panel.inspector.processingMode
@@ -145,7 +149,7 @@ Rectangle {
 
                     UiText {
                         Layout.fillWidth: true
-                        text: "輸出字幕：繁中"
+                        text: Texts.outputLanguage
                     }
                 }
             }
@@ -171,12 +175,12 @@ Rectangle {
 
             InspectorSection {
                 Layout.fillWidth: true
-                title: "浮動字幕"
+                title: Texts.floatingCaptions
 
                 PickerRow {
                     objectName: "inspector.theme"
                     Layout.fillWidth: true
-                    title: "主題"
+                    title: Texts.theme
                     systemImage: "circle.lefthalf.filled"
                     model: panel.inspector.captionThemes
                     selection: panel.inspector.captionTheme
@@ -186,7 +190,7 @@ Rectangle {
                 PickerRow {
                     objectName: "inspector.display"
                     Layout.fillWidth: true
-                    title: "顯示"
+                    title: Texts.display
                     systemImage: "rectangle.split.1x2"
                     model: panel.inspector.captionDisplayModes
                     selection: panel.inspector.captionDisplayMode
@@ -197,7 +201,7 @@ Rectangle {
                     objectName: "inspector.fontSize"
                     Layout.fillWidth: true
                     Layout.topMargin: Theme.half
-                    title: "字級"
+                    title: Texts.fontSize
                     systemImage: "textformat.size"
                     valueText: panel.inspector.fontSizeText
                     from: panel.inspector.minimumFontSize
@@ -210,7 +214,7 @@ Rectangle {
                 LabeledSlider {
                     objectName: "inspector.opacity"
                     Layout.fillWidth: true
-                    title: "背景不透明度"
+                    title: Texts.opacity
                     systemImage: "drop.halffull"
                     valueText: panel.inspector.opacityText
                     from: 0
@@ -233,7 +237,7 @@ Rectangle {
 
             InspectorSection {
                 Layout.fillWidth: true
-                title: "自定義 API"
+                title: Texts.customProvider
 
                 UiText {
                     objectName: "inspector.providerSummary"
@@ -247,19 +251,19 @@ Rectangle {
 
                 CapabilityRow {
                     Layout.fillWidth: true
-                    title: "文字翻譯"
+                    title: Texts.textTranslation
                     isEnabled: panel.inspector.supportsTextTranslation
                 }
 
                 CapabilityRow {
                     Layout.fillWidth: true
-                    title: "文字整理"
+                    title: Texts.textPolishing
                     isEnabled: panel.inspector.supportsTextPolishing
                 }
 
                 CapabilityRow {
                     Layout.fillWidth: true
-                    title: "術語表"
+                    title: Texts.glossary
                     isEnabled: panel.inspector.supportsGlossary
                 }
 
@@ -267,7 +271,7 @@ Rectangle {
                     objectName: "inspector.manageProvider"
                     Layout.topMargin: Theme.half
                     Layout.fillWidth: true
-                    text: "管理提供者"
+                    text: Texts.manageProvider
                     systemImage: "server.rack"
                     onClicked: panel.openProvider()
                 }
@@ -279,7 +283,7 @@ Rectangle {
 
             InspectorSection {
                 Layout.fillWidth: true
-                title: "術語"
+                title: Texts.terms
 
                 RowLayout {
                     Layout.fillWidth: true
@@ -298,9 +302,9 @@ Rectangle {
 
                     ActionButton {
                         objectName: "inspector.manageGlossary"
-                        text: "管理"
+                        text: Texts.manage
                         isCompact: true
-                        Accessible.name: "管理術語"
+                        Accessible.name: Texts.manageTerms
                         onClicked: panel.openGlossary()
                     }
                 }
@@ -309,7 +313,7 @@ Rectangle {
             ActionButton {
                 objectName: "inspector.clear"
                 Layout.fillWidth: true
-                text: "清除目前字幕"
+                text: Texts.clearCaptions
                 systemImage: "trash"
                 kind: ActionButton.Kind.Destructive
                 enabled: panel.session.canClear

@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Inspector
+import Lumaphone.Texts
 
 /// Edits the chat-completions endpoint and tries it.
 Sheet {
@@ -10,8 +12,8 @@ Sheet {
     readonly property string status: provider.testStatus
 
     objectName: "providerSheet"
-    title: "自定義 API 提供者"
-    subtitle: "Lumaphone 先用 macOS 聽出原文，再把文字交給 API 整理與翻譯。"
+    title: Texts.providerTitle
+    subtitle: Texts.providerSubtitle
     systemImage: "server.rack"
     initialFocus: baseURL.field
 
@@ -23,7 +25,7 @@ Sheet {
 
         objectName: "provider.baseURL"
         Layout.fillWidth: true
-        label: "Base URL"
+        label: Texts.providerBaseURL
         text: sheet.provider.baseURL
         placeholderText: sheet.provider.baseURLPlaceholder
         onEdited: sheet.provider.baseURL = text
@@ -32,9 +34,9 @@ Sheet {
     TextFieldBox {
         objectName: "provider.model"
         Layout.fillWidth: true
-        label: "Model"
+        label: Texts.providerModel
         text: sheet.provider.model
-        placeholderText: "模型名稱，例如 gpt-4o-mini"
+        placeholderText: Texts.providerModelPlaceholder
         onEdited: sheet.provider.model = text
     }
 
@@ -49,7 +51,7 @@ Sheet {
             TextFieldBox {
                 objectName: "provider.apiKey"
                 Layout.fillWidth: true
-                label: "API 金鑰"
+                label: Texts.providerKey
                 isSecret: true
                 text: sheet.provider.apiKey
                 placeholderText: sheet.provider.apiKeyPlaceholder
@@ -59,7 +61,7 @@ Sheet {
             ActionButton {
                 objectName: "provider.clearKey"
                 Layout.alignment: Qt.AlignBottom
-                text: "清除金鑰"
+                text: Texts.clearProviderKey
                 enabled: sheet.provider.hasProviderAPIKey
                 onClicked: sheet.provider.clearKey()
             }
@@ -96,7 +98,7 @@ Sheet {
 
             width: parent.width
             visible: !notice.visible
-            text: "API 目前只接收轉錄後的文字，不會直接接收麥克風或系統音訊。API 金鑰只存在 macOS 鑰匙圈，不寫入設定檔，也不會回填顯示。"
+            text: Texts.providerHint
             font.pixelSize: Theme.small
             color: Theme.textSoft
             lineHeight: 1.3
@@ -120,9 +122,9 @@ Sheet {
     footer: [
         ActionButton {
             objectName: "provider.test"
-            text: "測試"
+            text: Texts.testProvider
             systemImage: "bolt.horizontal.circle"
-            help: "送出一句測試翻譯"
+            help: Texts.testProviderHelp
             enabled: !sheet.provider.isTestingProvider
             onClicked: sheet.provider.testProvider()
         },
@@ -131,12 +133,12 @@ Sheet {
         },
         ActionButton {
             objectName: "provider.cancel"
-            text: "取消"
+            text: Texts.cancel
             onClicked: sheet.close()
         },
         PrimaryButton {
             objectName: "provider.save"
-            text: "儲存"
+            text: Texts.save
             onClicked: {
                 sheet.provider.save();
                 sheet.close();

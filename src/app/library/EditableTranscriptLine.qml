@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// One line of an opened transcript while it is edited: source and translation, each in a field of its own.
 ColumnLayout {
@@ -22,8 +23,8 @@ ColumnLayout {
 
         Layout.fillWidth: true
         objectName: "transcriptLine.source"
-        label: "原文"
-        accessibleName: "第 " + line.number + " 段原文"
+        label: Texts.source
+        accessibleName: Texts.sourceOfLine(line.number)
         language: line.sourceLanguage
         text: line.sourceText
         onEdited: line.sourceEdited(source.text)
@@ -34,8 +35,8 @@ ColumnLayout {
 
         Layout.fillWidth: true
         objectName: "transcriptLine.translation"
-        label: "台灣繁中譯文"
-        accessibleName: "第 " + line.number + " 段台灣繁中譯文"
+        label: Texts.taiwanTranslation
+        accessibleName: Texts.translationOfLine(line.number)
         text: line.translatedText
         onEdited: line.translationEdited(translation.text)
     }

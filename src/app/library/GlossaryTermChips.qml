@@ -1,7 +1,8 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// The glossary terms that matched in a session.
 FlowLayout {
@@ -12,7 +13,7 @@ FlowLayout {
     spacing: Theme.unit
     visible: terms.length > 0
     Accessible.role: Accessible.List
-    Accessible.name: "命中的術語"
+    Accessible.name: Texts.matchedTerms
 
     Repeater {
         model: chips.terms

@@ -4,7 +4,9 @@ import QtQuick
 import QtQuick.Dialogs
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Library
+import Lumaphone.Texts
 
 /// The library of saved transcripts: the list with its search, and the selected transcript.
 FocusScope {
@@ -14,7 +16,7 @@ FocusScope {
 
     objectName: "library"
     Accessible.role: Accessible.Pane
-    Accessible.name: "紀錄庫"
+    Accessible.name: Texts.library
 
     onVisibleChanged: library.appear()
     Component.onCompleted: library.appear()
@@ -61,8 +63,8 @@ FocusScope {
 
                 Layout.fillWidth: true
                 objectName: "library.search"
-                accessibleName: "搜尋字幕紀錄"
-                placeholderText: "搜尋標題、備註、原文、譯文或術語"
+                accessibleName: Texts.searchRecords
+                placeholderText: Texts.searchPlaceholder
                 systemImage: "magnifyingglass"
                 isClearable: true
                 text: library.workspace.searchText
@@ -95,7 +97,7 @@ FocusScope {
                         T.ScrollBar.vertical: AppScrollBar {}
 
                         Accessible.role: Accessible.List
-                        Accessible.name: "字幕紀錄"
+                        Accessible.name: Texts.records
                         Keys.onUpPressed: library.workspace.selectRow(library.workspace.selectedRow - 1)
                         Keys.onDownPressed: library.workspace.selectRow(library.workspace.selectedRow + 1)
                         Keys.onDeletePressed: library.workspace.requestDelete()
@@ -138,8 +140,8 @@ FocusScope {
                     anchors.fill: parent
                     visible: library.workspace.selectedID === ""
                     systemImage: "captions.bubble"
-                    title: "選擇一筆字幕紀錄"
-                    message: "儲存 live session 後，紀錄會出現在這裡。"
+                    title: Texts.selectRecord
+                    message: Texts.selectRecordDetail
                 }
 
                 EmptyState {
@@ -148,19 +150,19 @@ FocusScope {
                     anchors.topMargin: Theme.wide * 2
                     visible: library.workspace.selectedID !== "" && !library.workspace.isLoaded
                     systemImage: "exclamationmark.triangle.fill"
-                    title: "無法開啟這筆字幕紀錄"
-                    message: "檔案可能已損毀或被移走。可以在檔案管理員裡查看，或刪除這筆紀錄。"
+                    title: Texts.recordBroken
+                    message: Texts.recordBrokenDetail
 
                     ActionButton {
                         objectName: "library.broken.reveal"
-                        text: "開啟資料夾"
+                        text: Texts.openFolder
                         systemImage: "folder"
                         onClicked: library.workspace.openFolder()
                     }
 
                     ActionButton {
                         objectName: "library.broken.delete"
-                        text: "刪除字幕紀錄"
+                        text: Texts.deleteRecord
                         systemImage: "trash"
                         kind: ActionButton.Kind.Destructive
                         onClicked: library.workspace.requestDelete()
@@ -184,8 +186,8 @@ FocusScope {
 
                             Layout.fillWidth: true
                             objectName: "library.title"
-                            accessibleName: "標題"
-                            placeholderText: "字幕紀錄標題"
+                            accessibleName: Texts.title
+                            placeholderText: Texts.titlePlaceholder
                             isTitle: true
                             text: library.workspace.title
                             onEdited: library.workspace.title = title.text
@@ -195,7 +197,7 @@ FocusScope {
                         ToolbarIconButton {
                             objectName: "library.edit"
                             systemImage: "pencil"
-                            help: library.workspace.isEditingTranscript ? "結束編輯" : "編輯原文與譯文"
+                            help: library.workspace.isEditingTranscript ? Texts.endEditing : Texts.editLines
                             isToggle: true
                             isSelected: library.workspace.isEditingTranscript
                             onClicked: library.workspace.isEditingTranscript = !library.workspace.isEditingTranscript
@@ -204,22 +206,22 @@ FocusScope {
                         MenuButton {
                             objectName: "library.copy"
                             systemImage: "doc.on.doc"
-                            help: "拷貝文字"
+                            help: Texts.copyText
 
                             AppMenu {
                                 AppMenuItem {
                                     objectName: "library.copy.bilingual"
-                                    text: "拷貝原文與譯文"
+                                    text: Texts.copyBoth
                                     onTriggered: library.workspace.copyBilingualText()
                                 }
                                 AppMenuItem {
                                     objectName: "library.copy.source"
-                                    text: "拷貝原文"
+                                    text: Texts.copySource
                                     onTriggered: library.workspace.copySourceText()
                                 }
                                 AppMenuItem {
                                     objectName: "library.copy.translation"
-                                    text: "拷貝譯文"
+                                    text: Texts.copyTranslation
                                     onTriggered: library.workspace.copyTranslationText()
                                 }
                             }
@@ -228,7 +230,7 @@ FocusScope {
                         MenuButton {
                             objectName: "library.export"
                             systemImage: "square.and.arrow.up"
-                            help: "匯出"
+                            help: Texts.exportRecord
 
                             AppMenu {
                                 Repeater {
@@ -249,14 +251,14 @@ FocusScope {
                         ToolbarIconButton {
                             objectName: "library.reveal"
                             systemImage: "folder"
-                            help: "在檔案管理員中顯示"
+                            help: Texts.showInFileManager
                             onClicked: library.workspace.openFolder()
                         }
 
                         ToolbarIconButton {
                             objectName: "library.delete"
                             systemImage: "trash"
-                            help: "刪除字幕紀錄"
+                            help: Texts.deleteRecord
                             onClicked: library.workspace.requestDelete()
                         }
                     }
@@ -283,8 +285,8 @@ FocusScope {
                             objectName: "library.revert"
                             visible: library.workspace.hasUnsavedEdits
                             isCompact: true
-                            text: "還原"
-                            help: "放棄尚未儲存的修改"
+                            text: Texts.revert
+                            help: Texts.revertHelp
                             systemImage: "arrow.counterclockwise.circle.fill"
                             onClicked: library.workspace.revertEdits()
                         }
@@ -293,8 +295,8 @@ FocusScope {
                             objectName: "library.save"
                             visible: library.workspace.hasUnsavedEdits
                             isCompact: true
-                            text: "儲存修改"
-                            help: "儲存修改（Ctrl+S）"
+                            text: Texts.saveEdits
+                            help: Texts.saveEditsHelp
                             kind: ActionButton.Kind.Primary
                             onClicked: library.workspace.saveEdits()
                         }
@@ -342,10 +344,10 @@ FocusScope {
         id: deleteAlert
 
         objectName: "library.deleteAlert"
-        title: "刪除字幕紀錄？"
+        title: Texts.deleteRecordTitle
         subtitle: library.workspace.pendingDeleteTitle
-        message: "這會移除索引與本機 session 資料夾。"
-        confirmText: "刪除"
+        message: Texts.deleteRecordMessage
+        confirmText: Texts.deleteIt
         onConfirmed: library.workspace.deletePendingRecord()
         onClosed: library.workspace.cancelDelete()
     }
@@ -363,7 +365,7 @@ FocusScope {
         id: exportDialog
 
         objectName: "library.exportDialog"
-        title: "匯出字幕紀錄"
+        title: Texts.exportTitle
         fileMode: FileDialog.SaveFile
         onAccepted: library.workspace.exportRecord(defaultSuffix, selectedFile)
     }

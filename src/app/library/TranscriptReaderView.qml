@@ -3,7 +3,9 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Library
+import Lumaphone.Texts
 
 /// An opened transcript: the note and the terms above its lines, which are read or edited.
 ListView {
@@ -29,7 +31,7 @@ ListView {
     T.ScrollBar.vertical: AppScrollBar {}
 
     Accessible.role: Accessible.List
-    Accessible.name: "字幕內容"
+    Accessible.name: Texts.transcript
     Keys.onPressed: event => {
         const page = Math.max(40, height - 80);
         const steps = {
@@ -74,8 +76,8 @@ ListView {
 
                 Layout.fillWidth: true
                 objectName: "library.note"
-                accessibleName: "備註"
-                placeholderText: "備註"
+                accessibleName: Texts.note
+                placeholderText: Texts.note
                 text: reader.note
                 onEdited: reader.noteEdited(note.text)
             }
@@ -122,7 +124,7 @@ ListView {
             visible: !reader.isEditing
             spacing: Theme.half
             Accessible.role: Accessible.ListItem
-            Accessible.name: row.number + "。" + row.sourceText + "。" + row.translatedText
+            Accessible.name: Texts.followed(Texts.followed(row.number, row.sourceText), row.translatedText)
 
             LanguageText {
                 Layout.fillWidth: true
@@ -135,7 +137,7 @@ ListView {
 
             UiText {
                 Layout.topMargin: Theme.half
-                text: "台灣繁中譯文"
+                text: Texts.taiwanTranslation
                 font.pixelSize: Theme.caption
                 color: Theme.textSoft
                 Accessible.ignored: true
@@ -143,7 +145,7 @@ ListView {
 
             LanguageText {
                 Layout.fillWidth: true
-                text: row.translatedText === "" ? "（沒有譯文）" : row.translatedText
+                text: row.translatedText === "" ? Texts.noTranslation : row.translatedText
                 color: row.translatedText === "" ? Theme.textSoft : Theme.text
                 font.pixelSize: Theme.title
                 lineHeight: 1.3

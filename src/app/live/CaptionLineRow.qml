@@ -1,5 +1,6 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// One line of the transcript: what was said, and its translation beside it, or why there is none and a way to try again. It keeps
 /// its height when the translation arrives, unless that needs more room.
@@ -23,7 +24,7 @@ Item {
     implicitHeight: Math.max(source.height, translation.height) + Theme.gap
     Accessible.role: Accessible.ListItem
     Accessible.name: isPending ? sourceText : sourceText + "\n" + translatedText
-    Accessible.description: isFailed && failure !== "" ? time + "，" + failure : time
+    Accessible.description: isFailed && failure !== "" ? Texts.listed(time, failure) : time
 
     LanguageText {
         id: source
@@ -60,9 +61,9 @@ Item {
         visible: row.isFailed
         isCompact: true
         kind: ActionButton.Kind.Quiet
-        text: "再試一次"
+        text: Texts.translateAgain
         help: row.failure
-        Accessible.name: "再試一次：" + row.sourceText
+        Accessible.name: Texts.stated(Texts.translateAgain, row.sourceText)
         onClicked: row.translateAgain()
     }
 }

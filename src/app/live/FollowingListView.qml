@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
 
 /// A list that stays at its newest row until the user scrolls away, and returns there on request.
 ListView {

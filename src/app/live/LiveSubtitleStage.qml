@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Live
+import Lumaphone.Texts
 
 /// The newest line, large enough to be read from across a desk. The stage keeps its height whatever is said.
 Card {
@@ -12,7 +14,7 @@ Card {
     implicitHeight: isCompact ? 228 : 300
     padding: isCompact ? Theme.margin : Theme.wide
     Accessible.role: Accessible.Grouping
-    Accessible.name: "目前字幕"
+    Accessible.name: Texts.currentCaptions
 
     ColumnLayout {
         anchors.fill: parent

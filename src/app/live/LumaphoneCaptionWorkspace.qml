@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Live
 
 /// The live workspace: the newest line, everything heard, and what to do with it.
 Item {

@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Live
+import Lumaphone.Texts
 
 /// What can be done with a session that has ended.
 Card {
@@ -15,7 +17,7 @@ Card {
     horizontalPadding: Theme.margin
     verticalPadding: Theme.gap
     Accessible.role: Accessible.Grouping
-    Accessible.name: "這段字幕"
+    Accessible.name: Texts.theseCaptions
 
     RowLayout {
         anchors.fill: parent
@@ -31,22 +33,22 @@ Card {
         UiText {
             objectName: "review.summary"
             Layout.fillWidth: true
-            text: bar.session.isSaved ? "已儲存：" + bar.session.savedTitle : "這段字幕還沒儲存。"
+            text: bar.session.isSaved ? Texts.savedAs(bar.session.savedTitle) : Texts.notSavedYet
             elide: Text.ElideRight
         }
 
         ActionButton {
             objectName: "review.discard"
-            text: bar.session.isSaved ? "清除" : "捨棄"
+            text: bar.session.isSaved ? Texts.clear : Texts.discard
             systemImage: "trash"
-            help: bar.session.isSaved ? "從畫面上清除這段字幕，紀錄庫裡的不會變" : "丟掉這段字幕，不儲存"
+            help: bar.session.isSaved ? Texts.clearSavedHelp : Texts.discardHelp
             kind: bar.session.isSaved ? ActionButton.Kind.Plain : ActionButton.Kind.Destructive
             onClicked: bar.discardTranscript()
         }
 
         ActionButton {
             objectName: "review.startNew"
-            text: "開始新的字幕"
+            text: Texts.startNewCaptions
             systemImage: "arrow.triangle.2.circlepath"
             help: bar.session.newCaptionsHelp
             onClicked: bar.startNew()
@@ -54,7 +56,7 @@ Card {
 
         PrimaryButton {
             objectName: "review.save"
-            text: bar.session.isSaved ? "更新紀錄" : "儲存"
+            text: bar.session.isSaved ? Texts.updateRecord : Texts.save
             systemImage: bar.session.isSaved ? "tray.and.arrow.down" : "tray.and.arrow.down.fill"
             help: bar.session.saveHelp
             onClicked: bar.saveTranscript()

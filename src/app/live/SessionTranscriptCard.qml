@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Live
+import Lumaphone.Texts
 
 /// Everything heard in the session so far.
 Card {
@@ -13,7 +15,7 @@ Card {
 
     padding: 0
     Accessible.role: Accessible.Grouping
-    Accessible.name: "剛剛聽到的內容"
+    Accessible.name: Texts.justHeard
 
     ColumnLayout {
         anchors.fill: parent
@@ -28,7 +30,7 @@ Card {
 
             UiText {
                 Layout.fillWidth: true
-                text: "剛剛聽到的內容"
+                text: Texts.justHeard
                 font.pixelSize: Theme.title
                 font.bold: true
                 Accessible.role: Accessible.Heading
@@ -56,8 +58,8 @@ Card {
                 visible: card.lines.failedCount > 0
                 isCompact: true
                 systemImage: "arrow.triangle.2.circlepath"
-                text: "全部再試一次"
-                help: "把沒有翻譯的句子再送去翻譯一次"
+                text: Texts.translateAllAgain
+                help: Texts.translateAllAgainHelp
                 onClicked: card.session.translateAgain()
             }
         }
@@ -75,7 +77,7 @@ Card {
                 objectName: "card.source"
                 anchors.verticalCenter: parent.verticalCenter
                 width: card.columnWidth
-                title: "原文"
+                title: Texts.source
                 isCopyable: card.lines.count > 0
                 onCopied: card.session.copyText(card.session.joinedSourceText())
             }
@@ -85,9 +87,9 @@ Card {
                 anchors.verticalCenter: parent.verticalCenter
                 x: card.columnWidth + Theme.margin
                 width: card.columnWidth
-                title: "台灣繁中"
+                title: Texts.taiwanChinese
                 isPrimary: true
-                description: card.lines.count > 0 && !card.lines.hasTranslatedText ? "翻譯還在整理，完成後會更新到這裡。" : ""
+                description: card.lines.count > 0 && !card.lines.hasTranslatedText ? Texts.translationsComing : ""
                 isCopyable: card.lines.count > 0 && card.lines.hasTranslatedText
                 onCopied: card.session.copyText(card.session.joinedTranslatedText())
             }
@@ -111,7 +113,7 @@ Card {
                     onTranslateAgain: card.session.translateLineAgain(index)
                 }
                 Accessible.role: Accessible.List
-                Accessible.name: "剛剛聽到的內容"
+                Accessible.name: Texts.justHeard
             }
 
             FocusRing {
@@ -129,7 +131,7 @@ Card {
             UiText {
                 anchors.centerIn: parent
                 visible: card.lines.count === 0
-                text: card.session.isRunning ? "正在聽，第一句話很快就會出現在這裡。" : "開始之後，聽到的每一句話都會留在這裡。"
+                text: card.session.isRunning ? Texts.firstLineComing : Texts.linesWillStay
                 color: Theme.textSoft
             }
 
@@ -141,7 +143,7 @@ Card {
                 visible: !list.isFollowing && card.lines.count > 0
                 isCompact: true
                 systemImage: "arrow.down"
-                text: "回到最新一句"
+                text: Texts.toNewestLine
                 onClicked: list.follow()
             }
         }

@@ -1,4 +1,4 @@
-import Lumaphone
+import Lumaphone.Controls
 
 /// A short fact about the session.
 Chip {

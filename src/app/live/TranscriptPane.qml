@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// One side of the transcript: the head of its column, with what it is and a way to copy all of it.
 Item {
@@ -41,7 +42,7 @@ Item {
             implicitWidth: 30
             implicitHeight: 30
             systemImage: "doc.on.doc"
-            help: "複製全部" + pane.title
+            help: Texts.copyAllOf(pane.title)
             isDisabled: !pane.isCopyable
             onClicked: pane.copied()
         }

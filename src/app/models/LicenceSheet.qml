@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// The terms of a model, to be read.
 Sheet {
@@ -10,7 +11,7 @@ Sheet {
 
     objectName: "modelLicence"
     width: 600
-    subtitle: "授權條款"
+    subtitle: Texts.licence
     systemImage: "text.book.closed"
     initialFocus: area.flickable
     onClosed: area.rewind()
@@ -39,7 +40,7 @@ Sheet {
         },
         PrimaryButton {
             objectName: "modelLicence.close"
-            text: "關閉"
+            text: Texts.close
             onClicked: sheet.close()
         }
     ]

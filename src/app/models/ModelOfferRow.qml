@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
 
 /// One thing that is offered: its size and licence, and how far its installation is.
 Rectangle {

@@ -3,7 +3,9 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Models
+import Lumaphone.Texts
 
 /// Asks whether to install models, with their sizes and licences, and shows how far that is.
 Sheet {
@@ -76,13 +78,13 @@ Sheet {
 
             objectName: "modelOffer.later"
             visible: !sheet.isReady
-            text: sheet.isInstalling ? "取消安裝" : "之後再說"
+            text: sheet.isInstalling ? Texts.cancelInstallation : Texts.later
             onClicked: sheet.isInstalling ? sheet.offer.cancel() : sheet.close()
             onDoubleClicked: {} // must not mean what the button says after the first click
         },
         PrimaryButton {
             objectName: "modelOffer.accept"
-            text: sheet.isReady ? "完成" : sheet.isInstalling ? "在背景繼續" : sheet.offer?.acceptText ?? ""
+            text: sheet.isReady ? Texts.done : sheet.isInstalling ? Texts.continueInBackground : sheet.offer?.acceptText ?? ""
             onClicked: sheet.isReady || sheet.isInstalling ? sheet.close() : sheet.offer.accept()
             onDoubleClicked: {}
         }

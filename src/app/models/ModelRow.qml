@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// One thing that works offline: what there is of it, and what can be done about it. A scope of its own, so that the keyboard
 /// stays in the row when a press replaces one button with another.
@@ -25,7 +26,7 @@ FocusScope {
 
     implicitHeight: column.implicitHeight
     Accessible.role: Accessible.Grouping
-    Accessible.name: row.title + "：" + row.statusText
+    Accessible.name: Texts.stated(row.title, row.statusText)
 
     ColumnLayout {
         id: column
@@ -75,8 +76,8 @@ FocusScope {
                     implicitWidth: Theme.controlHeightSmall
                     implicitHeight: Theme.controlHeightSmall
                     systemImage: "info.circle"
-                    help: "授權條款"
-                    Accessible.name: help + "「" + row.title + "」"
+                    help: Texts.licence
+                    Accessible.name: Texts.actionOn(help, row.title)
                     onClicked: row.licenceWanted()
                 }
 
@@ -85,7 +86,7 @@ FocusScope {
                     visible: row.isInstallable && !row.isReady && !row.isInstalling
                     text: row.installTitle
                     isCompact: true
-                    Accessible.name: row.installTitle + "「" + row.title + "」"
+                    Accessible.name: Texts.actionOn(row.installTitle, row.title)
                     onClicked: row.wanted()
                     onDoubleClicked: {}
                 }
@@ -96,8 +97,8 @@ FocusScope {
                     implicitWidth: Theme.controlHeightSmall
                     implicitHeight: Theme.controlHeightSmall
                     systemImage: "xmark"
-                    help: "取消安裝"
-                    Accessible.name: help + "「" + row.title + "」"
+                    help: Texts.cancelInstallation
+                    Accessible.name: Texts.actionOn(help, row.title)
                     onClicked: row.cancelled()
                     // It may be the second click on the button whose place this one takes.
                     onDoubleClicked: {}
@@ -109,8 +110,8 @@ FocusScope {
                     implicitWidth: Theme.controlHeightSmall
                     implicitHeight: Theme.controlHeightSmall
                     systemImage: "trash"
-                    help: "移除"
-                    Accessible.name: help + "「" + row.title + "」"
+                    help: Texts.removeIt
+                    Accessible.name: Texts.actionOn(help, row.title)
                     onClicked: row.removed()
                 }
             }

@@ -2,7 +2,9 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Models
+import Lumaphone.Texts
 
 /// The models that make recognition and translation work without a network: which are there, and the others to install.
 InspectorSection {
@@ -16,11 +18,11 @@ InspectorSection {
     /// The user wants to read the terms of a row.
     signal licenceWanted(title: string, text: string)
 
-    title: "離線模型"
+    title: Texts.offlineModels
 
     UiText {
         Layout.fillWidth: true
-        text: "下載一次，之後不連網路也能辨識與翻譯。"
+        text: Texts.offlineModelsHint
         font.pixelSize: Theme.small
         color: Theme.textSecondary
         wrapMode: Text.Wrap

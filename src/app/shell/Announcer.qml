@@ -1,5 +1,4 @@
 import QtQuick
-import Lumaphone
 
 /// Tells a screen reader something without taking the keyboard: a notice that appears with a text.
 Item {

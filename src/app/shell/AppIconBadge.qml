@@ -1,5 +1,6 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// The program's mark.
 Rectangle {
@@ -8,7 +9,7 @@ Rectangle {
     radius: Theme.radius
     color: Theme.accent
     Accessible.role: Accessible.Graphic
-    Accessible.name: "Lumaphone"
+    Accessible.name: Texts.appName
 
     Symbol {
         anchors.centerIn: parent

@@ -1,6 +1,14 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Diagnosis
+import Lumaphone.Floating
+import Lumaphone.Glossary
+import Lumaphone.Inspector
+import Lumaphone.Library
+import Lumaphone.Live
+import Lumaphone.Models
+import Lumaphone.Texts
 
 /// The root view of the main window: command bar, workspace, inspector, and the sheets over them.
 FocusScope {
@@ -58,6 +66,7 @@ FocusScope {
         spacing: 0
 
         LumaphoneCommandBar {
+            objectName: "commandBar"
             Layout.fillWidth: true
             session: content.session
             languages: content.inspector.sourceLanguages
@@ -89,6 +98,7 @@ FocusScope {
                 currentIndex: content.workspaceMode === "library" ? 1 : 0
 
                 LumaphoneCaptionWorkspace {
+                    objectName: "live"
                     session: content.session
                     onSaveTranscript: content.session.saveTranscript()
                     onDiscardTranscript: content.session.clearCaptions()
@@ -110,7 +120,7 @@ FocusScope {
                 onLanguagePicked: language => content.modelOffer?.languageChosen(language)
                 onModelRemovalWanted: (row, title, consequences) => {
                     modelRemoval.row = row;
-                    modelRemoval.title = "移除「" + title + "」？";
+                    modelRemoval.title = Texts.removeModelTitle(title);
                     modelRemoval.message = consequences;
                     modelRemoval.open();
                 }
@@ -142,9 +152,9 @@ FocusScope {
         id: clearConfirmation
 
         objectName: "clearConfirmation"
-        title: "清除目前字幕？"
-        message: "這段字幕尚未儲存。清除後，目前原文、譯文與命中的術語紀錄都會從畫面上移除。"
-        confirmText: "清除"
+        title: Texts.clearTitle
+        message: Texts.clearMessage
+        confirmText: Texts.clear
         onConfirmed: content.session.clearCaptions()
     }
 
@@ -152,10 +162,10 @@ FocusScope {
         id: unsavedEdit
 
         objectName: "unsavedEdit"
-        title: "這筆字幕紀錄的修改無法儲存"
-        message: content.transcriptLibrary.errorMessage + "\n\n修改的內容還在視窗裡，可以排除原因後再儲存，或先複製下來。"
-        cancelText: "留在視窗"
-        confirmText: "放棄修改並結束"
+        title: Texts.unsavedEditTitle
+        message: content.transcriptLibrary.errorMessage + "\n\n" + Texts.unsavedEditMessage
+        cancelText: Texts.stayInWindow
+        confirmText: Texts.giveUpEditAndEnd
         onConfirmed: content.leaveWanted()
     }
 
@@ -182,7 +192,7 @@ FocusScope {
 
         objectName: "modelRemoval"
         message: ""
-        confirmText: "移除"
+        confirmText: Texts.removeIt
         onConfirmed: content.modelOffer.remove(row)
     }
 

@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Live
+import Lumaphone.Texts
 
 /// The bar across the top of the window.
 Rectangle {
@@ -29,7 +31,7 @@ Rectangle {
     implicitHeight: 56
     color: Theme.surface
     Accessible.role: Accessible.ToolBar
-    Accessible.name: "工具列"
+    Accessible.name: Texts.toolbar
 
     RowLayout {
         anchors.fill: parent
@@ -42,7 +44,7 @@ Rectangle {
         UiText {
             Layout.leftMargin: Theme.half
             Layout.fillWidth: true
-            text: "聽不懂沒關係，交給 Luma"
+            text: Texts.slogan
             color: Theme.textSecondary
             elide: Text.ElideRight
         }
@@ -73,7 +75,7 @@ Rectangle {
             implicitWidth: 96
             text: bar.session.startStopText
             systemImage: bar.session.startStopSymbol
-            help: bar.session.isRunning || bar.session.isStarting ? "停止即時字幕（Ctrl+Enter）" : "開始即時字幕（Ctrl+Enter）"
+            help: bar.session.isRunning || bar.session.isStarting ? Texts.stopHelp : Texts.startHelp
             onClicked: bar.session.startOrStop()
         }
 
@@ -102,7 +104,7 @@ Rectangle {
         ToolbarIconButton {
             objectName: "clear"
             systemImage: "trash"
-            help: "清除目前字幕"
+            help: Texts.clearCaptions
             isDisabled: !bar.session.canClear
             onClicked: bar.clear()
         }
@@ -110,7 +112,7 @@ Rectangle {
         ToolbarIconButton {
             objectName: "floatingCaptions"
             systemImage: "captions.bubble"
-            help: "開啟 / 關閉浮動字幕"
+            help: Texts.toggleFloatingCaptions
             isToggle: true
             isSelected: bar.isFloatingCaptionOpen
             onClicked: bar.floatingCaptionToggled()
@@ -119,7 +121,7 @@ Rectangle {
         ToolbarIconButton {
             objectName: "inspector"
             systemImage: "sidebar.right"
-            help: bar.isInspectorVisible ? "收起 Inspector" : "展開 Inspector"
+            help: bar.isInspectorVisible ? Texts.hideInspector : Texts.showInspector
             isToggle: true
             isSelected: bar.isInspectorVisible
             onClicked: bar.inspectorToggled()
@@ -128,41 +130,41 @@ Rectangle {
         MenuButton {
             objectName: "moreSettings"
             systemImage: "ellipsis"
-            help: "更多設定"
+            help: Texts.moreSettings
 
             AppMenu {
                 AppMenuItem {
                     objectName: "menu.provider"
                     systemImage: "server.rack"
-                    text: "自定義 API 提供者…"
+                    text: Texts.menuProvider
                     onTriggered: bar.openProvider()
                 }
 
                 AppMenuItem {
                     objectName: "menu.glossary"
                     systemImage: "text.book.closed"
-                    text: "術語表…"
+                    text: Texts.menuGlossary
                     onTriggered: bar.openGlossary()
                 }
 
                 AppMenuSeparator {}
 
                 AppMenuHeading {
-                    text: "字幕"
+                    text: Texts.menuCaptions
                 }
 
                 AppMenuItem {
                     objectName: "menu.openFloating"
                     systemImage: "captions.bubble"
-                    text: "開啟浮動字幕"
-                    keys: "Ctrl+Shift+F"
+                    text: Texts.openFloatingCaptions
+                    keys: Texts.floatingCaptionsKeys
                     onTriggered: bar.floatingCaptionToggled()
                 }
 
                 AppMenuItem {
                     objectName: "menu.closeFloating"
                     systemImage: "xmark"
-                    text: "關閉浮動字幕"
+                    text: Texts.closeFloatingCaptions
                     enabled: bar.isFloatingCaptionOpen
                     onTriggered: bar.floatingCaptionClosed()
                 }
@@ -172,7 +174,7 @@ Rectangle {
                 AppMenuItem {
                     objectName: "menu.diagnosis"
                     systemImage: "checkmark.seal.fill"
-                    text: "檢查這台電腦…"
+                    text: Texts.menuDiagnosis
                     enabled: bar.canDiagnose
                     onTriggered: bar.openDiagnosis()
                 }

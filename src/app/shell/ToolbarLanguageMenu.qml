@@ -1,11 +1,12 @@
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// Chooses the language that is spoken.
 PopUpPicker {
     property bool isDisabled: false
 
     objectName: "languageMenu"
-    help: "選擇常用原文語言；不確定時用自動辨識"
+    help: Texts.languageHelp
     enabled: !isDisabled
     implicitWidth: 116
 }

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumaphone
+import Lumaphone.Controls
+import Lumaphone.Texts
 
 /// Switches between the two workspaces. `picked` asks to change `selection`.
 T.Control {
@@ -16,19 +17,19 @@ T.Control {
     padding: 3
     hoverEnabled: true
     Accessible.role: Accessible.PageTabList
-    Accessible.name: "切換即時字幕與字幕紀錄庫"
+    Accessible.name: Texts.switchWorkspaces
 
     contentItem: Row {
         SwitcherSegment {
             objectName: "workspace.live"
-            text: "即時"
+            text: Texts.live
             isChosen: switcher.selection === "live"
             onClicked: switcher.picked("live")
         }
 
         SwitcherSegment {
             objectName: "workspace.library"
-            text: "紀錄庫"
+            text: Texts.library
             isChosen: switcher.selection === "library"
             onClicked: switcher.picked("library")
         }
@@ -40,7 +41,7 @@ T.Control {
     }
 
     HelpTip {
-        text: "切換即時字幕與字幕紀錄庫"
+        text: Texts.switchWorkspaces
         visible: switcher.hovered
     }
 }

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Lumaphone
+import Lumaphone.Controls
 
 /// One group of controls of the inspector.
 ColumnLayout {

@@ -1,4 +1,4 @@
-#include "app/LanguageFonts.h"
+#include "app/controls/LanguageFonts.h"
 
 #include "language/LanguageTable.h"
 

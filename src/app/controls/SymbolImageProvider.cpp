@@ -1,4 +1,4 @@
-#include "app/SymbolImageProvider.h"
+#include "app/controls/SymbolImageProvider.h"
 
 #include <QColor>
 #include <QFile>
@@ -20,7 +20,7 @@ SymbolImageProvider::SymbolImageProvider()
 
 QByteArray SymbolImageProvider::drawing(const QString &name)
 {
-    QFile file(QStringLiteral(":/qt/qml/Lumaphone/symbols/%1.svg").arg(name));
+    QFile file(QStringLiteral(":/qt/qml/Lumaphone/Controls/symbols/%1.svg").arg(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 

@@ -1,6 +1,6 @@
 pragma Singleton
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// Colours, sizes and fonts of the whole interface, light or dark. Lengths are in pixels of the interface and keep to
 /// a grid of eight.

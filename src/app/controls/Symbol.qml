@@ -1,5 +1,5 @@
 import QtQuick
-import Lumaphone
+import Lumaphone.Controls
 
 /// One of the program's own symbols, by name, in any colour. Decorative: what it means is said by the control it is in.
 Item {

@@ -1,0 +1,158 @@
+#include "app/OffscreenTest.h"
+#include "photographs/Studio.h"
+#include "support/Coroutines.h"
+#include "support/VisibleItems.h"
+
+#include <QGuiApplication>
+#include <QTest>
+
+namespace popupstest {
+
+using namespace lumaphone;
+using namespace lumaphone::test;
+
+namespace {
+
+/// The whole window, used by pointer and keyboard as a user does.
+struct Window
+{
+    QTemporaryDir folder;
+    Studio studio {folder.path()};
+
+    Window() { studio.open(QSize(1280, 1000)); }
+
+    bool isShown(const QString &name) const { return studio.find(name) != nullptr; }
+    bool comes(const QString &name) const
+    {
+        return waitUntil([&] { return isShown(name); });
+    }
+    bool goes(const QString &name) const
+    {
+        return waitUntil([&] { return !isShown(name); });
+    }
+    void press(Qt::Key key) const
+    {
+        QTest::keyClick(studio.window, key);
+        settle();
+        drawFrame(*studio.window);
+    }
+    /// Gives the keyboard to what Tab comes to.
+    bool focus(const QString &name) const
+    {
+        QQuickItem *item = studio.find(name);
+        if (item == nullptr) {
+            return false;
+        }
+        item->forceActiveFocus(Qt::TabFocusReason);
+        return waitUntil([item] { return item->hasActiveFocus(); });
+    }
+    AppleSystemSpeechLanguage language() const { return studio.session.controller->sourceLanguage(); }
+};
+
+} // namespace
+
+/// Menus and the lists of pickers.
+class PopUpsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aPickerIsOpenedAndAnsweredByPointer()
+    {
+        const Window window;
+        QVERIFY(!window.isShown("languageMenu.choices.korean"));
+        window.studio.click("languageMenu");
+        for (const char *choice : {"automatic", "japanese", "english", "korean", "mandarin"}) {
+            QVERIFY2(window.comes(QString("languageMenu.choices.") + choice), choice);
+        }
+        QCOMPARE(window.studio.find("languageMenu.choices.mandarin")->property("modelData").toMap()["title"],
+            "中文");
+        window.studio.click("languageMenu.choices.english");
+        QVERIFY(window.goes("languageMenu.choices.english"));
+        QCOMPARE(window.language(), AppleSystemSpeechLanguage::english);
+        QCOMPARE(window.studio.find("languageMenu")->property("displayText"), "英文");
+    }
+
+    void aPickerIsLeftByAClickBesideIt()
+    {
+        const Window window;
+        window.studio.click("inspector.source.picker");
+        QVERIFY(window.comes("inspector.source.picker.choices.microphone"));
+        QTest::mouseClick(window.studio.window, Qt::LeftButton, {}, QPoint(300, 400));
+        QVERIFY(window.goes("inspector.source.picker.choices.microphone"));
+        QCOMPARE(window.studio.inspector->audioInputSource(), "systemAudio");
+    }
+
+    void aPickerIsOpenedAndAnsweredByKeyboard()
+    {
+        const Window window;
+        QVERIFY(window.focus("inspector.mode.picker"));
+        window.press(Qt::Key_Space);
+        QVERIFY(window.comes("inspector.mode.picker.choices.customAPI"));
+        window.press(Qt::Key_Down);
+        QCOMPARE(window.studio.inspector->processingMode(), "appleMode"); // nothing is chosen yet
+        window.press(Qt::Key_Escape);
+        QVERIFY(window.goes("inspector.mode.picker.choices.customAPI"));
+        QCOMPARE(window.studio.inspector->processingMode(), "appleMode");
+        window.press(Qt::Key_Space);
+        QVERIFY(window.comes("inspector.mode.picker.choices.customAPI"));
+        window.press(Qt::Key_Down);
+        window.press(Qt::Key_Return);
+        QVERIFY(window.goes("inspector.mode.picker.choices.customAPI"));
+        QCOMPARE(window.studio.inspector->processingMode(), "customAPI");
+    }
+
+    void aMenuIsOpenedAndAnsweredByPointer()
+    {
+        const Window window;
+        QVERIFY(!window.isShown("menu.glossary"));
+        window.studio.click("moreSettings");
+        for (const char *entry :
+            {"menu.provider", "menu.glossary", "menu.openFloating", "menu.closeFloating", "menu.diagnosis"}) {
+            QVERIFY2(window.comes(entry), entry);
+        }
+        QVERIFY(!window.studio.find("menu.closeFloating")->isEnabled());
+        QVERIFY(!window.studio.find("menu.diagnosis")->isEnabled());
+        window.studio.click("menu.glossary");
+        QVERIFY(window.comes("glossary.done"));
+        QVERIFY(window.goes("menu.glossary"));
+        window.studio.click("glossary.done");
+        QVERIFY(window.goes("glossary.done"));
+    }
+
+    void aMenuIsOpenedAndAnsweredByKeyboard()
+    {
+        const Window window;
+        QVERIFY(window.focus("moreSettings"));
+        window.press(Qt::Key_Space);
+        QVERIFY(window.comes("menu.provider"));
+        window.press(Qt::Key_Escape);
+        QVERIFY(window.goes("menu.provider"));
+        QVERIFY(!window.isShown("provider.save"));
+        window.press(Qt::Key_Space);
+        QVERIFY(window.comes("menu.provider"));
+        window.press(Qt::Key_Down);
+        window.press(Qt::Key_Return);
+        QVERIFY(window.comes("provider.save"));
+        QVERIFY(window.goes("menu.provider"));
+    }
+
+    void aMenuIsLeftByEscapeAndByAClickBesideIt()
+    {
+        const Window window;
+        window.studio.click("moreSettings");
+        QVERIFY(window.comes("menu.provider"));
+        window.press(Qt::Key_Escape);
+        QVERIFY(window.goes("menu.provider"));
+        window.studio.click("moreSettings");
+        QVERIFY(window.comes("menu.provider"));
+        QTest::mouseClick(window.studio.window, Qt::LeftButton, {}, QPoint(300, 400));
+        QVERIFY(window.goes("menu.provider"));
+    }
+};
+
+LUMAPHONE_OFFSCREEN_TEST(PopUpsTest)
+
+} // namespace popupstest
+
+#include "PopUpsTest.moc"
