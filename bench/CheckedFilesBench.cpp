@@ -21,7 +21,7 @@ public:
         for (const qsizetype size : sizes) {
             const QString path = m_folder.filePath(QString::number(m_files.size()));
             const QByteArray bytes = test::noise(size, unsigned(size));
-            replaceFile(path, bytes, Durability::Renamed);
+            replaceFile(path, bytes, Durability::renamed);
             m_files.push_back({path, {size, test::sha256Of(bytes)}});
             m_bytes += size;
         }

@@ -29,12 +29,12 @@ void convert(benchmark::State &state, const AudioStreamDescription &description)
 } // namespace
 
 BENCHMARK_CAPTURE(
-    convert, from48kHzStereoFloat, AudioStreamDescription {48000, 2, SampleType::Float32, true});
+    convert, from48kHzStereoFloat, AudioStreamDescription {48000, 2, SampleType::float32, true});
 BENCHMARK_CAPTURE(
-    convert, from48kHzStereoFloatPlanar, AudioStreamDescription {48000, 2, SampleType::Float32, false});
-BENCHMARK_CAPTURE(convert, from44kHzStereoInt16, AudioStreamDescription {44100, 2, SampleType::Int16, true});
+    convert, from48kHzStereoFloatPlanar, AudioStreamDescription {48000, 2, SampleType::float32, false});
+BENCHMARK_CAPTURE(convert, from44kHzStereoInt16, AudioStreamDescription {44100, 2, SampleType::int16, true});
 BENCHMARK_CAPTURE(
-    convert, from192kHzEightChannelsInt32, AudioStreamDescription {192000, 8, SampleType::Int32, true});
+    convert, from192kHzEightChannelsInt32, AudioStreamDescription {192000, 8, SampleType::int32, true});
 BENCHMARK_CAPTURE(convert, from16kHzMonoInt16, analysisDescription);
 
 BENCHMARK_MAIN();

@@ -38,7 +38,7 @@ void helper(benchmark::State &state)
     const LumaphoneTranscriptProcessor processor(QStringLiteral(LUMAPHONE_CORE_CLI));
     const auto [current, incoming] = revisedTail(QStringLiteral("今日は雨が降ります"), state.range(0));
     for (auto _ : state) {
-        if (processor.coreRevisionDecision(current, incoming) == CoreRevisionDecision::NoAnswer) {
+        if (processor.coreRevisionDecision(current, incoming) == CoreRevisionDecision::noAnswer) {
             state.SkipWithError("no answer");
         }
     }

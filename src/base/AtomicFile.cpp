@@ -46,13 +46,13 @@ void replaceFile(const QString &path, std::span<const QByteArrayView> pieces, Du
             fail();
         }
     }
-    if (durability == Durability::Flushed && ::fsync(file.get()) != 0) {
+    if (durability == Durability::flushed && ::fsync(file.get()) != 0) {
         fail();
     }
     if (!file.close() || ::rename(temporary.constData(), target.constData()) != 0) {
         fail();
     }
-    if (durability == Durability::Flushed) {
+    if (durability == Durability::flushed) {
         const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
         const Descriptor directory(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (directory.get() < 0 || ::fsync(directory.get()) != 0) {

@@ -25,8 +25,8 @@ private:
 };
 
 enum class Durability {
-    Renamed, ///< survives the death of the process
-    Flushed, ///< survives a power cut as well: file and folder are flushed to the disk
+    renamed, ///< survives the death of the process
+    flushed, ///< survives a power cut as well: file and folder are flushed to the disk
 };
 
 /// Replaces `path` in one step: whoever reads it, now or after a crash, finds the old bytes or the new ones.

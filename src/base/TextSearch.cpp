@@ -24,9 +24,9 @@ bool isPlain(const QString &text)
 QString keyOf(const QString &text, Comparison comparison)
 {
     switch (comparison) {
-    case Comparison::Exact:
+    case Comparison::exact:
         return canonicalForm(text);
-    case Comparison::IgnoringCaseAndDiacritics:
+    case Comparison::ignoringCaseAndDiacritics:
         return canonicalForm(foldedForSearch(text));
     }
     Q_UNREACHABLE();

@@ -10,8 +10,8 @@ namespace lumaphone::text {
 
 /// What makes two texts the same in a search.
 enum class Comparison {
-    Exact, ///< canonical equivalence
-    IgnoringCaseAndDiacritics, ///< equality of the texts foldedForSearch()
+    exact, ///< canonical equivalence
+    ignoringCaseAndDiacritics, ///< equality of the texts foldedForSearch()
 };
 
 /// A text made ready to be searched many times. What is found consists of whole characters (extended

@@ -105,11 +105,11 @@ void AppleSystemSpeechTranscriber::stop()
 
 QCoro::Task<bool> AppleSystemSpeechTranscriber::requestAuthorization()
 {
-    if (m_framework->authorizationStatus() == SpeechAuthorization::Authorized) {
+    if (m_framework->authorizationStatus() == SpeechAuthorization::authorized) {
         co_return true;
     }
     const SpeechAuthorization answer = co_await m_framework->requestAuthorization();
-    co_return answer == SpeechAuthorization::Authorized;
+    co_return answer == SpeechAuthorization::authorized;
 }
 
 QCoro::Task<AppleSystemSpeechTranscriber::PreparedSession> AppleSystemSpeechTranscriber::prepareTranscribers(
@@ -118,7 +118,7 @@ QCoro::Task<AppleSystemSpeechTranscriber::PreparedSession> AppleSystemSpeechTran
     if (languages.size() == 1) {
         std::exception_ptr error;
         try {
-            co_return co_await prepare(std::move(languages), LanguageFallback::NotAllowed, attempt);
+            co_return co_await prepare(std::move(languages), LanguageFallback::notAllowed, attempt);
         } catch (const Superseded &) {
             throw;
         } catch (...) {
@@ -127,13 +127,13 @@ QCoro::Task<AppleSystemSpeechTranscriber::PreparedSession> AppleSystemSpeechTran
         endSession();
         std::rethrow_exception(error);
     }
-    auto together = co_await tryToPrepare(languages, LanguageFallback::Allowed, attempt);
+    auto together = co_await tryToPrepare(languages, LanguageFallback::allowed, attempt);
     if (together) {
         co_return std::move(*together);
     }
     for (const AppleSystemSpeechLanguage language : languages) {
         std::vector<AppleSystemSpeechLanguage> one(1, language);
-        auto alone = co_await tryToPrepare(std::move(one), LanguageFallback::NotAllowed, attempt);
+        auto alone = co_await tryToPrepare(std::move(one), LanguageFallback::notAllowed, attempt);
         if (alone) {
             co_return std::move(*alone);
         }
@@ -175,7 +175,7 @@ AppleSystemSpeechTranscriber::makeTranscriberEntries(
             = co_await m_framework->supportedLocale(localeIdentifier(language));
         throwIfSuperseded(attempt);
         if (!locale) {
-            if (fallback == LanguageFallback::Allowed) {
+            if (fallback == LanguageFallback::allowed) {
                 continue;
             }
             throw Error::recognizerUnavailable();
@@ -188,7 +188,7 @@ AppleSystemSpeechTranscriber::makeTranscriberEntries(
         }
         throwIfSuperseded(attempt);
         if (failure) {
-            if (fallback == LanguageFallback::Allowed) {
+            if (fallback == LanguageFallback::allowed) {
                 continue;
             }
             throw Error::assetUnavailable(displayName(language), failure);
@@ -444,7 +444,7 @@ std::shared_ptr<PcmBuffer> AppleSystemSpeechTranscriber::pcmBuffer(const AudioSa
     SingleAudioBufferInputProvider provider(sample);
     const auto status = converter->convert(*output,
         [&provider](AudioConverterInputStatus &inputStatus) { return provider.provideInput(inputStatus); });
-    return status == AudioConverter::Status::HaveData ? output : nullptr;
+    return status == AudioConverter::Status::haveData ? output : nullptr;
 }
 
 AudioConverter *AppleSystemSpeechTranscriber::audioConverter(const AudioStreamDescription &source)
@@ -470,10 +470,10 @@ std::shared_ptr<PcmBuffer> AppleSystemSpeechTranscriber::remainingSound()
         return nullptr;
     }
     const auto status = converter->convert(*output, [](AudioConverterInputStatus &inputStatus) {
-        inputStatus = AudioConverterInputStatus::EndOfStream;
+        inputStatus = AudioConverterInputStatus::endOfStream;
         return nullptr;
     });
-    return status == AudioConverter::Status::HaveData ? output : nullptr;
+    return status == AudioConverter::Status::haveData ? output : nullptr;
 }
 
 void AppleSystemSpeechTranscriber::resetReusablePCMBuffers()

@@ -69,7 +69,7 @@ public:
 
 private:
     using Entry = AppleSystemSpeechTranscriberEntry;
-    enum class LanguageFallback { NotAllowed, Allowed };
+    enum class LanguageFallback { notAllowed, allowed };
     struct Superseded;
     struct PreparedSession
     {

@@ -44,11 +44,11 @@ void addChannel(const std::byte *first, std::size_t strideSamples, std::span<flo
 void addChannel(SampleType type, const std::byte *first, std::size_t strideSamples, std::span<float> sums)
 {
     switch (type) {
-    case SampleType::Int16:
+    case SampleType::int16:
         return addChannel<std::int16_t>(first, strideSamples, sums);
-    case SampleType::Int32:
+    case SampleType::int32:
         return addChannel<std::int32_t>(first, strideSamples, sums);
-    case SampleType::Float32:
+    case SampleType::float32:
         return addChannel<float>(first, strideSamples, sums);
     }
 }
@@ -116,22 +116,22 @@ std::size_t AudioConverter::pendingFrames() const
 AudioConverter::Status AudioConverter::convert(PcmBuffer &output, const InputBlock &inputBlock)
 {
     std::size_t filled = 0;
-    auto status = AudioConverterInputStatus::HaveData;
-    while (status == AudioConverterInputStatus::HaveData) {
+    auto status = AudioConverterInputStatus::haveData;
+    while (status == AudioConverterInputStatus::haveData) {
         const AudioSampleBuffer *buffer = inputBlock(status);
-        const bool succeeded = status == AudioConverterInputStatus::HaveData
+        const bool succeeded = status == AudioConverterInputStatus::haveData
             ? buffer && accepts(*buffer) && consume(*buffer, output, filled)
-            : status != AudioConverterInputStatus::EndOfStream || flush(output, filled);
+            : status != AudioConverterInputStatus::endOfStream || flush(output, filled);
         if (!succeeded) {
             output.setFrameLength(0);
-            return Status::Error;
+            return Status::error;
         }
     }
     output.setFrameLength(filled);
     if (filled > 0) {
-        return Status::HaveData;
+        return Status::haveData;
     }
-    return status == AudioConverterInputStatus::EndOfStream ? Status::EndOfStream : Status::InputRanDry;
+    return status == AudioConverterInputStatus::endOfStream ? Status::endOfStream : Status::inputRanDry;
 }
 
 bool AudioConverter::accepts(const AudioSampleBuffer &buffer) const

@@ -12,7 +12,7 @@ struct soxr;
 
 namespace lumaphone {
 
-enum class AudioConverterInputStatus { HaveData, NoDataNow, EndOfStream };
+enum class AudioConverterInputStatus { haveData, noDataNow, endOfStream };
 
 /// Turns sound of one description into 16 kHz mono 16-bit samples. Channels are mixed down equally, what is
 /// too loud saturates. State is kept across buffers, so that their seams are not heard. One thread at a time.
@@ -20,10 +20,10 @@ class AudioConverter
 {
 public:
     enum class Status {
-        HaveData, ///< the output holds at least one frame
-        InputRanDry, ///< nothing came out yet
-        EndOfStream, ///< nothing is left
-        Error, ///< the input does not fit the description, or the resampler failed
+        haveData, ///< the output holds at least one frame
+        inputRanDry, ///< nothing came out yet
+        endOfStream, ///< nothing is left
+        error, ///< the input does not fit the description, or the resampler failed
     };
 
     /// The next buffer together with its status; null unless there is data. A buffer with data is consumed

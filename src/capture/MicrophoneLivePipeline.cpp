@@ -34,12 +34,12 @@ QCoro::Task<bool> MicrophoneLivePipeline::requestMicrophoneAccessIfNeeded(
     std::shared_ptr<MicrophoneCapture> capture)
 {
     switch (capture->authorizationStatus()) {
-    case CaptureAuthorization::Authorized:
+    case CaptureAuthorization::authorized:
         co_return true;
-    case CaptureAuthorization::NotDetermined:
+    case CaptureAuthorization::notDetermined:
         co_return co_await capture->requestAccess();
-    case CaptureAuthorization::Denied:
-    case CaptureAuthorization::Restricted:
+    case CaptureAuthorization::denied:
+    case CaptureAuthorization::restricted:
         co_return false;
     }
     Q_UNREACHABLE();

@@ -6,11 +6,11 @@ const AudioSampleBuffer *SingleAudioBufferInputProvider::provideInput(AudioConve
 {
     const std::lock_guard lock(m_lock);
     if (m_didProvideInput) {
-        status = AudioConverterInputStatus::NoDataNow;
+        status = AudioConverterInputStatus::noDataNow;
         return nullptr;
     }
     m_didProvideInput = true;
-    status = AudioConverterInputStatus::HaveData;
+    status = AudioConverterInputStatus::haveData;
     return &m_buffer;
 }
 

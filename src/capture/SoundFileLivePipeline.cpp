@@ -61,10 +61,10 @@ QCoro::Task<> SoundFileLivePipeline::run(int attempt)
         co_return;
     }
     switch (m_pace) {
-    case SoundFilePace::AsFastAsRecognised:
+    case SoundFilePace::asFastAsRecognised:
         m_sampleQueue.post([this, reader, stop = m_reading.get_token()] { readToEnd(*reader, stop); });
         break;
-    case SoundFilePace::SpeedOfSound:
+    case SoundFilePace::speedOfSound:
         readAtSpeedOfSound(weak_from_this(), m_clock, reader, m_reading.get_token());
         break;
     }

@@ -16,8 +16,8 @@
 namespace lumaphone {
 
 enum class SoundFilePace {
-    AsFastAsRecognised, ///< the recogniser alone sets the pace
-    SpeedOfSound, ///< as if the file were being played
+    asFastAsRecognised, ///< the recogniser alone sets the pace
+    speedOfSound, ///< as if the file were being played
 };
 
 /// Transcribes a sound file. None of it is ever dropped: a slow recogniser holds the reading up.

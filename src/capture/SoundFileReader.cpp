@@ -69,7 +69,7 @@ SoundFileReader::SoundFileReader(const QString &path)
     }
     m_description = {.sampleRateHz = static_cast<double>(info.samplerate),
         .channelsPerFrame = info.channels,
-        .sampleType = SampleType::Float32,
+        .sampleType = SampleType::float32,
         .isInterleaved = true};
     if (!AudioConverter::create(m_description)) {
         throw SoundFileError(unsupportedFormat, path,

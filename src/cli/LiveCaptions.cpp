@@ -52,7 +52,7 @@ LivePipelineMaker filePipeline(const SoundFileInput &file, const LivePipelineSer
 {
     return [file, services, clock, onCompleted = std::move(onCompleted)](LumaphoneAudioInputSource,
                AppleSystemSpeechLanguage language, SystemAudioPipelineEventHandler onEvent) {
-        const auto pace = file.isRealtime ? SoundFilePace::SpeedOfSound : SoundFilePace::AsFastAsRecognised;
+        const auto pace = file.isRealtime ? SoundFilePace::speedOfSound : SoundFilePace::asFastAsRecognised;
         return SoundFileLivePipeline::create(
             file.path, language, pace, clock, services, std::move(onEvent), onCompleted);
     };

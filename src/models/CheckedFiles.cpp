@@ -140,7 +140,7 @@ void CheckedFiles::write(const QString &record, const Findings &findings)
             {"device", stamp.device}, {"inode", stamp.inode}, {"size", stamp.size},
             {"modified", stamp.modified}, {"changed", stamp.changed}});
     }
-    replaceFile(record, json::pretty({{"files", files}}), Durability::Renamed);
+    replaceFile(record, json::pretty({{"files", files}}), Durability::renamed);
 }
 
 } // namespace lumaphone

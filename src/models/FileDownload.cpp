@@ -38,7 +38,7 @@ void note(const QString &path, const QUrl &url, const QByteArray &validator)
     }
     const json::Value object {{"url", json::fromText(url.toString())},
         {"validator", json::fromText(QString::fromLatin1(validator))}};
-    replaceFile(notePath(path), json::pretty(object), Durability::Renamed);
+    replaceFile(notePath(path), json::pretty(object), Durability::renamed);
 }
 
 /// The validator of what an earlier attempt has left; empty if it cannot be continued.

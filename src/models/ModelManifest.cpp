@@ -55,7 +55,7 @@ void ModelManifest::write(const QString &modelFolder) const
     }
     const json::Value object {
         {"files", list}, {"isDamaged", isDamaged}, {"installedAt", json::fromText(iso8601Text(installedAt))}};
-    replaceFile(manifestPath(modelFolder), json::pretty(object), Durability::Flushed);
+    replaceFile(manifestPath(modelFolder), json::pretty(object), Durability::flushed);
 }
 
 } // namespace lumaphone

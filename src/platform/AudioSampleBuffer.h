@@ -7,11 +7,11 @@
 
 namespace lumaphone {
 
-enum class SampleType { Int16, Int32, Float32 };
+enum class SampleType { int16, int32, float32 };
 
 constexpr std::size_t bytesPerSample(SampleType type)
 {
-    return type == SampleType::Int16 ? 2 : 4;
+    return type == SampleType::int16 ? 2 : 4;
 }
 
 /// How the bytes of a sound are laid out. Samples are in the machine's byte order.
@@ -19,7 +19,7 @@ struct AudioStreamDescription
 {
     double sampleRateHz = 0;
     int channelsPerFrame = 0;
-    SampleType sampleType = SampleType::Int16;
+    SampleType sampleType = SampleType::int16;
     bool isInterleaved = true;
 
     bool operator==(const AudioStreamDescription &) const = default;

@@ -9,7 +9,7 @@
 
 namespace lumaphone {
 
-enum class CaptureAuthorization { NotDetermined, Restricted, Denied, Authorized };
+enum class CaptureAuthorization { notDetermined, restricted, denied, authorized };
 
 /// The service that records microphones. Main thread. Its recorders may outlive it.
 class MicrophoneCapture

@@ -15,7 +15,7 @@
 
 namespace lumaphone {
 
-enum class SpeechAuthorization { NotDetermined, Denied, Restricted, Authorized };
+enum class SpeechAuthorization { notDetermined, denied, restricted, authorized };
 
 /// One recognised text of one module.
 struct SpeechResult

@@ -19,9 +19,9 @@ struct LocaleLanguage
 };
 
 enum class LanguageAvailabilityStatus {
-    Installed, ///< what the pair needs is on this machine
-    Supported, ///< can be had after prepareTranslation()
-    Unsupported,
+    installed, ///< what the pair needs is on this machine
+    supported, ///< can be had after prepareTranslation()
+    unsupported,
 };
 
 struct TranslationResponse

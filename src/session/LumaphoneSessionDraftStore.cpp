@@ -54,7 +54,7 @@ void LumaphoneSessionDraftStore::save(const LumaphoneSessionDraft &draft)
     try {
         createFolder(m_rootPath);
         removeLeftovers();
-        replaceFile(draftPath(), pieces, m_mustFlush ? Durability::Flushed : Durability::Renamed);
+        replaceFile(draftPath(), pieces, m_mustFlush ? Durability::flushed : Durability::renamed);
         m_mustFlush = false;
     } catch (const FileError &) {
         // The session goes on; the next save tries again.

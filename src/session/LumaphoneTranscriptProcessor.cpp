@@ -22,29 +22,29 @@ CoreRevisionDecision LumaphoneTranscriptProcessor::coreRevisionDecision(
     const QString &current, const QString &incoming) const
 {
     if (!m_executableURL) {
-        return CoreRevisionDecision::NoAnswer;
+        return CoreRevisionDecision::noAnswer;
     }
     try {
         const auto output
             = exchangeWithHelper(*m_executableURL, encode(CoreRevisionRequest {current, incoming}));
         if (!output) {
-            return CoreRevisionDecision::NoAnswer;
+            return CoreRevisionDecision::noAnswer;
         }
-        return decodeCoreRevisionResponse(*output).isRevision ? CoreRevisionDecision::Yes
-                                                              : CoreRevisionDecision::No;
+        return decodeCoreRevisionResponse(*output).isRevision ? CoreRevisionDecision::yes
+                                                              : CoreRevisionDecision::no;
     } catch (const json::DecodingError &) {
-        return CoreRevisionDecision::NoAnswer;
+        return CoreRevisionDecision::noAnswer;
     }
 }
 
 bool LumaphoneTranscriptProcessor::isRevision(const QString &current, const QString &incoming) const
 {
     switch (coreRevisionDecision(current, incoming)) {
-    case CoreRevisionDecision::Yes:
+    case CoreRevisionDecision::yes:
         return true;
-    case CoreRevisionDecision::No:
+    case CoreRevisionDecision::no:
         return false;
-    case CoreRevisionDecision::NoAnswer:
+    case CoreRevisionDecision::noAnswer:
         return fallbackIsRevisionOfCurrentPartial(current, incoming);
     }
     Q_UNREACHABLE();

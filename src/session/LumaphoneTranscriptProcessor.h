@@ -11,9 +11,9 @@ namespace lumaphone {
 class BundleResources;
 
 enum class CoreRevisionDecision {
-    Yes,
-    No,
-    NoAnswer, ///< there is no helper, or it gave nothing usable
+    yes,
+    no,
+    noAnswer, ///< there is no helper, or it gave nothing usable
 };
 
 /// Answers whether an incoming recognised text is a revision of a current one or a new utterance. The core

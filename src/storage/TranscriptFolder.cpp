@@ -86,7 +86,7 @@ QByteArray TranscriptFolder::read(const QString &name) const
 
 void TranscriptFolder::write(const QString &name, const QByteArray &bytes) const
 {
-    replaceFile(m_path + QLatin1Char('/') + name, bytes, Durability::Flushed);
+    replaceFile(m_path + QLatin1Char('/') + name, bytes, Durability::flushed);
 }
 
 } // namespace lumaphone

@@ -65,7 +65,7 @@ QList<TranscriptRecordMetadata> TranscriptIndex::records() const
 
 void TranscriptIndex::write(const QList<TranscriptRecordMetadata> &records)
 {
-    replaceFile(m_layout.index, json::pretty(recordcoding::array(records)), Durability::Flushed);
+    replaceFile(m_layout.index, json::pretty(recordcoding::array(records)), Durability::flushed);
     m_signature = fileSignature();
 }
 
@@ -97,7 +97,7 @@ TranscriptIndex::Rebuilt TranscriptIndex::rebuilt() const
 
 void TranscriptIndex::noteDeletion(const QString &folderName) const
 {
-    replaceFile(deletionNote(), folderName.toUtf8(), Durability::Flushed);
+    replaceFile(deletionNote(), folderName.toUtf8(), Durability::flushed);
 }
 
 void TranscriptIndex::finishDeletion() const

@@ -97,7 +97,7 @@ QCoro::Task<std::shared_ptr<TranslationSession>> LumaphoneAppleTranslationServic
     const QString pair = text::canonicalForm(source + QStringLiteral("->") + target);
 
     const auto status = co_await state->availability(pair, sourceLanguage, targetLanguage);
-    if (status == LanguageAvailabilityStatus::Unsupported) {
+    if (status == LanguageAvailabilityStatus::unsupported) {
         throw LumaphoneAppleTranslationError::unsupportedPair(source, target);
     }
     const auto session = state->translationSession(pair, sourceLanguage, targetLanguage);

@@ -18,7 +18,7 @@ LumaphoneGlossaryProtector::LumaphoneGlossaryProtector(
         }
         const QString token = QStringLiteral("LUMAPHON_TERM_%1").arg(index++);
         const TextSearch search(
-            m_protectedText, term.caseSensitive ? Comparison::Exact : Comparison::IgnoringCaseAndDiacritics);
+            m_protectedText, term.caseSensitive ? Comparison::exact : Comparison::ignoringCaseAndDiacritics);
         if (search.contains(term.source)) {
             m_protectedText = search.replacing(term.source, token);
             m_replacements.append({token, term.target.isEmpty() ? term.source : term.target});
@@ -30,7 +30,7 @@ QString LumaphoneGlossaryProtector::restored(const QString &translation) const
 {
     QString text = translation;
     for (const Replacement &replacement : m_replacements) {
-        text = TextSearch(text, Comparison::Exact).replacing(replacement.token, replacement.value);
+        text = TextSearch(text, Comparison::exact).replacing(replacement.token, replacement.value);
     }
     return text;
 }

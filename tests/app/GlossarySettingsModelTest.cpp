@@ -32,7 +32,7 @@ struct Fixture
     ~Fixture() { mainQueue->close(); }
     QUrl write(const char *name, const QByteArray &bytes) const
     {
-        replaceFile(folder.filePath(name), bytes, Durability::Renamed);
+        replaceFile(folder.filePath(name), bytes, Durability::renamed);
         return QUrl::fromLocalFile(folder.filePath(name));
     }
     /// Imports and waits for the end.
@@ -331,7 +331,7 @@ private slots:
         LumaphoneGlossaryStore store(folder.filePath("glossary"), [](const QString &) {});
         const auto mainQueue = MainQueue::create();
         auto model = std::make_unique<GlossarySettingsModel>(store, mainQueue);
-        replaceFile(folder.filePath("a.csv"), "fox,狐狸", Durability::Renamed);
+        replaceFile(folder.filePath("a.csv"), "fox,狐狸", Durability::renamed);
         model->importFiles({QUrl::fromLocalFile(folder.filePath("a.csv"))});
         model.reset();
         bool passed = false;
@@ -369,7 +369,7 @@ private slots:
     void whatTheStoreCannotReadIsShown()
     {
         QTemporaryDir folder;
-        replaceFile(folder.filePath("glossary.json"), "{", Durability::Renamed);
+        replaceFile(folder.filePath("glossary.json"), "{", Durability::renamed);
         LumaphoneGlossaryStore store(folder.path(), [](const QString &) {});
         GlossarySettingsModel model(store, MainQueue::create());
         QVERIFY(!model.storeError().isEmpty());

@@ -136,7 +136,7 @@ private slots:
     {
         Fixture f;
         auto &view = f.open();
-        replaceFile(f.folder.filePath("notes.txt"), "x", Durability::Renamed);
+        replaceFile(f.folder.filePath("notes.txt"), "x", Durability::renamed);
         f.model.importFiles({QUrl::fromLocalFile(f.folder.filePath("notes.txt"))});
         QVERIFY(waitUntil([&] { return view.isShown("glossary.importError"); }));
         QCOMPARE(view.textOf("glossary.importError"), QString("Glossary 只支援 JSON、YAML 或 CSV。"));
@@ -149,7 +149,7 @@ private slots:
     {
         Fixture f;
         auto &view = f.open();
-        replaceFile(f.folder.filePath("terms.csv"), "fox,狐狸", Durability::Renamed);
+        replaceFile(f.folder.filePath("terms.csv"), "fox,狐狸", Durability::renamed);
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(f.folder.filePath("terms.csv"))});
         const QQuickItem *list = view.find("glossary.list");

@@ -205,7 +205,7 @@ private slots:
         f.damage(record);
         auto &workspace = f.open();
         workspace.select(f.idText(record));
-        replaceFile(f.file(record, "lines.json"), lines, Durability::Renamed);
+        replaceFile(f.file(record, "lines.json"), lines, Durability::renamed);
         workspace.select(f.idText(record));
         QVERIFY(workspace.isLoaded());
         QCOMPARE(workspace.errorMessage(), QString());
@@ -215,7 +215,7 @@ private slots:
     {
         Fixture f;
         f.save("one");
-        replaceFile(f.folder.filePath("library/index.json"), "{", Durability::Renamed);
+        replaceFile(f.folder.filePath("library/index.json"), "{", Durability::renamed);
         TranscriptLibraryStore reopened({
             .layout = TranscriptLibraryLayout::at(f.folder.filePath("library")),
             .areRevisions = [](const QString &, const QString &) { return false; },

@@ -43,7 +43,7 @@ private slots:
     void aReplacedFileHasTheNewBytesAndNothingLiesBesideIt()
     {
         QFETCH(bool, isFlushed);
-        const Durability durability = isFlushed ? Durability::Flushed : Durability::Renamed;
+        const Durability durability = isFlushed ? Durability::flushed : Durability::renamed;
         const QString path = inFolder("字幕 file.json");
         for (const QByteArray &bytes :
             {QByteArray("first"), QByteArray(3'000'000, 'x'), QByteArray(), QByteArray("\0a", 2)}) {
@@ -56,7 +56,7 @@ private slots:
     void piecesAreWrittenOneAfterAnother()
     {
         const std::array<QByteArrayView, 4> pieces {"one", "", " and ", "two"};
-        replaceFile(inFolder("file"), pieces, Durability::Renamed);
+        replaceFile(inFolder("file"), pieces, Durability::renamed);
         QCOMPARE(readFile(inFolder("file")), std::optional(QByteArray("one and two")));
     }
 
@@ -74,11 +74,11 @@ private slots:
     void aFullDiskLeavesTheOldFileAndNoTrace()
     {
         const QString path = inFolder("file");
-        replaceFile(path, "old", Durability::Renamed);
+        replaceFile(path, "old", Durability::renamed);
         {
             const FileSizeLimit limit(4096);
             const auto error = thrownBy<FileError>(
-                [&] { replaceFile(path, QByteArray(10'000, 'x'), Durability::Flushed); });
+                [&] { replaceFile(path, QByteArray(10'000, 'x'), Durability::flushed); });
             QVERIFY(error);
             QCOMPARE(error->errorNumber(), EFBIG);
         }
@@ -89,7 +89,7 @@ private slots:
     void aMissingFolderIsAnError()
     {
         const auto error = thrownBy<FileError>(
-            [this] { replaceFile(inFolder("missing/file"), "x", Durability::Renamed); });
+            [this] { replaceFile(inFolder("missing/file"), "x", Durability::renamed); });
         QVERIFY(error);
         QCOMPARE(error->errorNumber(), ENOENT);
         QVERIFY(entries().isEmpty());
@@ -98,7 +98,7 @@ private slots:
     void aFolderInTheFilesPlaceIsAnErrorWithoutTrace()
     {
         createFolder(inFolder("taken"));
-        QVERIFY(thrownBy<FileError>([this] { replaceFile(inFolder("taken"), "x", Durability::Renamed); }));
+        QVERIFY(thrownBy<FileError>([this] { replaceFile(inFolder("taken"), "x", Durability::renamed); }));
         QCOMPARE(entries(), QStringList {QStringLiteral("taken")});
     }
 
@@ -107,13 +107,13 @@ private slots:
         createFolder(inFolder("a/b/c"));
         createFolder(inFolder("a/b/c"));
         QVERIFY(QDir(inFolder("a/b/c")).exists());
-        replaceFile(inFolder("file"), "x", Durability::Renamed);
+        replaceFile(inFolder("file"), "x", Durability::renamed);
         QVERIFY(thrownBy<FileError>([this] { createFolder(inFolder("file/below")); }));
     }
 
     void removingIsFineForAFileThatIsGone()
     {
-        replaceFile(inFolder("file"), "x", Durability::Renamed);
+        replaceFile(inFolder("file"), "x", Durability::renamed);
         removeFile(inFolder("file"));
         removeFile(inFolder("file"));
         QVERIFY(entries().isEmpty());
@@ -124,11 +124,11 @@ private slots:
     void aReaderNeverSeesHalfAFile()
     {
         const QString path = inFolder("file");
-        replaceFile(path, QByteArray(50'000, 'a'), Durability::Renamed);
+        replaceFile(path, QByteArray(50'000, 'a'), Durability::renamed);
         std::atomic<bool> isWriting = true;
         std::thread writer([&] {
             for (int i = 0; i < 300; ++i) {
-                replaceFile(path, QByteArray(50'000, char('a' + i % 26)), Durability::Renamed);
+                replaceFile(path, QByteArray(50'000, char('a' + i % 26)), Durability::renamed);
             }
             isWriting = false;
         });

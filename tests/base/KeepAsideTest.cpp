@@ -43,7 +43,7 @@ void KeepAsideTest::theSecondNameTellsOfTheDamage()
     QFETCH(QString, name);
     QFETCH(QString, second);
     const QTemporaryDir folder;
-    replaceFile(folder.filePath(name), "damaged", Durability::Renamed);
+    replaceFile(folder.filePath(name), "damaged", Durability::renamed);
     keepAside(folder.filePath(name));
     QCOMPARE(readFile(folder.filePath(second)), QByteArray("damaged"));
 }
@@ -52,10 +52,10 @@ void KeepAsideTest::theFileKeepsItsNameUntilItIsReplaced()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("index.json"));
-    replaceFile(path, "damaged", Durability::Renamed);
+    replaceFile(path, "damaged", Durability::renamed);
     keepAside(path);
     QCOMPARE(readFile(path), QByteArray("damaged"));
-    replaceFile(path, "new", Durability::Renamed);
+    replaceFile(path, "new", Durability::renamed);
     QCOMPARE(readFile(path), QByteArray("new"));
     QCOMPARE(readFile(folder.filePath(QStringLiteral("index.damaged.json"))), QByteArray("damaged"));
 }
@@ -65,7 +65,7 @@ void KeepAsideTest::namesThatAreTakenAreLeftAlone()
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("index.json"));
     for (const char *bytes : {"1", "2", "3"}) {
-        replaceFile(path, bytes, Durability::Renamed);
+        replaceFile(path, bytes, Durability::renamed);
         keepAside(path);
     }
     QCOMPARE(readFile(folder.filePath(QStringLiteral("index.damaged.json"))), QByteArray("1"));
@@ -93,7 +93,7 @@ void KeepAsideTest::nothingHappensWithoutAFile()
 void KeepAsideTest::aFileBelowAFileIsAnError()
 {
     const QTemporaryDir folder;
-    replaceFile(folder.filePath(QStringLiteral("a")), "file", Durability::Renamed);
+    replaceFile(folder.filePath(QStringLiteral("a")), "file", Durability::renamed);
     const QString path = folder.filePath(QStringLiteral("a/index.json"));
     QVERIFY(test::thrownBy<FileError>([&] { keepAside(path); }));
 }

@@ -110,7 +110,7 @@ void TextSearchTest::ignoringCaseAndDiacritics_data()
 
 void TextSearchTest::ignoringCaseAndDiacritics()
 {
-    expect(Comparison::IgnoringCaseAndDiacritics);
+    expect(Comparison::ignoringCaseAndDiacritics);
 }
 
 void TextSearchTest::exactly_data()
@@ -136,7 +136,7 @@ void TextSearchTest::exactly_data()
 
 void TextSearchTest::exactly()
 {
-    expect(Comparison::Exact);
+    expect(Comparison::exact);
 }
 
 void TextSearchTest::whatIsFoundCanBeReplacedByItself()
@@ -157,9 +157,9 @@ void TextSearchTest::whatIsFoundCanBeReplacedByItself()
     for (int round = 0; round < 20000; ++round) {
         const QString text = randomText(12);
         const QString pattern = randomText(2);
-        const TextSearch exact(text, Comparison::Exact);
+        const TextSearch exact(text, Comparison::exact);
         QVERIFY2(canonicallyEqual(exact.replacing(pattern, pattern), text), qPrintable(text));
-        const TextSearch folded(text, Comparison::IgnoringCaseAndDiacritics);
+        const TextSearch folded(text, Comparison::ignoringCaseAndDiacritics);
         QCOMPARE(foldedForSearch(folded.replacing(pattern, pattern)), foldedForSearch(text));
         // Whatever is equal is equal without its case and marks as well.
         QVERIFY2(!exact.contains(pattern) || folded.contains(pattern), qPrintable(text));

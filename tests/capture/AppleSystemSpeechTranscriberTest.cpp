@@ -108,12 +108,12 @@ private slots:
                   QTest::newRow(name) << static_cast<int>(status) << static_cast<int>(answer) << starts;
               };
         using enum SpeechAuthorization;
-        row("allows", NotDetermined, Authorized, true);
-        row("refuses", NotDetermined, Denied, false);
-        row("refused before, allows now", Denied, Authorized, true);
-        row("refused before, refuses again", Denied, Denied, false);
-        row("restricted", Restricted, Restricted, false);
-        row("does not decide", NotDetermined, NotDetermined, false);
+        row("allows", notDetermined, authorized, true);
+        row("refuses", notDetermined, denied, false);
+        row("refused before, allows now", denied, authorized, true);
+        row("refused before, refuses again", denied, denied, false);
+        row("restricted", restricted, restricted, false);
+        row("does not decide", notDetermined, notDetermined, false);
     }
 
     void whoeverIsNotAuthorizedIsAsked()
@@ -400,7 +400,7 @@ private slots:
     void aNewFormatReplacesTheConverterOnce()
     {
         QVERIFY(!start({english}));
-        const AudioStreamDescription wide {48000, 2, SampleType::Float32, true};
+        const AudioStreamDescription wide {48000, 2, SampleType::float32, true};
         const auto play = [this](const AudioStreamDescription &description, double seconds) {
             const auto total = static_cast<std::int64_t>(seconds * description.sampleRateHz);
             const auto block = static_cast<std::size_t>(description.sampleRateHz / 50);
@@ -485,8 +485,8 @@ private slots:
     void aRefusedStartLeavesTheRunningSessionAlone()
     {
         QVERIFY(!start({english}));
-        m_framework->authorization = SpeechAuthorization::Denied;
-        m_framework->answer = SpeechAuthorization::Denied;
+        m_framework->authorization = SpeechAuthorization::denied;
+        m_framework->answer = SpeechAuthorization::denied;
         QVERIFY(start({korean}));
         emitResult("en_US", QStringLiteral("still here"), true);
         QVERIFY(delegateHears({QStringLiteral("english final still here")}));
@@ -535,8 +535,8 @@ private slots:
 
     void aStopDuringAuthorizationEndsTheStart()
     {
-        m_framework->authorization = SpeechAuthorization::NotDetermined;
-        m_framework->answer = SpeechAuthorization::Denied;
+        m_framework->authorization = SpeechAuthorization::notDetermined;
+        m_framework->answer = SpeechAuthorization::denied;
         m_framework->authorizationGate.close();
         auto starting = m_transcriber->start({english});
         m_transcriber->stop();
@@ -667,7 +667,7 @@ private slots:
     void soundMayComeWhileTheMainThreadStopsAndStarts()
     {
         std::jthread capture([transcriber = m_transcriber](const std::stop_token &stop) {
-            TestSound sound({48000, 2, SampleType::Float32, true}, std::vector<double>(480, 0.5));
+            TestSound sound({48000, 2, SampleType::float32, true}, std::vector<double>(480, 0.5));
             while (!stop.stop_requested()) {
                 transcriber->append(sound.buffer());
             }

@@ -44,7 +44,7 @@ public:
     {
         PcmBuffer output(m_converter->pendingFrames() + m_converter->outputCapacity(0));
         const auto status = m_converter->convert(output, [](AudioConverterInputStatus &input) {
-            input = AudioConverterInputStatus::EndOfStream;
+            input = AudioConverterInputStatus::endOfStream;
             return nullptr;
         });
         keep(output);
@@ -87,11 +87,11 @@ double loudness(std::span<const std::int16_t> samples)
 const char *nameOf(SampleType type)
 {
     switch (type) {
-    case SampleType::Int16:
+    case SampleType::int16:
         return "int16";
-    case SampleType::Int32:
+    case SampleType::int32:
         return "int32";
-    case SampleType::Float32:
+    case SampleType::float32:
         return "float32";
     }
     Q_UNREACHABLE();
@@ -113,7 +113,7 @@ private slots:
         for (const double rate : {8000., 11025., 16000., 22050., 24000., 32000., 44100., 48000., 88200.,
                  96000., 176400., 192000.}) {
             for (const int channels : {1, 2, 3, 6, 8}) {
-                for (const SampleType type : {SampleType::Int16, SampleType::Int32, SampleType::Float32}) {
+                for (const SampleType type : {SampleType::int16, SampleType::int32, SampleType::float32}) {
                     for (const bool interleaved : {true, false}) {
                         QTest::addRow("%g Hz, %d channels, %s, %s", rate, channels, nameOf(type),
                             interleaved ? "interleaved" : "planar")
@@ -138,7 +138,7 @@ private slots:
         for (int i = 0; position < total; ++i) {
             const auto frames = std::min<std::int64_t>(total - position, 97 + 211 * (i % 5));
             TestSound sound(description, tone(440, 0.5, rate, position, static_cast<std::size_t>(frames)));
-            QVERIFY(conversion.put(sound.buffer()) != AudioConverter::Status::Error);
+            QVERIFY(conversion.put(sound.buffer()) != AudioConverter::Status::error);
             position += frames;
         }
         conversion.finish();
@@ -164,7 +164,7 @@ private slots:
     void everyRateKeepsTheLengthAcrossManyBuffers()
     {
         QFETCH(const double, rate);
-        const AudioStreamDescription description {rate, 1, SampleType::Int16, true};
+        const AudioStreamDescription description {rate, 1, SampleType::int16, true};
         Conversion conversion(description);
         TestSound sound(description, std::vector<double>(300, 0.25));
         constexpr int buffers = 500;
@@ -181,7 +181,7 @@ private slots:
 
     void frequenciesAboveTheBandDoNotFoldIntoIt()
     {
-        const AudioStreamDescription description {48000, 1, SampleType::Float32, true};
+        const AudioStreamDescription description {48000, 1, SampleType::float32, true};
         Conversion conversion(description);
         TestSound sound(description, tone(11000, 0.9, 48000, 0, 48000));
         conversion.put(sound.buffer());
@@ -197,7 +197,7 @@ private slots:
             samples.push_back(value / 32767.0);
         }
         TestSound sound(analysisDescription, samples);
-        QVERIFY(conversion.put(sound.buffer()) == AudioConverter::Status::HaveData);
+        QVERIFY(conversion.put(sound.buffer()) == AudioConverter::Status::haveData);
         QVERIFY(conversion.samples() == (Samples {0, 1, -1, 1234, -20000, 32767, -32767}));
     }
 
@@ -215,7 +215,7 @@ private slots:
     {
         QFETCH(const double, rate);
         QFETCH(const bool, interleaved);
-        const AudioStreamDescription description {rate, 4, SampleType::Float32, interleaved};
+        const AudioStreamDescription description {rate, 4, SampleType::float32, interleaved};
         const std::size_t frames = 24000;
         Conversion conversion(description);
         TestSound sound(description,
@@ -245,7 +245,7 @@ private slots:
         QFETCH(const double, rate);
         QFETCH(const double, value);
         QFETCH(const int, expected);
-        const AudioStreamDescription description {rate, 1, SampleType::Float32, true};
+        const AudioStreamDescription description {rate, 1, SampleType::float32, true};
         Conversion conversion(description);
         TestSound sound(description, std::vector<double>(24000, value));
         conversion.put(sound.buffer());
@@ -254,7 +254,7 @@ private slots:
 
     void aBrokenSampleIsForgottenAgain()
     {
-        const AudioStreamDescription description {48000, 1, SampleType::Float32, true};
+        const AudioStreamDescription description {48000, 1, SampleType::float32, true};
         Conversion conversion(description);
         TestSound broken(description, std::vector<double>(100, std::numeric_limits<double>::quiet_NaN()));
         conversion.put(broken.buffer());
@@ -280,7 +280,7 @@ private slots:
         QFETCH(const double, rate);
         QFETCH(const int, frames);
         QFETCH(const int, capacity);
-        const auto converter = AudioConverter::create({rate, 1, SampleType::Int16, true});
+        const auto converter = AudioConverter::create({rate, 1, SampleType::int16, true});
         QCOMPARE(converter->outputCapacity(static_cast<std::size_t>(frames)), std::size_t(capacity));
     }
 
@@ -300,7 +300,7 @@ private slots:
     {
         QFETCH(const double, rate);
         QFETCH(const int, channels);
-        QVERIFY(!AudioConverter::create({rate, channels, SampleType::Int16, true}));
+        QVERIFY(!AudioConverter::create({rate, channels, SampleType::int16, true}));
     }
 
     void aBufferThatIsShorterThanItSaysIsAnError_data()
@@ -313,45 +313,45 @@ private slots:
     void aBufferThatIsShorterThanItSaysIsAnError()
     {
         QFETCH(const bool, interleaved);
-        const AudioStreamDescription description {48000, 2, SampleType::Int16, interleaved};
+        const AudioStreamDescription description {48000, 2, SampleType::int16, interleaved};
         Conversion conversion(description);
         TestSound sound(description, std::vector<double>(100, 0.5));
         sound.buffer().frames = 101;
-        QVERIFY(conversion.put(sound.buffer()) == AudioConverter::Status::Error);
+        QVERIFY(conversion.put(sound.buffer()) == AudioConverter::Status::error);
         QVERIFY(conversion.samples().empty());
     }
 
     void aBufferOfAnotherDescriptionIsAnError()
     {
-        Conversion conversion({48000, 2, SampleType::Int16, true});
-        TestSound sound({44100, 2, SampleType::Int16, true}, std::vector<double>(100, 0.5));
-        QVERIFY(conversion.put(sound.buffer()) == AudioConverter::Status::Error);
+        Conversion conversion({48000, 2, SampleType::int16, true});
+        TestSound sound({44100, 2, SampleType::int16, true}, std::vector<double>(100, 0.5));
+        QVERIFY(conversion.put(sound.buffer()) == AudioConverter::Status::error);
     }
 
     void aMissingPlaneIsAnError()
     {
-        const AudioStreamDescription description {48000, 2, SampleType::Int16, false};
+        const AudioStreamDescription description {48000, 2, SampleType::int16, false};
         Conversion conversion(description);
         TestSound sound(description, std::vector<double>(100, 0.5));
         sound.buffer().planes = sound.buffer().planes.first(1);
-        QVERIFY(conversion.put(sound.buffer()) == AudioConverter::Status::Error);
+        QVERIFY(conversion.put(sound.buffer()) == AudioConverter::Status::error);
     }
 
     void aFewFramesComeOutLater()
     {
-        const AudioStreamDescription description {48000, 1, SampleType::Int16, true};
+        const AudioStreamDescription description {48000, 1, SampleType::int16, true};
         Conversion conversion(description);
         TestSound sound(description, std::vector<double>(3, 0.5));
-        QVERIFY(conversion.put(sound.buffer()) == AudioConverter::Status::InputRanDry);
-        QVERIFY(conversion.finish() == AudioConverter::Status::HaveData);
+        QVERIFY(conversion.put(sound.buffer()) == AudioConverter::Status::inputRanDry);
+        QVERIFY(conversion.finish() == AudioConverter::Status::haveData);
         QCOMPARE(conversion.samples().size(), std::size_t(1));
     }
 
     void anEmptyStreamEnds()
     {
         for (const double rate : {16000.0, 48000.0}) {
-            Conversion conversion({rate, 1, SampleType::Int16, true});
-            QVERIFY(conversion.finish() == AudioConverter::Status::EndOfStream);
+            Conversion conversion({rate, 1, SampleType::int16, true});
+            QVERIFY(conversion.finish() == AudioConverter::Status::endOfStream);
         }
     }
 
@@ -359,12 +359,12 @@ private slots:
     {
         TestSound sound(analysisDescription, std::vector<double>(10, 0.5));
         SingleAudioBufferInputProvider provider(sound.buffer());
-        auto status = AudioConverterInputStatus::EndOfStream;
+        auto status = AudioConverterInputStatus::endOfStream;
         QCOMPARE(provider.provideInput(status), &sound.buffer());
-        QVERIFY(status == AudioConverterInputStatus::HaveData);
+        QVERIFY(status == AudioConverterInputStatus::haveData);
         for (int i = 0; i < 3; ++i) {
             QVERIFY(!provider.provideInput(status));
-            QVERIFY(status == AudioConverterInputStatus::NoDataNow);
+            QVERIFY(status == AudioConverterInputStatus::noDataNow);
         }
     }
 };

@@ -87,11 +87,11 @@ private slots:
             = [](const char *name, CaptureAuthorization status, bool answer, int requests, bool granted) {
                   QTest::newRow(name) << static_cast<int>(status) << answer << requests << granted;
               };
-        row("authorized", CaptureAuthorization::Authorized, false, 0, true);
-        row("not determined, allows", CaptureAuthorization::NotDetermined, true, 1, true);
-        row("not determined, refuses", CaptureAuthorization::NotDetermined, false, 1, false);
-        row("denied", CaptureAuthorization::Denied, true, 0, false);
-        row("restricted", CaptureAuthorization::Restricted, true, 0, false);
+        row("authorized", CaptureAuthorization::authorized, false, 0, true);
+        row("not determined, allows", CaptureAuthorization::notDetermined, true, 1, true);
+        row("not determined, refuses", CaptureAuthorization::notDetermined, false, 1, false);
+        row("denied", CaptureAuthorization::denied, true, 0, false);
+        row("restricted", CaptureAuthorization::restricted, true, 0, false);
     }
 
     void permissionIsAskedForOnlyOnce()
@@ -158,7 +158,7 @@ private slots:
     void soundIsTranscribedAndSummarised()
     {
         start();
-        TestSound sound({48000, 2, SampleType::Float32, true}, std::vector<double>(960, 0.5));
+        TestSound sound({48000, 2, SampleType::float32, true}, std::vector<double>(960, 0.5));
         recording().deliver(sound.buffer());
         QCOMPARE(m_events->lines(),
             QStringList {QStringLiteral("audio 960 frames, 48000 Hz, 2 channel, duration 0.020s")});

@@ -85,7 +85,7 @@ private slots:
         const auto transcriber = AppleSystemSpeechTranscriber::create(
             framework, MainQueue::create(), std::make_shared<DetachedTasks>());
         test::waitFor(transcriber->start({AppleSystemSpeechLanguage::english}));
-        const AudioStreamDescription description {rate, channels, SampleType::Float32, true};
+        const AudioStreamDescription description {rate, channels, SampleType::float32, true};
         TestSound sound(description, tone(440, 0.5, rate, 0, static_cast<std::size_t>(rate / 50)));
         const auto play = [&](int buffers) {
             for (int i = 0; i < buffers; ++i) {

@@ -54,7 +54,7 @@ private slots:
             writeSilentWav(path, seconds * rate, rate);
             std::atomic<bool> completed = false;
             const auto pipeline = SoundFileLivePipeline::create(
-                path, AppleSystemSpeechLanguage::english, SoundFilePace::AsFastAsRecognised,
+                path, AppleSystemSpeechLanguage::english, SoundFilePace::asFastAsRecognised,
                 std::make_shared<VirtualClock>(), services,
                 [&events](const SystemAudioPipelineEvent &) { ++events; },
                 [&completed] { completed = true; });

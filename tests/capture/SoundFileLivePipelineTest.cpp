@@ -52,7 +52,7 @@ private:
         QCOMPARE(file.write(bytes), bytes.size());
     }
 
-    void makePipeline(const QString &file, SoundFilePace pace = SoundFilePace::AsFastAsRecognised)
+    void makePipeline(const QString &file, SoundFilePace pace = SoundFilePace::asFastAsRecognised)
     {
         const LivePipelineServices services {m_framework, MainQueue::create(), m_detachedTasks, QLocale::c()};
         m_pipeline = SoundFileLivePipeline::create(file, AppleSystemSpeechLanguage::english, pace, m_clock,
@@ -166,7 +166,7 @@ private slots:
     void theSpeedOfSoundIsKept()
     {
         writeSoundFile(path("a.wav"), tone(440, 0.5, 16000, 0, 16000), 16000);
-        makePipeline(path("a.wav"), SoundFilePace::SpeedOfSound);
+        makePipeline(path("a.wav"), SoundFilePace::speedOfSound);
         start();
         settle();
         QCOMPARE(m_events->count(), 0);
@@ -185,7 +185,7 @@ private slots:
     void aLateReaderCatchesUp()
     {
         writeSoundFile(path("a.wav"), std::vector<double>(16000, 0.5), 16000);
-        makePipeline(path("a.wav"), SoundFilePace::SpeedOfSound);
+        makePipeline(path("a.wav"), SoundFilePace::speedOfSound);
         start();
         m_clock->advance(20ms);
         QVERIFY(waitUntil([&] { return m_clock->sleepers() == 1; }));
@@ -307,7 +307,7 @@ private slots:
         m_framework->holdsAnalyzers = true;
         writeSilentWav(path("a.wav"), 16000 * 3600, 16000);
         makePipeline(
-            path("a.wav"), atSpeedOfSound ? SoundFilePace::SpeedOfSound : SoundFilePace::AsFastAsRecognised);
+            path("a.wav"), atSpeedOfSound ? SoundFilePace::speedOfSound : SoundFilePace::asFastAsRecognised);
         start();
         if (atSpeedOfSound) {
             m_clock->advance(100ms);
@@ -351,7 +351,7 @@ private slots:
         QFETCH(const bool, atSpeedOfSound);
         writeSilentWav(path("a.wav"), 16000 * 3600, 16000);
         makePipeline(
-            path("a.wav"), atSpeedOfSound ? SoundFilePace::SpeedOfSound : SoundFilePace::AsFastAsRecognised);
+            path("a.wav"), atSpeedOfSound ? SoundFilePace::speedOfSound : SoundFilePace::asFastAsRecognised);
         start();
         m_clock->advance(20ms);
         QVERIFY(waitUntil([this] { return m_events->count() > 0; }));

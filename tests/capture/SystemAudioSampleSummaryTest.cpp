@@ -58,7 +58,7 @@ private slots:
         AudioSampleBuffer buffer;
         buffer.frames = frames;
         buffer.durationSeconds = seconds;
-        buffer.description = AudioStreamDescription {rate, channels, SampleType::Float32, true};
+        buffer.description = AudioStreamDescription {rate, channels, SampleType::float32, true};
         QCOMPARE(makeSummary(buffer, locale).detail, text);
     }
 
@@ -66,7 +66,7 @@ private slots:
     {
         AudioSampleBuffer buffer;
         buffer.frames = 7;
-        buffer.description = AudioStreamDescription {16000, 1, SampleType::Int16, true};
+        buffer.description = AudioStreamDescription {16000, 1, SampleType::int16, true};
         QCOMPARE(makeSummary(buffer, QLocale::c()).detail,
             QStringLiteral("7 frames, 16000 Hz, 1 channel, duration 0.000s"));
     }

@@ -38,7 +38,7 @@ class UserWithModels
 public:
     UserWithModels()
     {
-        replaceFile(catalogue(), toySpeechListing(), Durability::Renamed);
+        replaceFile(catalogue(), toySpeechListing(), Durability::renamed);
         installToySpeechModels(ModelStore(m_folder.filePath("Lumaphone/Models"), toySpeechCatalogue()));
     }
 

@@ -95,7 +95,7 @@ struct User
                 {"searchText", json::fromText("words of " + id.first(4))}});
         }
         QDir().mkpath(QFileInfo(indexPath()).path());
-        replaceFile(indexPath(), json::pretty(index), Durability::Renamed);
+        replaceFile(indexPath(), json::pretty(index), Durability::renamed);
     }
 };
 
@@ -316,7 +316,7 @@ private slots:
     {
         const User user;
         const QString id = user.saveDraft();
-        replaceFile(user.indexPath(), "[", Durability::Renamed);
+        replaceFile(user.indexPath(), "[", Durability::renamed);
         const auto listing = user.run({"library", "list"});
         QCOMPARE(listing->exitCode(), 0);
         QVERIFY(listing->output().startsWith(id.toUtf8()));
@@ -349,7 +349,7 @@ private slots:
         QCOMPARE(missing->exitCode(), 1);
         QVERIFY(missing->messages().contains("missing.csv"));
         const QString path = user.home.filePath("terms.txt");
-        replaceFile(path, "a,b\n", Durability::Renamed);
+        replaceFile(path, "a,b\n", Durability::renamed);
         const auto unknown = user.run({"glossary", "import", path});
         QCOMPARE(unknown->exitCode(), 1);
         QCOMPARE(unknown->messages(), QByteArray("Glossary 只支援 JSON、YAML 或 CSV。\n"));

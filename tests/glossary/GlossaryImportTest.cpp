@@ -60,7 +60,7 @@ const QByteArray byteOrderMark = "\xEF\xBB\xBF";
 QString GlossaryImportTest::write(const QString &name, const QByteArray &bytes) const
 {
     const QString path = m_folder.filePath(name);
-    replaceFile(path, bytes, Durability::Renamed);
+    replaceFile(path, bytes, Durability::renamed);
     return path;
 }
 

@@ -100,7 +100,7 @@ void LumaphoneGlossaryStoreTest::init()
 void LumaphoneGlossaryStoreTest::write(const QString &file, const QByteArray &bytes) const
 {
     createFolder(path("glossary"));
-    replaceFile(file, bytes, Durability::Renamed);
+    replaceFile(file, bytes, Durability::renamed);
 }
 
 std::unique_ptr<LumaphoneGlossaryStore> LumaphoneGlossaryStoreTest::open()
@@ -336,7 +336,7 @@ void LumaphoneGlossaryStoreTest::whatCouldNotBeSavedGoesWithTheNextChange()
     const auto there = open();
     there->add(preserved(QStringLiteral("a")));
     QVERIFY(QDir().rename(path("glossary"), path("aside")));
-    replaceFile(path("glossary"), "a file", Durability::Renamed);
+    replaceFile(path("glossary"), "a file", Durability::renamed);
     here->add(preserved(QStringLiteral("b")));
     QVERIFY(here->lastErrorMessage());
     removeFile(path("glossary"));
@@ -444,7 +444,7 @@ void LumaphoneGlossaryStoreTest::aDamagedFileThatWasMendedIsNotKeptAside()
 
 void LumaphoneGlossaryStoreTest::aFolderThatCannotBeCreatedIsReported()
 {
-    replaceFile(path("glossary"), "a file", Durability::Renamed);
+    replaceFile(path("glossary"), "a file", Durability::renamed);
     const auto store = open();
     QVERIFY(store->terms().isEmpty());
     QVERIFY(store->lastErrorMessage());
@@ -455,7 +455,7 @@ void LumaphoneGlossaryStoreTest::aFailedSaveKeepsTheList()
 {
     const auto store = open();
     QVERIFY(QDir(path("glossary")).removeRecursively());
-    replaceFile(path("glossary"), "a file", Durability::Renamed);
+    replaceFile(path("glossary"), "a file", Durability::renamed);
     store->add(preserved(QStringLiteral("a")));
     QCOMPARE(test::sources(store->terms()), test::strings({"a"}));
     QVERIFY(store->lastErrorMessage());
@@ -463,7 +463,7 @@ void LumaphoneGlossaryStoreTest::aFailedSaveKeepsTheList()
 
 void LumaphoneGlossaryStoreTest::aSuccessfulSaveClearsTheMessage()
 {
-    replaceFile(path("glossary"), "a file", Durability::Renamed);
+    replaceFile(path("glossary"), "a file", Durability::renamed);
     const auto store = open();
     store->add(preserved(QStringLiteral("a")));
     QVERIFY(store->lastErrorMessage());
@@ -626,7 +626,7 @@ void LumaphoneGlossaryStoreTest::showingTheFileReportsNoError()
 {
     const auto store = open();
     QVERIFY(QDir(path("glossary")).removeRecursively());
-    replaceFile(path("glossary"), "a file", Durability::Renamed);
+    replaceFile(path("glossary"), "a file", Durability::renamed);
     store->openGlossaryFolder();
     QCOMPARE(m_revealed, QStringList {glossaryFile()});
     QVERIFY(!store->lastErrorMessage());

@@ -79,7 +79,7 @@ private slots:
         QFETCH(QByteArray, bytes);
         QFETCH(QString, named);
         const QTemporaryDir folder;
-        replaceFile(folder.filePath(file), bytes, Durability::Renamed);
+        replaceFile(folder.filePath(file), bytes, Durability::renamed);
         try {
             const TaiwanWording wording(WrittenChinese(written), folder.path());
             QFAIL("loaded");

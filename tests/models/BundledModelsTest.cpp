@@ -130,7 +130,7 @@ private slots:
         if (bytes.isNull()) {
             QVERIFY(QFile::remove(path));
         } else {
-            replaceFile(path, bytes, Durability::Renamed);
+            replaceFile(path, bytes, Durability::renamed);
         }
         QCOMPARE(m_store->state(bundled()), state);
         const QString text
@@ -146,7 +146,7 @@ private slots:
     {
         ship();
         replaceFile(m_scratch->filePath("程式 é/english-speech/decoder.onnx"), test::noise(5000, 9),
-            Durability::Renamed);
+            Durability::renamed);
         const InstalledModel model = m_store->requireIntact(bundled(), {"vad"}, *m_checked);
         QCOMPARE(model.require("vad"), m_scratch->filePath("程式 é/english-speech/voice-detector.onnx"));
         QVERIFY(failure([this] {
@@ -165,7 +165,7 @@ private slots:
     void anInstalledModelThatIsDamagedIsNotUsedAgain()
     {
         installArchived("weights", "words");
-        replaceFile(m_store->folder() + "/speech/model.onnx", "weighty", Durability::Renamed);
+        replaceFile(m_store->folder() + "/speech/model.onnx", "weighty", Durability::renamed);
         QCOMPARE(m_store->state(archived()), ModelState::installed);
         QCOMPARE(failure([this] { m_store->requireIntact(archived(), {"model"}, *m_checked); }),
             QStringLiteral("%1/speech/model.onnx 的內容不對（SHA-256 不符）。請重新安裝。")
@@ -211,7 +211,7 @@ private:
         ModelManifest manifest;
         manifest.installedAt = QDateTime(QDate(2026, 1, 31), QTime(8, 5), QTimeZone::utc());
         const auto put = [&](const QString &name, const QByteArray &bytes) {
-            replaceFile(folder + '/' + name, bytes, Durability::Renamed);
+            replaceFile(folder + '/' + name, bytes, Durability::renamed);
             manifest.files.append({name, bytes.size(), test::sha256Of(bytes)});
         };
         put("model.onnx", model);

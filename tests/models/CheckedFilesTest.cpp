@@ -83,7 +83,7 @@ private slots:
         QTest::newRow("a byte, with its time put back")
             << Change([](const QString &path) { changeSecretly(path, "weighty"); }) << wrongContents;
         QTest::newRow("another file in its place")
-            << Change([](const QString &path) { replaceFile(path, "weighty", Durability::Renamed); })
+            << Change([](const QString &path) { replaceFile(path, "weighty", Durability::renamed); })
             << wrongContents;
         QTest::newRow("cut") << Change([](const QString &path) { QVERIFY(QFile::resize(path, 3)); })
                              << wrongSize;
@@ -182,7 +182,7 @@ private slots:
     {
         QFETCH(QByteArray, bytes);
         process().demand(path(), digestOfBytes("weights"));
-        replaceFile(record(), bytes, Durability::Renamed);
+        replaceFile(record(), bytes, Durability::renamed);
         process().demand(path(), digestOfBytes("weights"));
         QCOMPARE(m_reads, 2);
         process().demand(path(), digestOfBytes("weights")); // it has been written anew
@@ -203,12 +203,12 @@ private slots:
     {
         process().demand(path(), digestOfBytes("weights"));
         const QString other = m_scratch->filePath("詞 é");
-        replaceFile(other, "words", Durability::Renamed);
+        replaceFile(other, "words", Durability::renamed);
         process().demand(other, digestOfBytes("words"));
         QVERIFY(readFile(record())->contains("weights"));
         QVERIFY(QFile::remove(path()));
         const QString third = m_scratch->filePath("third");
-        replaceFile(third, "3", Durability::Renamed);
+        replaceFile(third, "3", Durability::renamed);
         process().demand(third, digestOfBytes("3"));
         QVERIFY(!readFile(record())->contains("weights"));
         process().demand(other, digestOfBytes("words"));
@@ -230,7 +230,7 @@ private slots:
     {
         constexpr int files = 8;
         for (int i = 0; i < files; ++i) {
-            replaceFile(m_scratch->filePath(QString::number(i)), QByteArray::number(i), Durability::Renamed);
+            replaceFile(m_scratch->filePath(QString::number(i)), QByteArray::number(i), Durability::renamed);
         }
         CheckedFiles shared = process();
         std::atomic_int failures = 0;
@@ -260,7 +260,7 @@ private slots:
 private:
     QString path() const { return m_scratch->filePath("weights"); }
     QString record() const { return m_scratch->filePath("cache/lumaphone/checked.json"); }
-    void write(const QByteArray &bytes) const { replaceFile(path(), bytes, Durability::Renamed); }
+    void write(const QByteArray &bytes) const { replaceFile(path(), bytes, Durability::renamed); }
     CheckedFiles::Environment counting()
     {
         return {[this] { return Clock::now() + m_later; },

@@ -35,7 +35,7 @@ private slots:
         QFETCH(QByteArray, bytes);
         QFETCH(QString, sha256);
         const QTemporaryDir folder;
-        replaceFile(folder.filePath("file"), bytes, Durability::Renamed);
+        replaceFile(folder.filePath("file"), bytes, Durability::renamed);
         const FileDigest expected {bytes.size(), sha256};
         QVERIFY(digestOf(folder.filePath("file")) == expected);
     }
@@ -59,7 +59,7 @@ private slots:
     void itEndsWhenItIsStopped()
     {
         const QTemporaryDir folder;
-        replaceFile(folder.filePath("file"), "bytes", Durability::Renamed);
+        replaceFile(folder.filePath("file"), "bytes", Durability::renamed);
         std::stop_source stop;
         stop.request_stop();
         const auto error

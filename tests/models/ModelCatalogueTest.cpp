@@ -174,7 +174,7 @@ private slots:
     {
         const QTemporaryDir folder;
         const QString path = folder.filePath("catalogue.json");
-        replaceFile(path, sound, Durability::Renamed);
+        replaceFile(path, sound, Durability::renamed);
         qputenv("LUMAPHONE_MODEL_CATALOGUE", path.toUtf8());
         const ModelCatalogue catalogue = ModelCatalogue::configured();
         qunsetenv("LUMAPHONE_MODEL_CATALOGUE");
@@ -188,7 +188,7 @@ private slots:
     {
         const QTemporaryDir folder;
         const QString path = folder.filePath("catalogue.json");
-        replaceFile(path, QByteArray(sound).replace("xx-yy", "english-speech"), Durability::Renamed);
+        replaceFile(path, QByteArray(sound).replace("xx-yy", "english-speech"), Durability::renamed);
         qputenv("LUMAPHONE_MODEL_CATALOGUE", path.toUtf8());
         const auto error = test::thrownBy<ModelError>(&ModelCatalogue::configured);
         qunsetenv("LUMAPHONE_MODEL_CATALOGUE");

@@ -255,7 +255,7 @@ void photographLibrary(const QString &target)
             {{QStringLiteral("Tell me about yourself."), QStringLiteral("請介紹一下你自己。")}});
     const QString lines
         = QStringLiteral("%1/Transcripts/sessions/%2/lines.json").arg(user.path(), broken.folderName);
-    replaceFile(lines, "[", Durability::Renamed);
+    replaceFile(lines, "[", Durability::renamed);
     studio.workspace->selectRow(0);
     studio.photograph(target, QStringLiteral("library-broken"));
 }
@@ -289,7 +289,7 @@ void photographGlossary(const QString &target)
     studio.glossary->edit(1);
     studio.photograph(target, QStringLiteral("glossary-editing"));
     studio.glossary->cancelEditing();
-    replaceFile(user.path() + QStringLiteral("/notes.txt"), "x", Durability::Renamed);
+    replaceFile(user.path() + QStringLiteral("/notes.txt"), "x", Durability::renamed);
     studio.glossary->importFiles({QUrl::fromLocalFile(user.path() + QStringLiteral("/notes.txt"))});
     if (!waitUntil([&] { return !studio.glossary->isImporting(); })) {
         throw std::runtime_error("The import did not end.");

@@ -135,7 +135,7 @@ private slots:
         QFETCH(QByteArray, bytes);
         const LumaphoneSessionDraftStore store(root());
         createFolder(root());
-        replaceFile(store.draftPath(), bytes, Durability::Renamed);
+        replaceFile(store.draftPath(), bytes, Durability::renamed);
         QVERIFY(!store.load());
         QCOMPARE(readFile(store.draftPath()), std::optional(bytes));
     }
@@ -153,7 +153,7 @@ private slots:
         createFolder(root());
         for (const char *name :
             {"live-session.json.Ab3dE9", "live-session.json", "live-session.json.damaged", "other.abcdef"}) {
-            replaceFile(QDir(root()).filePath(QLatin1String(name)), "x", Durability::Renamed);
+            replaceFile(QDir(root()).filePath(QLatin1String(name)), "x", Durability::renamed);
         }
         // Who only reads may be another process than the one that is saving.
         const QStringList before = entries();
@@ -188,7 +188,7 @@ private slots:
 
     void aFolderThatCannotBeMadeChangesNothing()
     {
-        replaceFile(m_folder->filePath(QStringLiteral("a")), "a file in the way", Durability::Renamed);
+        replaceFile(m_folder->filePath(QStringLiteral("a")), "a file in the way", Durability::renamed);
         LumaphoneSessionDraftStore store(root());
         store.save(draftOf({captionLine(1, QStringLiteral("a"))}));
         QVERIFY(!store.load());

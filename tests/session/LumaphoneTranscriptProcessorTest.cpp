@@ -86,7 +86,7 @@ private slots:
     {
         const LumaphoneTranscriptProcessor processor(std::nullopt);
         QCOMPARE(processor.coreRevisionDecision(QStringLiteral("a"), QStringLiteral("a")),
-            CoreRevisionDecision::NoAnswer);
+            CoreRevisionDecision::noAnswer);
         QVERIFY(processor.isRevision(QStringLiteral("今日は"), QStringLiteral("今日は雨")));
         QVERIFY(!processor.isRevision(QStringLiteral("今日は"), QString()));
     }
@@ -96,29 +96,29 @@ private slots:
         using enum CoreRevisionDecision;
         QTest::addColumn<QByteArray>("script");
         QTest::addColumn<CoreRevisionDecision>("decision");
-        QTest::newRow("yes") << answering(R"({"is_revision":true})") << Yes;
-        QTest::newRow("no") << answering(R"({"is_revision":false})") << No;
+        QTest::newRow("yes") << answering(R"({"is_revision":true})") << yes;
+        QTest::newRow("no") << answering(R"({"is_revision":false})") << no;
         QTest::newRow("other members and a line break")
-            << answering("{\"why\":{},\"is_revision\":true}\n") << Yes;
-        QTest::newRow("exit status 1") << answering(R"({"is_revision":true})") + "exit 1\n" << NoAnswer;
+            << answering("{\"why\":{},\"is_revision\":true}\n") << yes;
+        QTest::newRow("exit status 1") << answering(R"({"is_revision":true})") + "exit 1\n" << noAnswer;
         QTest::newRow("ended by a signal") << answering(R"({"is_revision":true})") + "kill -9 $$\n"
-                                           << NoAnswer;
-        QTest::newRow("garbage") << answering("\\377\\001{{{") << NoAnswer;
-        QTest::newRow("the bare word yes") << answering("yes") << NoAnswer;
-        QTest::newRow("nothing") << QByteArray("cat >/dev/null\n") << NoAnswer;
-        QTest::newRow("no boolean") << answering(R"({"is_revision":"true"})") << NoAnswer;
-        QTest::newRow("no such member") << answering(R"({"revision":true})") << NoAnswer;
+                                           << noAnswer;
+        QTest::newRow("garbage") << answering("\\377\\001{{{") << noAnswer;
+        QTest::newRow("the bare word yes") << answering("yes") << noAnswer;
+        QTest::newRow("nothing") << QByteArray("cat >/dev/null\n") << noAnswer;
+        QTest::newRow("no boolean") << answering(R"({"is_revision":"true"})") << noAnswer;
+        QTest::newRow("no such member") << answering(R"({"revision":true})") << noAnswer;
         QTest::newRow("a megabyte on standard error")
-            << "head -c 1000000 /dev/zero >&2\n" + answering(R"({"is_revision":true})") << Yes;
+            << "head -c 1000000 /dev/zero >&2\n" + answering(R"({"is_revision":true})") << yes;
         QTest::newRow("a large answer")
             << QByteArray("cat >/dev/null\nprintf '{\"is_revision\":true,\"pad\":\"'\n"
                           "head -c 300000 /dev/zero | tr '\\0' x\nprintf '\"}'\n")
-            << Yes;
-        QTest::newRow("answers without reading") << QByteArray("printf '{\"is_revision\":true}'\n") << Yes;
+            << yes;
+        QTest::newRow("answers without reading") << QByteArray("printf '{\"is_revision\":true}'\n") << yes;
         QTest::newRow("closes its input unread")
-            << QByteArray("exec <&-\nprintf '{\"is_revision\":true}'\n") << Yes;
+            << QByteArray("exec <&-\nprintf '{\"is_revision\":true}'\n") << yes;
         QTest::newRow("closes its output first, then fails")
-            << QByteArray("printf '{\"is_revision\":true}'\nexec >&-\ncat >/dev/null\nexit 3\n") << NoAnswer;
+            << QByteArray("printf '{\"is_revision\":true}'\nexec >&-\ncat >/dev/null\nexit 3\n") << noAnswer;
     }
     void takesTheAnswerOnlyOfAWellBehavedHelper()
     {
@@ -128,11 +128,11 @@ private slots:
 
     void aHelperThatCannotBeStartedGivesNoAnswer()
     {
-        QCOMPARE(decisionOf(m_folder.filePath(QStringLiteral("missing"))), CoreRevisionDecision::NoAnswer);
+        QCOMPARE(decisionOf(m_folder.filePath(QStringLiteral("missing"))), CoreRevisionDecision::noAnswer);
         QCOMPARE(
-            decisionOf(helper(answering(R"({"is_revision":true})"), 0644)), CoreRevisionDecision::NoAnswer);
-        QCOMPARE(decisionOf(m_folder.path()), CoreRevisionDecision::NoAnswer);
-        QCOMPARE(decisionOf(QString()), CoreRevisionDecision::NoAnswer);
+            decisionOf(helper(answering(R"({"is_revision":true})"), 0644)), CoreRevisionDecision::noAnswer);
+        QCOMPARE(decisionOf(m_folder.path()), CoreRevisionDecision::noAnswer);
+        QCOMPARE(decisionOf(QString()), CoreRevisionDecision::noAnswer);
     }
 
     void theHelpersAnswerWinsOverTheRule()
@@ -157,7 +157,7 @@ private slots:
         const LumaphoneTranscriptProcessor processor(
             helper("cat >'" + QFile::encodeName(seen) + "'\nprintf '{\"is_revision\":true}'\n"));
         QCOMPARE(processor.coreRevisionDecision(QStringLiteral(" Ａ \"b\""), QStringLiteral("ア\n")),
-            CoreRevisionDecision::Yes);
+            CoreRevisionDecision::yes);
         QFile file(seen);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(),
@@ -178,9 +178,9 @@ private slots:
         const QString large(1'000'000, QLatin1Char('x'));
         QCOMPARE(LumaphoneTranscriptProcessor(helper("exec <&-\nprintf '{\"is_revision\":false}'\n"))
                      .coreRevisionDecision(large, large),
-            CoreRevisionDecision::No);
+            CoreRevisionDecision::no);
         QCOMPARE(LumaphoneTranscriptProcessor(helper("exit 1\n")).coreRevisionDecision(large, large),
-            CoreRevisionDecision::NoAnswer);
+            CoreRevisionDecision::noAnswer);
         // The signal for a broken pipe was taken back with the exchange.
         sigset_t pending;
         sigset_t mask;
@@ -206,7 +206,7 @@ private slots:
         });
         const CoreRevisionDecision decision = decisionOf(slow);
         answer.join();
-        QCOMPARE(decision, CoreRevisionDecision::Yes);
+        QCOMPARE(decision, CoreRevisionDecision::yes);
     }
 
     void theHelperInheritsTheEnvironmentAndNoOtherFile()
@@ -243,9 +243,9 @@ private slots:
     {
         const LumaphoneTranscriptProcessor processor(QStringLiteral(LUMAPHONE_CORE_CLI));
         QCOMPARE(processor.coreRevisionDecision(QStringLiteral("ガラス"), QStringLiteral("がらすの")),
-            CoreRevisionDecision::Yes);
+            CoreRevisionDecision::yes);
         QCOMPARE(processor.coreRevisionDecision(QStringLiteral("はい"), QStringLiteral("いいえ")),
-            CoreRevisionDecision::No);
+            CoreRevisionDecision::no);
     }
 
     void theShippedHelperAnswersManyQuestionsInOneRun()

@@ -205,7 +205,7 @@ private slots:
     {
         LiveSession session;
         session.microphone->answer = false;
-        session.microphone->authorization = CaptureAuthorization::NotDetermined;
+        session.microphone->authorization = CaptureAuthorization::notDetermined;
         session.settings.setAudioInputSource(microphone);
         auto &controller = session.make();
         QStringList statuses;
@@ -673,7 +673,7 @@ private slots:
         QFETCH(QByteArray, bytes);
         QTemporaryDir folder;
         const QString path = LumaphoneSessionDraftStore(folder.path()).draftPath();
-        replaceFile(path, bytes, Durability::Renamed);
+        replaceFile(path, bytes, Durability::renamed);
         LiveSession session(folder.path());
         auto &controller = session.make();
         QVERIFY(controller.captionLines().isEmpty());

@@ -429,7 +429,7 @@ void TranscriptLibraryStoreTest::damagedFilesOfASessionSaySo()
     fixture.open();
     const TranscriptRecordMetadata record = fixture.saved("Hello");
     const QString path = fixture.session(record) + file;
-    isMissing ? removeFile(path) : replaceFile(path, "[{\"id\": 1", Durability::Renamed);
+    isMissing ? removeFile(path) : replaceFile(path, "[{\"id\": 1", Durability::renamed);
     const auto error = thrownBy<LocalizedError>([&] { fixture.store->loadRecord(record.id); });
     QVERIFY(error);
     const QString message = fixture.store->lastErrorMessage().value_or(QString());
@@ -517,7 +517,7 @@ void TranscriptLibraryStoreTest::deletingRemovesFolderAndRecord()
     fixture.open();
     const auto kept = fixture.saved("kept");
     const auto record = fixture.saved("Hello");
-    replaceFile(fixture.session(record, "my own notes.txt"), "x", Durability::Renamed);
+    replaceFile(fixture.session(record, "my own notes.txt"), "x", Durability::renamed);
     fixture.store->remove(record);
     QVERIFY(fixture.store->records() == QList {kept});
     QVERIFY(fixture.onDisk() == QList {kept});
@@ -534,7 +534,7 @@ void TranscriptLibraryStoreTest::aFolderThatCannotBeRemovedKeepsItsRecord()
     // The sessions folder turns into a file: nothing below it can be reached, or removed.
     const QString sessions = fixture.root() + QStringLiteral("/sessions");
     QVERIFY(QDir().rename(sessions, fixture.root() + QStringLiteral("/elsewhere")));
-    replaceFile(sessions, "", Durability::Renamed);
+    replaceFile(sessions, "", Durability::renamed);
     QVERIFY(thrownBy<FileError>([&] { fixture.store->remove(record); }));
     QVERIFY(fixture.store->lastErrorMessage().value_or(QString()).startsWith(
         QStringLiteral("Transcript Library 錯誤：")));
@@ -615,7 +615,7 @@ void TranscriptLibraryStoreTest::aDamagedIndexIsRebuiltFromTheFolders()
     fixture.open();
     const auto a = fixture.saved("a");
     const auto b = fixture.saved("b");
-    replaceFile(fixture.index(), bytes, Durability::Renamed);
+    replaceFile(fixture.index(), bytes, Durability::renamed);
     const TranscriptLibraryStore &store = fixture.open();
     QVERIFY(store.records() == (QList {b, a}));
     const QString message = store.lastErrorMessage().value_or(QString());
@@ -640,14 +640,14 @@ void TranscriptLibraryStoreTest::aRebuiltIndexTakesFoldersAsTheyAreNamed()
     QVERIFY(QDir().rename(fixture.session(record), sessions + QStringLiteral("renamed")));
     createFolder(sessions + QStringLiteral("empty"));
     createFolder(sessions + QStringLiteral("broken"));
-    replaceFile(sessions + QStringLiteral("broken/metadata.json"), "{", Durability::Renamed);
-    replaceFile(sessions + QStringLiteral("a file"), "", Durability::Renamed);
+    replaceFile(sessions + QStringLiteral("broken/metadata.json"), "{", Durability::renamed);
+    replaceFile(sessions + QStringLiteral("a file"), "", Durability::renamed);
     createFolder(sessions + QStringLiteral("twin"));
     for (const char *name : {"metadata.json", "lines.json"}) {
         QVERIFY(QFile::copy(sessions + QStringLiteral("renamed/") + QString::fromLatin1(name),
             sessions + QStringLiteral("twin/") + QString::fromLatin1(name)));
     }
-    replaceFile(fixture.index(), "", Durability::Renamed);
+    replaceFile(fixture.index(), "", Durability::renamed);
     TranscriptLibraryStore &store = fixture.open();
     QCOMPARE(store.records().size(), 1);
     QCOMPARE(store.records().first().folderName, QStringLiteral("renamed"));
@@ -660,7 +660,7 @@ void TranscriptLibraryStoreTest::damageWhileRunningIsKeptAside()
     Fixture fixture;
     fixture.open();
     const auto a = fixture.saved("a");
-    replaceFile(fixture.index(), "damage", Durability::Renamed);
+    replaceFile(fixture.index(), "damage", Durability::renamed);
     const auto b = fixture.saved("b");
     QVERIFY(fixture.onDisk() == (QList {b, a}));
     QCOMPARE(readFile(fixture.root() + QStringLiteral("/index.damaged.json")).value_or("(gone)"),
@@ -706,7 +706,7 @@ void TranscriptLibraryStoreTest::whatIsBeingDeletedIsNotFoundAgain()
     fixture.store->remove(deleted);
     // As if the process had been ended before it removed the folder, and the index had gone since.
     createFolder(fixture.session(deleted));
-    replaceFile(fixture.session(deleted, "metadata.json"), metadata, Durability::Renamed);
+    replaceFile(fixture.session(deleted, "metadata.json"), metadata, Durability::renamed);
     TranscriptIndex(TranscriptLibraryLayout::at(fixture.root())).noteDeletion(deleted.folderName);
     removeFile(fixture.index());
     const auto kept = fixture.saved("kept");
@@ -775,7 +775,7 @@ void TranscriptLibraryStoreTest::anUnwritableIndexIsSaid()
 {
     Fixture fixture;
     createFolder(fixture.folder.path());
-    replaceFile(fixture.root(), "a file in the library's place", Durability::Renamed);
+    replaceFile(fixture.root(), "a file in the library's place", Durability::renamed);
     const TranscriptLibraryStore &store = fixture.open();
     QVERIFY(store.records().isEmpty());
     QVERIFY(

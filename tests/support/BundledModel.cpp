@@ -78,7 +78,7 @@ void shipBundledModel(const QString &folder)
 {
     createFolder(folder + "/english-speech");
     for (const Shipped &file : shippedFiles()) {
-        replaceFile(folder + "/english-speech/" + file.name, file.bytes, Durability::Renamed);
+        replaceFile(folder + "/english-speech/" + file.name, file.bytes, Durability::renamed);
     }
 }
 

@@ -12,7 +12,7 @@ namespace lumaphone::test {
 class FakeMicrophoneCapture final : public MicrophoneCapture
 {
 public:
-    CaptureAuthorization authorization = CaptureAuthorization::Authorized;
+    CaptureAuthorization authorization = CaptureAuthorization::authorized;
     bool answer = true; ///< what the user says when asked
     std::optional<SoundDevice> input {{QStringLiteral("mic"), QStringLiteral("Microphone")}};
     std::optional<QString> inputFailure;
@@ -21,7 +21,7 @@ public:
     QCoro::Task<bool> requestAccess() override
     {
         ++m_requests;
-        authorization = answer ? CaptureAuthorization::Authorized : CaptureAuthorization::Denied;
+        authorization = answer ? CaptureAuthorization::authorized : CaptureAuthorization::denied;
         co_return answer;
     }
     QCoro::Task<std::optional<SoundDevice>> defaultInput() override

@@ -107,8 +107,8 @@ private:
 class FakeSpeechFramework final : public SpeechFramework
 {
 public:
-    SpeechAuthorization authorization = SpeechAuthorization::Authorized;
-    SpeechAuthorization answer = SpeechAuthorization::Authorized; ///< what the user says when asked
+    SpeechAuthorization authorization = SpeechAuthorization::authorized;
+    SpeechAuthorization answer = SpeechAuthorization::authorized; ///< what the user says when asked
     /// Asked locale to supported locale. All four languages unless changed.
     std::map<QString, QString> supported {{QStringLiteral("ja-JP"), QStringLiteral("ja_JP")},
         {QStringLiteral("en-US"), QStringLiteral("en_US")},

@@ -64,7 +64,7 @@ struct LibraryFixture
     /// Makes the record one that cannot be opened.
     void damage(const TranscriptRecordMetadata &record) const
     {
-        replaceFile(file(record, "lines.json"), "[", Durability::Renamed);
+        replaceFile(file(record, "lines.json"), "[", Durability::renamed);
     }
     static QString idText(const TranscriptRecordMetadata &record)
     {

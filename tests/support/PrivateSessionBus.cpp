@@ -35,7 +35,7 @@ PrivateSessionBus::PrivateSessionBus()
 {
     const QString file = m_folder.filePath(QStringLiteral("bus.conf"));
     replaceFile(
-        file, QByteArray(configuration).replace("%FOLDER%", m_folder.path().toUtf8()), Durability::Renamed);
+        file, QByteArray(configuration).replace("%FOLDER%", m_folder.path().toUtf8()), Durability::renamed);
     m_daemon->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_daemon->start(QStringLiteral("dbus-daemon"),
         {QStringLiteral("--nofork"), QStringLiteral("--print-address"),

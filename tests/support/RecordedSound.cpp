@@ -45,7 +45,7 @@ void RecordedSound::take(const AudioSampleBuffer &buffer)
     const std::span<const std::byte> bytes = buffer.planes[0];
     const std::size_t size = bytesPerSample(buffer.description->sampleType);
     for (std::size_t offset = 0; offset + size <= bytes.size(); offset += size) {
-        if (buffer.description->sampleType == SampleType::Int16) {
+        if (buffer.description->sampleType == SampleType::int16) {
             std::int16_t sample = 0;
             std::memcpy(&sample, bytes.data() + offset, size);
             m_samples.push_back(static_cast<float>(sample) / 32768.0F);

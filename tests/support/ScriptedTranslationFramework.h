@@ -57,7 +57,7 @@ public:
     };
 
     // What happens; may be changed at any time.
-    LanguageAvailabilityStatus availability = LanguageAvailabilityStatus::Installed;
+    LanguageAvailabilityStatus availability = LanguageAvailabilityStatus::installed;
     bool isReady = true;
     bool preparingMakesReady = true;
     std::exception_ptr prepareError;

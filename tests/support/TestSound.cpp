@@ -18,11 +18,11 @@ void write(std::byte *to, SampleType type, double value)
 {
     const double limited = std::clamp(value, -1.0, 1.0);
     switch (type) {
-    case SampleType::Int16:
+    case SampleType::int16:
         return write(to, static_cast<std::int16_t>(std::lround(limited * 32767)));
-    case SampleType::Int32:
+    case SampleType::int32:
         return write(to, static_cast<std::int32_t>(std::llround(limited * 2147483647)));
-    case SampleType::Float32:
+    case SampleType::float32:
         return write(to, static_cast<float>(value));
     }
 }

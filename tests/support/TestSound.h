@@ -31,6 +31,6 @@ std::vector<double> tone(
     double frequencyHz, double amplitude, double sampleRateHz, std::int64_t firstFrame, std::size_t frames);
 
 /// 16 kHz mono 16-bit, as the system's sound arrives.
-inline constexpr AudioStreamDescription analysisDescription {16000, 1, SampleType::Int16, true};
+inline constexpr AudioStreamDescription analysisDescription {16000, 1, SampleType::int16, true};
 
 } // namespace lumaphone::test

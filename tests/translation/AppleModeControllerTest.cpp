@@ -27,10 +27,10 @@ public:
 class PickySpeech final : public SpeechFramework
 {
 public:
-    SpeechAuthorization authorizationStatus() override { return SpeechAuthorization::NotDetermined; }
+    SpeechAuthorization authorizationStatus() override { return SpeechAuthorization::notDetermined; }
     QCoro::Task<SpeechAuthorization> requestAuthorization() override
     {
-        co_return SpeechAuthorization::Denied;
+        co_return SpeechAuthorization::denied;
     }
     QCoro::Task<std::optional<QString>> supportedLocale(QString) override { co_return std::nullopt; }
     QCoro::Task<> reserve(QString) override { co_return; }
@@ -133,7 +133,7 @@ private slots:
     {
         m_speech = {};
         m_microphones = std::make_unique<test::FakeMicrophoneCapture>();
-        m_microphones->authorization = CaptureAuthorization::NotDetermined;
+        m_microphones->authorization = CaptureAuthorization::notDetermined;
     }
 
 private:

@@ -89,7 +89,7 @@ private slots:
     void aTextInTheTargetLanguageIsReturnedTrimmed()
     {
         QFETCH(QString, source);
-        m_framework->availability = LanguageAvailabilityStatus::Unsupported;
+        m_framework->availability = LanguageAvailabilityStatus::unsupported;
         QCOMPARE(translated(QStringLiteral(" 你好 "), source), QStringLiteral("你好"));
         test::waitFor(m_service->prepare(source, zhHant));
         QVERIFY(m_framework->statusQuestions.isEmpty());
@@ -151,7 +151,7 @@ private slots:
 
     void anUnsupportedPairStaysUnsupported()
     {
-        m_framework->availability = LanguageAvailabilityStatus::Unsupported;
+        m_framework->availability = LanguageAvailabilityStatus::unsupported;
         const auto first = test::thrownBy<LumaphoneAppleTranslationError>(
             [&] { translated(QStringLiteral("Hello"), QStringLiteral("en-US")); });
         QVERIFY(first);
@@ -161,7 +161,7 @@ private slots:
         QCOMPARE(
             first->errorDescription(), QStringLiteral("Apple Translation 不支援 en-US 到 zh-Hant 的翻譯。"));
 
-        m_framework->availability = LanguageAvailabilityStatus::Installed;
+        m_framework->availability = LanguageAvailabilityStatus::installed;
         QVERIFY(test::thrownBy<LumaphoneAppleTranslationError>(
             [&] { translated(QStringLiteral("Hello"), QStringLiteral("en-US")); }));
         QVERIFY(test::thrownBy<LumaphoneAppleTranslationError>(
@@ -176,7 +176,7 @@ private slots:
 
     void aSupportedPairIsAnswerEnough()
     {
-        m_framework->availability = LanguageAvailabilityStatus::Supported;
+        m_framework->availability = LanguageAvailabilityStatus::supported;
         m_framework->isReady = false;
         translated(QStringLiteral("Hello"), en);
         QCOMPARE(m_framework->preparations.size(), 1);
@@ -186,9 +186,9 @@ private slots:
     void theFirstOfTwoAnswersAtOnceIsKept()
     {
         m_framework->statusGate.close();
-        m_framework->availability = LanguageAvailabilityStatus::Installed;
+        m_framework->availability = LanguageAvailabilityStatus::installed;
         const auto early = begin(m_service->translate(QStringLiteral("a"), en, zhHant));
-        m_framework->availability = LanguageAvailabilityStatus::Unsupported;
+        m_framework->availability = LanguageAvailabilityStatus::unsupported;
         const auto late = begin(m_service->translate(QStringLiteral("b"), en, zhHant));
         QCOMPARE(m_framework->statusGate.waiting(), 2);
 

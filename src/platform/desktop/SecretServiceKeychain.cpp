@@ -103,15 +103,15 @@ KeychainStatus run(const Operation &operation)
 }
 
 enum class Unlocking {
-    AskTheUser,
-    Never,
+    askTheUser,
+    never,
 };
 
 /// Runs `change` on every unlocked item that the query names, until one sets the error.
 KeychainStatus withItems(SecretService *service, Error &error, const KeychainQuery &query,
-    const std::function<void(SecretItem *)> &change, Unlocking unlocking = Unlocking::AskTheUser)
+    const std::function<void(SecretItem *)> &change, Unlocking unlocking = Unlocking::askTheUser)
 {
-    const int unlock = unlocking == Unlocking::AskTheUser ? SECRET_SEARCH_UNLOCK : 0;
+    const int unlock = unlocking == Unlocking::askTheUser ? SECRET_SEARCH_UNLOCK : 0;
     const auto flags = static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | unlock);
     const ItemList items(secret_service_search_sync(
         service, &genericPassword, attributesOf(query).get(), flags, nullptr, error.place()));
@@ -121,7 +121,7 @@ KeychainStatus withItems(SecretService *service, Error &error, const KeychainQue
     if (!items) {
         return KeychainStatus::itemNotFound;
     }
-    KeychainStatus status = unlocking == Unlocking::Never ? KeychainStatus::locked : KeychainStatus::other;
+    KeychainStatus status = unlocking == Unlocking::never ? KeychainStatus::locked : KeychainStatus::other;
     for (const GList *link = items.get(); link && !error.isSet(); link = link->next) {
         SecretItem *item = SECRET_ITEM(link->data);
         if (!secret_item_get_locked(item)) {
@@ -164,12 +164,12 @@ KeychainReading readItem(const KeychainQuery &query, Unlocking unlocking)
 
 KeychainReading SecretServiceKeychain::copyMatching(const KeychainQuery &query)
 {
-    return readItem(query, Unlocking::AskTheUser);
+    return readItem(query, Unlocking::askTheUser);
 }
 
 KeychainReading SecretServiceKeychain::peek(const KeychainQuery &query)
 {
-    return readItem(query, Unlocking::Never);
+    return readItem(query, Unlocking::never);
 }
 
 KeychainStatus SecretServiceKeychain::update(const KeychainQuery &query, const QByteArray &data)

@@ -41,9 +41,9 @@ SampleType sampleTypeFor(pa_sample_format_t format)
     case PA_SAMPLE_ULAW:
     case PA_SAMPLE_S16LE:
     case PA_SAMPLE_S16BE:
-        return SampleType::Int16;
+        return SampleType::int16;
     default:
-        return SampleType::Float32;
+        return SampleType::float32;
     }
 }
 
@@ -57,7 +57,7 @@ void recordMicrophone(const PulseOptions &options, const SoundDevice &microphone
     }
     const SampleType type = sampleTypeFor(source->sampleSpec.format);
     pa_sample_spec sampleSpec = source->sampleSpec;
-    sampleSpec.format = type == SampleType::Int16 ? PA_SAMPLE_S16NE : PA_SAMPLE_FLOAT32NE;
+    sampleSpec.format = type == SampleType::int16 ? PA_SAMPLE_S16NE : PA_SAMPLE_FLOAT32NE;
     delivery.prepare({static_cast<double>(sampleSpec.rate), sampleSpec.channels, type, true});
     PulseRecorder recorder(connection, *source, sampleSpec,
         [&delivery](const std::byte *data, std::size_t bytes) { delivery.append(data, bytes); });
@@ -78,12 +78,12 @@ PulseMicrophoneCapture::PulseMicrophoneCapture(std::shared_ptr<MainQueue> mainQu
 
 CaptureAuthorization PulseMicrophoneCapture::authorizationStatus()
 {
-    return mayUseSound(m_options) ? CaptureAuthorization::Authorized : CaptureAuthorization::Denied;
+    return mayUseSound(m_options) ? CaptureAuthorization::authorized : CaptureAuthorization::denied;
 }
 
 QCoro::Task<bool> PulseMicrophoneCapture::requestAccess()
 {
-    co_return authorizationStatus() == CaptureAuthorization::Authorized;
+    co_return authorizationStatus() == CaptureAuthorization::authorized;
 }
 
 QCoro::Task<std::optional<SoundDevice>> PulseMicrophoneCapture::defaultInput()

@@ -36,7 +36,7 @@ void recordOutput(const PulseOptions &options, const SoundFormat &format, const 
         throw CaptureServiceError(QStringLiteral("擷取的設定裡沒有可以錄製的聲音。"));
     }
     delivery.prepare(
-        {static_cast<double>(format.sampleRateHz), format.channelCount, SampleType::Int16, true});
+        {static_cast<double>(format.sampleRateHz), format.channelCount, SampleType::int16, true});
     PulseMonitorFollower follower(options, stop, sampleSpec,
         [&delivery](const std::byte *data, std::size_t bytes) { delivery.append(data, bytes); });
     follower.start(output.id.toStdString());

@@ -28,7 +28,7 @@ EngineSpeechFramework::EngineSpeechFramework(
 
 QCoro::Task<SpeechAuthorization> EngineSpeechFramework::requestAuthorization()
 {
-    co_return SpeechAuthorization::Authorized;
+    co_return SpeechAuthorization::authorized;
 }
 
 QCoro::Task<std::optional<QString>> EngineSpeechFramework::supportedLocale(QString localeIdentifier)

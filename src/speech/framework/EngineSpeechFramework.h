@@ -16,7 +16,7 @@ public:
     EngineSpeechFramework(
         std::vector<std::shared_ptr<SpeechEngine>> engines, std::shared_ptr<MainQueue> mainQueue);
 
-    SpeechAuthorization authorizationStatus() override { return SpeechAuthorization::Authorized; }
+    SpeechAuthorization authorizationStatus() override { return SpeechAuthorization::authorized; }
     QCoro::Task<SpeechAuthorization> requestAuthorization() override;
     QCoro::Task<std::optional<QString>> supportedLocale(QString localeIdentifier) override;
     QCoro::Task<> reserve(QString localeIdentifier) override;

@@ -23,11 +23,11 @@ public:
     std::size_t position() const { return m_position; }
     std::size_t remaining() const { return m_bytes.size() - m_position; }
 
-    /// The next `count` bytes, which belong to `subject`. Throws EngineError (Truncated).
+    /// The next `count` bytes, which belong to `subject`. Throws EngineError (truncated).
     std::span<const std::byte> take(std::uint64_t count, const QString &subject)
     {
         if (count > remaining())
-            throw EngineError(EngineError::Case::Truncated, m_path, subject);
+            throw EngineError(EngineError::Case::truncated, m_path, subject);
         const auto taken = m_bytes.subspan(m_position, static_cast<std::size_t>(count));
         m_position += taken.size();
         return taken;

@@ -100,7 +100,7 @@ void Decoder::attendSource(const AttentionLayer &layer, const Memory &memory)
 
 void Decoder::feedForward(const FeedForwardLayer &layer)
 {
-    m_runner.run({&layer.inner, m_hidden.data(), m_inner.data(), Activation::Relu}, 1);
+    m_runner.run({&layer.inner, m_hidden.data(), m_inner.data(), Activation::relu}, 1);
     m_runner.run({&layer.outer, m_inner.data(), m_added.data()}, 1);
     addAndNormalize(m_hidden.data(), m_added.data(), 1, layer.norm);
 }

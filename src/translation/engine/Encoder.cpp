@@ -74,7 +74,7 @@ void Encoder::attendHead(int rows, int member, int head)
 
 void Encoder::feedForward(const FeedForwardLayer &layer, int rows)
 {
-    m_runner.run({&layer.inner, m_hidden.data(), m_inner.data(), Activation::Relu}, rows);
+    m_runner.run({&layer.inner, m_hidden.data(), m_inner.data(), Activation::relu}, rows);
     m_runner.run({&layer.outer, m_inner.data(), m_added.data()}, rows);
     addAndNormalize(m_hidden.data(), m_added.data(), rows, layer.norm);
 }

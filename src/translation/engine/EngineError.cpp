@@ -10,20 +10,20 @@ QString describe(EngineError::Case which, const QString &path, const QString &su
     const QString name = QFileInfo(path).fileName();
     using enum EngineError::Case;
     switch (which) {
-    case Unreadable:
+    case unreadable:
         return QStringLiteral("無法讀取翻譯模型檔「%1」：%2").arg(name, subject);
-    case Truncated:
+    case truncated:
         return QStringLiteral("翻譯模型檔「%1」不完整，請重新安裝模型：%2").arg(name, subject);
-    case NotRecognised:
+    case notRecognised:
         return QStringLiteral("「%1」不是可以辨識的翻譯模型檔：%2").arg(name, subject);
-    case Damaged:
+    case damaged:
         return QStringLiteral("翻譯模型檔「%1」已損壞，請重新安裝模型：%2").arg(name, subject);
-    case Unsupported:
+    case unsupported:
         return QStringLiteral("不支援翻譯模型檔「%1」的結構：%2").arg(name, subject);
-    case Mismatched:
+    case mismatched:
         return QStringLiteral("翻譯模型檔「%1」與同組的其他檔案不相符，請重新安裝模型：%2")
             .arg(name, subject);
-    case Cancelled:
+    case cancelled:
         return QStringLiteral("翻譯已取消。");
     }
     Q_UNREACHABLE();

@@ -11,13 +11,13 @@ class EngineError : public LocalizedError
 {
 public:
     enum class Case {
-        Unreadable, ///< the file is missing, or the system refuses to read it
-        Truncated, ///< the file ends before the part named by the subject does
-        NotRecognised, ///< the file is of another kind altogether
-        Damaged, ///< the subject contradicts the format
-        Unsupported, ///< a sound file of an architecture that this engine does not compute
-        Mismatched, ///< files that are sound in themselves do not belong together
-        Cancelled, ///< the caller asked the translation to stop
+        unreadable, ///< the file is missing, or the system refuses to read it
+        truncated, ///< the file ends before the part named by the subject does
+        notRecognised, ///< the file is of another kind altogether
+        damaged, ///< the subject contradicts the format
+        unsupported, ///< a sound file of an architecture that this engine does not compute
+        mismatched, ///< files that are sound in themselves do not belong together
+        cancelled, ///< the caller asked the translation to stop
     };
 
     /// `path` names the file; `subject` is the part of it that is at fault, in the format's own terms.

@@ -88,7 +88,7 @@ void LayerRunner::computePiece(const LayerJob &job, const std::int8_t *codes, in
     const QuantizedMatrix &matrix = job.layer->matrix;
     const float toReal = 1.0F / (matrix.inputMultiplier * matrix.weightMultiplier);
     const float *bias = biasFor(*job.layer);
-    const float least = job.activation == Activation::Relu ? 0.0F : -std::numeric_limits<float>::infinity();
+    const float least = job.activation == Activation::relu ? 0.0F : -std::numeric_limits<float>::infinity();
     std::int32_t *products = m_products[std::size_t(member)].data();
     const Share share = shareOf(matrix.outputs, piece, m_team);
     for (int first = share.first; first < share.last; first += block) {

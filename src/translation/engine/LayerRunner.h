@@ -11,7 +11,7 @@
 
 namespace lumaphone::engine {
 
-enum class Activation { None, Relu };
+enum class Activation { none, relu };
 
 /// One layer to be computed: `rows` inputs of the layer's depth, one after the other, into as many outputs.
 struct LayerJob
@@ -19,7 +19,7 @@ struct LayerJob
     const AffineLayer *layer;
     const float *inputs;
     float *outputs;
-    Activation activation = Activation::None;
+    Activation activation = Activation::none;
 };
 
 /// Computes 8-bit layers: rounds the inputs, multiplies integers, scales the products back. Shares the

@@ -24,23 +24,23 @@ LexicalShortlist::LexicalShortlist(const QString &path, int sourceWords, int tar
     std::array<std::uint64_t, headerNumbers> header;
     m_file.read(0, std::as_writable_bytes(std::span(header)), QStringLiteral("header"));
     if (header[0] != magic)
-        refuse(NotRecognised, QStringLiteral("magic number"));
+        refuse(notRecognised, QStringLiteral("magic number"));
     // The checksum depends on one standard library's hash; the offsets say exactly how long lists are.
     const std::uint64_t always = header[2];
     m_offsetCount = header[4];
     m_wordCount = header[5];
     if (always > m_targetWords)
-        refuse(Mismatched, QStringLiteral("%1 frequent words").arg(always));
+        refuse(mismatched, QStringLiteral("%1 frequent words").arg(always));
     if (m_offsetCount < 2 || m_offsetCount > std::uint64_t(sourceWords) + 1)
-        refuse(Mismatched, QStringLiteral("lists for %1 words").arg(m_offsetCount - 1));
+        refuse(mismatched, QStringLiteral("lists for %1 words").arg(m_offsetCount - 1));
     const std::uint64_t before = headerSize + m_offsetCount * sizeof(std::uint64_t);
     if (m_file.size() < before)
-        refuse(Truncated, QStringLiteral("offsets"));
+        refuse(truncated, QStringLiteral("offsets"));
     const std::uint64_t rest = m_file.size() - before;
     if (m_wordCount > rest / sizeof(std::uint32_t))
-        refuse(Truncated, QStringLiteral("lists"));
+        refuse(truncated, QStringLiteral("lists"));
     if (const std::uint64_t tooMany = rest - m_wordCount * sizeof(std::uint32_t))
-        refuse(Damaged, QStringLiteral("%1 bytes too many").arg(tooMany));
+        refuse(damaged, QStringLiteral("%1 bytes too many").arg(tooMany));
     m_alwaysBelow = std::uint32_t(always);
     check();
 }
@@ -54,11 +54,11 @@ void LexicalShortlist::check() const
         offsets.resize(std::min(checkedAtATime, m_offsetCount - first));
         readOffsets(first, offsets);
         if (offsets.front() < last || !std::is_sorted(offsets.begin(), offsets.end()))
-            refuse(EngineError::Case::Damaged, QStringLiteral("offsets"));
+            refuse(EngineError::Case::damaged, QStringLiteral("offsets"));
         last = offsets.back();
     }
     if (last != m_wordCount)
-        refuse(EngineError::Case::Damaged, QStringLiteral("offsets"));
+        refuse(EngineError::Case::damaged, QStringLiteral("offsets"));
     std::vector<std::uint32_t> words;
     for (std::uint64_t first = 0; first < m_wordCount; first += checkedAtATime) {
         words.resize(std::min(checkedAtATime, m_wordCount - first));
@@ -78,7 +78,7 @@ void LexicalShortlist::readWords(std::uint64_t first, std::span<std::uint32_t> w
         = headerSize + m_offsetCount * sizeof(std::uint64_t) + first * sizeof(std::uint32_t);
     m_file.read(position, std::as_writable_bytes(words), QStringLiteral("lists"));
     if (std::any_of(words.begin(), words.end(), [this](std::uint32_t word) { return word >= m_targetWords; }))
-        refuse(EngineError::Case::Mismatched, QStringLiteral("a word beyond the vocabulary"));
+        refuse(EngineError::Case::mismatched, QStringLiteral("a word beyond the vocabulary"));
 }
 
 void LexicalShortlist::appendList(std::uint64_t sourceWord, std::vector<std::uint32_t> &words) const
@@ -87,7 +87,7 @@ void LexicalShortlist::appendList(std::uint64_t sourceWord, std::vector<std::uin
     readOffsets(sourceWord, borders);
     // The file may have changed since it was checked.
     if (borders[0] > borders[1] || borders[1] > m_wordCount)
-        refuse(EngineError::Case::Damaged, QStringLiteral("offsets"));
+        refuse(EngineError::Case::damaged, QStringLiteral("offsets"));
     const std::size_t before = words.size();
     words.resize(before + std::size_t(borders[1] - borders[0]));
     readWords(borders[0], std::span(words).subspan(before));

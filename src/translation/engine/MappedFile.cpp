@@ -16,11 +16,11 @@ MappedFile::MappedFile(const QString &path)
 {
     const OpenFile file(path);
     if (file.size() == 0)
-        throw EngineError(EngineError::Case::Truncated, path, QStringLiteral("the file is empty"));
+        throw EngineError(EngineError::Case::truncated, path, QStringLiteral("the file is empty"));
     const auto size = static_cast<std::size_t>(file.size());
     void *start = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.descriptor(), 0);
     if (start == MAP_FAILED)
-        throw EngineError(EngineError::Case::Unreadable, path, qt_error_string(errno));
+        throw EngineError(EngineError::Case::unreadable, path, qt_error_string(errno));
     m_bytes = {static_cast<const std::byte *>(start), size};
 }
 

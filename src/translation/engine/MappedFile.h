@@ -12,7 +12,7 @@ namespace lumaphone::engine {
 class MappedFile
 {
 public:
-    /// Throws EngineError (Unreadable; Truncated for an empty file).
+    /// Throws EngineError (unreadable; truncated for an empty file).
     explicit MappedFile(const QString &path);
     MappedFile(MappedFile &&other) noexcept;
     MappedFile &operator=(MappedFile &&) = delete;

@@ -22,13 +22,13 @@ constexpr std::uint64_t longestPadding = 4096;
 bool isKnown(std::uint64_t type)
 {
     switch (static_cast<TensorType>(type)) {
-    case TensorType::Int8:
-    case TensorType::Int32:
-    case TensorType::UInt32:
-    case TensorType::Float16:
-    case TensorType::Float32:
-    case TensorType::QuantizedInt8:
-    case TensorType::QuantizedInt16:
+    case TensorType::int8:
+    case TensorType::int32:
+    case TensorType::uint32:
+    case TensorType::float16:
+    case TensorType::float32:
+    case TensorType::quantizedInt8:
+    case TensorType::quantizedInt16:
         return true;
     }
     return false;
@@ -37,15 +37,15 @@ bool isKnown(std::uint64_t type)
 std::uint64_t elementSize(TensorType type)
 {
     switch (type) {
-    case TensorType::Int8:
-    case TensorType::QuantizedInt8:
+    case TensorType::int8:
+    case TensorType::quantizedInt8:
         return 1;
-    case TensorType::Float16:
-    case TensorType::QuantizedInt16:
+    case TensorType::float16:
+    case TensorType::quantizedInt16:
         return 2;
-    case TensorType::Int32:
-    case TensorType::UInt32:
-    case TensorType::Float32:
+    case TensorType::int32:
+    case TensorType::uint32:
+    case TensorType::float32:
         return 4;
     }
     Q_UNREACHABLE();
@@ -54,7 +54,7 @@ std::uint64_t elementSize(TensorType type)
 std::uint64_t neededBytes(const Tensor &tensor)
 {
     const bool quantized
-        = tensor.type == TensorType::QuantizedInt8 || tensor.type == TensorType::QuantizedInt16;
+        = tensor.type == TensorType::quantizedInt8 || tensor.type == TensorType::quantizedInt16;
     return tensor.elements * elementSize(tensor.type) + (quantized ? sizeof(float) : 0);
 }
 
@@ -108,19 +108,19 @@ void ModelFile::read(std::span<const std::byte> bytes)
 
     const auto padding = reader.number<std::uint64_t>(QStringLiteral("padding"));
     if (padding > longestPadding)
-        fail(Damaged, QStringLiteral("padding of %1 bytes").arg(padding));
+        fail(damaged, QStringLiteral("padding of %1 bytes").arg(padding));
     reader.take(padding, QStringLiteral("padding"));
 
     for (std::size_t index = 0; index < entries.size(); ++index) {
         const QString name = printable(names[index]);
         if (reader.position() % alignof(float) != 0)
-            fail(Damaged, QStringLiteral("%1 is not aligned").arg(name));
+            fail(damaged, QStringLiteral("%1 is not aligned").arg(name));
         tensors[index].data = reader.take(entries[index].dataLength, name);
         if (!m_tensors.emplace(std::move(names[index]), std::move(tensors[index])).second)
-            fail(Damaged, QStringLiteral("%1 occurs twice").arg(name));
+            fail(damaged, QStringLiteral("%1 occurs twice").arg(name));
     }
     if (reader.remaining() != 0)
-        fail(Damaged, QStringLiteral("%1 bytes too many").arg(reader.remaining()));
+        fail(damaged, QStringLiteral("%1 bytes too many").arg(reader.remaining()));
 }
 
 std::vector<ModelFile::Entry> ModelFile::readEntries(ByteReader &reader, std::size_t fileSize) const
@@ -128,10 +128,10 @@ std::vector<ModelFile::Entry> ModelFile::readEntries(ByteReader &reader, std::si
     using enum EngineError::Case;
     const QString header = QStringLiteral("header");
     if (const auto version = reader.number<std::uint64_t>(header); version != formatVersion)
-        fail(NotRecognised, QStringLiteral("format version %1").arg(version));
+        fail(notRecognised, QStringLiteral("format version %1").arg(version));
     const auto count = reader.number<std::uint64_t>(header);
     if (count == 0 || count > mostTensors)
-        fail(Damaged, QStringLiteral("%1 tensors").arg(count));
+        fail(damaged, QStringLiteral("%1 tensors").arg(count));
 
     std::vector<Entry> entries;
     for (std::uint64_t index = 0; index < count; ++index) {
@@ -139,13 +139,13 @@ std::vector<ModelFile::Entry> ModelFile::readEntries(ByteReader &reader, std::si
             reader.number<std::uint64_t>(header), reader.number<std::uint64_t>(header)};
         const QString subject = QStringLiteral("entry %1").arg(index);
         if (entry.nameLength < 2 || entry.nameLength > longestName)
-            fail(Damaged, QStringLiteral("%1: name of %2 bytes").arg(subject).arg(entry.nameLength));
+            fail(damaged, QStringLiteral("%1: name of %2 bytes").arg(subject).arg(entry.nameLength));
         if (!isKnown(entry.type))
-            fail(Damaged, QStringLiteral("%1: type 0x%2").arg(subject).arg(entry.type, 0, 16));
+            fail(damaged, QStringLiteral("%1: type 0x%2").arg(subject).arg(entry.type, 0, 16));
         if (entry.dimensions == 0 || entry.dimensions > mostDimensions)
-            fail(Damaged, QStringLiteral("%1: %2 dimensions").arg(subject).arg(entry.dimensions));
+            fail(damaged, QStringLiteral("%1: %2 dimensions").arg(subject).arg(entry.dimensions));
         if (entry.dataLength > fileSize)
-            fail(Truncated, QStringLiteral("%1: %2 bytes of data").arg(subject).arg(entry.dataLength));
+            fail(truncated, QStringLiteral("%1: %2 bytes of data").arg(subject).arg(entry.dataLength));
         entries.push_back(entry);
     }
     return entries;
@@ -159,7 +159,7 @@ std::vector<std::string> ModelFile::readNames(ByteReader &reader, const std::vec
         const auto raw = reader.take(entry.nameLength, QStringLiteral("names"));
         const std::string_view name(reinterpret_cast<const char *>(raw.data()), raw.size());
         if (name.find('\0') != name.size() - 1)
-            fail(Damaged, QStringLiteral("name of entry %1").arg(names.size()));
+            fail(damaged, QStringLiteral("name of entry %1").arg(names.size()));
         names.emplace_back(name.substr(0, name.size() - 1));
     }
     return names;
@@ -176,12 +176,12 @@ std::vector<Tensor> ModelFile::readShapes(ByteReader &reader, const std::vector<
             const auto extent = reader.number<std::int32_t>(QStringLiteral("shapes"));
             // No tensor has more elements than the file has bytes, which also keeps the product small.
             if (extent <= 0 || tensor.elements * static_cast<std::uint64_t>(extent) > fileSize)
-                fail(Damaged, QStringLiteral("shape of %1").arg(printable(names[index])));
+                fail(damaged, QStringLiteral("shape of %1").arg(printable(names[index])));
             tensor.elements *= static_cast<std::uint64_t>(extent);
             tensor.shape.push_back(extent);
         }
         if (neededBytes(tensor) > entries[index].dataLength)
-            fail(Damaged,
+            fail(damaged,
                 QStringLiteral("%1: less data than its shape asks for").arg(printable(names[index])));
         tensors.push_back(std::move(tensor));
     }

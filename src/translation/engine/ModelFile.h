@@ -15,14 +15,14 @@ namespace lumaphone::engine {
 
 /// The numbers that a model file uses for the types of its tensors.
 enum class TensorType : std::uint64_t {
-    Int8 = 0x101,
-    Int32 = 0x104,
-    UInt32 = 0x204,
-    Float16 = 0x402,
-    Float32 = 0x404,
+    int8 = 0x101,
+    int32 = 0x104,
+    uint32 = 0x204,
+    float16 = 0x402,
+    float32 = 0x404,
     /// 8-bit weights followed by one float32, the multiplier that quantised them; matrices lie transposed.
-    QuantizedInt8 = 0x4101,
-    QuantizedInt16 = 0x4102,
+    quantizedInt8 = 0x4101,
+    quantizedInt16 = 0x4102,
 };
 
 class ByteReader;

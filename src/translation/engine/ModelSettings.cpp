@@ -47,9 +47,9 @@ public:
         int parsed = 0;
         const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), parsed);
         if (error != std::errc() || end != value.data() + value.size())
-            m_file.fail(EngineError::Case::Damaged, said(key, value));
+            m_file.fail(EngineError::Case::damaged, said(key, value));
         if (parsed < least || parsed > most)
-            m_file.fail(EngineError::Case::Unsupported, said(key, value));
+            m_file.fail(EngineError::Case::unsupported, said(key, value));
         return parsed;
     }
 
@@ -58,7 +58,7 @@ public:
     {
         const auto found = m_lines.find(key);
         if (found != m_lines.end() && found->second != expected)
-            m_file.fail(EngineError::Case::Unsupported, said(key, found->second));
+            m_file.fail(EngineError::Case::unsupported, said(key, found->second));
     }
 
 private:
@@ -66,7 +66,7 @@ private:
     {
         const auto found = m_lines.find(key);
         if (found == m_lines.end())
-            m_file.fail(EngineError::Case::Damaged,
+            m_file.fail(EngineError::Case::damaged,
                 QStringLiteral("no %1").arg(QLatin1String(key.data(), int(key.size()))));
         return found->second;
     }
@@ -115,9 +115,9 @@ ModelSettings ModelSettings::read(const ModelFile &file)
 {
     const Tensor *tensor = file.find("special:model.yml");
     if (!tensor)
-        file.fail(EngineError::Case::NotRecognised, QStringLiteral("no special:model.yml"));
-    if (tensor->type != TensorType::Int8 || tensor->elements > longestDescription)
-        file.fail(EngineError::Case::Damaged, QStringLiteral("special:model.yml"));
+        file.fail(EngineError::Case::notRecognised, QStringLiteral("no special:model.yml"));
+    if (tensor->type != TensorType::int8 || tensor->elements > longestDescription)
+        file.fail(EngineError::Case::damaged, QStringLiteral("special:model.yml"));
     std::string_view text(reinterpret_cast<const char *>(tensor->data.data()), tensor->elements);
     text = text.substr(0, text.find('\0'));
     const Lines lines = readSettingLines(text);
@@ -149,7 +149,7 @@ ModelSettings ModelSettings::read(const ModelFile &file)
     settings.innerWidth = description.number("transformer-dim-ffn", 64, widestLayer);
     // The kernels take rows of 64 weights, and heads share the width evenly.
     if (settings.width % 64 != 0 || settings.innerWidth % 64 != 0 || settings.width % settings.heads != 0)
-        file.fail(EngineError::Case::Unsupported,
+        file.fail(EngineError::Case::unsupported,
             QStringLiteral("dim-emb %1, transformer-dim-ffn %2, transformer-heads %3")
                 .arg(settings.width)
                 .arg(settings.innerWidth)

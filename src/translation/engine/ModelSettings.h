@@ -17,7 +17,7 @@ struct ModelSettings
     int heads = 0;
     int innerWidth = 0; ///< of the feed-forward layers
 
-    /// Reads and checks the description. Throws EngineError (Damaged, or Unsupported for another
+    /// Reads and checks the description. Throws EngineError (damaged, or unsupported for another
     /// architecture).
     static ModelSettings read(const ModelFile &file);
 };

@@ -15,7 +15,7 @@ namespace {
 
 [[noreturn]] void refuse(const QString &path, int errorNumber)
 {
-    throw EngineError(EngineError::Case::Unreadable, path, qt_error_string(errorNumber));
+    throw EngineError(EngineError::Case::unreadable, path, qt_error_string(errorNumber));
 }
 
 /// What keeps an open file from being read, or 0.
@@ -57,7 +57,7 @@ void OpenFile::read(std::uint64_t position, std::span<std::byte> bytes, const QS
         if (count < 0)
             refuse(m_path, errno);
         if (count == 0)
-            throw EngineError(EngineError::Case::Truncated, m_path, subject);
+            throw EngineError(EngineError::Case::truncated, m_path, subject);
         position += std::uint64_t(count);
         bytes = bytes.subspan(std::size_t(count));
     }

@@ -12,7 +12,7 @@ namespace lumaphone::engine {
 class OpenFile
 {
 public:
-    /// Throws EngineError (Unreadable).
+    /// Throws EngineError (unreadable).
     explicit OpenFile(const QString &path);
     OpenFile(const OpenFile &) = delete;
     OpenFile &operator=(const OpenFile &) = delete;

@@ -10,7 +10,7 @@ const Kernels &kernelsFor(const EngineOptions &options)
 {
     if (options.kernels)
         return *options.kernels;
-    return options.arithmetic == EngineOptions::Arithmetic::Saturating ? fastestSaturatingKernels()
+    return options.arithmetic == EngineOptions::Arithmetic::saturating ? fastestSaturatingKernels()
                                                                        : fastestKernels();
 }
 
@@ -26,7 +26,7 @@ StudentModel loaded(const ModelFiles &files, const Kernels &kernels, WorkerTeam 
 void checkSize(const Vocabulary &vocabulary, int rows)
 {
     if (vocabulary.size() > rows)
-        throw EngineError(EngineError::Case::Mismatched, vocabulary.path(),
+        throw EngineError(EngineError::Case::mismatched, vocabulary.path(),
             QStringLiteral("%1 words for a model of %2").arg(vocabulary.size()).arg(rows));
 }
 
@@ -53,7 +53,7 @@ SentenceModel::SentenceModel(const ModelFiles &files, const EngineOptions &optio
 
 std::optional<int> SentenceModel::firstInput() const
 {
-    if (m_options.firstInput == EngineOptions::FirstInput::EndOfSentence)
+    if (m_options.firstInput == EngineOptions::FirstInput::endOfSentence)
         return targetVocabulary().endOfSentence();
     return std::nullopt;
 }
@@ -78,7 +78,7 @@ TranslatedWords SentenceModel::translate(std::span<const int> words, const std::
     std::optional<int> previous = firstInput();
     while (translated.words.size() < 2 * source.size()) {
         if (stop.stop_requested())
-            throw EngineError(EngineError::Case::Cancelled, m_student.path(), {});
+            throw EngineError(EngineError::Case::cancelled, m_student.path(), {});
         m_decoder.step(previous);
         const Vocabulary &target = targetVocabulary();
         const int word = m_decoder.choose(m_candidates, target.size(), target.unknown()).word;

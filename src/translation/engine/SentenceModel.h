@@ -28,12 +28,12 @@ struct ModelFiles
 /// programs do.
 struct EngineOptions
 {
-    enum class Arithmetic { Exact, Saturating };
-    enum class FirstInput { Zeros, EndOfSentence };
+    enum class Arithmetic { exact, saturating };
+    enum class FirstInput { zeros, endOfSentence };
 
     int threads = 2; ///< at least 1
-    Arithmetic arithmetic = Arithmetic::Exact;
-    FirstInput firstInput = FirstInput::Zeros; ///< what precedes the first word
+    Arithmetic arithmetic = Arithmetic::exact;
+    FirstInput firstInput = FirstInput::zeros; ///< what precedes the first word
     const Kernels *kernels = nullptr; ///< null: the fastest of this processor
 };
 
@@ -62,7 +62,7 @@ public:
     const StudentModel &student() const { return m_student; }
 
     /// Always takes the best word until the sentence ends or has two words per source token. `words` come
-    /// without the sentence's end. Throws EngineError (Cancelled) when `stop` is requested.
+    /// without the sentence's end. Throws EngineError (cancelled) when `stop` is requested.
     TranslatedWords translate(std::span<const int> words, const std::stop_token &stop = {});
 
     /// How far each word of a given translation lies below the best word at its place, given the words before

@@ -97,22 +97,22 @@ const Tensor &StudentModel::tensor(const std::string &name, TensorType type, int
 {
     const Tensor *found = m_file.find(name);
     if (!found)
-        m_file.fail(EngineError::Case::Unsupported, QStringLiteral("no %1").arg(shown(name)));
+        m_file.fail(EngineError::Case::unsupported, QStringLiteral("no %1").arg(shown(name)));
     if (found->type != type)
-        m_file.fail(EngineError::Case::Unsupported,
+        m_file.fail(EngineError::Case::unsupported,
             QStringLiteral("%1 of type 0x%2").arg(shown(name)).arg(std::uint64_t(found->type), 0, 16));
     if (found->shape != std::vector<std::int32_t> {rows, columns})
-        m_file.fail(EngineError::Case::Damaged, QStringLiteral("shape of %1").arg(shown(name)));
+        m_file.fail(EngineError::Case::damaged, QStringLiteral("shape of %1").arg(shown(name)));
     return *found;
 }
 
 std::span<const float> StudentModel::floats(const std::string &name, int count) const
 {
-    const Tensor &found = tensor(name, TensorType::Float32, 1, count);
+    const Tensor &found = tensor(name, TensorType::float32, 1, count);
     const auto *first = static_cast<const float *>(static_cast<const void *>(found.data.data()));
     const std::span<const float> values(first, std::size_t(count));
     if (!std::all_of(values.begin(), values.end(), [](float value) { return std::isfinite(value); }))
-        m_file.fail(EngineError::Case::Damaged, QStringLiteral("%1 is not finite").arg(shown(name)));
+        m_file.fail(EngineError::Case::damaged, QStringLiteral("%1 is not finite").arg(shown(name)));
     return values;
 }
 
@@ -120,16 +120,16 @@ float StudentModel::scalar(const std::string &name) const
 {
     const float value = floats(name, 1).front();
     if (!isMultiplier(value))
-        m_file.fail(EngineError::Case::Damaged, QStringLiteral("%1 is no multiplier").arg(shown(name)));
+        m_file.fail(EngineError::Case::damaged, QStringLiteral("%1 is no multiplier").arg(shown(name)));
     return value;
 }
 
 QuantizedMatrix StudentModel::matrix(const std::string &name, int depth, int outputs) const
 {
-    const Tensor &found = tensor(name, TensorType::QuantizedInt8, depth, outputs);
+    const Tensor &found = tensor(name, TensorType::quantizedInt8, depth, outputs);
     const float multiplier = multiplierBehind(found);
     if (!isMultiplier(multiplier))
-        m_file.fail(EngineError::Case::Damaged, QStringLiteral("multiplier of %1").arg(shown(name)));
+        m_file.fail(EngineError::Case::damaged, QStringLiteral("multiplier of %1").arg(shown(name)));
     return {weightsOf(found), depth, outputs, multiplier, scalar(name + "_QuantMultA")};
 }
 
@@ -161,16 +161,16 @@ EmbeddingTable StudentModel::embedding(const std::string &name) const
 {
     const Tensor *found = m_file.find(name);
     if (!found)
-        m_file.fail(EngineError::Case::Unsupported, QStringLiteral("no %1").arg(shown(name)));
+        m_file.fail(EngineError::Case::unsupported, QStringLiteral("no %1").arg(shown(name)));
     // End of sentence and unknown word come first; the kernels take outputs in groups of eight.
     const int rows = found->shape.front();
     if (rows < 8 || rows % 8 != 0)
         m_file.fail(
-            EngineError::Case::Unsupported, QStringLiteral("%1 words in %2").arg(rows).arg(shown(name)));
-    const Tensor &checked = tensor(name, TensorType::QuantizedInt8, rows, m_settings.width);
+            EngineError::Case::unsupported, QStringLiteral("%1 words in %2").arg(rows).arg(shown(name)));
+    const Tensor &checked = tensor(name, TensorType::quantizedInt8, rows, m_settings.width);
     const float multiplier = multiplierBehind(checked);
     if (!isMultiplier(multiplier))
-        m_file.fail(EngineError::Case::Damaged, QStringLiteral("multiplier of %1").arg(shown(name)));
+        m_file.fail(EngineError::Case::damaged, QStringLiteral("multiplier of %1").arg(shown(name)));
     return {weightsOf(checked), rows, multiplier};
 }
 
@@ -185,13 +185,13 @@ AffineLayer StudentModel::outputLayer(const std::string &embeddingName)
     }
     if (layer.matrix.inputMultiplier == 0)
         m_file.fail(
-            EngineError::Case::Unsupported, QStringLiteral("no %1_QuantMultA").arg(shown(embeddingName)));
+            EngineError::Case::unsupported, QStringLiteral("no %1_QuantMultA").arg(shown(embeddingName)));
 
     // The output's weights are scaled so that the greatest is 127. Files written by the format's own rule
     // are.
     const int greatest = greatestMagnitude(m_target, m_settings.width);
     if (greatest == 0)
-        m_file.fail(EngineError::Case::Damaged, QStringLiteral("%1 is empty").arg(shown(embeddingName)));
+        m_file.fail(EngineError::Case::damaged, QStringLiteral("%1 is empty").arg(shown(embeddingName)));
     if (greatest == 127)
         return layer;
     const float toReal = 1.0F / m_target.multiplier;

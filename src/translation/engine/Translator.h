@@ -20,7 +20,7 @@ public:
     /// PlatformError where the system lacks the dictionaries of Taiwan's words.
     Translator(std::vector<std::shared_ptr<TranslationModel>> legs, WrittenChinese written);
 
-    /// Throws EngineError (Cancelled).
+    /// Throws EngineError (cancelled).
     QString translate(const QString &text, const std::stop_token &stop = {});
 
     /// See TranslationModel::warmUp.

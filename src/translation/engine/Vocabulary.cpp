@@ -28,7 +28,7 @@ Vocabulary::Vocabulary(std::string_view bytes, const QString &path)
     checkVocabularyFile(bytes, path);
     const auto status = m_processor->LoadFromSerializedProto({bytes.data(), bytes.size()});
     if (!status.ok())
-        throw EngineError(EngineError::Case::Damaged, path, QString::fromStdString(status.ToString()));
+        throw EngineError(EngineError::Case::damaged, path, QString::fromStdString(status.ToString()));
     m_size = m_processor->GetPieceSize();
     m_endOfSentence = m_processor->eos_id();
     m_unknown = m_processor->unk_id();
@@ -37,7 +37,7 @@ Vocabulary::Vocabulary(std::string_view bytes, const QString &path)
     };
     if (!isWord(m_endOfSentence) || !isWord(m_unknown))
         throw EngineError(
-            EngineError::Case::Unsupported, path, QStringLiteral("no end of sentence or no unknown word"));
+            EngineError::Case::unsupported, path, QStringLiteral("no end of sentence or no unknown word"));
 }
 
 Vocabulary::~Vocabulary() = default;

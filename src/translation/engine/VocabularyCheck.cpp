@@ -50,7 +50,7 @@ public:
             take(4);
             return {key >> 3, {}};
         default:
-            throw EngineError(EngineError::Case::NotRecognised, m_path, QStringLiteral("vocabulary message"));
+            throw EngineError(EngineError::Case::notRecognised, m_path, QStringLiteral("vocabulary message"));
         }
     }
 
@@ -58,7 +58,7 @@ private:
     std::string_view take(std::uint64_t count)
     {
         if (count > m_rest.size())
-            throw EngineError(EngineError::Case::Truncated, m_path, QStringLiteral("vocabulary message"));
+            throw EngineError(EngineError::Case::truncated, m_path, QStringLiteral("vocabulary message"));
         const std::string_view taken = m_rest.substr(0, std::size_t(count));
         m_rest.remove_prefix(std::size_t(count));
         return taken;
@@ -74,7 +74,7 @@ private:
                 return value;
         }
         throw EngineError(
-            EngineError::Case::Damaged, m_path, QStringLiteral("number in the vocabulary message"));
+            EngineError::Case::damaged, m_path, QStringLiteral("number in the vocabulary message"));
     }
 
     std::string_view m_rest;
@@ -125,7 +125,7 @@ void checkNormalizer(std::string_view bytes, const QString &path)
         const Field field = message.next();
         if (field.number == characterRulesField && !field.content.empty()
             && !areCharacterRulesSound(field.content))
-            throw EngineError(EngineError::Case::Damaged, path, QStringLiteral("character rules"));
+            throw EngineError(EngineError::Case::damaged, path, QStringLiteral("character rules"));
     }
 }
 
@@ -135,7 +135,7 @@ void checkVocabularyFile(std::string_view bytes, const QString &path)
 {
     if (bytes.size() > largestVocabulary)
         throw EngineError(
-            EngineError::Case::NotRecognised, path, QStringLiteral("%1 bytes").arg(bytes.size()));
+            EngineError::Case::notRecognised, path, QStringLiteral("%1 bytes").arg(bytes.size()));
     Message message(bytes, path);
     int pieces = 0;
     while (!message.isAtEnd()) {
@@ -146,7 +146,7 @@ void checkVocabularyFile(std::string_view bytes, const QString &path)
             checkNormalizer(field.content, path);
     }
     if (pieces == 0)
-        throw EngineError(EngineError::Case::NotRecognised, path, QStringLiteral("no pieces"));
+        throw EngineError(EngineError::Case::notRecognised, path, QStringLiteral("no pieces"));
 }
 
 } // namespace lumaphone::engine

@@ -132,11 +132,11 @@ QCoro::Task<LanguageAvailabilityStatus> OnDeviceTranslationFramework::status(
 {
     const TranslationRoute route = translationRoute(m_services->store.catalogue(), source, target);
     if (route.legs.isEmpty()) {
-        co_return LanguageAvailabilityStatus::Unsupported;
+        co_return LanguageAvailabilityStatus::unsupported;
     }
     co_return routeState(m_services->store, route) == ModelState::installed
-        ? LanguageAvailabilityStatus::Installed
-        : LanguageAvailabilityStatus::Supported;
+        ? LanguageAvailabilityStatus::installed
+        : LanguageAvailabilityStatus::supported;
 }
 
 std::shared_ptr<TranslationSession> OnDeviceTranslationFramework::makeSession(

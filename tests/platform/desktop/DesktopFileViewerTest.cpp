@@ -70,7 +70,7 @@ private:
         const QByteArray note = QFile::encodeName(m_folder->filePath(QStringLiteral("opened")));
         replaceFile(program,
             "#!/bin/sh\nprintf %s \"$1\" > '" + note + ".new'\nmv '" + note + ".new' '" + note + "'\n",
-            Durability::Renamed);
+            Durability::renamed);
         QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
         return program;
     }
@@ -109,7 +109,7 @@ void DesktopFileViewerTest::withoutAFileManagerTheFolderIsOpened()
     const QString folder = m_folder->filePath(QStringLiteral("字幕 folder"));
     createFolder(folder);
     const QString file = folder + QStringLiteral("/file.txt");
-    replaceFile(file, "", Durability::Renamed);
+    replaceFile(file, "", Durability::renamed);
     DesktopFileViewer viewer(noter());
     test::waitFor(viewer.reveal(isFolder ? folder : file));
     const QString note = m_folder->filePath(QStringLiteral("opened"));

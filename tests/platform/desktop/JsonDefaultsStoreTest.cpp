@@ -85,7 +85,7 @@ private:
     void put(const QByteArray &bytes) const
     {
         createFolder(m_folder->filePath(QStringLiteral("lumaphone")));
-        replaceFile(path(), bytes, Durability::Renamed);
+        replaceFile(path(), bytes, Durability::renamed);
     }
     QString aside(const char *number = "") const
     {
@@ -294,7 +294,7 @@ void JsonDefaultsStoreTest::damageWhileRunningLosesNeitherSettingsNorFile()
 void JsonDefaultsStoreTest::aLinkStaysALink()
 {
     const QString target = m_folder->filePath(QStringLiteral("kept elsewhere.json"));
-    replaceFile(target, "{}", Durability::Renamed);
+    replaceFile(target, "{}", Durability::renamed);
     createFolder(m_folder->filePath(QStringLiteral("lumaphone")));
     QVERIFY(QFile::link(target, path()));
     JsonDefaultsStore store(path());
@@ -307,7 +307,7 @@ void JsonDefaultsStoreTest::whatCannotBeWrittenLivesOnAndGoesWithTheNext()
 {
     // A file where the folder should be: nothing can be written.
     const QString obstacle = m_folder->filePath(QStringLiteral("lumaphone"));
-    replaceFile(obstacle, "in the way", Durability::Renamed);
+    replaceFile(obstacle, "in the way", Durability::renamed);
     JsonDefaultsStore store(path());
     store.setObject(theme, QStringLiteral("light"));
     QVERIFY(store.object(theme) == DefaultsValue(QStringLiteral("light")));

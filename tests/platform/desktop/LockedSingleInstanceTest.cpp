@@ -147,7 +147,7 @@ void LockedSingleInstanceTest::aFirstInstanceThatHangsDoesNotHangTheSecond()
 void LockedSingleInstanceTest::aPlaceThatCannotBeUsedIsAnError()
 {
     const QTemporaryDir folder;
-    replaceFile(folder.filePath(QStringLiteral("run")), "a file", Durability::Renamed);
+    replaceFile(folder.filePath(QStringLiteral("run")), "a file", Durability::renamed);
     LockedSingleInstance instance(folder.filePath(QStringLiteral("run")));
     const auto error = thrownBy<FileError>([&] { instance.claim({}, [](const QString &) {}); });
     QVERIFY(error);

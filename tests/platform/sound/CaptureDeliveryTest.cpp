@@ -17,7 +17,7 @@ using namespace lumaphone;
 
 namespace {
 
-const AudioStreamDescription speech {16000, 1, SampleType::Int16, true};
+const AudioStreamDescription speech {16000, 1, SampleType::int16, true};
 constexpr std::size_t bytesPerBuffer = 640;
 
 SoundReceiver hearing(std::function<void(const AudioSampleBuffer &)> onSound)
@@ -179,7 +179,7 @@ private slots:
     {
         SerialQueue queue("test.samples");
         const auto delivery = std::make_shared<CaptureDelivery>();
-        const AudioStreamDescription stereo {44100, 2, SampleType::Float32, true};
+        const AudioStreamDescription stereo {44100, 2, SampleType::float32, true};
         delivery->prepare(stereo);
         std::vector<std::size_t> sizes;
         std::optional<AudioStreamDescription> description;

@@ -99,7 +99,7 @@ private slots:
 
     void onADesktopEverybodyMayRecord()
     {
-        QCOMPARE(m_capture->authorizationStatus(), CaptureAuthorization::Authorized);
+        QCOMPARE(m_capture->authorizationStatus(), CaptureAuthorization::authorized);
         QVERIFY(test::waitFor(m_capture->requestAccess()));
     }
 
@@ -108,10 +108,10 @@ private slots:
         PulseOptions options;
         options.sandboxMarkerPath = QStringLiteral("/");
         PulseMicrophoneCapture capture(m_mainQueue, options);
-        QCOMPARE(capture.authorizationStatus(), CaptureAuthorization::Authorized);
+        QCOMPARE(capture.authorizationStatus(), CaptureAuthorization::authorized);
         QVERIFY(test::waitFor(capture.requestAccess()));
         m_server->kill();
-        QCOMPARE(capture.authorizationStatus(), CaptureAuthorization::Denied);
+        QCOMPARE(capture.authorizationStatus(), CaptureAuthorization::denied);
         QVERIFY(!test::waitFor(capture.requestAccess()));
     }
 };

@@ -85,13 +85,13 @@ private slots:
         QTest::addColumn<int>("channels");
         QTest::addColumn<QString>("format");
         QTest::addColumn<SampleType>("type");
-        QTest::newRow("48 kHz stereo, 16 bits") << 48000 << 2 << QStringLiteral("s16le") << SampleType::Int16;
+        QTest::newRow("48 kHz stereo, 16 bits") << 48000 << 2 << QStringLiteral("s16le") << SampleType::int16;
         QTest::newRow("44.1 kHz stereo, floating point")
-            << 44100 << 2 << QStringLiteral("float32le") << SampleType::Float32;
-        QTest::newRow("96 kHz mono, 24 bits") << 96000 << 1 << QStringLiteral("s24le") << SampleType::Float32;
-        QTest::newRow("16 kHz mono, 32 bits") << 16000 << 1 << QStringLiteral("s32le") << SampleType::Float32;
-        QTest::newRow("8 kHz mono, 8 bits") << 8000 << 1 << QStringLiteral("u8") << SampleType::Int16;
-        QTest::newRow("48 kHz, six channels") << 48000 << 6 << QStringLiteral("s16be") << SampleType::Int16;
+            << 44100 << 2 << QStringLiteral("float32le") << SampleType::float32;
+        QTest::newRow("96 kHz mono, 24 bits") << 96000 << 1 << QStringLiteral("s24le") << SampleType::float32;
+        QTest::newRow("16 kHz mono, 32 bits") << 16000 << 1 << QStringLiteral("s32le") << SampleType::float32;
+        QTest::newRow("8 kHz mono, 8 bits") << 8000 << 1 << QStringLiteral("u8") << SampleType::int16;
+        QTest::newRow("48 kHz, six channels") << 48000 << 6 << QStringLiteral("s16be") << SampleType::int16;
     }
 
     void theDeviceIsRecordedInItsOwnFormat()
@@ -109,7 +109,7 @@ private slots:
                             {QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("sources")})
                     .contains(QStringLiteral("microphone\tPipeWire\tfloat32le %1ch 48000Hz").arg(channels)));
             rateHz = 48000;
-            type = SampleType::Float32;
+            type = SampleType::float32;
         }
         start();
         const auto voice

@@ -128,7 +128,7 @@ private slots:
         QVERIFY2(std::abs(levelOf(heard) - 0.5 / std::sqrt(2.0)) < 0.01,
             qPrintable(QString::number(levelOf(heard))));
         QCOMPARE(m_sound->description(),
-            std::optional(AudioStreamDescription {16000, 1, SampleType::Int16, true}));
+            std::optional(AudioStreamDescription {16000, 1, SampleType::int16, true}));
         QCOMPARE(m_sound->framesPerBuffer(), 320);
         QCOMPARE(m_sound->wrongBuffers(), std::size_t(0));
         const auto *threaded = dynamic_cast<const ThreadedSoundRecorder *>(m_recorder.get());

@@ -40,7 +40,7 @@ void deliverUntilStopped(CaptureDelivery &delivery, const std::stop_token &stop)
 
 void prepare(CaptureDelivery &delivery)
 {
-    delivery.prepare({16000, 1, SampleType::Int16, true});
+    delivery.prepare({16000, 1, SampleType::int16, true});
 }
 
 } // namespace

@@ -44,8 +44,8 @@ private slots:
     void recognitionNeedsNoPermission()
     {
         EngineSpeechFramework framework({}, m_mainQueue);
-        QCOMPARE(framework.authorizationStatus(), SpeechAuthorization::Authorized);
-        QCOMPARE(test::waitFor(framework.requestAuthorization()), SpeechAuthorization::Authorized);
+        QCOMPARE(framework.authorizationStatus(), SpeechAuthorization::authorized);
+        QCOMPARE(test::waitFor(framework.requestAuthorization()), SpeechAuthorization::authorized);
     }
 
     void aLocaleIsSupportedWhetherOrNotAModelIsInstalled()

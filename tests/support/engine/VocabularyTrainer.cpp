@@ -15,7 +15,7 @@
 namespace lumaphone::engine::test {
 namespace {
 
-enum class PieceKind { Normal = 1, Unknown = 2, Control = 3 };
+enum class PieceKind { normal = 1, unknown = 2, control = 3 };
 
 class Sentences : public sentencepiece::SentenceIterator
 {
@@ -122,16 +122,16 @@ std::string paddedVocabulary(std::string_view vocabulary, int words)
     Parts parts = partsOf(vocabulary);
     for (int word = parts.count; word < words; ++word)
         parts.pieces
-            += pieceField(numbered("zq", word), -20.0F - 1e-4F * static_cast<float>(word), PieceKind::Normal);
+            += pieceField(numbered("zq", word), -20.0F - 1e-4F * static_cast<float>(word), PieceKind::normal);
     return parts.pieces + parts.rest;
 }
 
 std::string namingVocabulary(int words)
 {
     std::string pieces
-        = pieceField("</s>", 0, PieceKind::Control) + pieceField("<unk>", 0, PieceKind::Unknown);
+        = pieceField("</s>", 0, PieceKind::control) + pieceField("<unk>", 0, PieceKind::unknown);
     for (int word = 2; word < words; ++word)
-        pieces += pieceField(numbered("w", word), -10.0F, PieceKind::Normal);
+        pieces += pieceField(numbered("w", word), -10.0F, PieceKind::normal);
     return pieces + partsOf(train(400, false)).rest;
 }
 

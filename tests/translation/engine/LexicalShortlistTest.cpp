@@ -89,19 +89,19 @@ private slots:
         QCOMPARE(faultIn(good), std::nullopt);
         for (std::size_t size = 0; size < good.size(); ++size)
             QVERIFY(faultIn(good.substr(0, size)).has_value());
-        QCOMPARE(faultIn(good + 'x'), Damaged);
-        QCOMPARE(faultIn(std::string(64, 'x')), NotRecognised);
-        QCOMPARE(faultIn(shortlist(41, {0, 0}, {})), Mismatched);
-        QCOMPARE(faultIn(shortlist(4, {0}, {})), Mismatched);
-        QCOMPARE(faultIn(good, 2), Mismatched);
-        QCOMPARE(faultIn(good, 3, 31), Mismatched);
-        QCOMPARE(faultIn(shortlist(4, {0, 3, 2, 5}, {30, 20, 2, 31, 20})), Damaged);
-        QCOMPARE(faultIn(shortlist(4, {0, 2, 2, 4}, {30, 20, 2, 31, 20})), Damaged);
-        QCOMPARE(faultIn(shortlist(4, {0, 1ULL << 63, 1ULL << 63, 5}, {30, 20, 2, 31, 20})), Damaged);
+        QCOMPARE(faultIn(good + 'x'), damaged);
+        QCOMPARE(faultIn(std::string(64, 'x')), notRecognised);
+        QCOMPARE(faultIn(shortlist(41, {0, 0}, {})), mismatched);
+        QCOMPARE(faultIn(shortlist(4, {0}, {})), mismatched);
+        QCOMPARE(faultIn(good, 2), mismatched);
+        QCOMPARE(faultIn(good, 3, 31), mismatched);
+        QCOMPARE(faultIn(shortlist(4, {0, 3, 2, 5}, {30, 20, 2, 31, 20})), damaged);
+        QCOMPARE(faultIn(shortlist(4, {0, 2, 2, 4}, {30, 20, 2, 31, 20})), damaged);
+        QCOMPARE(faultIn(shortlist(4, {0, 1ULL << 63, 1ULL << 63, 5}, {30, 20, 2, 31, 20})), damaged);
         std::string endless = good;
         const std::uint64_t many = ~0ULL;
         std::memcpy(endless.data() + 40, &many, sizeof many);
-        QCOMPARE(faultIn(endless), Truncated);
+        QCOMPARE(faultIn(endless), truncated);
     }
 
     void whatChangesInUseIsNoticed()
@@ -115,17 +115,17 @@ private slots:
         QCOMPARE(fault({0, 2}), std::nullopt);
         overwrite(good.substr(0, good.size() - 1));
         QCOMPARE(fault({0}), std::nullopt);
-        QCOMPARE(fault({0, 2}), Truncated);
+        QCOMPARE(fault({0, 2}), truncated);
         overwrite(good.substr(0, 50));
-        QCOMPARE(fault({0}), Truncated);
+        QCOMPARE(fault({0}), truncated);
         overwrite({});
-        QCOMPARE(fault({0}), Truncated);
+        QCOMPARE(fault({0}), truncated);
         overwrite(shortlist(4, {0, 2, 2, 5}, {30, 40, 2, 31, 20}));
         QCOMPARE(fault({2}), std::nullopt);
-        QCOMPARE(fault({0}), Mismatched);
+        QCOMPARE(fault({0}), mismatched);
         overwrite(shortlist(4, {2, 0, 2, 1ULL << 60}, {30, 20, 2, 31, 20}));
-        QCOMPARE(fault({0}), Damaged);
-        QCOMPARE(fault({2}), Damaged);
+        QCOMPARE(fault({0}), damaged);
+        QCOMPARE(fault({2}), damaged);
         overwrite(good);
         QCOMPARE(fault({0, 2}), std::nullopt);
     }
@@ -134,7 +134,7 @@ private slots:
     {
         for (const QString &path : {m_folder.path(QStringLiteral("missing")), m_folder.path(QString())})
             QCOMPARE(
-                faultOf([&] { const LexicalShortlist list(path, 3, 40); }), EngineError::Case::Unreadable);
+                faultOf([&] { const LexicalShortlist list(path, 3, 40); }), EngineError::Case::unreadable);
     }
 
     void everyListIsFoundWhereItLies()
@@ -161,7 +161,7 @@ private slots:
         QCOMPARE(faultIn(bytes, 4000, 4000), std::nullopt);
         const std::uint32_t foreign = 4000;
         std::memcpy(bytes.data() + bytes.size() - sizeof foreign, &foreign, sizeof foreign);
-        QCOMPARE(faultIn(bytes, 4000, 4000), EngineError::Case::Mismatched);
+        QCOMPARE(faultIn(bytes, 4000, 4000), EngineError::Case::mismatched);
     }
 
     void generatedListsAreSound()

@@ -67,7 +67,7 @@ private slots:
         QVERIFY(!file.find("c"));
         const Tensor *a = file.find("a");
         QVERIFY(a);
-        QCOMPARE(a->type, TensorType::Float32);
+        QCOMPARE(a->type, TensorType::float32);
         QCOMPARE(a->shape, (std::vector<std::int32_t> {1, 3}));
         QCOMPARE(a->elements, std::uint64_t(3));
         const Tensor *b = file.find("b");
@@ -93,7 +93,7 @@ private slots:
             const auto fault = faultOf(bytes.substr(0, size));
             QVERIFY2(fault.has_value(), qPrintable(QString::number(size)));
         }
-        QCOMPARE(faultOf(bytes.substr(0, bytes.size() - 1)), EngineError::Case::Truncated);
+        QCOMPARE(faultOf(bytes.substr(0, bytes.size() - 1)), EngineError::Case::truncated);
         QCOMPARE(faultOf(bytes), std::nullopt);
     }
 
@@ -101,7 +101,7 @@ private slots:
     {
         const std::string bytes = generateModel({});
         for (const std::size_t more : {1, 3, 256, 100000})
-            QCOMPARE(faultOf(bytes + std::string(more, '\0')), EngineError::Case::Damaged);
+            QCOMPARE(faultOf(bytes + std::string(more, '\0')), EngineError::Case::damaged);
     }
 
     void anyBitFlippedInTheHeaderDoesNoHarm()
@@ -127,33 +127,33 @@ private slots:
         const auto row = [](const char *title, const std::string &bytes, EngineError::Case fault) {
             QTest::newRow(title) << QByteArray::fromStdString(bytes) << int(fault);
         };
-        row("empty", "", Truncated);
-        row("another format", "PK\3\4" + std::string(60, 'x'), NotRecognised);
-        row("another version", withNumber(good, 0, 2), NotRecognised);
-        row("no tensors", withNumber(good, countPosition, 0), Damaged);
-        row("too many tensors", withNumber(good, countPosition, 1ULL << 60), Damaged);
-        row("more tensors than there are", withNumber(good, countPosition, 9000), Damaged);
-        row("name without letters", withNumber(good, firstEntry, 1), Damaged);
-        row("endless name", withNumber(good, firstEntry, ~0ULL), Damaged);
-        row("unknown type", withNumber(good, firstEntry + 8, 0x999), Damaged);
-        row("no dimensions", withNumber(good, firstEntry + 16, 0), Damaged);
-        row("many dimensions", withNumber(good, firstEntry + 16, 1ULL << 40), Damaged);
-        row("data beyond the file", withNumber(good, firstEntry + 24, 1ULL << 50), Truncated);
-        row("data that overflows", withNumber(good, firstEntry + 24, ~0ULL), Truncated);
-        row("less data than the shape", withNumber(good, firstEntry + 24, 3), Damaged);
-        row("a size of zero", writeModelFile({{"tensor", 0x101, {4, 0}, "wxyz"}}), Damaged);
-        row("a negative size", writeModelFile({{"tensor", 0x101, {-4}, "wxyz"}}), Damaged);
+        row("empty", "", truncated);
+        row("another format", "PK\3\4" + std::string(60, 'x'), notRecognised);
+        row("another version", withNumber(good, 0, 2), notRecognised);
+        row("no tensors", withNumber(good, countPosition, 0), damaged);
+        row("too many tensors", withNumber(good, countPosition, 1ULL << 60), damaged);
+        row("more tensors than there are", withNumber(good, countPosition, 9000), damaged);
+        row("name without letters", withNumber(good, firstEntry, 1), damaged);
+        row("endless name", withNumber(good, firstEntry, ~0ULL), damaged);
+        row("unknown type", withNumber(good, firstEntry + 8, 0x999), damaged);
+        row("no dimensions", withNumber(good, firstEntry + 16, 0), damaged);
+        row("many dimensions", withNumber(good, firstEntry + 16, 1ULL << 40), damaged);
+        row("data beyond the file", withNumber(good, firstEntry + 24, 1ULL << 50), truncated);
+        row("data that overflows", withNumber(good, firstEntry + 24, ~0ULL), truncated);
+        row("less data than the shape", withNumber(good, firstEntry + 24, 3), damaged);
+        row("a size of zero", writeModelFile({{"tensor", 0x101, {4, 0}, "wxyz"}}), damaged);
+        row("a negative size", writeModelFile({{"tensor", 0x101, {-4}, "wxyz"}}), damaged);
         row("sizes that overflow",
             writeModelFile({{"tensor", 0x101, {0x7FFFFFFF, 0x7FFFFFFF, 0x7FFFFFFF, 0x7FFFFFFF}, "wxyz"}}),
-            Damaged);
+            damaged);
         row("a name twice", writeModelFile({{"tensor", 0x101, {4}, "wxyz"}, {"tensor", 0x101, {4}, "wxyz"}}),
-            Damaged);
+            damaged);
         row("a name with an end inside", writeModelFile({{std::string("ten\0or", 6), 0x101, {4}, "wxyz"}}),
-            Damaged);
+            damaged);
         row("data out of line",
             writeModelFile({{"odd", 0x101, {3}, "xyz"}, {"tensor", 0x404, {1}, std::string(4, '\0')}}),
-            Damaged);
-        row("endless padding", withNumber(good, firstEntry + 32 + 7 + 4, ~0ULL), Damaged);
+            damaged);
+        row("endless padding", withNumber(good, firstEntry + 32 + 7 + 4, ~0ULL), damaged);
     }
 
     void hostileHeadersAreRefused()
@@ -174,10 +174,10 @@ private slots:
                 return std::optional(error.which());
             }
         };
-        QCOMPARE(faultOfPath(folder.path(QStringLiteral("missing.bin"))), EngineError::Case::Unreadable);
-        QCOMPARE(faultOfPath(folder.path(QStringLiteral("."))), EngineError::Case::Unreadable);
-        QCOMPARE(faultOfPath(QStringLiteral("/dev/zero")), EngineError::Case::Unreadable);
-        QCOMPARE(faultOfPath(folder.write(QStringLiteral("empty.bin"), "")), EngineError::Case::Truncated);
+        QCOMPARE(faultOfPath(folder.path(QStringLiteral("missing.bin"))), EngineError::Case::unreadable);
+        QCOMPARE(faultOfPath(folder.path(QStringLiteral("."))), EngineError::Case::unreadable);
+        QCOMPARE(faultOfPath(QStringLiteral("/dev/zero")), EngineError::Case::unreadable);
+        QCOMPARE(faultOfPath(folder.write(QStringLiteral("empty.bin"), "")), EngineError::Case::truncated);
         const QString path = folder.write(QStringLiteral("模型 ✓.bin"), generateModel({}));
         QCOMPARE(faultOfPath(path), std::nullopt);
     }

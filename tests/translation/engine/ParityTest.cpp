@@ -174,21 +174,21 @@ EngineOptions likeTheReference()
 {
     EngineOptions options;
     options.threads = 1; // the reference keeps the other processors busy
-    options.arithmetic = EngineOptions::Arithmetic::Saturating;
+    options.arithmetic = EngineOptions::Arithmetic::saturating;
     return options;
 }
 
 EngineOptions exact()
 {
     EngineOptions options = likeTheReference();
-    options.arithmetic = EngineOptions::Arithmetic::Exact;
+    options.arithmetic = EngineOptions::Arithmetic::exact;
     return options;
 }
 
 EngineOptions begunWithTheEnd()
 {
     EngineOptions options = likeTheReference();
-    options.firstInput = EngineOptions::FirstInput::EndOfSentence;
+    options.firstInput = EngineOptions::FirstInput::endOfSentence;
     return options;
 }
 

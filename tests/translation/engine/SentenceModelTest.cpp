@@ -106,10 +106,10 @@ private slots:
             options.arithmetic = arithmetic;
             return SentenceModel(files, options).student().output().digits != nullptr;
         };
-        QVERIFY(isSplit(EngineOptions::Arithmetic::Exact));
-        QVERIFY(!isSplit(EngineOptions::Arithmetic::Saturating));
+        QVERIFY(isSplit(EngineOptions::Arithmetic::exact));
+        QVERIFY(!isSplit(EngineOptions::Arithmetic::saturating));
         files.shortlist = m_shortlist;
-        QVERIFY(!isSplit(EngineOptions::Arithmetic::Exact));
+        QVERIFY(!isSplit(EngineOptions::Arithmetic::exact));
     }
 
     void theShortlistBoundsTheWords()
@@ -186,7 +186,7 @@ private slots:
             model.translate(words, stop.get_token());
             QFAIL("went on");
         } catch (const EngineError &error) {
-            QCOMPARE(error.which(), EngineError::Case::Cancelled);
+            QCOMPARE(error.which(), EngineError::Case::cancelled);
         }
     }
 
@@ -195,14 +195,14 @@ private slots:
         ModelFiles files = m_files;
         files.sourceVocabulary
             = m_folder.write(QStringLiteral("large.spm"), paddedVocabulary(trainVocabulary(900), 1001));
-        QCOMPARE(faultOf(files), int(EngineError::Case::Mismatched));
+        QCOMPARE(faultOf(files), int(EngineError::Case::mismatched));
         files = m_files;
         files.shortlist
             = m_folder.write(QStringLiteral("large.lex"), generateShortlist(2000, 1000, 30, 10, 1));
-        QCOMPARE(faultOf(files), int(EngineError::Case::Mismatched));
+        QCOMPARE(faultOf(files), int(EngineError::Case::mismatched));
         files = m_files;
         files.model = m_files.sourceVocabulary;
-        QCOMPARE(faultOf(files), int(EngineError::Case::NotRecognised));
+        QCOMPARE(faultOf(files), int(EngineError::Case::notRecognised));
         files = m_files;
         files.sourceVocabulary = m_files.model;
         QVERIFY(faultOf(files) >= 0);

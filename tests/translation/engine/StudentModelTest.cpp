@@ -123,29 +123,29 @@ private slots:
     {
         QFETCH(QString, setting);
         QCOMPARE(
-            faultOf(generateModel(shapeWith(setting.toStdString()))), int(EngineError::Case::Unsupported));
+            faultOf(generateModel(shapeWith(setting.toStdString()))), int(EngineError::Case::unsupported));
     }
 
     void descriptionsThatAreNoDescriptionsAreRefused()
     {
-        QCOMPARE(faultOf(generateModel(shapeWith("dim-emb: many"))), int(EngineError::Case::Damaged));
+        QCOMPARE(faultOf(generateModel(shapeWith("dim-emb: many"))), int(EngineError::Case::damaged));
         QCOMPARE(faultOf(generateModel(shapeWith("enc-depth: 99999999999999999999"))),
-            int(EngineError::Case::Damaged));
+            int(EngineError::Case::damaged));
         QCOMPARE(
-            faultOf(writeModelFile({{"tensor", 0x101, {4}, "wxyz"}})), int(EngineError::Case::NotRecognised));
+            faultOf(writeModelFile({{"tensor", 0x101, {4}, "wxyz"}})), int(EngineError::Case::notRecognised));
         QCOMPARE(faultOf(writeModelFile({{"special:model.yml", 0x101, {4}, "wxyz"}})),
-            int(EngineError::Case::Damaged));
+            int(EngineError::Case::damaged));
     }
 
     void shapesThatContradictTheDescriptionAreRefused()
     {
-        QCOMPARE(faultOf(generateModel(shapeWith("enc-depth: 3"))), int(EngineError::Case::Unsupported));
-        QCOMPARE(faultOf(generateModel(shapeWith("dim-emb: 128"))), int(EngineError::Case::Damaged));
+        QCOMPARE(faultOf(generateModel(shapeWith("enc-depth: 3"))), int(EngineError::Case::unsupported));
+        QCOMPARE(faultOf(generateModel(shapeWith("dim-emb: 128"))), int(EngineError::Case::damaged));
         QCOMPARE(
-            faultOf(generateModel(shapeWith("transformer-dim-ffn: 256"))), int(EngineError::Case::Damaged));
+            faultOf(generateModel(shapeWith("transformer-dim-ffn: 256"))), int(EngineError::Case::damaged));
         ModelShape odd;
         odd.targetWords = 1001;
-        QCOMPARE(faultOf(generateModel(odd)), int(EngineError::Case::Unsupported));
+        QCOMPARE(faultOf(generateModel(odd)), int(EngineError::Case::unsupported));
     }
 
     void numbersThatMakeNoSenseAreRefused()
@@ -153,13 +153,13 @@ private slots:
         const std::string bytes = generateModel({});
         const float infinity = std::numeric_limits<float>::infinity();
         const std::size_t bias = positionOf(bytes, "encoder_l1_self_bq") + 8;
-        QCOMPARE(faultOf(withFloat(bytes, bias, infinity)), int(EngineError::Case::Damaged));
-        QCOMPARE(faultOf(withFloat(bytes, bias, std::nanf(""))), int(EngineError::Case::Damaged));
+        QCOMPARE(faultOf(withFloat(bytes, bias, infinity)), int(EngineError::Case::damaged));
+        QCOMPARE(faultOf(withFloat(bytes, bias, std::nanf(""))), int(EngineError::Case::damaged));
         const std::size_t multiplier = positionOf(bytes, "Wemb") + 64000;
         for (const float value : {0.0F, -3.0F, infinity, std::nanf(""), 1e-30F, 1e30F})
-            QCOMPARE(faultOf(withFloat(bytes, multiplier, value)), int(EngineError::Case::Damaged));
+            QCOMPARE(faultOf(withFloat(bytes, multiplier, value)), int(EngineError::Case::damaged));
         const std::size_t inputs = positionOf(bytes, "encoder_l1_self_Wq_QuantMultA");
-        QCOMPARE(faultOf(withFloat(bytes, inputs, 0.0F)), int(EngineError::Case::Damaged));
+        QCOMPARE(faultOf(withFloat(bytes, inputs, 0.0F)), int(EngineError::Case::damaged));
         QCOMPARE(faultOf(bytes), -1);
     }
 

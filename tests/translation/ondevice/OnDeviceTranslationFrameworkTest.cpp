@@ -77,15 +77,15 @@ private slots:
     void aPairIsWhatItsModelsAre()
     {
         using enum LanguageAvailabilityStatus;
-        QCOMPARE(status("ja", "zh-Hant"), Supported);
-        QCOMPARE(status("en", "zh-Hant"), Supported);
-        QCOMPARE(status("ko", "zh-Hant"), Unsupported);
-        QCOMPARE(status("zh-Hant", "ja"), Unsupported);
+        QCOMPARE(status("ja", "zh-Hant"), supported);
+        QCOMPARE(status("en", "zh-Hant"), supported);
+        QCOMPARE(status("ko", "zh-Hant"), unsupported);
+        QCOMPARE(status("zh-Hant", "ja"), unsupported);
         install("en-zh-Hant");
-        QCOMPARE(status("en", "zh-Hant"), Installed);
-        QCOMPARE(status("ja", "zh-Hant"), Supported);
+        QCOMPARE(status("en", "zh-Hant"), installed);
+        QCOMPARE(status("ja", "zh-Hant"), supported);
         install("ja-en");
-        QCOMPARE(status("ja", "zh-Hant"), Installed);
+        QCOMPARE(status("ja", "zh-Hant"), installed);
     }
 
     void anUnsupportedPairIsNamed()
@@ -216,7 +216,7 @@ private slots:
         const QString before = test::waitFor(session->translate("We met at the station.", {})).targetText;
         m_store->remove(m_store->catalogue().entry("en-zh-Hant"));
         QCOMPARE(test::waitFor(session->translate("We met at the station.", {})).targetText, before);
-        QCOMPARE(status("en", "zh-Hant"), LanguageAvailabilityStatus::Supported);
+        QCOMPARE(status("en", "zh-Hant"), LanguageAvailabilityStatus::supported);
     }
 
     void aSessionOutlivesItsFramework()
