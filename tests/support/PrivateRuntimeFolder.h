@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QTemporaryDir>
-#include <QTest>
 
 namespace lumaphone::test {
 
@@ -18,14 +17,3 @@ private:
 };
 
 } // namespace lumaphone::test
-
-/// main() of a test that needs windows, without a display.
-#define LUMAPHONE_OFFSCREEN_TEST_MAIN(Test)                                                                  \
-    int main(int argc, char *argv[])                                                                         \
-    {                                                                                                        \
-        const lumaphone::test::PrivateRuntimeFolder runtimeFolder;                                           \
-        qputenv("QT_QPA_PLATFORM", "offscreen");                                                             \
-        const QGuiApplication application(argc, argv);                                                       \
-        Test test;                                                                                           \
-        return QTest::qExec(&test, argc, argv);                                                              \
-    }
