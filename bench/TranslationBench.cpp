@@ -19,19 +19,20 @@
 #include <random>
 #include <thread>
 
+using namespace lumaphone;
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 constexpr int captionWords = 15;
 constexpr int captions = 20;
 constexpr int rounds = 3;
 
-double millisecondsSince(Clock::time_point start)
+double millisecondsSince(SteadyClock::time_point start)
 {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    return std::chrono::duration<double, std::milli>(SteadyClock::now() - start).count();
 }
 
 double processorMilliseconds(clockid_t clock)
@@ -141,7 +142,7 @@ void measureEngine(const Case &measured, int threads, Times &times)
     for (int index = 0; index < 3; ++index)
         translator->translate(measured.lines[index]);
     for (const QString &line : measured.lines) {
-        const auto start = Clock::now();
+        const auto start = SteadyClock::now();
         const double before = processorMilliseconds(CLOCK_PROCESS_CPUTIME_ID);
         translator->translate(line);
         times.processorMilliseconds.append(processorMilliseconds(CLOCK_PROCESS_CPUTIME_ID) - before);

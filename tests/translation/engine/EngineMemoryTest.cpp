@@ -9,6 +9,7 @@
 
 namespace enginememorytest {
 
+using namespace lumaphone;
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
 

@@ -9,6 +9,7 @@
 
 namespace translatortest {
 
+using namespace lumaphone;
 using namespace lumaphone::engine;
 using namespace lumaphone::engine::test;
 
