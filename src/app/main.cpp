@@ -1,5 +1,5 @@
-#include "app/controls/LanguageFonts.h"
 #include "app/MainWindow.h"
+#include "app/controls/LanguageFonts.h"
 #include "base/CoreDumps.h"
 #include "base/LocalizedError.h"
 #include "machine/Machine.h"
