@@ -79,6 +79,24 @@ void photographLive(const QString &target)
     }
     {
         Studio studio(UserFolder().path());
+        studio.open();
+        start(studio);
+        studio.converse();
+        studio.session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {
+                {}, QStringLiteral("連線逾時：http://server/v1 在 60 秒內沒有完整回應。")};
+        };
+        for (const char *text : {"それは来月に回しましょう。", "以上です。"}) {
+            studio.session.final(text);
+            studio.settle();
+        }
+        studio.photograph(target, QStringLiteral("live-untranslated"));
+        studio.live->startOrStop();
+        studio.settle();
+        studio.photograph(target, QStringLiteral("live-stopped-untranslated"));
+    }
+    {
+        Studio studio(UserFolder().path());
         studio.open(QSize(1040, 680));
         start(studio);
         studio.converse();
