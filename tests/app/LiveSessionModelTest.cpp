@@ -376,11 +376,12 @@ private slots:
             views.session.final(text);
             views.session.clock->advance(std::chrono::seconds(15));
         }
-        views.session.final("세 번째 문장");
-        views.session.final("Quite another one of all");
+        views.session.final("So this is the third sentence");
+        views.session.final("그리고 이것이 우리의 마지막 네 번째 문장입니다");
         views.model->startOrStop();
         views.model->saveTranscript();
         const QUuid record = views.library->records().first().id;
+        QCOMPARE(views.library->loadRecord(record).lines.size(), 4);
         QVERIFY(views.library->loadRecord(record).lines[3].translatedText.isEmpty());
         TranscriptDocument renamed = views.library->loadRecord(record);
         renamed.metadata.title = "Renamed by the user";
@@ -395,8 +396,8 @@ private slots:
         views.session.clock->advance(std::chrono::seconds(20));
         settle();
         const TranscriptDocument saved = views.library->loadRecord(record);
-        QCOMPARE(saved.lines[2].translatedText, "譯:세 번째 문장");
-        QCOMPARE(saved.lines[3].translatedText, "譯:Quite another one of all");
+        QCOMPARE(saved.lines[2].translatedText, "譯:So this is the third sentence");
+        QCOMPARE(saved.lines[3].translatedText, "譯:그리고 이것이 우리의 마지막 네 번째 문장입니다");
         QCOMPARE(saved.metadata.title, "Renamed by the user");
         QCOMPARE(views.library->records().size(), 1);
     }
