@@ -5,11 +5,11 @@ if(COMMAND qt_policy)
     qt_policy(SET QTP0004 NEW)
 endif()
 
-# lumaphone_add_window_module([<Name>] VIEWS ... [SINGLETONS ...] [RESOURCES ...] [SOURCES ...] [PUBLIC ...] [PRIVATE ...])
+# lumaphone_add_window_module([<Name>] VIEWS ... [SINGLETONS ...] [RESOURCES ...] [SOURCES ...] [PUBLIC ...] [PRIVATE ...] [DEPENDENCIES ...])
 # The QML module Lumaphone.<Name>, or Lumaphone itself, made of this folder's views and of its C++ types (SOURCES): the static library
-# lumaphone_app_<folder>. Without plugins, which would take as long to build as all byte code: QmlEngineSetup.cpp names the modules instead.
+# lumaphone_app_<folder>. DEPENDENCIES: modules that register types of its properties. Without plugins, which would take as long to build as all byte code: QmlEngineSetup.cpp names the modules instead.
 function(lumaphone_add_window_module)
-    cmake_parse_arguments(ARG "" "" "VIEWS;SINGLETONS;RESOURCES;SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "VIEWS;SINGLETONS;RESOURCES;SOURCES;PUBLIC;PRIVATE;DEPENDENCIES" ${ARGN})
     list(JOIN ARG_UNPARSED_ARGUMENTS "" name)
     list(PREPEND ARG_UNPARSED_ARGUMENTS Lumaphone)
     list(JOIN ARG_UNPARSED_ARGUMENTS "." uri)
@@ -20,7 +20,7 @@ function(lumaphone_add_window_module)
 
     add_library(${target} STATIC ${ARG_SOURCES})
     set_target_properties(${target} PROPERTIES AUTOMOC ON UNITY_BUILD_BATCH_SIZE 0)
-    qt_add_qml_module(${target} URI ${uri} VERSION 1.0 NO_PLUGIN DEPENDENCIES QtQuick RESOURCE_PREFIX /qt/qml
+    qt_add_qml_module(${target} URI ${uri} VERSION 1.0 NO_PLUGIN DEPENDENCIES QtQuick ${ARG_DEPENDENCIES} RESOURCE_PREFIX /qt/qml
         OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/qml/${place}"
         QML_FILES ${ARG_SINGLETONS} ${ARG_VIEWS} RESOURCES ${ARG_RESOURCES})
     # Byte code starts as quickly as compiled bindings here, and builds in a fraction of the time.

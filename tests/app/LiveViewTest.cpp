@@ -134,10 +134,7 @@ private slots:
         QCOMPARE(window.item("card.status").property("text").toString(), "有 1 句沒有翻譯");
         QQuickItem *row = nullptr;
         QVERIFY(waitUntil([&] {
-            for (QQuickItem *button :
-                window.item("card.lines").findChildren<QQuickItem *>("row.translateAgain")) {
-                row = button->isVisible() ? button : row;
-            }
+            row = findVisible(&window.item("card.lines"), "row.translateAgain");
             return row != nullptr;
         }));
         const auto reach = [&](const QQuickItem &wanted) {

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Lumaphone.Controls
@@ -110,7 +112,9 @@ Card {
                 bottomMargin: Theme.half
                 model: card.lines
                 delegate: CaptionLineRow {
-                    onTranslateAgain: card.session.translateLineAgain(index)
+                    id: line
+
+                    onTranslateAgain: card.session.translateLineAgain(line.index)
                 }
                 Accessible.role: Accessible.List
                 Accessible.name: Texts.justHeard
