@@ -185,14 +185,14 @@ void LumaphoneGlossaryStore::exportYAML(const QString &path) const
     exportFile(path, encodeYAML(m_terms).toUtf8());
 }
 
-void LumaphoneGlossaryStore::openGlossaryFolder() const
+QCoro::Task<> LumaphoneGlossaryStore::openGlossaryFolder() const
 {
     try {
         createFolder(m_rootPath);
     } catch (const FileError &) {
         // The viewer shows what there is.
     }
-    m_revealFile(glossaryPath());
+    co_await m_revealFile(glossaryPath());
 }
 
 LumaphoneGlossaryStore::Reading LumaphoneGlossaryStore::read() const

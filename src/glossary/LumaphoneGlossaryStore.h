@@ -3,6 +3,7 @@
 #include "base/Record.h"
 #include "glossary/LumaphoneGlossaryTerm.h"
 
+#include <QCoroTask>
 #include <QList>
 #include <QObject>
 
@@ -12,8 +13,9 @@
 
 namespace lumaphone {
 
-/// Shows a file, selected, in the desktop's file viewer. Main thread.
-using FileRevealer = std::function<void(const QString &path)>;
+/// Shows a file, selected, in the desktop's file viewer, or its folder while there is no such file. Throws
+/// LocalizedError. Main thread.
+using FileRevealer = std::function<QCoro::Task<>(QString path)>;
 
 /// Owns the user's glossary and keeps it in "glossary.json". Lives on the main thread; reads and writes
 /// synchronously, so that every change is on the disk when the operation returns. Other processes may change
@@ -62,8 +64,8 @@ public:
     void importTerms(const QList<LumaphoneGlossaryTerm> &imported);
     /// Writes all terms as YAML. Throws FileError.
     void exportYAML(const QString &path) const;
-    /// Shows the glossary file in the file viewer, whether it exists or not.
-    void openGlossaryFolder() const;
+    /// Shows the glossary file in the file viewer, whether it exists or not. Throws what the revealer throws.
+    QCoro::Task<> openGlossaryFolder() const;
 
 signals:
     void termsChanged();

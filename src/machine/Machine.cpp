@@ -91,7 +91,7 @@ LumaphoneGlossaryStore &Machine::glossary()
 {
     return made(m_glossary, [this] {
         return std::make_unique<LumaphoneGlossaryStore>(
-            glossaryFolder(XdgFolders()), [this](const QString &path) { fileViewer().reveal(path); });
+            glossaryFolder(XdgFolders()), [this](const QString &path) { return fileViewer().reveal(path); });
     });
 }
 

@@ -19,8 +19,9 @@ class FileViewer
 {
 public:
     virtual ~FileViewer() = default;
-    /// Shows a file or folder, selected among its neighbours where the desktop can do that, and returns when
-    /// the desktop has taken the request. It cannot be taken back. Throws FileViewerError.
+    /// Shows a file or folder, selected among its neighbours where the desktop can do that, or its folder if
+    /// it is not there, and returns when the desktop has taken the request. It cannot be taken back. Throws
+    /// FileViewerError.
     virtual QCoro::Task<> reveal(QString path) = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include "app/glossary/GlossaryTermTexts.h"
 #include "base/AtomicFile.h"
+#include "base/LocalizedError.h"
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "support/Coroutines.h"
 #include "support/GlossaryTerms.h"
@@ -23,13 +24,22 @@ struct Fixture
 {
     QTemporaryDir folder;
     QStringList revealed;
+    QString viewerFailure;
     LumaphoneGlossaryStore store {folder.filePath("glossary"), [this](const QString &path) {
-                                      revealed << path;
+                                      return reveal(path);
                                   }};
     std::shared_ptr<MainQueue> mainQueue = MainQueue::create();
     GlossarySettingsModel model {store, mainQueue};
 
     ~Fixture() { mainQueue->close(); }
+    QCoro::Task<> reveal(QString path)
+    {
+        revealed << path;
+        if (!viewerFailure.isEmpty()) {
+            throw PlatformError(viewerFailure);
+        }
+        co_return;
+    }
     QUrl write(const char *name, const QByteArray &bytes) const
     {
         replaceFile(folder.filePath(name), bytes, Durability::renamed);
@@ -328,7 +338,7 @@ private slots:
     void aSheetThatIsGoneImportsNothing()
     {
         QTemporaryDir folder;
-        LumaphoneGlossaryStore store(folder.filePath("glossary"), [](const QString &) {});
+        LumaphoneGlossaryStore store(folder.filePath("glossary"), {});
         const auto mainQueue = MainQueue::create();
         auto model = std::make_unique<GlossarySettingsModel>(store, mainQueue);
         replaceFile(folder.filePath("a.csv"), "fox,狐狸", Durability::renamed);
@@ -370,7 +380,7 @@ private slots:
     {
         QTemporaryDir folder;
         replaceFile(folder.filePath("glossary.json"), "{", Durability::renamed);
-        LumaphoneGlossaryStore store(folder.path(), [](const QString &) {});
+        LumaphoneGlossaryStore store(folder.path(), {});
         GlossarySettingsModel model(store, MainQueue::create());
         QVERIFY(!model.storeError().isEmpty());
         QSignalSpy changes(&model, &GlossarySettingsModel::storeErrorChanged);
@@ -384,6 +394,10 @@ private slots:
         Fixture f;
         f.model.openGlossaryFolder();
         QCOMPARE(f.revealed, QStringList(f.store.glossaryPath()));
+        QCOMPARE(f.model.importError(), QString());
+        f.viewerFailure = "no file manager";
+        f.model.openGlossaryFolder();
+        QCOMPARE(f.model.importError(), "no file manager");
     }
 };
 

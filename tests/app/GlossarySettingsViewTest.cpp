@@ -23,8 +23,7 @@ namespace {
 struct Fixture
 {
     QTemporaryDir folder;
-    LumaphoneGlossaryStore store {folder.filePath("glossary"), [](const QString &) {
-                                  }};
+    LumaphoneGlossaryStore store {folder.filePath("glossary"), {}};
     std::shared_ptr<MainQueue> mainQueue = MainQueue::create();
     GlossarySettingsModel model {store, mainQueue};
     std::unique_ptr<ViewUnderTest> view;

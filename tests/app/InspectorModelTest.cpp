@@ -19,7 +19,7 @@ struct Inspector
 {
     QTemporaryDir folder;
     LiveSession session;
-    LumaphoneGlossaryStore glossary {folder.path(), [](const QString &) {}, countedUuids()};
+    LumaphoneGlossaryStore glossary {folder.path(), {}, countedUuids()};
     InspectorModel model {session.make(), session.settings, glossary};
 };
 

@@ -49,8 +49,7 @@ struct Fixture
     LiveSession live;
     NotingFileViewer fileViewer;
     FileServer server;
-    LumaphoneGlossaryStore glossaryStore {folder.filePath("glossary"), [](const QString &) {
-                                          }};
+    LumaphoneGlossaryStore glossaryStore {folder.filePath("glossary"), {}};
     TranscriptLibraryStore libraryStore {{
         .layout = TranscriptLibraryLayout::at(folder.filePath("library")),
         .areRevisions = [](const QString &, const QString &) { return false; },

@@ -21,8 +21,7 @@ private:
     struct Fixture
     {
         QTemporaryDir folder;
-        LumaphoneGlossaryStore store {folder.path(), [](const QString &) {
-                                      }};
+        LumaphoneGlossaryStore store {folder.path(), {}};
         test::CollectedStreams printed;
 
         ExitStatus add(const GlossaryAdd &command)

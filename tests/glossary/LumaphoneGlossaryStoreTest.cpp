@@ -106,7 +106,12 @@ void LumaphoneGlossaryStoreTest::write(const QString &file, const QByteArray &by
 std::unique_ptr<LumaphoneGlossaryStore> LumaphoneGlossaryStoreTest::open()
 {
     return std::make_unique<LumaphoneGlossaryStore>(
-        path("glossary"), [this](const QString &file) { m_revealed.append(file); }, test::countedUuids());
+        path("glossary"),
+        [this](const QString &file) -> QCoro::Task<> {
+            m_revealed.append(file);
+            co_return;
+        },
+        test::countedUuids());
 }
 
 void LumaphoneGlossaryStoreTest::aMissingFileIsAnEmptyGlossary()
@@ -617,7 +622,7 @@ void LumaphoneGlossaryStoreTest::theGlossaryFileIsShownWhetherItExistsOrNot()
 {
     const auto store = open();
     QVERIFY(QDir(path("glossary")).removeRecursively());
-    store->openGlossaryFolder();
+    test::waitFor(store->openGlossaryFolder());
     QVERIFY(QDir(path("glossary")).exists());
     QCOMPARE(m_revealed, QStringList {glossaryFile()});
 }
@@ -627,7 +632,7 @@ void LumaphoneGlossaryStoreTest::showingTheFileReportsNoError()
     const auto store = open();
     QVERIFY(QDir(path("glossary")).removeRecursively());
     replaceFile(path("glossary"), "a file", Durability::renamed);
-    store->openGlossaryFolder();
+    test::waitFor(store->openGlossaryFolder());
     QCOMPARE(m_revealed, QStringList {glossaryFile()});
     QVERIFY(!store->lastErrorMessage());
 }

@@ -31,8 +31,7 @@ struct Translators
     MemoryDefaultsStore defaults;
     MemoryKeychain keychain;
     LumaphoneSettings settings {defaults, keychain};
-    LumaphoneGlossaryStore glossary {folder.path(), [](const QString &) {
-                                     }};
+    LumaphoneGlossaryStore glossary {folder.path(), {}};
     ScriptedTranslationFramework framework;
     LumaphoneAppleTranslationService apple {framework};
     OpenAICompatibleTranslationService custom;

@@ -174,7 +174,21 @@ void GlossarySettingsModel::exportYAML(const QUrl &file)
 
 void GlossarySettingsModel::openGlossaryFolder()
 {
-    m_store.openGlossaryFolder();
+    reveal();
+}
+
+QCoro::Task<> GlossarySettingsModel::reveal()
+{
+    const QPointer<GlossarySettingsModel> self(this);
+    dismissMessages();
+    try {
+        co_await m_store.openGlossaryFolder();
+    } catch (const LocalizedError &error) {
+        if (self) {
+            self->set(
+                self->m_importError, error.errorDescription(), &GlossarySettingsModel::importErrorChanged);
+        }
+    }
 }
 
 void GlossarySettingsModel::dismissMessages()

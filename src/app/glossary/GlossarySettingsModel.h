@@ -89,6 +89,7 @@ private:
     void set(Value &member, const Value &value, void (GlossarySettingsModel::*changed)());
     bool isRow(int row) const { return row >= 0 && row < m_terms.count(); }
     QCoro::Task<> import(QList<QUrl> files);
+    QCoro::Task<> reveal();
 
     LumaphoneGlossaryStore &m_store;
     std::shared_ptr<MainQueue> m_mainQueue;

@@ -14,11 +14,12 @@ namespace lumaphone {
 
 namespace {
 
-QDBusPendingCall showItems(const QString &path)
+/// `method`: "ShowItems", which selects, or "ShowFolders", which opens.
+QDBusPendingCall ask(const QString &method, const QString &path)
 {
     auto message = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.FileManager1"),
         QStringLiteral("/org/freedesktop/FileManager1"), QStringLiteral("org.freedesktop.FileManager1"),
-        QStringLiteral("ShowItems"));
+        method);
     const QStringList uris {QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded())};
     message.setArguments({uris, QString()});
     return QDBusConnection::sessionBus().asyncCall(message);
@@ -35,17 +36,18 @@ QCoro::Task<> DesktopFileViewer::reveal(QString path)
 {
     const QString opener = m_opener;
     const QFileInfo file(path);
-    if (!file.exists()) {
+    const QString folder = file.isDir() ? path : file.absolutePath();
+    if (!QFileInfo(folder).isDir()) {
         throw FileViewerError(QStringLiteral("找不到「%1」。").arg(path));
     }
-    QDBusPendingCallWatcher watcher(showItems(path));
+    QDBusPendingCallWatcher watcher(
+        file.exists() ? ask(QStringLiteral("ShowItems"), path) : ask(QStringLiteral("ShowFolders"), folder));
     if (!watcher.isFinished()) {
         co_await qCoro(&watcher, &QDBusPendingCallWatcher::finished);
     }
     if (!watcher.isError()) {
         co_return;
     }
-    const QString folder = file.isDir() ? path : file.absolutePath();
     if (!QProcess::startDetached(opener, {folder})) {
         throw FileViewerError(QStringLiteral("無法開啟資料夾「%1」。").arg(folder));
     }

@@ -39,11 +39,16 @@ public:
     }
 
     QStringList shown;
+    QStringList opened;
 
 public slots:
     Q_SCRIPTABLE void ShowItems(const QStringList &uris, const QString &) // NOLINT: the bus's name
     {
         shown += uris;
+    }
+    Q_SCRIPTABLE void ShowFolders(const QStringList &uris, const QString &) // NOLINT: the bus's name
+    {
+        opened += uris;
     }
 
 private:
@@ -59,7 +64,8 @@ private slots:
     void theFileManagerShowsTheItem();
     void withoutAFileManagerTheFolderIsOpened_data();
     void withoutAFileManagerTheFolderIsOpened();
-    void aMissingFileIsSaid();
+    void ofAMissingFileTheFolderIsOpened();
+    void aMissingFolderIsSaid();
     void anOpenerThatIsMissingIsSaid();
 
 private:
@@ -117,15 +123,24 @@ void DesktopFileViewerTest::withoutAFileManagerTheFolderIsOpened()
     QCOMPARE(QString::fromUtf8(readFile(note).value_or(QByteArray())), folder);
 }
 
-void DesktopFileViewerTest::aMissingFileIsSaid()
+void DesktopFileViewerTest::ofAMissingFileTheFolderIsOpened()
 {
     NotingFileManager manager;
     DesktopFileViewer viewer(QStringLiteral("/gone"));
-    const QString path = m_folder->filePath(QStringLiteral("gone"));
+    test::waitFor(viewer.reveal(m_folder->filePath(QStringLiteral("not yet"))));
+    QCOMPARE(manager.opened, QStringList {QUrl::fromLocalFile(m_folder->path()).toString()});
+    QVERIFY(manager.shown.isEmpty());
+}
+
+void DesktopFileViewerTest::aMissingFolderIsSaid()
+{
+    NotingFileManager manager;
+    DesktopFileViewer viewer(QStringLiteral("/gone"));
+    const QString path = m_folder->filePath(QStringLiteral("gone/file"));
     const auto error = thrownBy<FileViewerError>([&] { test::waitFor(viewer.reveal(path)); });
     QVERIFY(error);
     QCOMPARE(error->errorDescription(), QStringLiteral("找不到「%1」。").arg(path));
-    QVERIFY(manager.shown.isEmpty());
+    QVERIFY(manager.shown.isEmpty() && manager.opened.isEmpty());
 }
 
 void DesktopFileViewerTest::anOpenerThatIsMissingIsSaid()
