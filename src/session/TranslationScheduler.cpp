@@ -220,7 +220,7 @@ bool TranslationScheduler::isAwaited(const QString &text) const
 
 LineTranslation TranslationScheduler::translationOf(const LumaphoneCaptionLine &line) const
 {
-    const LineTranslation outcome = m_outcomes.of(line);
+    LineTranslation outcome = m_outcomes.of(line);
     if (outcome.state == TranslationState::arrived) {
         return outcome;
     }

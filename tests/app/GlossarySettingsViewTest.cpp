@@ -118,6 +118,8 @@ private slots:
         Fixture f;
         f.fill();
         auto &view = f.open();
+        // The sheet gives the keyboard to its first field once it is open.
+        QVERIFY(waitUntil([&] { return view.focusedName() == "glossary.new.source.field"; }));
         view.find("glossary.list")->forceActiveFocus();
         view.press(Qt::Key_Down);
         view.press(Qt::Key_Space);

@@ -44,8 +44,9 @@ commands = []
 for name, (entry, sources) in compilations.items():
     gathered = folder / f"{name}.cpp"
     gathered.write_text("".join(f'#include "{source}"\n' for source in sources))
-    commands.append({"directory": entry["directory"], "file": str(gathered),
-                     "command": entry["command"].replace(entry["file"], str(gathered))})
+    # Headers that another compiler has made beforehand cannot be read.
+    command = re.sub(r" -include \S+/cmake_pch\.hxx", "", entry["command"])
+    commands.append({"directory": entry["directory"], "file": str(gathered), "command": command.replace(entry["file"], str(gathered))})
 (folder / "compile_commands.json").write_text(json.dumps(commands))
 
 

@@ -11,10 +11,12 @@
 #include "support/program/TestProgram.h"
 
 #include <QDir>
+#include <QFile>
 #include <QMap>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <csignal>
 
 namespace captionlanguagestest {
@@ -171,13 +173,26 @@ QStringList captionCommand(const QString &input)
     return {"caption", input, "--language", "automatic", "--format", "jsonl", "--translate", "off"};
 }
 
-/// Every process whose program is the speech host.
-QStringList runningHosts()
+/// What the system says of a process; empty when it has ended.
+QByteArray statusOf(const QString &process)
 {
+    QFile status(QStringLiteral("/proc/%1/status").arg(process));
+    return status.open(QIODevice::ReadOnly) ? status.readAll() : QByteArray();
+}
+
+bool isSpeechHost(const QByteArray &status)
+{
+    return status.startsWith("Name:\tlumaphone-speec") && !status.contains("\nState:\tZ");
+}
+
+/// The speech hosts that a program has started. Other tests may run hosts of their own.
+QStringList hostsOf(const RunningProgram &captions)
+{
+    const QByteArray parent = "\nPPid:\t" + QByteArray::number(captions.processId()) + '\n';
     QStringList hosts;
     for (const QString &process : QDir("/proc").entryList(QDir::Dirs)) {
-        QFile name(QStringLiteral("/proc/%1/comm").arg(process));
-        if (name.open(QIODevice::ReadOnly) && name.readAll().startsWith("lumaphone-speec")) {
+        const QByteArray status = statusOf(process);
+        if (isSpeechHost(status) && status.contains(parent)) {
             hosts.append(process);
         }
     }
@@ -193,7 +208,11 @@ class CaptionLanguagesTest : public QObject
 private slots:
     void cleanup()
     {
-        QVERIFY(waitUntil([] { return runningHosts().isEmpty(); }));
+        QVERIFY(waitUntil([this] {
+            return std::none_of(m_hosts.begin(), m_hosts.end(),
+                [](const QString &host) { return isSpeechHost(statusOf(host)); });
+        }));
+        m_hosts.clear();
     }
 
     /// What the computer plays, in four languages by turns, is captioned in its own language and script.
@@ -208,6 +227,8 @@ private slots:
         QVERIFY(waitUntil([&server] { return !server.recordings().empty(); }, 30000));
         const auto playback = server.playSamples(soundOf(spoken), 16000, 1);
         QVERIFY(waitUntil([&playback] { return playback.isFinished(); }, 120000));
+        m_hosts = hostsOf(captions);
+        QVERIFY(!m_hosts.isEmpty());
         captions.signal(SIGINT);
         QVERIFY(captions.waitForEnd());
         QCOMPARE(captions.exitCode(), 0);
@@ -265,10 +286,16 @@ private slots:
         server.addOutput("speakers");
         RunningProgram captions(program, captionCommand("system"), user.environment());
         QVERIFY(waitUntil([&server] { return !server.recordings().empty(); }, 30000));
-        QVERIFY(waitUntil([] { return !runningHosts().isEmpty(); }));
+        QVERIFY(waitUntil([&] {
+            m_hosts = hostsOf(captions);
+            return !m_hosts.isEmpty();
+        }));
         captions.signal(SIGKILL);
         QVERIFY(captions.waitForEnd());
     }
+
+private:
+    QStringList m_hosts; ///< started by the test
 };
 
 LUMAPHONE_TEST(CaptionLanguagesTest)
