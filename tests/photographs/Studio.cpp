@@ -38,8 +38,8 @@ Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatienc
 {
     shipBundledModel(m_program.path());
     session.make();
-    glossaryStore
-        = std::make_unique<LumaphoneGlossaryStore>(folder + QStringLiteral("/Glossary"), {}, countedUuids());
+    glossaryStore = std::make_unique<LumaphoneGlossaryStore>(
+        folder + QStringLiteral("/Glossary"), FileRevealer(), countedUuids());
     library = std::make_unique<TranscriptLibraryStore>(TranscriptLibraryStore::Environment {
         .layout = TranscriptLibraryLayout::at(folder + QStringLiteral("/Transcripts")),
         .areRevisions = [](const QString &, const QString &) { return false; },
