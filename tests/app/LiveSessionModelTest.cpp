@@ -42,7 +42,7 @@ struct Views
     {
         session.make();
         glossary = std::make_unique<LumaphoneGlossaryStore>(
-            folder.filePath(QStringLiteral("Glossary")), {}, countedUuids());
+            folder.filePath(QStringLiteral("Glossary")), FileRevealer(), countedUuids());
         library = std::make_unique<TranscriptLibraryStore>(TranscriptLibraryStore::Environment {
             .layout = TranscriptLibraryLayout::at(
                 libraryPath.isEmpty() ? folder.filePath(QStringLiteral("Transcripts")) : libraryPath),
