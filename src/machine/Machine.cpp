@@ -4,8 +4,8 @@
 #include "base/MainQueue.h"
 #include "capture/LivePipelineServices.h"
 #include "glossary/LumaphoneGlossaryStore.h"
-#include "machine/InstalledSpeechEngines.h"
 #include "machine/MachineProbe.h"
+#include "machine/SpeechEngines.h"
 #include "platform/desktop/DesktopFileViewer.h"
 #include "platform/desktop/ExecutableFolderResources.h"
 #include "platform/desktop/JsonDefaultsStore.h"
@@ -180,8 +180,7 @@ EngineSpeechFramework &Machine::speech()
     return made(m_speech, [this] {
         auto &checked = made(
             m_checkedFiles, [] { return std::make_unique<CheckedFiles>(checkedFilesPath(XdgFolders())); });
-        return std::make_shared<EngineSpeechFramework>(
-            installedSpeechEngines(models(), checked), m_mainQueue);
+        return std::make_shared<EngineSpeechFramework>(speechEngines(models(), checked), m_mainQueue);
     });
 }
 

@@ -1,8 +1,8 @@
+#include "app/LibraryFixture.h"
 #include "app/OffscreenTest.h"
 #include "app/ViewUnderTest.h"
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 #include "support/Coroutines.h"
-#include "support/LibraryFixture.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

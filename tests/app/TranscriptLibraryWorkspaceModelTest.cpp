@@ -1,8 +1,8 @@
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 
+#include "app/LibraryFixture.h"
 #include "app/OffscreenTest.h"
 #include "support/Coroutines.h"
-#include "support/LibraryFixture.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>

@@ -1,7 +1,7 @@
 #include "cli/DraftCommand.h"
 
+#include "cli/CollectedStreams.h"
 #include "session/LumaphoneSessionDraftStore.h"
-#include "support/CollectedStreams.h"
 #include "support/program/TestProgram.h"
 
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "cli/GlossaryCommand.h"
 
+#include "cli/CollectedStreams.h"
 #include "glossary/LumaphoneGlossaryStore.h"
-#include "support/CollectedStreams.h"
 #include "support/program/TestProgram.h"
 
 #include <QFile>

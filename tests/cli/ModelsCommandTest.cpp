@@ -1,10 +1,10 @@
 #include "cli/ModelsCommand.h"
 
+#include "cli/CollectedStreams.h"
 #include "models/ModelError.h"
 #include "models/ModelInstaller.h"
 #include "models/ModelStore.h"
 #include "support/BundledModel.h"
-#include "support/CollectedStreams.h"
 #include "support/Coroutines.h"
 #include "support/FileServer.h"
 #include "support/FolderResources.h"

@@ -1,7 +1,7 @@
 #include "cli/SettingsCommand.h"
 
+#include "cli/CollectedStreams.h"
 #include "storage/LumaphoneSettings.h"
-#include "support/CollectedStreams.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
 #include "support/program/TestProgram.h"

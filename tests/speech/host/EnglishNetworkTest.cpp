@@ -1,6 +1,6 @@
-#include "speech/hosted/InstalledSpeechModel.h"
+#include "speech/host/HostedSpeech.h"
+#include "speech/hosted/SpeechModelFiles.h"
 #include "support/FolderResources.h"
-#include "support/HostedSpeech.h"
 #include "support/program/TestProgram.h"
 #include "support/speech-scores/SpokenRecordings.h"
 #include "support/speech-scores/WordSpelling.h"

@@ -1,5 +1,5 @@
+#include "speech/host/HostedSpeech.h"
 #include "support/FilePermissions.h"
-#include "support/HostedSpeech.h"
 #include "support/program/TestProgram.h"
 
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 #include "language/TaiwanWording.h"
 #include "speech/framework/RecognizedText.h"
+#include "speech/host/HostedSpeech.h"
 #include "speech/host/Segmenter.h"
-#include "support/HostedSpeech.h"
 #include "support/program/TestProgram.h"
 
 #include <QTest>

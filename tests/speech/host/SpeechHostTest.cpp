@@ -1,6 +1,6 @@
 #include "language/TaiwanWording.h"
+#include "speech/host/HostedSpeech.h"
 #include "speech/host/Segmenter.h"
-#include "support/HostedSpeech.h"
 #include "support/program/TestProgram.h"
 
 #include <QTest>

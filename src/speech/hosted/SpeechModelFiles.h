@@ -1,10 +1,30 @@
 #pragma once
 
+#include "language/SpokenLanguage.h"
 #include "models/CheckedFiles.h"
 #include "models/ModelStore.h"
-#include "speech/hosted/SpeechInstallations.h"
+#include "speech/protocol/SpeechHostMessages.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <stop_token>
+#include <variant>
+#include <vector>
 
 namespace lumaphone {
+
+/// The files of an installed speech model.
+struct SpeechModelFiles
+{
+    QString voiceDetector;
+    host::Network network;
+    /// Throws where a file is not the one it should be. May read all of them.
+    std::function<void(const std::stop_token &)> demandIntact;
+    QString repair; ///< what the user can do then
+    std::uint32_t voiceThreshold = 500; ///< how sure the voice detector must be of speech, in thousandths
+};
 
 /// What the network that the user can install recognises, as the catalogue says.
 std::vector<SpokenLanguage> installedModelLanguages(const ModelCatalogue &catalogue);

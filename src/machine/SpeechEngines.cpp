@@ -1,24 +1,22 @@
-#include "machine/InstalledSpeechEngines.h"
+#include "machine/SpeechEngines.h"
 
 #include "platform/desktop/ExecutableFolderResources.h"
 #include "speech/hosted/HostedSpeechEngine.h"
-#include "speech/hosted/InstalledSpeechModel.h"
+#include "speech/hosted/SpeechModelFiles.h"
 #include "speech/pocketsphinx/PocketSphinxEngine.h"
 
 namespace lumaphone {
 
-std::vector<std::shared_ptr<SpeechEngine>> installedSpeechEngines(
-    const ModelStore &models, CheckedFiles &checked)
+std::vector<std::shared_ptr<SpeechEngine>> speechEngines(const ModelStore &models, CheckedFiles &checked)
 {
     const auto resources = std::make_shared<ExecutableFolderResources>();
     return {
         std::make_shared<HostedSpeechEngine>(QStringLiteral("內建的英文網路"),
             bundledModelLanguages(models.catalogue()),
-            SpeechInstallations(
-                resources, [&models, &checked] { return bundledEnglishModel(models, checked); })),
+            SpeechHostFiles(resources, [&models, &checked] { return bundledEnglishModel(models, checked); })),
         std::make_shared<HostedSpeechEngine>(QStringLiteral("四種語言的網路"),
             installedModelLanguages(models.catalogue()),
-            SpeechInstallations(
+            SpeechHostFiles(
                 resources, [&models, &checked] { return installedSpeechModel(models, checked); })),
         std::make_shared<PocketSphinxEngine>(),
     };

@@ -1,4 +1,4 @@
-#include "speech/hosted/InstalledSpeechModel.h"
+#include "speech/hosted/SpeechModelFiles.h"
 
 #include "models/SpeechModels.h"
 

@@ -1,16 +1,16 @@
-#include "speech/hosted/SpeechInstallations.h"
+#include "speech/hosted/SpeechHostFiles.h"
 
 #include <QFileInfo>
 
 namespace lumaphone {
 
-SpeechInstallations::SpeechInstallations(std::shared_ptr<const BundleResources> resources, Models models)
+SpeechHostFiles::SpeechHostFiles(std::shared_ptr<const BundleResources> resources, Models models)
     : m_resources(std::move(resources))
     , m_models(std::move(models))
 {
 }
 
-HostedSpeechEngine::Installation SpeechInstallations::operator()() const
+HostedSpeechEngine::Installation SpeechHostFiles::operator()() const
 {
     const auto program = m_resources->path(QStringLiteral("lumaphone-speech-host"));
     const auto runtime = m_resources->path(QStringLiteral("libsherpa-onnx-c-api.so"));

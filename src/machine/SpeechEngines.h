@@ -10,7 +10,6 @@ namespace lumaphone {
 /// for four languages where it is installed, both where there is a runtime library for this processor, then
 /// PocketSphinx for English. `models`, and `checked`, which compares files before they are used, outlive
 /// them.
-std::vector<std::shared_ptr<SpeechEngine>> installedSpeechEngines(
-    const ModelStore &models, CheckedFiles &checked);
+std::vector<std::shared_ptr<SpeechEngine>> speechEngines(const ModelStore &models, CheckedFiles &checked);
 
 } // namespace lumaphone

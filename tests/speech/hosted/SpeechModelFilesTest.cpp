@@ -1,4 +1,4 @@
-#include "speech/hosted/InstalledSpeechModel.h"
+#include "speech/hosted/SpeechModelFiles.h"
 
 #include "models/ModelError.h"
 #include "speech/framework/EngineSpeechFramework.h"
@@ -8,7 +8,7 @@
 
 #include <QTest>
 
-namespace installedspeechmodeltest {
+namespace speechmodelfilestest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -37,7 +37,7 @@ const std::vector<SpokenLanguage> fourLanguages {
 
 } // namespace
 
-class InstalledSpeechModelTest : public QObject
+class SpeechModelFilesTest : public QObject
 {
     Q_OBJECT
 
@@ -117,7 +117,7 @@ private slots:
         const ModelStore store(folder.path(), toySpeechCatalogue());
         CheckedFiles checked(folder.filePath("checked.json"));
         const auto engine = std::make_shared<HostedSpeechEngine>(QStringLiteral("networks"), fourLanguages,
-            SpeechInstallations(std::make_shared<Resources>(true),
+            SpeechHostFiles(std::make_shared<Resources>(true),
                 [&store, &checked] { return installedSpeechModel(store, checked); }));
         EngineSpeechFramework framework({engine}, MainQueue::create());
         const auto error
@@ -148,7 +148,7 @@ private slots:
         CheckedFiles checked(folder.filePath("checked.json"));
         installToySpeechModels(store);
         const HostedSpeechEngine engine(QStringLiteral("networks"), fourLanguages,
-            SpeechInstallations(std::make_shared<Resources>(false),
+            SpeechHostFiles(std::make_shared<Resources>(false),
                 [&store, &checked] { return installedSpeechModel(store, checked); }));
         QVERIFY(engine.installedLocales().empty());
         QVERIFY(engine.installationHint("ja-JP")->contains("libsherpa-onnx-c-api.so"));
@@ -162,7 +162,7 @@ private slots:
         CheckedFiles checked(folder.filePath("checked.json"));
         installToySpeechModels(store);
         const HostedSpeechEngine engine(QStringLiteral("networks"), fourLanguages,
-            SpeechInstallations(std::make_shared<Resources>(true),
+            SpeechHostFiles(std::make_shared<Resources>(true),
                 [&store, &checked] { return installedSpeechModel(store, checked); }));
         const auto recognizers
             = engine.makeRecognizers({"ja-JP", "ko-KR"}, [](const QString &, const SpeechResult &) {});
@@ -176,7 +176,7 @@ private slots:
         const ModelStore store(folder.path(), toySpeechCatalogue());
         CheckedFiles checked(folder.filePath("checked.json"));
         const HostedSpeechEngine engine(QStringLiteral("networks"), fourLanguages,
-            SpeechInstallations(std::make_shared<Resources>(true),
+            SpeechHostFiles(std::make_shared<Resources>(true),
                 [&store, &checked] { return installedSpeechModel(store, checked); }));
         const auto recognizers
             = engine.makeRecognizers({"ja-JP"}, [](const QString &, const SpeechResult &) {});
@@ -184,8 +184,8 @@ private slots:
     }
 };
 
-LUMAPHONE_TEST(InstalledSpeechModelTest)
+LUMAPHONE_TEST(SpeechModelFilesTest)
 
-} // namespace installedspeechmodeltest
+} // namespace speechmodelfilestest
 
-#include "InstalledSpeechModelTest.moc"
+#include "SpeechModelFilesTest.moc"
