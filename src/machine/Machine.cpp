@@ -19,7 +19,7 @@
 #include "session/LivePipelines.h"
 #include "session/SessionTranslator.h"
 #include "session/SystemAudioCaptureController.h"
-#include "speech/framework/EngineSpeechFramework.h"
+#include "speech/framework/LocalSpeechFramework.h"
 #include "storage/LumaphoneSettings.h"
 #include "storage/TranscriptLibraryStore.h"
 #include "storage/UserFiles.h"
@@ -175,12 +175,12 @@ FileViewer &Machine::fileViewer()
     return made(m_fileViewer, [] { return std::make_unique<DesktopFileViewer>(); });
 }
 
-EngineSpeechFramework &Machine::speech()
+LocalSpeechFramework &Machine::speech()
 {
     return made(m_speech, [this] {
         auto &checked = made(
             m_checkedFiles, [] { return std::make_unique<CheckedFiles>(checkedFilesPath(XdgFolders())); });
-        return std::make_shared<EngineSpeechFramework>(speechEngines(models(), checked), m_mainQueue);
+        return std::make_shared<LocalSpeechFramework>(speechEngines(models(), checked), m_mainQueue);
     });
 }
 

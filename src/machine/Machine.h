@@ -15,7 +15,7 @@ class CheckedFiles;
 class Clock;
 class DefaultsStore;
 class DetachedTasks;
-class EngineSpeechFramework;
+class LocalSpeechFramework;
 class FileViewer;
 class FloatingCaptionPresenter;
 class KeychainServices;
@@ -75,7 +75,7 @@ public:
 
 private:
     FileViewer &fileViewer();
-    EngineSpeechFramework &speech();
+    LocalSpeechFramework &speech();
     LumaphoneAppleTranslationService &onDeviceTranslation();
 
     // What stands above is used by what stands below, which goes first.
@@ -90,7 +90,7 @@ private:
     std::unique_ptr<FileViewer> m_fileViewer;
     std::unique_ptr<ModelStore> m_models;
     std::unique_ptr<CheckedFiles> m_checkedFiles;
-    std::shared_ptr<EngineSpeechFramework> m_speech;
+    std::shared_ptr<LocalSpeechFramework> m_speech;
     std::unique_ptr<TranslationFramework> m_translation;
     std::unique_ptr<LumaphoneAppleTranslationService> m_onDeviceTranslation;
     std::unique_ptr<OpenAICompatibleTranslationService> m_chatCompletions;

@@ -29,7 +29,7 @@ void takeTranslation(LanguageFacts &facts, const QString &source, const ModelSto
 }
 
 LanguageFacts languageFacts(
-    AppleSystemSpeechLanguage language, const ModelStore &models, const EngineSpeechFramework &speech)
+    AppleSystemSpeechLanguage language, const ModelStore &models, const LocalSpeechFramework &speech)
 {
     const QString locale = localeIdentifier(language);
     LanguageFacts facts;
@@ -63,7 +63,7 @@ ModelFacts::State stateOf(const ModelEntry &entry, const ModelStore &models)
 } // namespace
 
 MachineFacts probeMachine(
-    const QString &program, const ModelStore &models, const EngineSpeechFramework &speech)
+    const QString &program, const ModelStore &models, const LocalSpeechFramework &speech)
 {
     MachineFacts facts;
     facts.program = program;

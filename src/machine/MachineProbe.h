@@ -2,7 +2,7 @@
 
 #include "models/ModelStore.h"
 #include "platform/MachineFacts.h"
-#include "speech/framework/EngineSpeechFramework.h"
+#include "speech/framework/LocalSpeechFramework.h"
 
 namespace lumaphone {
 
@@ -10,6 +10,6 @@ namespace lumaphone {
 /// compositor, and waits for them, but starts nothing and asks the user nothing. `program`: its name and
 /// version.
 MachineFacts probeMachine(
-    const QString &program, const ModelStore &models, const EngineSpeechFramework &speech);
+    const QString &program, const ModelStore &models, const LocalSpeechFramework &speech);
 
 } // namespace lumaphone

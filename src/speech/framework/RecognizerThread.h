@@ -1,6 +1,6 @@
 #pragma once
 
-#include "speech/framework/EngineSpeechModule.h"
+#include "speech/framework/LocalSpeechModule.h"
 #include "speech/framework/SampleQueue.h"
 #include "speech/framework/SpeechEngine.h"
 
@@ -13,7 +13,7 @@ namespace lumaphone {
 class RecognizerThread
 {
 public:
-    using Modules = std::vector<std::shared_ptr<EngineSpeechModule>>;
+    using Modules = std::vector<std::shared_ptr<LocalSpeechModule>>;
 
     /// `capacity`: how many samples may wait for the recogniser.
     RecognizerThread(std::shared_ptr<StreamingRecognizer> recognizer, Modules modules, std::size_t capacity);

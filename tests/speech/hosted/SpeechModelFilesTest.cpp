@@ -1,7 +1,7 @@
 #include "speech/hosted/SpeechModelFiles.h"
 
 #include "models/ModelError.h"
-#include "speech/framework/EngineSpeechFramework.h"
+#include "speech/framework/LocalSpeechFramework.h"
 #include "support/Coroutines.h"
 #include "support/ToySpeechModel.h"
 #include "support/program/TestProgram.h"
@@ -119,7 +119,7 @@ private slots:
         const auto engine = std::make_shared<HostedSpeechEngine>(QStringLiteral("networks"), fourLanguages,
             SpeechHostFiles(std::make_shared<Resources>(true),
                 [&store, &checked] { return installedSpeechModel(store, checked); }));
-        EngineSpeechFramework framework({engine}, MainQueue::create());
+        LocalSpeechFramework framework({engine}, MainQueue::create());
         const auto error
             = thrownBy<SpeechFrameworkError>([&] { test::waitFor(framework.reserve("zh-Hant-TW")); });
         QCOMPARE(error->errorDescription(),

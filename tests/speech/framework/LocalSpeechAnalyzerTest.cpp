@@ -1,4 +1,4 @@
-#include "speech/framework/EngineSpeechAnalyzer.h"
+#include "speech/framework/LocalSpeechAnalyzer.h"
 
 #include "support/Coroutines.h"
 #include "support/Gate.h"
@@ -14,7 +14,7 @@
 #include <atomic>
 #include <future>
 
-namespace enginespeechanalyzertest {
+namespace localspeechanalyzertest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -73,17 +73,17 @@ class Analysis
 {
 public:
     explicit Analysis(std::vector<RecognizerScript> scripts,
-        std::size_t queueCapacity = EngineSpeechAnalyzer::defaultQueueCapacity,
+        std::size_t queueCapacity = LocalSpeechAnalyzer::defaultQueueCapacity,
         SpeechModuleOptions options = withVolatileResults)
     {
         const auto engine = std::make_shared<ScriptedSpeechEngine>(std::move(scripts));
-        std::vector<EngineSpeechAnalyzer::Assignment> assignments;
+        std::vector<LocalSpeechAnalyzer::Assignment> assignments;
         for (const QString &locale : engine->installedLocales()) {
-            m_modules.push_back(std::make_shared<EngineSpeechModule>(locale, options));
+            m_modules.push_back(std::make_shared<LocalSpeechModule>(locale, options));
             assignments.push_back({m_modules.back(), engine});
         }
         m_analyzer
-            = std::make_shared<EngineSpeechAnalyzer>(std::move(assignments), m_mainQueue, queueCapacity);
+            = std::make_shared<LocalSpeechAnalyzer>(std::move(assignments), m_mainQueue, queueCapacity);
     }
     ~Analysis()
     {
@@ -91,7 +91,7 @@ public:
         m_input.finish();
     }
 
-    EngineSpeechAnalyzer &analyzer() { return *m_analyzer; }
+    LocalSpeechAnalyzer &analyzer() { return *m_analyzer; }
     AnalyzerInputStream &input() { return m_input; }
 
     void prepare() { test::waitFor(m_analyzer->prepareToAnalyze(PcmBuffer::sampleRateHz)); }
@@ -123,8 +123,8 @@ public:
 
 private:
     std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
-    std::vector<std::shared_ptr<EngineSpeechModule>> m_modules;
-    std::shared_ptr<EngineSpeechAnalyzer> m_analyzer;
+    std::vector<std::shared_ptr<LocalSpeechModule>> m_modules;
+    std::shared_ptr<LocalSpeechAnalyzer> m_analyzer;
     AnalyzerInputStream m_input;
     std::future<void> m_running;
     std::vector<std::future<Results>> m_readers;
@@ -132,7 +132,7 @@ private:
 
 } // namespace
 
-class EngineSpeechAnalyzerTest : public QObject
+class LocalSpeechAnalyzerTest : public QObject
 {
     Q_OBJECT
 
@@ -151,7 +151,7 @@ private slots:
     void volatileTextsAreReportedOnlyWhenAskedFor()
     {
         Analysis analysis(
-            {sayingValues(english)}, EngineSpeechAnalyzer::defaultQueueCapacity, SpeechModuleOptions {});
+            {sayingValues(english)}, LocalSpeechAnalyzer::defaultQueueCapacity, SpeechModuleOptions {});
         analysis.run({1, 2});
         QCOMPARE(analysis.results().texts, QStringList {QStringLiteral("end.")});
     }
@@ -579,8 +579,8 @@ private slots:
     }
 };
 
-LUMAPHONE_TEST(EngineSpeechAnalyzerTest)
+LUMAPHONE_TEST(LocalSpeechAnalyzerTest)
 
-} // namespace enginespeechanalyzertest
+} // namespace localspeechanalyzertest
 
-#include "EngineSpeechAnalyzerTest.moc"
+#include "LocalSpeechAnalyzerTest.moc"

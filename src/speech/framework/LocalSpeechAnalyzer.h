@@ -7,7 +7,7 @@ namespace lumaphone {
 
 /// Feeds the recognisers of its modules, each on a thread of its own with a queue of its own, so that a
 /// recogniser which falls behind for a while holds up neither the input nor the others.
-class EngineSpeechAnalyzer final : public SpeechAnalyzer
+class LocalSpeechAnalyzer final : public SpeechAnalyzer
 {
 public:
     /// Samples that may wait for one recogniser: 60 s.
@@ -17,14 +17,14 @@ public:
     /// A module and the engine that serves it.
     struct Assignment
     {
-        std::shared_ptr<EngineSpeechModule> module;
+        std::shared_ptr<LocalSpeechModule> module;
         std::shared_ptr<SpeechEngine> engine;
     };
 
-    EngineSpeechAnalyzer(std::vector<Assignment> assignments, std::shared_ptr<MainQueue> mainQueue,
+    LocalSpeechAnalyzer(std::vector<Assignment> assignments, std::shared_ptr<MainQueue> mainQueue,
         std::size_t queueCapacity = defaultQueueCapacity);
     /// Cancels, and waits for the recognisers to notice. Not while start() runs.
-    ~EngineSpeechAnalyzer() override;
+    ~LocalSpeechAnalyzer() override;
 
     QCoro::Task<> prepareToAnalyze(double sampleRateHz) override;
     void start(AnalyzerInputStream &input, const std::stop_token &stop) override;

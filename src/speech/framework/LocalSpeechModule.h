@@ -5,10 +5,10 @@
 namespace lumaphone {
 
 /// The results of one locale, given by whichever thread recognises and read by another.
-class EngineSpeechModule final : public SpeechModule
+class LocalSpeechModule final : public SpeechModule
 {
 public:
-    EngineSpeechModule(QString localeIdentifier, const SpeechModuleOptions &options);
+    LocalSpeechModule(QString localeIdentifier, const SpeechModuleOptions &options);
 
     const QString &localeIdentifier() const { return m_localeIdentifier; }
 

@@ -1,4 +1,4 @@
-#include "speech/framework/EngineSpeechAnalyzer.h"
+#include "speech/framework/LocalSpeechAnalyzer.h"
 
 #include "base/Completion.h"
 
@@ -45,7 +45,7 @@ std::vector<QString> localesOf(const Modules &modules)
 
 } // namespace
 
-EngineSpeechAnalyzer::EngineSpeechAnalyzer(
+LocalSpeechAnalyzer::LocalSpeechAnalyzer(
     std::vector<Assignment> assignments, std::shared_ptr<MainQueue> mainQueue, std::size_t queueCapacity)
     : m_mainQueue(std::move(mainQueue))
 {
@@ -64,12 +64,12 @@ EngineSpeechAnalyzer::EngineSpeechAnalyzer(
     }
 }
 
-EngineSpeechAnalyzer::~EngineSpeechAnalyzer()
+LocalSpeechAnalyzer::~LocalSpeechAnalyzer()
 {
     cancelAndFinishNow();
 }
 
-QCoro::Task<> EngineSpeechAnalyzer::prepareToAnalyze(double sampleRateHz)
+QCoro::Task<> LocalSpeechAnalyzer::prepareToAnalyze(double sampleRateHz)
 {
     if (sampleRateHz != PcmBuffer::sampleRateHz) {
         throw SpeechFrameworkError(
@@ -84,7 +84,7 @@ QCoro::Task<> EngineSpeechAnalyzer::prepareToAnalyze(double sampleRateHz)
     }
 }
 
-void EngineSpeechAnalyzer::start(AnalyzerInputStream &input, const std::stop_token &stop)
+void LocalSpeechAnalyzer::start(AnalyzerInputStream &input, const std::stop_token &stop)
 {
     const std::stop_callback onStop(stop, [this] { cancelAndFinishNow(); });
     try {
@@ -96,14 +96,14 @@ void EngineSpeechAnalyzer::start(AnalyzerInputStream &input, const std::stop_tok
     }
 }
 
-void EngineSpeechAnalyzer::startThreads()
+void LocalSpeechAnalyzer::startThreads()
 {
     for (const auto &thread : m_threads) {
         thread->start();
     }
 }
 
-void EngineSpeechAnalyzer::feed(AnalyzerInputStream &input, const std::stop_token &stop)
+void LocalSpeechAnalyzer::feed(AnalyzerInputStream &input, const std::stop_token &stop)
 {
     while (const auto next = input.next(stop)) {
         for (const auto &thread : m_threads) {
@@ -121,7 +121,7 @@ void EngineSpeechAnalyzer::feed(AnalyzerInputStream &input, const std::stop_toke
     }
 }
 
-std::chrono::milliseconds EngineSpeechAnalyzer::waitingSound() const
+std::chrono::milliseconds LocalSpeechAnalyzer::waitingSound() const
 {
     std::size_t samples = 0;
     for (const auto &thread : m_threads) {
@@ -130,7 +130,7 @@ std::chrono::milliseconds EngineSpeechAnalyzer::waitingSound() const
     return std::chrono::milliseconds(samples * 1000 / static_cast<std::size_t>(PcmBuffer::sampleRateHz));
 }
 
-void EngineSpeechAnalyzer::cancelAndFinishNow()
+void LocalSpeechAnalyzer::cancelAndFinishNow()
 {
     m_cancelled.request_stop();
     for (const auto &thread : m_threads) {

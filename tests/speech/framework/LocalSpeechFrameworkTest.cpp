@@ -1,4 +1,4 @@
-#include "speech/framework/EngineSpeechFramework.h"
+#include "speech/framework/LocalSpeechFramework.h"
 
 #include "speech/pocketsphinx/PocketSphinxEngine.h"
 #include "support/Coroutines.h"
@@ -8,12 +8,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-namespace enginespeechframeworktest {
+namespace localspeechframeworktest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
 
-class EngineSpeechFrameworkTest : public QObject
+class LocalSpeechFrameworkTest : public QObject
 {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ class EngineSpeechFrameworkTest : public QObject
         return std::make_shared<ScriptedSpeechEngine>(std::move(scripts));
     }
 
-    static QString errorOfReserving(EngineSpeechFramework &framework, const QString &locale)
+    static QString errorOfReserving(LocalSpeechFramework &framework, const QString &locale)
     {
         const auto error = thrownBy<SpeechFrameworkError>([&] { test::waitFor(framework.reserve(locale)); });
         return error ? error->errorDescription() : QString();
@@ -43,21 +43,21 @@ class EngineSpeechFrameworkTest : public QObject
 private slots:
     void recognitionNeedsNoPermission()
     {
-        EngineSpeechFramework framework({}, m_mainQueue);
+        LocalSpeechFramework framework({}, m_mainQueue);
         QCOMPARE(framework.authorizationStatus(), SpeechAuthorization::authorized);
         QCOMPARE(test::waitFor(framework.requestAuthorization()), SpeechAuthorization::authorized);
     }
 
     void aLocaleIsSupportedWhetherOrNotAModelIsInstalled()
     {
-        EngineSpeechFramework framework({}, m_mainQueue);
+        LocalSpeechFramework framework({}, m_mainQueue);
         QCOMPARE(test::waitFor(framework.supportedLocale(QStringLiteral("ja_JP"))), QStringLiteral("ja-JP"));
         QVERIFY(!test::waitFor(framework.supportedLocale(QStringLiteral("fr-FR"))));
     }
 
     void reservationsAreCounted()
     {
-        EngineSpeechFramework framework({engineSaying({}, {QStringLiteral("en-US")})}, m_mainQueue);
+        LocalSpeechFramework framework({engineSaying({}, {QStringLiteral("en-US")})}, m_mainQueue);
         const QString english = QStringLiteral("en-US");
         test::waitFor(framework.reserve(english));
         test::waitFor(framework.reserve(QStringLiteral("en_US")));
@@ -75,7 +75,7 @@ private slots:
     void aLocaleWithoutAModelCannotBeReserved()
     {
         QTemporaryDir empty;
-        EngineSpeechFramework framework({std::make_shared<PocketSphinxEngine>(empty.path())}, m_mainQueue);
+        LocalSpeechFramework framework({std::make_shared<PocketSphinxEngine>(empty.path())}, m_mainQueue);
         QCOMPARE(errorOfReserving(framework, QStringLiteral("ja-JP")),
             QStringLiteral("尚未安裝「日文」（ja-JP）的語音辨識模型。"));
         QCOMPARE(errorOfReserving(framework, QStringLiteral("en")),
@@ -88,7 +88,7 @@ private slots:
 
     void theSystemsModelOfEnglishCanBeReserved()
     {
-        EngineSpeechFramework framework({std::make_shared<PocketSphinxEngine>()}, m_mainQueue);
+        LocalSpeechFramework framework({std::make_shared<PocketSphinxEngine>()}, m_mainQueue);
         QCOMPARE(errorOfReserving(framework, QStringLiteral("en-US")), QString());
         QCOMPARE(framework.reservations(QStringLiteral("en-US")), 1);
     }
@@ -96,9 +96,9 @@ private slots:
     void theFirstEngineWithAModelServesALocale()
     {
         const QString japanese = QStringLiteral("ja-JP");
-        EngineSpeechFramework framework({engineSaying(QStringLiteral("first"), {QStringLiteral("en-US")}),
-                                            engineSaying(QStringLiteral("second"), {japanese}),
-                                            engineSaying(QStringLiteral("third"), {japanese})},
+        LocalSpeechFramework framework({engineSaying(QStringLiteral("first"), {QStringLiteral("en-US")}),
+                                           engineSaying(QStringLiteral("second"), {japanese}),
+                                           engineSaying(QStringLiteral("third"), {japanese})},
             m_mainQueue);
         const auto module = framework.makeTranscriber(japanese, {});
         const auto analyzer = framework.makeAnalyzer({module});
@@ -112,7 +112,7 @@ private slots:
 
     void aLocaleWithoutAModelCannotBePrepared()
     {
-        EngineSpeechFramework framework({}, m_mainQueue);
+        LocalSpeechFramework framework({}, m_mainQueue);
         const auto analyzer = framework.makeAnalyzer({framework.makeTranscriber(QStringLiteral("ko"), {})});
         const auto error
             = thrownBy<SpeechFrameworkError>([&] { test::waitFor(analyzer->prepareToAnalyze(16000)); });
@@ -121,8 +121,8 @@ private slots:
     }
 };
 
-LUMAPHONE_TEST(EngineSpeechFrameworkTest)
+LUMAPHONE_TEST(LocalSpeechFrameworkTest)
 
-} // namespace enginespeechframeworktest
+} // namespace localspeechframeworktest
 
-#include "EngineSpeechFrameworkTest.moc"
+#include "LocalSpeechFrameworkTest.moc"

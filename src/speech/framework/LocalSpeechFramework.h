@@ -9,11 +9,11 @@ namespace lumaphone {
 
 /// Speech recognition by the engines on this machine; EngineChoice says which one serves which locales.
 /// Recognition stays on the machine, so it needs no one's permission.
-class EngineSpeechFramework final : public SpeechFramework
+class LocalSpeechFramework final : public SpeechFramework
 {
 public:
     /// `engines` in the order of preference.
-    EngineSpeechFramework(
+    LocalSpeechFramework(
         std::vector<std::shared_ptr<SpeechEngine>> engines, std::shared_ptr<MainQueue> mainQueue);
 
     SpeechAuthorization authorizationStatus() override { return SpeechAuthorization::authorized; }

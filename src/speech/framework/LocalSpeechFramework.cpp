@@ -1,8 +1,8 @@
-#include "speech/framework/EngineSpeechFramework.h"
+#include "speech/framework/LocalSpeechFramework.h"
 
 #include "language/SpeechLocales.h"
 #include "speech/framework/EngineChoice.h"
-#include "speech/framework/EngineSpeechAnalyzer.h"
+#include "speech/framework/LocalSpeechAnalyzer.h"
 #include "speech/framework/MissingModelEngine.h"
 
 #include <algorithm>
@@ -19,24 +19,24 @@ QString canonical(const QString &localeIdentifier)
 
 } // namespace
 
-EngineSpeechFramework::EngineSpeechFramework(
+LocalSpeechFramework::LocalSpeechFramework(
     std::vector<std::shared_ptr<SpeechEngine>> engines, std::shared_ptr<MainQueue> mainQueue)
     : m_engines(std::move(engines))
     , m_mainQueue(std::move(mainQueue))
 {
 }
 
-QCoro::Task<SpeechAuthorization> EngineSpeechFramework::requestAuthorization()
+QCoro::Task<SpeechAuthorization> LocalSpeechFramework::requestAuthorization()
 {
     co_return SpeechAuthorization::authorized;
 }
 
-QCoro::Task<std::optional<QString>> EngineSpeechFramework::supportedLocale(QString localeIdentifier)
+QCoro::Task<std::optional<QString>> LocalSpeechFramework::supportedLocale(QString localeIdentifier)
 {
     co_return supportedSpeechLocale(localeIdentifier);
 }
 
-QCoro::Task<> EngineSpeechFramework::reserve(QString localeIdentifier)
+QCoro::Task<> LocalSpeechFramework::reserve(QString localeIdentifier)
 {
     const QString locale = canonical(localeIdentifier);
     if (!isInstalled(locale)) {
@@ -46,7 +46,7 @@ QCoro::Task<> EngineSpeechFramework::reserve(QString localeIdentifier)
     co_return;
 }
 
-QCoro::Task<> EngineSpeechFramework::release(QString localeIdentifier)
+QCoro::Task<> LocalSpeechFramework::release(QString localeIdentifier)
 {
     const auto found = m_reservations.find(canonical(localeIdentifier));
     if (found != m_reservations.end() && --found->second == 0) {
@@ -55,18 +55,18 @@ QCoro::Task<> EngineSpeechFramework::release(QString localeIdentifier)
     co_return;
 }
 
-bool EngineSpeechFramework::isInstalled(const QString &localeIdentifier) const
+bool LocalSpeechFramework::isInstalled(const QString &localeIdentifier) const
 {
     return enginesFor({canonical(localeIdentifier)}).front() != nullptr;
 }
 
-QString EngineSpeechFramework::recogniserName(const QString &localeIdentifier) const
+QString LocalSpeechFramework::recogniserName(const QString &localeIdentifier) const
 {
     const auto engine = enginesFor({canonical(localeIdentifier)}).front();
     return engine ? engine->name() : QString();
 }
 
-QString EngineSpeechFramework::installationHint(const QString &localeIdentifier) const
+QString LocalSpeechFramework::installationHint(const QString &localeIdentifier) const
 {
     for (const auto &engine : m_engines) {
         if (const auto hint = engine->installationHint(localeIdentifier)) {
@@ -76,42 +76,42 @@ QString EngineSpeechFramework::installationHint(const QString &localeIdentifier)
     return {};
 }
 
-int EngineSpeechFramework::reservations(const QString &localeIdentifier) const
+int LocalSpeechFramework::reservations(const QString &localeIdentifier) const
 {
     const auto found = m_reservations.find(canonical(localeIdentifier));
     return found == m_reservations.end() ? 0 : found->second;
 }
 
-std::shared_ptr<SpeechModule> EngineSpeechFramework::makeTranscriber(
+std::shared_ptr<SpeechModule> LocalSpeechFramework::makeTranscriber(
     const QString &localeIdentifier, const SpeechModuleOptions &options)
 {
     const QString locale = canonical(localeIdentifier);
-    return std::make_shared<EngineSpeechModule>(locale, options);
+    return std::make_shared<LocalSpeechModule>(locale, options);
 }
 
-std::shared_ptr<SpeechAnalyzer> EngineSpeechFramework::makeAnalyzer(
+std::shared_ptr<SpeechAnalyzer> LocalSpeechFramework::makeAnalyzer(
     std::vector<std::shared_ptr<SpeechModule>> modules)
 {
-    std::vector<std::shared_ptr<EngineSpeechModule>> own;
+    std::vector<std::shared_ptr<LocalSpeechModule>> own;
     for (const auto &module : modules) {
-        own.push_back(std::dynamic_pointer_cast<EngineSpeechModule>(module));
+        own.push_back(std::dynamic_pointer_cast<LocalSpeechModule>(module));
         if (!own.back()) {
-            qFatal("EngineSpeechFramework: a module of another framework");
+            qFatal("LocalSpeechFramework: a module of another framework");
         }
     }
     std::vector<QString> locales;
     std::transform(own.begin(), own.end(), std::back_inserter(locales),
         [](const auto &module) { return module->localeIdentifier(); });
     const auto engines = enginesFor(locales);
-    std::vector<EngineSpeechAnalyzer::Assignment> assignments;
+    std::vector<LocalSpeechAnalyzer::Assignment> assignments;
     for (std::size_t i = 0; i < own.size(); ++i) {
         assignments.push_back({own[i],
             engines[i] ? engines[i] : std::make_shared<MissingModelEngine>(missingModelText(locales[i]))});
     }
-    return std::make_shared<EngineSpeechAnalyzer>(std::move(assignments), m_mainQueue);
+    return std::make_shared<LocalSpeechAnalyzer>(std::move(assignments), m_mainQueue);
 }
 
-std::vector<std::shared_ptr<SpeechEngine>> EngineSpeechFramework::enginesFor(
+std::vector<std::shared_ptr<SpeechEngine>> LocalSpeechFramework::enginesFor(
     const std::vector<QString> &locales) const
 {
     std::vector<std::vector<QString>> installed;
@@ -124,7 +124,7 @@ std::vector<std::shared_ptr<SpeechEngine>> EngineSpeechFramework::enginesFor(
     return engines;
 }
 
-QString EngineSpeechFramework::missingModelText(const QString &localeIdentifier) const
+QString LocalSpeechFramework::missingModelText(const QString &localeIdentifier) const
 {
     const QString name = speechLanguageName(localeIdentifier);
     const QString text = name == localeIdentifier
