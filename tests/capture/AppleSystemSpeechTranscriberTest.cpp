@@ -1,9 +1,9 @@
 #include "capture/AppleSystemSpeechTranscriber.h"
 
 #include "capture/AppleSystemSpeechTranscriberError.h"
+#include "capture/FakeSpeechFramework.h"
 #include "capture/RecordingTranscriberDelegate.h"
 #include "support/Coroutines.h"
-#include "support/FakeSpeechFramework.h"
 #include "support/TestSound.h"
 #include "support/program/TestProgram.h"
 

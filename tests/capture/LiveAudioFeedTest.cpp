@@ -1,8 +1,8 @@
 #include "capture/LiveAudioFeed.h"
 
+#include "capture/FakeSpeechFramework.h"
+#include "capture/RecordedPipelineEvents.h"
 #include "support/Coroutines.h"
-#include "support/FakeSpeechFramework.h"
-#include "support/RecordedPipelineEvents.h"
 #include "support/program/TestProgram.h"
 
 #include <QTest>

@@ -1,11 +1,11 @@
 #include "capture/MicrophoneLivePipeline.h"
 
 #include "capture/AppleSystemSpeechTranscriberError.h"
+#include "capture/FakeSpeechFramework.h"
+#include "capture/RecordedPipelineEvents.h"
 #include "capture/SystemAudioCaptureError.h"
 #include "support/Coroutines.h"
 #include "support/FakeMicrophoneCapture.h"
-#include "support/FakeSpeechFramework.h"
-#include "support/RecordedPipelineEvents.h"
 #include "support/TestSound.h"
 #include "support/program/TestProgram.h"
 

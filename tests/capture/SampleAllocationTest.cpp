@@ -1,6 +1,6 @@
 #include "capture/AppleSystemSpeechTranscriber.h"
+#include "capture/FakeSpeechFramework.h"
 #include "support/Coroutines.h"
-#include "support/FakeSpeechFramework.h"
 #include "support/TestSound.h"
 
 #include <QTest>

@@ -1,6 +1,6 @@
+#include "capture/FakeSpeechFramework.h"
 #include "capture/SoundFileLivePipeline.h"
 #include "support/Coroutines.h"
-#include "support/FakeSpeechFramework.h"
 #include "support/SoundFile.h"
 #include "support/VirtualClock.h"
 #include "support/program/TestProgram.h"

@@ -1,10 +1,10 @@
 #include "capture/SoundFileLivePipeline.h"
 
 #include "capture/AppleSystemSpeechTranscriberError.h"
+#include "capture/FakeSpeechFramework.h"
+#include "capture/RecordedPipelineEvents.h"
 #include "capture/SoundFileError.h"
 #include "support/Coroutines.h"
-#include "support/FakeSpeechFramework.h"
-#include "support/RecordedPipelineEvents.h"
 #include "support/SoundFile.h"
 #include "support/TestSound.h"
 #include "support/VirtualClock.h"

@@ -1,11 +1,11 @@
 #include "capture/SystemAudioLivePipeline.h"
 
 #include "capture/AppleSystemSpeechTranscriberError.h"
+#include "capture/FakeSpeechFramework.h"
+#include "capture/RecordedPipelineEvents.h"
 #include "capture/SystemAudioCaptureError.h"
 #include "support/Coroutines.h"
 #include "support/FakeScreenAudioCapture.h"
-#include "support/FakeSpeechFramework.h"
-#include "support/RecordedPipelineEvents.h"
 #include "support/TestSound.h"
 #include "support/VirtualClock.h"
 #include "support/program/TestProgram.h"

@@ -1,5 +1,5 @@
 #include "base/Json.h"
-#include "support/ProgramCopy.h"
+#include "cli/ProgramCopy.h"
 #include "support/RunningProgram.h"
 #include "support/program/TestProgram.h"
 #include "support/speech-scores/SpokenRecordings.h"

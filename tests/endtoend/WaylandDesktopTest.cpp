@@ -1,7 +1,7 @@
+#include "endtoend/PrivateCompositor.h"
 #include "endtoend/User.h"
 #include "support/Coroutines.h"
 #include "support/NeededPrograms.h"
-#include "support/PrivateCompositor.h"
 #include "support/PrivateDisplay.h"
 #include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"

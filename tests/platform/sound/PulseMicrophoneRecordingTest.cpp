@@ -1,8 +1,8 @@
 #include "platform/sound/PulseMicrophoneCapture.h"
+#include "platform/sound/RecordedSound.h"
 #include "support/Coroutines.h"
 #include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
-#include "support/RecordedSound.h"
 #include "support/Signals.h"
 #include "support/program/TestProgram.h"
 

@@ -1,9 +1,9 @@
 #include "platform/sound/PulseScreenAudioCapture.h"
+#include "platform/sound/RecordedSound.h"
 #include "platform/sound/ThreadedSoundRecorder.h"
 #include "support/Coroutines.h"
 #include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
-#include "support/RecordedSound.h"
 #include "support/Signals.h"
 #include "support/program/TestProgram.h"
 

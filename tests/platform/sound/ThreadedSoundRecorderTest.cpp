@@ -1,7 +1,7 @@
 #include "platform/sound/ThreadedSoundRecorder.h"
 
+#include "platform/sound/RecordedSound.h"
 #include "support/Coroutines.h"
-#include "support/RecordedSound.h"
 #include "support/program/TestProgram.h"
 
 #include <QTest>

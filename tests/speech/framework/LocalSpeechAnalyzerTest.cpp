@@ -1,8 +1,8 @@
 #include "speech/framework/LocalSpeechAnalyzer.h"
 
+#include "speech/framework/ScriptedSpeechEngine.h"
 #include "support/Coroutines.h"
 #include "support/Gate.h"
-#include "support/ScriptedSpeechEngine.h"
 #include "support/program/TestProgram.h"
 
 #include <QStringList>

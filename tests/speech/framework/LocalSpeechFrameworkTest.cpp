@@ -1,8 +1,8 @@
 #include "speech/framework/LocalSpeechFramework.h"
 
+#include "speech/framework/ScriptedSpeechEngine.h"
 #include "speech/pocketsphinx/PocketSphinxEngine.h"
 #include "support/Coroutines.h"
-#include "support/ScriptedSpeechEngine.h"
 #include "support/program/TestProgram.h"
 
 #include <QTemporaryDir>

@@ -1,8 +1,8 @@
 #include "speech/pocketsphinx/PocketSphinxModel.h"
 
 #include "platform/SpeechFramework.h"
+#include "speech/pocketsphinx/ModelCopy.h"
 #include "support/Coroutines.h"
-#include "support/ModelCopy.h"
 #include "support/program/TestProgram.h"
 
 #include <QTest>

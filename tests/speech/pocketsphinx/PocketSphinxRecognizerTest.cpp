@@ -1,6 +1,6 @@
 #include "speech/pocketsphinx/Listener.h"
+#include "speech/pocketsphinx/ModelCopy.h"
 #include "support/Coroutines.h"
-#include "support/ModelCopy.h"
 #include "support/WavFile.h"
 #include "support/program/TestProgram.h"
 

@@ -1,4 +1,4 @@
-#include "support/ProgramCopy.h"
+#include "cli/ProgramCopy.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "support/FakeSpeechFramework.h"
+#include "capture/FakeSpeechFramework.h"
 
 #include <algorithm>
 

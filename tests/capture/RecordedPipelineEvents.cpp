@@ -1,4 +1,4 @@
-#include "support/RecordedPipelineEvents.h"
+#include "capture/RecordedPipelineEvents.h"
 
 namespace lumaphone::test {
 

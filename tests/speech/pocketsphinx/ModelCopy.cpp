@@ -1,4 +1,4 @@
-#include "support/ModelCopy.h"
+#include "speech/pocketsphinx/ModelCopy.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "support/LocalTlsServer.h"
+#include "translation/LocalTlsServer.h"
 
 #include <QFile>
 #include <QProcess>

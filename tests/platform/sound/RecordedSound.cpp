@@ -1,4 +1,4 @@
-#include "support/RecordedSound.h"
+#include "platform/sound/RecordedSound.h"
 
 #include <algorithm>
 #include <cmath>

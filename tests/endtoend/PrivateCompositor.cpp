@@ -1,4 +1,4 @@
-#include "support/PrivateCompositor.h"
+#include "endtoend/PrivateCompositor.h"
 
 #include "support/OwnedProcess.h"
 

@@ -1,4 +1,4 @@
-#include "support/ScriptedSpeechEngine.h"
+#include "speech/framework/ScriptedSpeechEngine.h"
 
 #include <algorithm>
 
