@@ -2,6 +2,7 @@
 
 #include "platform/desktop/ExecutableFolderResources.h"
 #include "speech/hosted/HostedSpeechEngine.h"
+#include "speech/hosted/SpeechHostFiles.h"
 #include "speech/hosted/SpeechModelFiles.h"
 #include "speech/pocketsphinx/PocketSphinxEngine.h"
 

@@ -2,6 +2,7 @@
 
 #include "models/ModelError.h"
 #include "speech/framework/LocalSpeechFramework.h"
+#include "speech/hosted/SpeechHostFiles.h"
 #include "support/Coroutines.h"
 #include "support/ToySpeechModel.h"
 #include "support/program/TestProgram.h"
