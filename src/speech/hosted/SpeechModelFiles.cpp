@@ -1,6 +1,7 @@
 #include "speech/hosted/SpeechModelFiles.h"
 
 #include "models/SpeechModels.h"
+#include "speech/hosted/SpeechHostSession.h"
 
 #include <QFile>
 #include <QLocale>
