@@ -198,24 +198,6 @@ MisbehavingHttpServer::Behaviour stayMute()
     };
 }
 
-MisbehavingHttpServer::Behaviour flood(QByteArray head, qint64 size)
-{
-    return [head, size](QTcpSocket &connection, const RecordedRequest &) {
-        connection.write(head);
-        const auto left = std::make_shared<qint64>(size);
-        const auto writeMore = [&connection, left] {
-            constexpr qint64 block = 64LL * 1024;
-            while (*left > 0 && connection.bytesToWrite() < 4 * block) {
-                const qint64 count = std::min(block, *left);
-                connection.write(QByteArray(count, 'x'));
-                *left -= count;
-            }
-        };
-        QObject::connect(&connection, &QTcpSocket::bytesWritten, &connection, writeMore);
-        writeMore();
-    };
-}
-
 } // namespace behaviour
 
 } // namespace lumaphone::test

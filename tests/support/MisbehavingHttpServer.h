@@ -96,8 +96,6 @@ MisbehavingHttpServer::Behaviour sendRaw(QByteArray bytes);
 MisbehavingHttpServer::Behaviour sendRawAndClose(QByteArray bytes);
 /// Nothing at all: the connection stays open.
 MisbehavingHttpServer::Behaviour stayMute();
-/// A response of `size` bytes, produced as fast as the client takes it.
-MisbehavingHttpServer::Behaviour flood(QByteArray head, qint64 size);
 
 } // namespace behaviour
 
