@@ -108,7 +108,7 @@ public:
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_keyring.start());
+        m_keyring.start();
         m_chat = std::make_unique<RunningProgram>(QStringLiteral(LUMAPHONE_CHAT_SERVER), QStringList());
         QVERIFY(m_chat->waitForOutput("\n"));
     }
@@ -314,6 +314,8 @@ private:
     void start(int outputs = 1)
     {
         m_compositor = std::make_unique<PrivateCompositor>(m_display, m_kind, outputs);
+        const QPoint middle = m_compositor->output(0).center();
+        m_display.control({"mousemove", QString::number(middle.x()), QString::number(middle.y())});
     }
     /// The X server is there where it must not matter, too.
     QList<std::pair<QString, QString>> environment() const
@@ -373,7 +375,10 @@ private:
         const QPoint by(m_compositor->output(1).x(), -40);
         m_droppedAt = panel.translated(by);
         press(handleOf(panel));
-        move(by);
+        move(by / 2);
+        waitUntil([&] { return panelIn(photograph(), QRect({}, m_display.size())) != panel; });
+        move(by - by / 2);
+        settle();
         m_display.control({"mouseup", "1"});
         return waitForPanel(m_droppedAt, m_compositor->output(1))
             && panelIn(photograph(), m_compositor->output(0)).isNull();

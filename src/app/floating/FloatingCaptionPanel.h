@@ -34,6 +34,7 @@ public:
     /// Where it lies on the whole desktop: the toolkit's geometry of the window does not know it everywhere.
     QRect frame() const { return m_surface->frame(); }
     void setFrame(const QRect &frame);
+    bool isDragged() const { return m_drag.has_value(); }
 
 signals:
     void moved();

@@ -49,7 +49,10 @@ FloatingCaptionWindowController::FloatingCaptionWindowController(
     m_saving.setSingleShot(true);
     m_saving.setInterval(200ms);
     connect(&m_saving, &QTimer::timeout, this, [this] {
-        if (m_panel) {
+        if (m_panel && m_panel->isDragged()) {
+            // It may still be dropped on another output: this one then keeps the place it had.
+            m_saving.start();
+        } else if (m_panel) {
             saveFrame(*m_panel);
         }
     });
@@ -159,8 +162,15 @@ QScreen *FloatingCaptionWindowController::homeScreen() const
             return screen;
         }
     }
-    const QWindow *used = QGuiApplication::focusWindow();
-    return used ? used->screen() : QGuiApplication::primaryScreen();
+    if (const QWindow *used = QGuiApplication::focusWindow()) {
+        return used->screen();
+    }
+    for (const QWindow *window : QGuiApplication::topLevelWindows()) {
+        if (window->isVisible() && window != m_panel.get()) {
+            return window->screen();
+        }
+    }
+    return QGuiApplication::primaryScreen();
 }
 
 void FloatingCaptionWindowController::screenWasRemoved(const QScreen *screen)
