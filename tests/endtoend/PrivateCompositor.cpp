@@ -88,6 +88,22 @@ QList<quint32> visibleWindows(const PrivateDisplay &display)
     return windows;
 }
 
+/// Sends what a window manager sends when a window is closed.
+void closeWindow(const PrivateDisplay &on, quint32 window)
+{
+    const Connection display = connectionTo(on);
+    xcb_client_message_event_t message {};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom(*display, "WM_PROTOCOLS");
+    message.data.data32[0] = atom(*display, "WM_DELETE_WINDOW");
+    xcb_send_event(
+        display.get(), 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char *>(&message));
+    // The server has read it before the connection ends.
+    answer(xcb_get_input_focus_reply(display.get(), xcb_get_input_focus(display.get()), nullptr));
+}
+
 QString nameOf(CompositorKind kind)
 {
     switch (kind) {
@@ -257,17 +273,11 @@ QRect PrivateCompositor::output(int index) const
 
 void PrivateCompositor::unplug(int index)
 {
-    const Connection display = connectionTo(m_display);
-    // What a window manager sends when a window is closed.
-    xcb_client_message_event_t message {};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = m_windows[index];
-    message.type = atom(*display, "WM_PROTOCOLS");
-    message.data.data32[0] = atom(*display, "WM_DELETE_WINDOW");
-    xcb_send_event(display.get(), 0, m_windows[index], XCB_EVENT_MASK_NO_EVENT,
-        reinterpret_cast<const char *>(&message));
-    xcb_flush(display.get());
+    // Asked once, a compositor that is busy with its clients may overlook it.
+    await(QStringLiteral("rid of its output"), [&] {
+        closeWindow(m_display, m_windows[index]);
+        return !visibleWindows(m_display).contains(m_windows[index]);
+    });
 }
 
 QByteArray PrivateCompositor::said() const
