@@ -97,7 +97,8 @@ QString keyHelp()
       lumaphone-cli key clear
       lumaphone-cli key status
 
-set 從標準輸入讀取一行 API Key（在終端機上不會顯示），存入鑰匙圈。status 只說明是否已儲存，不會顯示內容。
+set 從標準輸入讀取一行 API Key（在終端機上不會顯示），存入鑰匙圈。Key 只會送到儲存時設定的位址，換了位址要再存一次。
+status 只說明是否已儲存、屬於哪個位址，不會顯示內容。
 )");
 }
 

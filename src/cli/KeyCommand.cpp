@@ -1,6 +1,8 @@
 #include "cli/KeyCommand.h"
 
+#include "base/Completion.h"
 #include "base/Text.h"
+#include "platform/Clock.h"
 #include "storage/LumaphoneSettings.h"
 
 #include <termios.h>
@@ -59,53 +61,116 @@ QByteArray readLine()
     return line;
 }
 
+/// The key as the user types it.
+QString askForKey(const CommandStreams &streams)
+{
+    const EchoOff silent;
+    if (silent.isTerminal()) {
+        streams.messages(QStringLiteral("API Key：").toUtf8());
+    }
+    QString key = text::trimmed(QString::fromUtf8(readLine()));
+    if (silent.isTerminal()) {
+        streams.complain({});
+    }
+    return key;
+}
+
+QCoro::Task<> resolveAfter(
+    std::shared_ptr<Clock> clock, std::chrono::nanoseconds duration, Completion<> completion)
+{
+    co_await clock->sleepFor(duration);
+    completion.resolve();
+}
+
+/// Whether the keychain says what it holds; complains if it does not. It asks the user nothing for that.
+QCoro::Task<bool> answers(KeyAccess access, const CommandStreams &streams)
+{
+    constexpr std::chrono::seconds longestWait {5};
+    const ProviderKeyStore &store = access.settings.providerKey();
+    if (store.presence() == ProviderKeyPresence::unknown) {
+        const Completion<> answered(access.mainQueue);
+        QObject::connect(&store, &ProviderKeyStore::changed, [answered] { answered.resolve(); });
+        resolveAfter(access.clock, longestWait, answered);
+        co_await answered;
+    }
+    if (store.presence() != ProviderKeyPresence::unknown) {
+        co_return true;
+    }
+    streams.complain(
+        QStringLiteral("鑰匙圈沒有回應。請確認 Secret Service（例如 GNOME Keyring）運作正常後再試一次。"));
+    co_return false;
+}
+
+/// Saves the key and returns what the keychain then holds: saving is silent, only reading tells what came of
+/// it.
+QCoro::Task<QString> saved(KeyAccess access, QString key)
+{
+    ProviderKeyStore &store = access.settings.providerKey();
+    const Completion<> ended(access.mainQueue);
+    QObject::connect(&store, &ProviderKeyStore::saved, [ended] { ended.resolve(); });
+    access.settings.saveProviderAPIKey(key);
+    co_await ended;
+    const Completion<AddressedText> kept(access.mainQueue);
+    store.read([kept](const AddressedText &read) { kept.resolve(read); });
+    co_return (co_await kept).text;
+}
+
 } // namespace
 
-ExitStatus runKeySet(LumaphoneSettings &settings, const CommandStreams &streams)
+QCoro::Task<ExitStatus> runKeySet(KeyAccess access, const CommandStreams &streams)
 {
-    QString key;
-    {
-        const EchoOff silent;
-        if (silent.isTerminal()) {
-            streams.messages(QStringLiteral("API Key：").toUtf8());
-        }
-        key = text::trimmed(QString::fromUtf8(readLine()));
-        if (silent.isTerminal()) {
-            streams.complain({});
-        }
-    }
+    const QString key = askForKey(streams);
     if (key.isEmpty()) {
         streams.complain(
             QStringLiteral("沒有讀到 API Key。要移除已儲存的，請用「lumaphone-cli key clear」。"));
-        return exitUsage;
+        co_return exitUsage;
     }
-    settings.saveProviderAPIKey(key);
-    // Saving is silent; only reading the key back tells whether the keychain took it.
-    if (settings.providerConfiguration().apiKey != key) {
+    if (access.settings.providerKey().configuredAddress().isEmpty()) {
+        streams.complain(QStringLiteral("API Key 只會送到設定的位址，但 lumaphone.provider.baseURL 不是 http "
+                                        "或 https 位址。請先設定它。"));
+        co_return exitFailure;
+    }
+    if (!co_await answers(access, streams)) {
+        co_return exitFailure;
+    }
+    if (co_await saved(access, key) != key) {
         streams.complain(QStringLiteral(
             "無法把 API Key 存入鑰匙圈。請確認 Secret Service（例如 GNOME Keyring）正在執行且已解鎖。"));
-        return exitFailure;
+        co_return exitFailure;
     }
-    streams.print(QStringLiteral("API Key 已儲存到鑰匙圈。"));
-    return exitSuccess;
+    streams.print(
+        QStringLiteral("API Key 已儲存到鑰匙圈，只會送到 %1。").arg(access.settings.providerKey().address()));
+    co_return exitSuccess;
 }
 
-ExitStatus runKeyClear(LumaphoneSettings &settings, const CommandStreams &streams)
+QCoro::Task<ExitStatus> runKeyClear(KeyAccess access, const CommandStreams &streams)
 {
-    settings.saveProviderAPIKey({});
-    if (!settings.providerConfiguration().apiKey.isEmpty()) {
+    if (!co_await answers(access, streams)) {
+        co_return exitFailure;
+    }
+    if (!(co_await saved(access, {})).isEmpty()) {
         streams.complain(QStringLiteral("無法從鑰匙圈移除 API Key。"));
-        return exitFailure;
+        co_return exitFailure;
     }
     streams.print(QStringLiteral("鑰匙圈裡沒有 API Key 了。"));
-    return exitSuccess;
+    co_return exitSuccess;
 }
 
-ExitStatus runKeyStatus(const LumaphoneSettings &settings, const CommandStreams &streams)
+QCoro::Task<ExitStatus> runKeyStatus(KeyAccess access, const CommandStreams &streams)
 {
-    streams.print(settings.hasProviderAPIKey() ? QStringLiteral("已儲存 API Key。")
-                                               : QStringLiteral("尚未儲存 API Key。"));
-    return exitSuccess;
+    if (!co_await answers(access, streams)) {
+        co_return exitFailure;
+    }
+    const LumaphoneSettings &settings = access.settings;
+    if (!settings.hasProviderAPIKey()) {
+        streams.print(QStringLiteral("尚未儲存 API Key。"));
+    } else if (settings.isProviderAPIKeyForEndpoint()) {
+        streams.print(QStringLiteral("已儲存 API Key，只會送到 %1。").arg(settings.providerKey().address()));
+    } else {
+        streams.print(QStringLiteral("已儲存的 API Key 屬於另一個位址，不會送到目前設定的 %1。")
+                          .arg(settings.providerBaseURL()));
+    }
+    co_return exitSuccess;
 }
 
 } // namespace lumaphone::cli

@@ -65,14 +65,14 @@ LiveCaptions::LiveCaptions(const CaptionCommandLine &command, Machine &machine, 
     , m_machine(machine)
     , m_streams(streams)
     , m_defaults(machine.defaults())
-    , m_settings(m_defaults, machine.keychain())
+    , m_settings(machine.settingsOver(m_defaults))
 {
-    choose(m_settings, command);
+    choose(*m_settings, command);
 }
 
 LiveSessionCollaborators LiveCaptions::collaborators(std::function<void()> onFileCompleted)
 {
-    LiveSessionCollaborators live = m_machine.liveSession(m_settings, m_noPanel);
+    LiveSessionCollaborators live = m_machine.liveSession(*m_settings, m_noPanel);
     if (!m_command.keepsDraft) {
         live.draftStore = LumaphoneSessionDraftStore();
     }

@@ -7,6 +7,7 @@
 #include "storage/LumaphoneSettings.h"
 
 #include <functional>
+#include <memory>
 
 namespace lumaphone {
 class Machine;
@@ -32,7 +33,7 @@ private:
     Machine &m_machine;
     const CommandStreams &m_streams;
     SessionDefaults m_defaults;
-    LumaphoneSettings m_settings;
+    const std::unique_ptr<LumaphoneSettings> m_settings;
     NoFloatingCaptions m_noPanel;
 };
 

@@ -102,9 +102,9 @@ public:
         return runSettingsSet(command, m_machine.settings(), m_streams);
     }
 
-    ExitStatus operator()(const KeySet &) const { return runKeySet(m_machine.settings(), m_streams); }
-    ExitStatus operator()(const KeyClear &) const { return runKeyClear(m_machine.settings(), m_streams); }
-    ExitStatus operator()(const KeyStatus &) const { return runKeyStatus(m_machine.settings(), m_streams); }
+    ExitStatus operator()(const KeySet &) const { return runToEnd(runKeySet(keyAccess(), m_streams)); }
+    ExitStatus operator()(const KeyClear &) const { return runToEnd(runKeyClear(keyAccess(), m_streams)); }
+    ExitStatus operator()(const KeyStatus &) const { return runToEnd(runKeyStatus(keyAccess(), m_streams)); }
 
     ExitStatus operator()(const GlossaryList &) const
     {
@@ -159,6 +159,8 @@ public:
     }
 
 private:
+    KeyAccess keyAccess() const { return {m_machine.settings(), m_machine.clock(), m_machine.mainQueue()}; }
+
     Machine &m_machine;
     const CommandStreams &m_streams;
 };

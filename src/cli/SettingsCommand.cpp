@@ -1,6 +1,8 @@
 #include "cli/SettingsCommand.h"
 
 #include "cli/SettingsTable.h"
+#include "storage/LumaphoneSettings.h"
+#include "storage/SettingKeys.h"
 
 #include <algorithm>
 
@@ -20,6 +22,13 @@ const Setting *find(const QString &key, const CommandStreams &streams)
     streams.complain(
         QStringLiteral("沒有這個設定：%1。「lumaphone-cli settings list」會列出所有設定。").arg(key));
     return nullptr;
+}
+
+/// Whether there may be a key that is not for the configured server.
+bool mayLackItsKey(const LumaphoneSettings &settings)
+{
+    return settings.providerKey().presence() != ProviderKeyPresence::absent
+        && !settings.isProviderAPIKeyForEndpoint();
 }
 
 } // namespace
@@ -54,6 +63,11 @@ ExitStatus runSettingsSet(
         streams.complain(
             QStringLiteral("%1 的值應為%2，不能是「%3」。").arg(setting->key, setting->kind, command.value));
         return exitUsage;
+    }
+    if (setting->key == settingkeys::providerBaseURL && mayLackItsKey(settings)) {
+        streams.complain(QStringLiteral(
+            "若已儲存 API Key：它只屬於先前的位址，不會送到新的位址。需要時請用「lumaphone-cli key "
+            "set」再存一次。"));
     }
     return exitSuccess;
 }

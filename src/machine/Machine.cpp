@@ -20,6 +20,7 @@
 #include "session/SessionTranslator.h"
 #include "session/SystemAudioCaptureController.h"
 #include "speech/framework/LocalSpeechFramework.h"
+#include "storage/KeychainThread.h"
 #include "storage/LumaphoneSettings.h"
 #include "storage/TranscriptLibraryStore.h"
 #include "storage/UserFiles.h"
@@ -77,14 +78,17 @@ DefaultsStore &Machine::defaults()
     return made(m_defaults, [] { return std::make_unique<JsonDefaultsStore>(defaultsPath(XdgFolders())); });
 }
 
-KeychainServices &Machine::keychain()
-{
-    return made(m_keychain, [] { return std::make_unique<SecretServiceKeychain>(); });
-}
-
 LumaphoneSettings &Machine::settings()
 {
-    return made(m_settings, [this] { return std::make_unique<LumaphoneSettings>(defaults(), keychain()); });
+    return made(m_settings, [this] { return settingsOver(defaults()); });
+}
+
+std::unique_ptr<LumaphoneSettings> Machine::settingsOver(DefaultsStore &defaults)
+{
+    auto &keychain = made(m_keychain, [] { return std::make_shared<SecretServiceKeychain>(); });
+    auto &thread = made(
+        m_keychainThread, [this] { return std::make_unique<KeychainThread>(m_keychain, m_mainQueue); });
+    return std::make_unique<LumaphoneSettings>(defaults, keychain, thread.runner());
 }
 
 LumaphoneGlossaryStore &Machine::glossary()
@@ -149,7 +153,7 @@ LiveSessionCollaborators Machine::liveSession(
         .transcriptProcessor = transcriptProcessor(),
         .draftStore = draftStore(),
         .translator = std::make_shared<SessionTranslator>(
-            settings, glossary(), onDeviceTranslation(), chatCompletions, m_mainQueue),
+            settings, glossary(), onDeviceTranslation(), chatCompletions, m_clock, m_mainQueue),
         .access = CaptureAccess(m_screenAudio, m_microphone, m_clock),
         .makePipeline = LivePipelines {m_screenAudio, m_microphone, m_clock, pipelineServices()},
         .clock = m_clock,

@@ -19,6 +19,7 @@ class LocalSpeechFramework;
 class FileViewer;
 class FloatingCaptionPresenter;
 class KeychainServices;
+class KeychainThread;
 class LumaphoneAppleTranslationService;
 class LumaphoneGlossaryStore;
 class LumaphoneSessionDraftStore;
@@ -49,8 +50,9 @@ public:
     /// Nobody else may use the user's draft while it is claimed.
     LockedSingleInstance &instance();
     DefaultsStore &defaults();
-    KeychainServices &keychain();
     LumaphoneSettings &settings();
+    /// The same settings over other defaults, which outlive them.
+    std::unique_ptr<LumaphoneSettings> settingsOver(DefaultsStore &defaults);
     LumaphoneGlossaryStore &glossary();
     TranscriptLibraryStore &library();
     LumaphoneSessionDraftStore draftStore() const;
@@ -86,7 +88,8 @@ private:
     std::shared_ptr<ScreenAudioCapture> m_screenAudio;
     std::shared_ptr<MicrophoneCapture> m_microphone;
     std::unique_ptr<DefaultsStore> m_defaults;
-    std::unique_ptr<KeychainServices> m_keychain;
+    std::shared_ptr<KeychainServices> m_keychain;
+    std::unique_ptr<KeychainThread> m_keychainThread;
     std::unique_ptr<FileViewer> m_fileViewer;
     std::unique_ptr<ModelStore> m_models;
     std::unique_ptr<CheckedFiles> m_checkedFiles;

@@ -12,9 +12,11 @@ ProviderChanges::ProviderChanges(const LumaphoneSettings &settings, QObject *par
 {
     using Settings = LumaphoneSettings;
     connect(&settings, &Settings::processingModeChanged, this, &ProviderChanges::note);
-    for (const auto changed : {&Settings::providerBaseURLChanged, &Settings::providerModelChanged,
-             &Settings::providerAPIKeySaved}) {
+    for (const auto changed : {&Settings::providerBaseURLChanged, &Settings::providerModelChanged}) {
         connect(&settings, changed, this, &ProviderChanges::noteEndpointChange);
+    }
+    for (const auto changed : {&ProviderKeyStore::saved, &ProviderKeyStore::found}) {
+        connect(&settings.providerKey(), changed, this, &ProviderChanges::noteEndpointChange);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/MainQueue.h"
 #include "session/CaptionTranslator.h"
+#include "storage/ProviderKeyReader.h"
 #include "translation/provider/OpenAICompatibleProviderConfiguration.h"
 
 #include <memory>
@@ -18,9 +19,9 @@ class OpenAICompatibleTranslationService;
 class SessionTranslator final : public CaptionTranslator
 {
 public:
-    SessionTranslator(const LumaphoneSettings &settings, const LumaphoneGlossaryStore &glossaryStore,
+    SessionTranslator(LumaphoneSettings &settings, const LumaphoneGlossaryStore &glossaryStore,
         LumaphoneAppleTranslationService &translator, OpenAICompatibleTranslationService &customTranslator,
-        std::shared_ptr<MainQueue> mainQueue);
+        std::shared_ptr<Clock> clock, std::shared_ptr<MainQueue> mainQueue);
 
     QString providerName() const override;
     QCoro::Task<QString> translateText(
@@ -29,15 +30,22 @@ public:
     void warm(AppleSystemSpeechLanguage language) override;
 
 private:
+    struct Provider
+    {
+        OpenAICompatibleProviderConfiguration configuration;
+        QString otherAddress; ///< of the server that has the key instead of this one; empty if none has
+    };
     /// Address, model and the key that was saved for them. Throws when the keychain keeps the key to itself;
     /// after that nobody is asked for it until askAgain().
-    QCoro::Task<OpenAICompatibleProviderConfiguration> provider(std::stop_token stop);
+    QCoro::Task<Provider> provider(std::stop_token stop);
+    QCoro::Task<> savedKey(std::stop_token stop);
 
-    const LumaphoneSettings &m_settings;
+    LumaphoneSettings &m_settings;
     const LumaphoneGlossaryStore &m_glossaryStore;
     LumaphoneAppleTranslationService &m_translator;
     OpenAICompatibleTranslationService &m_customTranslator;
     const std::shared_ptr<MainQueue> m_mainQueue;
+    ProviderKeyReader m_keyReader;
     bool m_isKeyRefused = false;
 };
 

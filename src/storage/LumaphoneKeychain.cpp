@@ -30,26 +30,35 @@ KeychainQuery LumaphoneKeychain::baseQuery(const QString &account) const
 
 std::optional<QString> LumaphoneKeychain::read(const QString &account) const
 {
+    const auto found = readWithAddress(account);
+    return found ? std::optional(found->text) : std::nullopt;
+}
+
+std::optional<AddressedText> LumaphoneKeychain::readWithAddress(const QString &account) const
+{
     const KeychainReading reading = m_services->copyMatching(baseQuery(account));
     if (reading.status != KeychainStatus::success) {
         return std::nullopt;
     }
-    return decodedUtf8(reading.data);
+    const auto text = decodedUtf8(reading.secret.data);
+    return text ? std::optional<AddressedText>({*text, reading.secret.address}) : std::nullopt;
 }
 
-bool LumaphoneKeychain::holds(const QString &account) const
+KeychainTrace LumaphoneKeychain::peek(const QString &account) const
 {
     const KeychainReading reading = m_services->peek(baseQuery(account));
-    return reading.status == KeychainStatus::locked
-        || (reading.status == KeychainStatus::success && decodedUtf8(reading.data));
+    if (reading.status == KeychainStatus::success && !decodedUtf8(reading.secret.data)) {
+        return {};
+    }
+    return {reading.status, reading.secret.address};
 }
 
-void LumaphoneKeychain::save(const QString &value, const QString &account) const
+void LumaphoneKeychain::save(const QString &value, const QString &account, const QString &address) const
 {
     const KeychainQuery query = baseQuery(account);
-    const QByteArray data = value.toUtf8();
-    if (m_services->update(query, data) == KeychainStatus::itemNotFound) {
-        m_services->add(query, data);
+    const KeychainSecret secret {value.toUtf8(), address};
+    if (m_services->update(query, secret) == KeychainStatus::itemNotFound) {
+        m_services->add(query, secret);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "storage/SettingKeys.h"
+#include "translation/provider/ProviderAddress.h"
 
 #include <type_traits>
 #include <utility>
@@ -11,7 +12,6 @@ namespace lumaphone {
 namespace {
 
 const auto keychainService = QStringLiteral("dev.lumaphone.provider");
-const auto apiKeyAccount = QStringLiteral("lumaphone.provider.apiKey");
 
 /// The stored case, or `fallback` when there is none or `fromRawValue` does not know it.
 template<typename Enum>
@@ -35,10 +35,9 @@ template<typename Value> DefaultsValue storedForm(const Value &value)
 
 // The members are declared, and therefore read, in the order in which the store is asked for them.
 LumaphoneSettings::LumaphoneSettings(
-    DefaultsStore &defaults, KeychainServices &keychainServices, QObject *parent)
+    DefaultsStore &defaults, KeychainServices &keychainServices, KeychainRunner runKeychain, QObject *parent)
     : QObject(parent)
     , m_defaults(defaults)
-    , m_keychain(keychainServices, keychainService)
     , m_sourceLanguage(stored(defaults, settingkeys::sourceLanguage, speechLanguageFromRawValue,
           AppleSystemSpeechLanguage::automatic))
     , m_audioInputSource(stored(defaults, settingkeys::audioInputSource, lumaphoneAudioInputSource,
@@ -53,8 +52,15 @@ LumaphoneSettings::LumaphoneSettings(
           FloatingCaptionDisplayMode::bilingual))
     , m_providerBaseURL(defaults.string(settingkeys::providerBaseURL).value_or(defaultProviderBaseURL()))
     , m_providerModel(defaults.string(settingkeys::providerModel).value_or(QStringLiteral("gpt-4o-mini")))
-    , m_hasProviderAPIKey(m_keychain.holds(apiKeyAccount))
+    , m_providerKey(defaults, LumaphoneKeychain(keychainServices, keychainService), std::move(runKeychain),
+          providerAddress(text::trimmed(m_providerBaseURL)))
 {
+    const auto tellIfNew = [this, hadKey = hasProviderAPIKey()]() mutable {
+        if (std::exchange(hadKey, hasProviderAPIKey()) != hasProviderAPIKey()) {
+            emit hasProviderAPIKeyChanged();
+        }
+    };
+    connect(&m_providerKey, &ProviderKeyStore::changed, this, tellIfNew);
 }
 
 QString LumaphoneSettings::defaultProviderBaseURL()
@@ -113,6 +119,8 @@ void LumaphoneSettings::setCaptionDisplayMode(FloatingCaptionDisplayMode mode)
 
 void LumaphoneSettings::setProviderBaseURL(const QString &url)
 {
+    // First, so that whoever is told of the address finds the key to be of another.
+    m_providerKey.setConfiguredAddress(providerAddress(text::trimmed(url)));
     set(m_providerBaseURL, url, settingkeys::providerBaseURL, &LumaphoneSettings::providerBaseURLChanged);
 }
 
@@ -121,10 +129,18 @@ void LumaphoneSettings::setProviderModel(const QString &model)
     set(m_providerModel, model, settingkeys::providerModel, &LumaphoneSettings::providerModelChanged);
 }
 
+bool LumaphoneSettings::isProviderAPIKeyForEndpoint() const
+{
+    return m_providerKey.address() == m_providerKey.configuredAddress();
+}
+
 OpenAICompatibleProviderConfiguration LumaphoneSettings::providerConfiguration() const
 {
     OpenAICompatibleProviderConfiguration configuration = providerEndpoint();
-    configuration.apiKey = readProviderAPIKey(m_keychain);
+    const AddressedText key = m_providerKey.readNow();
+    if (key.address == providerAddress(configuration.baseURL)) {
+        configuration.apiKey = key.text;
+    }
     return configuration;
 }
 
@@ -133,36 +149,9 @@ OpenAICompatibleProviderConfiguration LumaphoneSettings::providerEndpoint() cons
     return {text::trimmed(m_providerBaseURL), {}, text::trimmed(m_providerModel)};
 }
 
-QString LumaphoneSettings::readProviderAPIKey(const LumaphoneKeychain &keychain)
+void LumaphoneSettings::saveProviderAPIKey(const QString &key)
 {
-    return keychain.read(apiKeyAccount).value_or(QString());
-}
-
-void LumaphoneSettings::saveProviderAPIKey(const QString &key, const KeychainRunner &run)
-{
-    const QString trimmedKey = text::trimmed(key);
-    const bool hasKey = !trimmedKey.isEmpty();
-    const auto noteEnd = [this] {
-        --m_keySaves;
-        emit providerAPIKeySaved();
-    };
-    const auto work = [this, keychain = m_keychain, trimmedKey, noteEnd] {
-        if (trimmedKey.isEmpty()) {
-            keychain.remove(apiKeyAccount);
-        } else {
-            keychain.save(trimmedKey, apiKeyAccount);
-        }
-        QMetaObject::invokeMethod(this, noteEnd);
-    };
-    ++m_keySaves;
-    if (run) {
-        run(work);
-    } else {
-        work();
-    }
-    if (std::exchange(m_hasProviderAPIKey, hasKey) != hasKey) {
-        emit hasProviderAPIKeyChanged();
-    }
+    m_providerKey.save(text::trimmed(key));
 }
 
 } // namespace lumaphone

@@ -5,18 +5,13 @@
 #include "storage/FloatingCaptionDisplayMode.h"
 #include "storage/FloatingCaptionTheme.h"
 #include "storage/LumaphoneAudioInputSource.h"
-#include "storage/LumaphoneKeychain.h"
 #include "storage/LumaphoneProcessingMode.h"
+#include "storage/ProviderKeyStore.h"
 #include "translation/provider/OpenAICompatibleProviderConfiguration.h"
 
 #include <QObject>
 
-#include <functional>
-
 namespace lumaphone {
-
-/// Runs, at once or later, on any thread, something that blocks while the keychain asks the user.
-using KeychainRunner = std::function<void(std::function<void()> work)>;
 
 /// Every choice of the user that survives a restart. The program makes one and hands it to whoever needs it.
 /// Main thread.
@@ -46,8 +41,10 @@ class LumaphoneSettings : public QObject
     Q_PROPERTY(bool hasProviderAPIKey READ hasProviderAPIKey NOTIFY hasProviderAPIKeyChanged)
 
 public:
-    /// Reads everything once. Both services must outlive the settings.
-    LumaphoneSettings(DefaultsStore &defaults, KeychainServices &keychainServices, QObject *parent = nullptr);
+    /// Reads everything once; whether there is a key, when `runKeychain` gets to it. Both services must
+    /// outlive the settings, and what has been given to `runKeychain` may end after them.
+    LumaphoneSettings(DefaultsStore &defaults, KeychainServices &keychainServices,
+        KeychainRunner runKeychain = runAtOnce, QObject *parent = nullptr);
 
     /// The endpoint that is used until the user names another one.
     static QString defaultProviderBaseURL();
@@ -85,24 +82,24 @@ public:
     void setProviderModel(const QString &model);
 
     /// Whether a key was there when the settings were made, perhaps in a locked keychain, or has been saved
-    /// since. It follows what was asked of the keychain, not what came of it.
-    bool hasProviderAPIKey() const { return m_hasProviderAPIKey; }
+    /// since. It follows what was asked of the keychain, not what came of it; false until it has answered.
+    bool hasProviderAPIKey() const { return m_providerKey.presence() == ProviderKeyPresence::present; }
+    /// Whether it is for the server that is configured now.
+    bool isProviderAPIKeyForEndpoint() const;
 
-    /// Base URL and model without white space at their ends, with the key that the keychain holds now, or "".
+    /// Base URL and model without white space at their ends, with the key that the keychain holds now for
+    /// this server, or "". Waits for the keychain.
     OpenAICompatibleProviderConfiguration providerConfiguration() const;
-    /// The same without the key, for which the user may have to be asked.
+    /// The same without the key.
     OpenAICompatibleProviderConfiguration providerEndpoint() const;
-    /// The key in a keychain like keychain(), or "". May be called on any thread that may block.
-    static QString readProviderAPIKey(const LumaphoneKeychain &keychain);
-    /// Keeps the key, without white space at its ends, in the keychain; a blank one deletes what is there.
-    /// `run` runs what may block, perhaps on another thread, which ends before the settings do; without it,
-    /// that is done here and now.
-    void saveProviderAPIKey(const QString &key, const KeychainRunner &run = {});
-    /// Whether a key is on its way into the keychain: the one that is read there may be another's.
-    bool isSavingProviderAPIKey() const { return m_keySaves > 0; }
+    ProviderKeyStore &providerKey() { return m_providerKey; }
+    const ProviderKeyStore &providerKey() const { return m_providerKey; }
+    /// Keeps the key, without white space at its ends, in the keychain, for the server that is configured; a
+    /// blank one deletes what is there.
+    void saveProviderAPIKey(const QString &key);
 
     DefaultsStore &defaults() const { return m_defaults; }
-    const LumaphoneKeychain &keychain() const { return m_keychain; }
+    const LumaphoneKeychain &keychain() const { return m_providerKey.keychain(); }
 
 signals:
     void sourceLanguageChanged();
@@ -115,15 +112,12 @@ signals:
     void providerBaseURLChanged();
     void providerModelChanged();
     void hasProviderAPIKeyChanged();
-    /// The keychain has taken a key, or its deletion, as far as it would.
-    void providerAPIKeySaved();
 
 private:
     template<typename Value>
     void set(Value &member, const Value &value, const QString &key, void (LumaphoneSettings::*changed)());
 
     DefaultsStore &m_defaults;
-    LumaphoneKeychain m_keychain;
     AppleSystemSpeechLanguage m_sourceLanguage;
     LumaphoneAudioInputSource m_audioInputSource;
     LumaphoneProcessingMode m_processingMode;
@@ -133,8 +127,7 @@ private:
     FloatingCaptionDisplayMode m_captionDisplayMode;
     QString m_providerBaseURL;
     QString m_providerModel;
-    bool m_hasProviderAPIKey;
-    int m_keySaves = 0; ///< that have not ended
+    ProviderKeyStore m_providerKey;
 };
 
 } // namespace lumaphone

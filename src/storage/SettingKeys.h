@@ -15,8 +15,10 @@ inline const auto captionDisplayMode = QStringLiteral("lumaphone.caption.display
 inline const auto providerBaseURL = QStringLiteral("lumaphone.provider.baseURL");
 inline const auto providerModel = QStringLiteral("lumaphone.provider.model");
 
-// Where the floating panel was, which nobody sets by name.
+// Nobody sets these by name: where the floating panel was, and the server that a key without an address of
+// its own was saved for.
 inline const auto captionFrame = QStringLiteral("lumaphone.caption.frame");
 inline const auto captionOutput = QStringLiteral("lumaphone.caption.output");
+inline const auto formerProviderAddress = QStringLiteral("lumaphone.provider.formerAddress");
 
 } // namespace lumaphone::settingkeys

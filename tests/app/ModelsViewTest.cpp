@@ -60,7 +60,7 @@ struct Fixture
     }};
     LiveSessionModel session {live.make(), live.settings, libraryStore, glossaryStore};
     InspectorModel inspector {*live.controller, live.settings, glossaryStore};
-    ProviderSettingsModel provider {live.settings, live.mainQueue};
+    ProviderSettingsModel provider {live.settings, live.clock, live.mainQueue};
     TranscriptLibraryWorkspaceModel library {libraryStore, QLocale::c()};
     GlossarySettingsModel glossary {glossaryStore, live.mainQueue};
     FloatingCaptionWindowController floatingCaptions {live.settings, [] {

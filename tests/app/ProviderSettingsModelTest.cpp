@@ -1,14 +1,13 @@
 #include "app/inspector/ProviderSettingsModel.h"
 
 #include "storage/LumaphoneSettings.h"
-#include "support/Coroutines.h"
-#include "support/Gate.h"
+#include "support/HeldKeychainCalls.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
 #include "support/MisbehavingHttpServer.h"
+#include "support/VirtualClock.h"
 #include "support/program/TestProgram.h"
 
-#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -23,19 +22,20 @@ struct Sheet
 {
     MemoryDefaultsStore defaults;
     MemoryKeychain keychain;
-    LumaphoneSettings settings {defaults, keychain};
-    std::shared_ptr<MainQueue> mainQueue = MainQueue::create();
-    std::unique_ptr<ProviderSettingsModel> owned
-        = std::make_unique<ProviderSettingsModel>(settings, mainQueue);
-    ProviderSettingsModel &model = *owned;
+    KeychainRunner runKeychain;
+    LumaphoneSettings settings {defaults, keychain, runKeychain};
+    std::shared_ptr<VirtualClock> clock = std::make_shared<VirtualClock>();
+    ProviderSettingsModel model {settings, clock, MainQueue::create()};
     MisbehavingHttpServer server;
 
-    /// What the keychain holds once all that was asked of it is done, after which there is no model any more.
-    const std::vector<MemoryKeychain::Item> &keptItems()
+    explicit Sheet(KeychainRunner run = runAtOnce)
+        : runKeychain(std::move(run))
     {
-        owned.reset();
-        return keychain.items;
     }
+    ~Sheet() { clock->advance(std::chrono::hours(1)); }
+    Sheet(const Sheet &) = delete;
+    Sheet &operator=(const Sheet &) = delete;
+
     /// Runs a test against the server and returns what it came to.
     ProviderSettingsModel::ProviderTestStatus tested()
     {
@@ -78,7 +78,7 @@ private slots:
         QCOMPARE(sheet.settings.providerModel(), "qwen");
         QVERIFY(sheet.model.apiKey().isEmpty());
         QCOMPARE(sheet.model.apiKeyStatusText(), "已儲存於 macOS 鑰匙圈，測試與翻譯會沿用它");
-        QCOMPARE(sheet.keptItems().at(0).data, QByteArray("sk-1"));
+        QCOMPARE(sheet.keychain.items.at(0).data, QByteArray("sk-1"));
     }
 
     void savingWithoutAKeyKeepsTheOldOne()
@@ -90,7 +90,7 @@ private slots:
         sheet.model.setApiKey("  ");
         sheet.model.save();
         QVERIFY(sheet.settings.hasProviderAPIKey());
-        QCOMPARE(sheet.keptItems().at(0).data, QByteArray("sk-old"));
+        QCOMPARE(sheet.keychain.items.at(0).data, QByteArray("sk-old"));
     }
 
     void theKeyCanBeCleared()
@@ -98,35 +98,85 @@ private slots:
         Sheet sheet;
         sheet.settings.saveProviderAPIKey("sk-old");
         sheet.model.clearKey();
-        QVERIFY(!sheet.model.hasProviderAPIKey());
+        QVERIFY(!sheet.settings.hasProviderAPIKey());
         QCOMPARE(sheet.model.testStatus(), ProviderSettingsModel::success);
         QCOMPARE(sheet.model.testStatusText(), "已清除鑰匙圈中的 API 金鑰。");
-        QVERIFY(sheet.keptItems().empty());
+        QVERIFY(sheet.keychain.items.empty());
     }
 
     void aKeychainThatAsksTheUserDoesNotHoldUpTheSheet()
     {
-        Gate answer;
-        Sheet sheet;
-        sheet.settings.saveProviderAPIKey("sk-old");
-        sheet.keychain.askTheUser = [&answer] {
-            const auto afterwards = qScopeGuard([&answer] { answer.open(); });
-            answer.wait();
-        };
+        HeldKeychainCalls asked;
+        Sheet sheet(asked.runner());
         sheet.server.thenAnswer(behaviour::complete("早安。"));
         sheet.model.setBaseURL(sheet.server.url("/v1"));
         sheet.model.setApiKey("sk-new");
         sheet.model.save();
-        QVERIFY(sheet.model.hasProviderAPIKey());
+        QVERIFY(sheet.settings.hasProviderAPIKey());
         QVERIFY(sheet.model.apiKey().isEmpty());
         sheet.model.testProvider();
-        settle();
+        sheet.clock->advance(std::chrono::hours(1));
         QVERIFY(sheet.model.isTestingProvider());
-        answer.open();
+        asked.answerAll();
         QVERIFY(waitUntil([&] { return sheet.model.testStatus() == ProviderSettingsModel::success; }));
         // What is asked of the keychain is done in the order of asking.
         QCOMPARE(sheet.server.requests().first().header("Authorization"), QByteArray("Bearer sk-new"));
-        QCOMPARE(sheet.keptItems().at(0).data, QByteArray("sk-new"));
+        QCOMPARE(sheet.keychain.items.at(0).data, QByteArray("sk-new"));
+    }
+
+    void whileTheKeychainHasNotAnsweredTheSheetSaysSo()
+    {
+        HeldKeychainCalls asked;
+        Sheet sheet(asked.runner());
+        sheet.model.open();
+        QCOMPARE(sheet.model.apiKeyStatusText(), "正在查看鑰匙圈裡有沒有 API 金鑰...");
+        QCOMPARE(sheet.model.apiKeyPlaceholder(), "貼上 API 金鑰（本地端點可留空）");
+        QVERIFY(sheet.model.mayClearKey());
+        QSignalSpy told(&sheet.model, &ProviderSettingsModel::apiKeyStatusTextChanged);
+        asked.answerNext();
+        QCOMPARE(told.size(), 1);
+        QCOMPARE(sheet.model.apiKeyStatusText(), "尚未儲存 API 金鑰；Ollama 或本地端點可維持空白");
+        QVERIFY(!sheet.model.mayClearKey());
+    }
+
+    void aTestWaitsForAMuteKeychainNoLongerThanTwoSeconds()
+    {
+        HeldKeychainCalls asked;
+        Sheet sheet(asked.runner());
+        sheet.server.thenAnswer(behaviour::complete("早安。"));
+        sheet.model.setBaseURL(sheet.server.url("/v1"));
+        sheet.model.testProvider();
+        sheet.clock->advance(std::chrono::seconds(2));
+        QVERIFY(waitUntil([&] { return sheet.model.testStatus() == ProviderSettingsModel::success; }));
+        QVERIFY(!sheet.server.requests().first().hasHeader("Authorization"));
+    }
+
+    void aKeyThatIsNotTypedAgainStaysWithItsServer()
+    {
+        Sheet sheet;
+        sheet.settings.saveProviderAPIKey("sk-saved");
+        sheet.server.thenAnswer(behaviour::complete("早安。"));
+        sheet.model.open();
+        QCOMPARE(sheet.model.apiKeyStatusText(), "已儲存於 macOS 鑰匙圈，測試與翻譯會沿用它");
+        QSignalSpy told(&sheet.model, &ProviderSettingsModel::apiKeyStatusTextChanged);
+        sheet.model.setBaseURL(sheet.server.url("/v1"));
+        QCOMPARE(told.size(), 1);
+        const QString withheld
+            = "已儲存的金鑰只屬於 https://api.openai.com，不會送到這個位址；這裡若需要金鑰，請重新貼上";
+        QCOMPARE(sheet.model.apiKeyStatusText(), withheld);
+        QCOMPARE(sheet.model.apiKeyPlaceholder(), "貼上 API 金鑰（本地端點可留空）");
+        sheet.model.testProvider();
+        QCOMPARE(sheet.model.testStatusText(), "正在向 API 提供者發送測試翻譯...");
+        QVERIFY(waitUntil([&] { return sheet.model.testStatus() == ProviderSettingsModel::success; }));
+        QVERIFY(!sheet.server.requests().first().hasHeader("Authorization"));
+        sheet.model.save();
+        QCOMPARE(sheet.model.apiKeyStatusText(), withheld);
+        QCOMPARE(sheet.settings.providerConfiguration().apiKey, QString());
+        // It is still there for the server that it was saved for.
+        sheet.model.setBaseURL("https://api.openai.com/v1/chat/completions");
+        QCOMPARE(sheet.model.apiKeyStatusText(), "已儲存於 macOS 鑰匙圈，測試與翻譯會沿用它");
+        sheet.model.save();
+        QCOMPARE(sheet.settings.providerConfiguration().apiKey, "sk-saved");
     }
 
     void aTestSendsTheFieldsAsTheyAre()
@@ -155,9 +205,10 @@ private slots:
     void aTestWithoutATypedKeyUsesTheSavedOne()
     {
         Sheet sheet;
+        sheet.settings.setProviderBaseURL(sheet.server.url("/v1"));
         sheet.settings.saveProviderAPIKey("sk-saved");
         sheet.server.thenAnswer(behaviour::complete("早安。"));
-        sheet.model.setBaseURL(sheet.server.url("/v1"));
+        sheet.model.open();
         sheet.model.testProvider();
         QCOMPARE(sheet.model.testStatusText(), "正在用鑰匙圈中已儲存的金鑰測試...");
         QVERIFY(waitUntil([&] { return sheet.model.testStatus() == ProviderSettingsModel::success; }));

@@ -1,6 +1,7 @@
 #include "base/Json.h"
 #include "support/Coroutines.h"
 #include "support/MisbehavingHttpServer.h"
+#include "support/MuteSecretService.h"
 #include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"
 #include "support/RunningProgram.h"
@@ -222,16 +223,60 @@ private slots:
             return running;
         };
         QCOMPARE(run({"key", "status"})->output(), QStringLiteral("尚未儲存 API Key。\n").toUtf8());
-        QCOMPARE(run({"key", "set"}, " sk-secret \n")->exitCode(), 0);
-        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("已儲存 API Key。\n").toUtf8());
-
         QCOMPARE(run({"settings", "set", "lumaphone.provider.baseURL", server.baseURL()})->exitCode(), 0);
+        QCOMPARE(run({"key", "set"}, " sk-secret \n")->exitCode(), 0);
+        const QString address = server.baseURL().section(u'/', 0, 2);
+        QCOMPARE(run({"key", "status"})->output(),
+            QStringLiteral("已儲存 API Key，只會送到 %1。\n").arg(address).toUtf8());
         const auto captions = run({"caption", speech, "--translate", "custom"});
         QVERIFY2(captions->output().contains("  〔"), captions->messages());
+
+        // The key is not carried to another address.
+        ChatServer other({"--key", "sk-secret"});
+        const auto told = run({"settings", "set", "lumaphone.provider.baseURL", other.baseURL()});
+        QCOMPARE(told->exitCode(), 0);
+        QVERIFY2(told->messages().contains("lumaphone-cli key set"), told->messages());
+        QCOMPARE(run({"key", "status"})->output(),
+            QStringLiteral("已儲存的 API Key 屬於另一個位址，不會送到目前設定的 %1。\n")
+                .arg(other.baseURL())
+                .toUtf8());
+        const auto withheld = run({"caption", speech, "--translate", "custom"});
+        QVERIFY2(!withheld->output().contains("  〔"), withheld->output());
 
         QCOMPARE(run({"key", "clear"})->exitCode(), 0);
         QCOMPARE(run({"key", "status"})->output(), QStringLiteral("尚未儲存 API Key。\n").toUtf8());
         QCOMPARE(run({"key", "set"}, "\n")->exitCode(), 2);
+        QCOMPARE(run({"settings", "set", "lumaphone.provider.baseURL", "example.org"})->exitCode(), 0);
+        QCOMPARE(run({"key", "set"}, "sk-secret\n")->exitCode(), 1);
+        QCOMPARE(keyring.itemCount(), 0);
+    }
+
+    void aKeyringThatDoesNotAnswerHoldsNothingUp()
+    {
+        ChatServer server;
+        const test::PrivateSessionBus bus;
+        const test::MuteSecretService mute(bus);
+        QVERIFY(mute.isThere());
+        const QTemporaryDir home;
+        // What waits for the keyring waits twenty-five seconds.
+        const auto run = [&home](const QStringList &arguments) {
+            auto running = std::make_unique<RunningProgram>(program, arguments,
+                QList<std::pair<QString, QString>> {
+                    {"XDG_CONFIG_HOME", home.filePath("config")}, {"XDG_DATA_HOME", home.filePath("data")}});
+            running->closeInput();
+            test::waitUntil([&running] { return !running->isRunning(); }, 20000);
+            return running;
+        };
+        QVERIFY(!run({"settings", "list"})->isRunning());
+        QCOMPARE(run({"settings", "set", "lumaphone.provider.baseURL", server.baseURL()})->exitCode(), 0);
+        const auto captions = run({"caption", speech, "--translate", "custom"});
+        QVERIFY(!captions->isRunning());
+        QVERIFY2(captions->output().contains("  〔"), captions->messages());
+        const auto status = run({"key", "status"});
+        QVERIFY(!status->isRunning());
+        QCOMPARE(status->exitCode(), 1);
+        QVERIFY2(status->messages().contains("鑰匙圈沒有回應"), status->messages());
+        QVERIFY(mute.calls() > 0);
     }
 };
 

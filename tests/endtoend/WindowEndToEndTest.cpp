@@ -1,6 +1,7 @@
 #include "endtoend/User.h"
 #include "support/Coroutines.h"
 #include "support/CoveringWindow.h"
+#include "support/MuteSecretService.h"
 #include "support/PrivateDisplay.h"
 #include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"
@@ -77,6 +78,38 @@ private slots:
         QCOMPARE(m_keyring->itemCount(), 1);
         QFile settings(m_home.filePath("config/lumaphone/settings.json"));
         QVERIFY(!settings.open(QIODevice::ReadOnly) || !settings.readAll().contains("sk-end"));
+    }
+
+    void aKeyringThatDoesNotAnswerHoldsNothingUp()
+    {
+        m_keyring->kill();
+        const auto mute = std::make_unique<MuteSecretService>(*m_bus);
+        QVERIFY(mute->isThere());
+        User user(m_home.path(), onX11);
+        DO("shown startStop");
+        DO("click moreSettings");
+        DO("click menu.provider");
+        // This stands there as long as there is no answer: nothing has waited for it.
+        DO("await provider.keyStatus 正在查看鑰匙圈裡有沒有 API 金鑰...");
+        DO("type provider.apiKey sk-never-kept");
+        DO("click provider.save");
+        DO("gone provider.save");
+        DO("click moreSettings");
+        DO("click menu.provider");
+        DO("click provider.clearKey");
+        DO("await provider.testStatus 已清除鑰匙圈中的 API 金鑰。");
+        DO("click provider.cancel");
+        DO("gone provider.cancel");
+        DO("close");
+        QVERIFY(waitUntil([&user] { return !user.program().isRunning(); }));
+        QCOMPARE(user.program().exitCode(), 0);
+        QVERIFY(mute->calls() > 0);
+    }
+
+    void theKeyringIsBack()
+    {
+        m_keyring->start();
+        QCOMPARE(m_keyring->itemCount(), 1);
     }
 
     void speechIsCaptionedTranslatedAndSaved()

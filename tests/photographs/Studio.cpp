@@ -51,7 +51,7 @@ Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatienc
     live = std::make_unique<LiveSessionModel>(*session.controller, session.settings, *library, *glossaryStore,
         LivePatience {.withSilence = soundPatience});
     inspector = std::make_unique<InspectorModel>(*session.controller, session.settings, *glossaryStore);
-    provider = std::make_unique<ProviderSettingsModel>(session.settings, session.mainQueue);
+    provider = std::make_unique<ProviderSettingsModel>(session.settings, session.clock, session.mainQueue);
     workspace = std::make_unique<TranscriptLibraryWorkspaceModel>(*library, taiwan());
     glossary = std::make_unique<GlossarySettingsModel>(*glossaryStore, session.mainQueue, countedUuids());
     floatingCaptions = std::make_unique<FloatingCaptionWindowController>(session.settings, [this] {

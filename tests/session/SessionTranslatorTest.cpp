@@ -2,18 +2,19 @@
 
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "storage/LumaphoneSettings.h"
-#include "support/Coroutines.h"
-#include "support/Gate.h"
 #include "support/GlossaryTerms.h"
+#include "support/HeldKeychainCalls.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
+#include "support/MisbehavingHttpServer.h"
 #include "support/ScriptedTranslationFramework.h"
+#include "support/VirtualClock.h"
 #include "support/program/TestProgram.h"
 #include "translation/LumaphoneAppleTranslationService.h"
 #include "translation/OpenAICompatibleTranslationError.h"
 #include "translation/OpenAICompatibleTranslationService.h"
+#include "translation/TransportError.h"
 
-#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -30,13 +31,23 @@ struct Translators
     QTemporaryDir folder;
     MemoryDefaultsStore defaults;
     MemoryKeychain keychain;
-    LumaphoneSettings settings {defaults, keychain};
+    KeychainRunner runKeychain = runAtOnce;
+    LumaphoneSettings settings {defaults, keychain, runKeychain};
     LumaphoneGlossaryStore glossary {folder.path(), {}};
     ScriptedTranslationFramework framework;
     LumaphoneAppleTranslationService apple {framework};
     OpenAICompatibleTranslationService custom;
+    std::shared_ptr<VirtualClock> clock = std::make_shared<VirtualClock>();
     std::shared_ptr<MainQueue> mainQueue = MainQueue::create();
-    SessionTranslator translator {settings, glossary, apple, custom, mainQueue};
+    SessionTranslator translator {settings, glossary, apple, custom, clock, mainQueue};
+
+    explicit Translators(KeychainRunner run = runAtOnce)
+        : runKeychain(std::move(run))
+    {
+    }
+    ~Translators() { clock->advance(std::chrono::hours(1)); }
+    Translators(const Translators &) = delete;
+    Translators &operator=(const Translators &) = delete;
 
     QString translate(const char *text, AppleSystemSpeechLanguage language)
     {
@@ -97,20 +108,103 @@ private slots:
 
     void aKeychainThatAsksTheUserDoesNotHoldUpTheSession()
     {
-        Gate answer;
-        Translators session;
+        HeldKeychainCalls asked;
+        Translators session(asked.runner());
         session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
         session.settings.setProviderBaseURL(QString());
-        session.keychain.askTheUser = [&answer] {
-            const auto afterwards = qScopeGuard([&answer] { answer.open(); });
-            answer.wait();
-        };
+        session.settings.saveProviderAPIKey(QStringLiteral("k"));
+        asked.answerAll();
         const auto translation
             = session.translator.translateText(QStringLiteral("hello"), english, std::stop_token());
-        settle();
+        session.clock->advance(std::chrono::hours(1));
         QVERIFY(!translation.isReady());
-        answer.open();
+        asked.answerNext();
         QVERIFY(waitUntil([&] { return translation.isReady(); }));
+    }
+
+    void aKeychainThatDoesNotAnswerHoldsUpNoRequestThatMayNeedNoKey()
+    {
+        HeldKeychainCalls asked;
+        Translators session(asked.runner());
+        MisbehavingHttpServer server;
+        server.thenAnswer(behaviour::complete("早安。"));
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        session.settings.setProviderBaseURL(server.url("/v1"));
+        auto translation
+            = session.translator.translateText(QStringLiteral("hello"), english, std::stop_token());
+        session.clock->advance(std::chrono::seconds(2));
+        QCOMPARE(test::waitFor(std::move(translation)), "早安。");
+        QVERIFY(!server.requests().first().hasHeader("Authorization"));
+    }
+
+    void aKeyIsSentToTheServerThatItWasSavedForAndToNoOther()
+    {
+        Translators session;
+        MisbehavingHttpServer first;
+        MisbehavingHttpServer second;
+        first.thenAnswer(behaviour::complete("一"));
+        second.thenAnswer(behaviour::complete("二"));
+        second.thenAnswer(behaviour::complete("三"));
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        session.settings.setProviderBaseURL(first.url("/v1"));
+        session.settings.saveProviderAPIKey(QStringLiteral("sk-1"));
+        QCOMPARE(session.translate("one", english), "一");
+        QCOMPARE(first.requests().first().header("Authorization"), QByteArray("Bearer sk-1"));
+
+        session.settings.setProviderBaseURL(second.url("/v1"));
+        QCOMPARE(session.translate("two", english), "二");
+        QVERIFY(!second.requests().first().hasHeader("Authorization"));
+        session.settings.saveProviderAPIKey(QStringLiteral("sk-2"));
+        QCOMPARE(session.translate("three", english), "三");
+        QCOMPARE(second.requests().last().header("Authorization"), QByteArray("Bearer sk-2"));
+    }
+
+    void aKeySavedBeforeKeysHadAnAddressBelongsToTheOneConfiguredThen()
+    {
+        Translators session;
+        MisbehavingHttpServer former;
+        MisbehavingHttpServer other;
+        former.thenAnswer(behaviour::complete("一"));
+        former.thenAnswer(behaviour::complete("三"));
+        other.thenAnswer(behaviour::complete("二"));
+        session.defaults.setObject("lumaphone.provider.baseURL", former.url("/v1"));
+        session.keychain.items.push_back({{"dev.lumaphone.provider", "lumaphone.provider.apiKey"}, "sk-old"});
+        LumaphoneSettings settings(session.defaults, session.keychain);
+        settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        SessionTranslator translator(
+            settings, session.glossary, session.apple, session.custom, session.clock, session.mainQueue);
+        const auto translate = [&translator](const char *text) {
+            return test::waitFor(translator.translateText(text, english, {}));
+        };
+        QCOMPARE(translate("one"), "一");
+        settings.setProviderBaseURL(other.url("/v1"));
+        QCOMPARE(translate("two"), "二");
+        settings.setProviderBaseURL(former.url("/v2"));
+        QCOMPARE(translate("three"), "三");
+        QCOMPARE(former.requests().at(0).header("Authorization"), QByteArray("Bearer sk-old"));
+        QVERIFY(!other.requests().first().hasHeader("Authorization"));
+        QCOMPARE(former.requests().at(1).header("Authorization"), QByteArray("Bearer sk-old"));
+    }
+
+    void aServerThatWantsTheKeyOfAnotherIsSaidToNeedOneOfItsOwn()
+    {
+        Translators session;
+        MisbehavingHttpServer server;
+        server.thenAnswer(behaviour::respond(401, "no key"));
+        server.thenAnswer(behaviour::respond(500, "broken"));
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        session.settings.saveProviderAPIKey(QStringLiteral("k"));
+        session.settings.setProviderBaseURL(server.url("/v1"));
+        const auto failure = [&session] {
+            const auto error = thrownBy<LocalizedError>([&] { session.translate("hello", english); });
+            return error ? error->errorDescription() : QString();
+        };
+        const QString address = server.url("");
+        QCOMPARE(failure(),
+            address
+                + " 需要 API Key，但已儲存的 Key 屬於另一個位址，沒有送出。請在 API 提供者的設定重新輸入 "
+                  "Key 並儲存。");
+        QCOMPARE(failure(), "自定義 API 回傳 HTTP 500：broken");
     }
 
     void aRefusedKeyIsNotAskedForAgainAndNothingIsSentWithoutIt()
@@ -133,43 +227,53 @@ private slots:
 
     void aKeyThatIsBeingSavedIsWaitedFor()
     {
-        Translators session;
+        HeldKeychainCalls asked;
+        Translators session(asked.runner());
         session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
         session.settings.setProviderBaseURL(QString());
+        asked.answerAll();
         session.keychain.calls.clear();
-        std::function<void()> saving;
-        session.settings.saveProviderAPIKey(
-            QStringLiteral("k"), [&saving](std::function<void()> work) { saving = std::move(work); });
+        session.settings.saveProviderAPIKey(QStringLiteral("k"));
         const auto translation
             = session.translator.translateText(QStringLiteral("hello"), english, std::stop_token());
         settle();
         QVERIFY(!translation.isReady());
-        QVERIFY(session.keychain.calls.isEmpty());
-        saving();
+        QCOMPARE(asked.count(), std::size_t {1});
+        asked.answerAll();
         QVERIFY(waitUntil([&] { return translation.isReady(); }));
         QCOMPARE(session.keychain.calls,
             (QStringList {QStringLiteral("update"), QStringLiteral("add"), QStringLiteral("copyMatching")}));
     }
 
+    void whoStopsWhileAKeyIsBeingSavedWaitsNoLonger()
+    {
+        HeldKeychainCalls asked;
+        Translators session(asked.runner());
+        session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
+        session.settings.saveProviderAPIKey(QStringLiteral("k"));
+        std::stop_source stop;
+        auto translation
+            = session.translator.translateText(QStringLiteral("hello"), english, stop.get_token());
+        settle();
+        QVERIFY(!translation.isReady());
+        stop.request_stop();
+        QVERIFY_THROWS_EXCEPTION(TransportError, test::waitFor(std::move(translation)));
+    }
+
     void aKeyGoesToNoAddressItWasNotReadFor()
     {
-        Gate asked;
-        Gate answer;
-        Translators session;
+        HeldKeychainCalls asked;
+        Translators session(asked.runner());
         session.settings.setProcessingMode(LumaphoneProcessingMode::customAPI);
         session.settings.setProviderBaseURL(QStringLiteral("ftp://former/v1"));
         session.settings.saveProviderAPIKey(QStringLiteral("k"));
+        asked.answerAll();
         session.keychain.calls.clear();
-        session.keychain.askTheUser = [&] {
-            asked.open();
-            answer.wait();
-        };
         auto translation
             = session.translator.translateText(QStringLiteral("hello"), english, std::stop_token());
-        QVERIFY(waitUntil([&] { return !translation.isReady(); }));
-        asked.wait();
+        QCOMPARE(asked.count(), std::size_t {1});
         session.settings.setProviderBaseURL(QString());
-        answer.open();
+        asked.answerAll();
         // Of the two addresses only the newer one has this fault.
         QVERIFY_THROWS_EXCEPTION(OpenAICompatibleTranslationError, test::waitFor(std::move(translation)));
         QCOMPARE(session.keychain.calls.size(), 2);

@@ -69,6 +69,10 @@ private slots:
     void aBlankKeyDeletesTheItem();
     void theKeyFlagFollowsTheRequestWhenTheKeychainFails();
     void aFailedUpdateAddsNothing();
+    void aKeyIsKeptWithTheServerThatIsConfigured();
+    void aKeyOfAnotherServerIsNotPartOfTheConfiguration();
+    void aKeyWithoutAServerBelongsToTheOneConfiguredThen_data();
+    void aKeyWithoutAServerBelongsToTheOneConfiguredThen();
     void theKeyNeverReachesTheDefaultsStore();
 };
 
@@ -344,7 +348,7 @@ void LumaphoneSettingsTest::everyPropertyNotifiesOnceAfterItsChange()
 void LumaphoneSettingsTest::theProviderConfigurationIsTrimmedButItsKeyIsNot()
 {
     Fixture fixture;
-    fixture.keychain.items.push_back({keyQuery, " secret \n"});
+    fixture.keychain.items.push_back({keyQuery, " secret \n", QStringLiteral("https://example.org")});
     LumaphoneSettings &settings = fixture.make();
     settings.setProviderBaseURL(QStringLiteral(" \t https://example.org/v1\n"));
     settings.setProviderModel(QStringLiteral("\u3000small model\r\n"));
@@ -451,6 +455,62 @@ void LumaphoneSettingsTest::aFailedUpdateAddsNothing()
     fixture.keychain.failure = KeychainStatus::itemNotFound;
     settings.saveProviderAPIKey(QStringLiteral("key"));
     QCOMPARE(fixture.keychain.calls, (QStringList {QStringLiteral("update"), QStringLiteral("add")}));
+}
+
+void LumaphoneSettingsTest::aKeyIsKeptWithTheServerThatIsConfigured()
+{
+    Fixture fixture;
+    LumaphoneSettings &settings = fixture.make();
+    settings.setProviderBaseURL(QStringLiteral(" https://Example.org:443/v1 "));
+    settings.saveProviderAPIKey(QStringLiteral("key"));
+    QCOMPARE(fixture.keychain.items.front().address, QStringLiteral("https://example.org"));
+    // One that no request can be sent to is nobody's, so that the next one is not given the key either.
+    settings.setProviderBaseURL(QStringLiteral("example.org"));
+    settings.saveProviderAPIKey(QStringLiteral("key"));
+    QCOMPARE(fixture.keychain.items.front().address, QStringLiteral("-"));
+    QVERIFY(!settings.isProviderAPIKeyForEndpoint());
+}
+
+void LumaphoneSettingsTest::aKeyOfAnotherServerIsNotPartOfTheConfiguration()
+{
+    Fixture fixture;
+    LumaphoneSettings &settings = fixture.make();
+    settings.setProviderBaseURL(QStringLiteral("https://example.org/v1"));
+    settings.saveProviderAPIKey(QStringLiteral("key"));
+    for (const auto &[url, key] : {std::pair("https://example.org/v2", "key"),
+             std::pair("http://example.org/v1", ""), std::pair("https://example.org:444/v1", ""),
+             std::pair("https://other.org/v1", ""), std::pair("", "")}) {
+        settings.setProviderBaseURL(QString::fromLatin1(url));
+        QCOMPARE(settings.providerConfiguration().apiKey, QString::fromLatin1(key));
+        QCOMPARE(settings.isProviderAPIKeyForEndpoint(), *key != '\0');
+        QVERIFY(settings.hasProviderAPIKey());
+    }
+}
+
+void LumaphoneSettingsTest::aKeyWithoutAServerBelongsToTheOneConfiguredThen_data()
+{
+    QTest::addColumn<bool>("isSeenAtFirst");
+    QTest::newRow("the keychain is open from the beginning") << true;
+    QTest::newRow("the keychain answers only after the address has changed") << false;
+}
+
+void LumaphoneSettingsTest::aKeyWithoutAServerBelongsToTheOneConfiguredThen()
+{
+    QFETCH(const bool, isSeenAtFirst);
+    Fixture fixture;
+    fixture.keychain.items.push_back({keyQuery, "old"});
+    if (!isSeenAtFirst) {
+        fixture.keychain.failure = KeychainStatus::other;
+    }
+    fixture.make().setProviderBaseURL(QStringLiteral("https://example.org/v1"));
+    fixture.keychain.failure.reset();
+    QCOMPARE(fixture.settings->providerConfiguration().apiKey, QString());
+    QCOMPARE(fixture.make().providerConfiguration().apiKey, QString());
+    // A second change does not make it the first one's.
+    fixture.settings->setProviderBaseURL(QStringLiteral("https://third.org/v1"));
+    QCOMPARE(fixture.make().providerConfiguration().apiKey, QString());
+    fixture.settings->setProviderBaseURL(LumaphoneSettings::defaultProviderBaseURL());
+    QCOMPARE(fixture.make().providerConfiguration().apiKey, QStringLiteral("old"));
 }
 
 void LumaphoneSettingsTest::theKeyNeverReachesTheDefaultsStore()

@@ -19,6 +19,7 @@ public:
     {
         KeychainQuery query;
         QByteArray data;
+        QString address = {};
     };
 
     KeychainReading copyMatching(const KeychainQuery &query) override
@@ -29,25 +30,29 @@ public:
     KeychainReading peek(const KeychainQuery &query) override
     {
         const KeychainStatus status = begin("copyMatching", query);
-        return {status, status == KeychainStatus::success ? find(query)->data : QByteArray()};
+        if (status != KeychainStatus::success) {
+            return {status};
+        }
+        const auto item = find(query);
+        return {status, {item->data, item->address}};
     }
-    KeychainStatus update(const KeychainQuery &query, const QByteArray &data) override
+    KeychainStatus update(const KeychainQuery &query, const KeychainSecret &secret) override
     {
         ask();
         const KeychainStatus status = begin("update", query);
         if (status == KeychainStatus::success) {
-            find(query)->data = data;
+            *find(query) = {query, secret.data, secret.address};
         }
         return status;
     }
-    KeychainStatus add(const KeychainQuery &query, const QByteArray &data) override
+    KeychainStatus add(const KeychainQuery &query, const KeychainSecret &secret) override
     {
         calls.append(QStringLiteral("add"));
         ask();
         if (failure) {
             return *failure;
         }
-        items.push_back({query, data});
+        items.push_back({query, secret.data, secret.address});
         return KeychainStatus::success;
     }
     KeychainStatus remove(const KeychainQuery &query) override
@@ -60,10 +65,18 @@ public:
         return status;
     }
 
+    void abandon() override
+    {
+        if (onAbandon) {
+            onAbandon();
+        }
+    }
+
     std::vector<Item> items;
     std::optional<KeychainStatus> failure; ///< the answer to every call, while it is set
     std::function<void()>
         askTheUser; ///< runs within every call but peek(), as a locked keychain's dialog does
+    std::function<void()> onAbandon;
     QStringList calls; ///< operations, in the order of calling
 
 private:

@@ -57,7 +57,7 @@ InspectorModel::InspectorModel(SystemAudioCaptureController &controller, Lumapho
     connect(&settings, &Settings::captionOpacityChanged, this, &Self::captionOpacityChanged);
     connect(&settings, &Settings::providerBaseURLChanged, this, &Self::providerChanged);
     connect(&settings, &Settings::providerModelChanged, this, &Self::providerChanged);
-    connect(&settings, &Settings::hasProviderAPIKeyChanged, this, &Self::providerChanged);
+    connect(&settings.providerKey(), &ProviderKeyStore::changed, this, &Self::providerChanged);
     connect(&glossary, &LumaphoneGlossaryStore::termsChanged, this, &Self::glossarySummaryChanged);
 }
 
@@ -202,8 +202,9 @@ QString InspectorModel::previewTranslationText() const
 
 QString InspectorModel::providerSummary() const
 {
-    return providertexts::summary(
-        text::trimmed(m_settings.providerModel()), supportsTextTranslation(), m_settings.hasProviderAPIKey());
+    const ProviderKeyStore &key = m_settings.providerKey();
+    return providertexts::summary(text::trimmed(m_settings.providerModel()), supportsTextTranslation(),
+        providertexts::savedKey(key, key.configuredAddress()));
 }
 
 bool InspectorModel::supportsTextTranslation() const

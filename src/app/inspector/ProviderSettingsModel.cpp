@@ -1,12 +1,11 @@
 #include "app/inspector/ProviderSettingsModel.h"
 
-#include "app/inspector/ProviderTexts.h"
-#include "base/Completion.h"
 #include "base/LocalizedError.h"
 #include "base/Text.h"
 #include "language/TranslationLanguages.h"
 #include "storage/LumaphoneSettings.h"
 #include "translation/OpenAICompatibleTranslationService.h"
+#include "translation/provider/ProviderAddress.h"
 
 #include <QMetaEnum>
 
@@ -26,13 +25,13 @@ LumaphoneGlossaryPrompt testGlossary()
 
 } // namespace
 
-ProviderSettingsModel::ProviderSettingsModel(
-    LumaphoneSettings &settings, std::shared_ptr<MainQueue> mainQueue, QObject *parent)
+ProviderSettingsModel::ProviderSettingsModel(LumaphoneSettings &settings, std::shared_ptr<Clock> clock,
+    std::shared_ptr<MainQueue> mainQueue, QObject *parent)
     : QObject(parent)
     , m_settings(settings)
-    , m_mainQueue(std::move(mainQueue))
+    , m_keyReader(settings.providerKey(), std::move(clock), std::move(mainQueue))
 {
-    connect(&settings, &LumaphoneSettings::hasProviderAPIKeyChanged, this,
+    connect(&settings.providerKey(), &ProviderKeyStore::changed, this,
         &ProviderSettingsModel::apiKeyStatusTextChanged);
     open();
 }
@@ -48,6 +47,7 @@ void ProviderSettingsModel::setBaseURL(const QString &url)
         m_baseURL = url;
         forgetTest();
         emit baseURLChanged();
+        emit apiKeyStatusTextChanged();
     }
 }
 
@@ -77,17 +77,23 @@ QString ProviderSettingsModel::baseURLPlaceholder() const
 
 QString ProviderSettingsModel::apiKeyPlaceholder() const
 {
-    return providertexts::apiKeyPlaceholder(hasProviderAPIKey());
+    return providertexts::apiKeyPlaceholder(savedKey());
 }
 
 QString ProviderSettingsModel::apiKeyStatusText() const
 {
-    return providertexts::apiKeyStatusText(!m_apiKey.isEmpty(), hasProviderAPIKey());
+    return providertexts::apiKeyStatusText(
+        !m_apiKey.isEmpty(), savedKey(), m_settings.providerKey().address());
 }
 
-bool ProviderSettingsModel::hasProviderAPIKey() const
+bool ProviderSettingsModel::mayClearKey() const
 {
-    return m_settings.hasProviderAPIKey();
+    return m_settings.providerKey().presence() != ProviderKeyPresence::absent;
+}
+
+providertexts::SavedKey ProviderSettingsModel::savedKey() const
+{
+    return providertexts::savedKey(m_settings.providerKey(), providerAddress(text::trimmed(m_baseURL)));
 }
 
 QString ProviderSettingsModel::testStatusName() const
@@ -113,7 +119,7 @@ void ProviderSettingsModel::save()
     m_settings.setProviderBaseURL(m_baseURL);
     m_settings.setProviderModel(m_model);
     if (!text::trimmed(m_apiKey).isEmpty()) {
-        m_settings.saveProviderAPIKey(m_apiKey, [this](auto work) { m_keychainQueue.post(work); });
+        m_settings.saveProviderAPIKey(m_apiKey);
     }
     setApiKey({});
 }
@@ -122,7 +128,7 @@ void ProviderSettingsModel::clearKey()
 {
     m_test.request_stop();
     setApiKey({});
-    m_settings.saveProviderAPIKey({}, [this](auto work) { m_keychainQueue.post(work); });
+    m_settings.saveProviderAPIKey({});
     setTestStatus(success, providertexts::apiKeyCleared());
 }
 
@@ -132,7 +138,7 @@ void ProviderSettingsModel::testProvider()
         return;
     }
     m_test = std::stop_source();
-    setTestStatus(testing, providertexts::testing(!m_apiKey.isEmpty(), hasProviderAPIKey()));
+    setTestStatus(testing, providertexts::testing(!m_apiKey.isEmpty(), savedKey()));
     runTest(this, m_test.get_token());
 }
 
@@ -144,11 +150,10 @@ QCoro::Task<> ProviderSettingsModel::runTest(QPointer<ProviderSettingsModel> sel
     QString text;
     try {
         if (configuration.apiKey.isEmpty()) {
-            const Completion<QString> key(self->m_mainQueue);
-            self->m_keychainQueue.post([key, keychain = self->m_settings.keychain()] {
-                key.resolve(LumaphoneSettings::readProviderAPIKey(keychain));
-            });
-            configuration.apiKey = co_await key;
+            const AddressedText key = co_await self->m_keyReader.read(stop);
+            if (key.address == providerAddress(configuration.baseURL)) {
+                configuration.apiKey = key.text;
+            }
         }
         if (!self || stop.stop_requested()) {
             co_return;

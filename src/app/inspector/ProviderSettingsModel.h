@@ -1,7 +1,8 @@
 #pragma once
 
+#include "app/inspector/ProviderTexts.h"
 #include "base/MainQueue.h"
-#include "base/SerialQueue.h"
+#include "storage/ProviderKeyReader.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -27,7 +28,7 @@ class ProviderSettingsModel final : public QObject
     Q_PROPERTY(QString baseURLPlaceholder READ baseURLPlaceholder CONSTANT)
     Q_PROPERTY(QString apiKeyPlaceholder READ apiKeyPlaceholder NOTIFY apiKeyStatusTextChanged)
     Q_PROPERTY(QString apiKeyStatusText READ apiKeyStatusText NOTIFY apiKeyStatusTextChanged)
-    Q_PROPERTY(bool hasProviderAPIKey READ hasProviderAPIKey NOTIFY apiKeyStatusTextChanged)
+    Q_PROPERTY(bool mayClearKey READ mayClearKey NOTIFY apiKeyStatusTextChanged)
     /// "none", "testing", "success" or "failure".
     Q_PROPERTY(QString testStatus READ testStatusName NOTIFY testStatusChanged)
     Q_PROPERTY(QString testStatusText READ testStatusText NOTIFY testStatusChanged)
@@ -38,8 +39,8 @@ public:
     Q_ENUM(ProviderTestStatus)
 
     /// The settings must outlive the model.
-    ProviderSettingsModel(
-        LumaphoneSettings &settings, std::shared_ptr<MainQueue> mainQueue, QObject *parent = nullptr);
+    ProviderSettingsModel(LumaphoneSettings &settings, std::shared_ptr<Clock> clock,
+        std::shared_ptr<MainQueue> mainQueue, QObject *parent = nullptr);
     /// A test under way is aborted.
     ~ProviderSettingsModel() override;
 
@@ -53,7 +54,7 @@ public:
     QString baseURLPlaceholder() const;
     QString apiKeyPlaceholder() const;
     QString apiKeyStatusText() const;
-    bool hasProviderAPIKey() const;
+    bool mayClearKey() const;
     ProviderTestStatus testStatus() const { return m_testStatus; }
     QString testStatusName() const;
     const QString &testStatusText() const { return m_testStatusText; }
@@ -66,7 +67,8 @@ public:
     /// Keeps the fields in the settings, and a typed key in the keychain.
     Q_INVOKABLE void save();
     Q_INVOKABLE void clearKey();
-    /// Sends one test translation with the fields as they are, and the saved key when none is typed.
+    /// Sends one test translation with the fields as they are, and when no key is typed the one that was
+    /// saved for this server.
     Q_INVOKABLE void testProvider();
 
 signals:
@@ -77,14 +79,13 @@ signals:
     void testStatusChanged();
 
 private:
+    providertexts::SavedKey savedKey() const;
     static QCoro::Task<> runTest(QPointer<ProviderSettingsModel> self, std::stop_token stop);
     void setTestStatus(ProviderTestStatus status, const QString &text);
     void forgetTest();
 
     LumaphoneSettings &m_settings;
-    const std::shared_ptr<MainQueue> m_mainQueue;
-    /// A locked keychain asks the user first, however long that takes; the window goes on meanwhile.
-    SerialQueue m_keychainQueue {"dev.lumaphone.provider-key"};
+    ProviderKeyReader m_keyReader;
     std::stop_source m_test;
     QString m_baseURL;
     QString m_model;

@@ -62,7 +62,7 @@ Sheet {
                 objectName: "provider.clearKey"
                 Layout.alignment: Qt.AlignBottom
                 text: Texts.clearProviderKey
-                enabled: sheet.provider.hasProviderAPIKey
+                enabled: sheet.provider.mayClearKey
                 onClicked: sheet.provider.clearKey()
             }
         }

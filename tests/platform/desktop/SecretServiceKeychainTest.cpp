@@ -4,6 +4,7 @@
 #include "platform/desktop/JsonDefaultsStore.h"
 #include "storage/LumaphoneSettings.h"
 #include "support/Coroutines.h"
+#include "support/MuteSecretService.h"
 #include "support/PrivateKeyring.h"
 #include "support/PrivateSessionBus.h"
 #include "support/program/TestProgram.h"
@@ -12,6 +13,10 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
 
 namespace secretservicekeychaintest {
 
@@ -56,9 +61,11 @@ private slots:
     void aRemovedItemIsGone();
     void bytesThatAreNoTextAreHandedOnAsTheyAre();
     void theSettingsKeepTheirKeyInTheKeyringAlone();
+    void aSecretIsKeptWithItsAddress();
     void aPeekReadsWhatIsUnlockedAndAsksNobody();
     void anItemOutlivesTheKeyringsRestart();
     void aLockedCollectionNobodyUnlocksRefuses();
+    void aMuteServiceCanBeAbandoned();
     void theEndOfTheBusIsNotTheEndOfTheProgram();
 
 private:
@@ -87,25 +94,25 @@ void SecretServiceKeychainTest::init()
 void SecretServiceKeychainTest::withoutAKeyringEveryCallFails()
 {
     QVERIFY(m_keychain.copyMatching(query).status == KeychainStatus::other);
-    QVERIFY(m_keychain.update(query, "secret") == KeychainStatus::other);
-    QVERIFY(m_keychain.add(query, "secret") == KeychainStatus::other);
+    QVERIFY(m_keychain.update(query, {"secret"}) == KeychainStatus::other);
+    QVERIFY(m_keychain.add(query, {"secret"}) == KeychainStatus::other);
     QVERIFY(m_keychain.remove(query) == KeychainStatus::other);
 }
 
 void SecretServiceKeychainTest::anItemThatIsNotThereIsNotFound()
 {
     QVERIFY(m_keychain.copyMatching(query).status == KeychainStatus::itemNotFound);
-    QVERIFY(m_keychain.update(query, "secret") == KeychainStatus::itemNotFound);
+    QVERIFY(m_keychain.update(query, {"secret"}) == KeychainStatus::itemNotFound);
     QVERIFY(m_keychain.remove(query) == KeychainStatus::itemNotFound);
     QCOMPARE(m_keyring.itemCount(), 0);
 }
 
 void SecretServiceKeychainTest::anAddedItemCanBeReadByItsAccountAlone()
 {
-    QVERIFY(m_keychain.add(query, "sk-é 鍵") == KeychainStatus::success);
+    QVERIFY(m_keychain.add(query, {"sk-é 鍵"}) == KeychainStatus::success);
     const KeychainReading reading = m_keychain.copyMatching(query);
     QVERIFY(reading.status == KeychainStatus::success);
-    QCOMPARE(reading.data, QByteArray("sk-é 鍵"));
+    QCOMPARE(reading.secret.data, QByteArray("sk-é 鍵"));
     QVERIFY(m_keychain.copyMatching({query.service, QStringLiteral("another")}).status
         == KeychainStatus::itemNotFound);
     QVERIFY(m_keychain.copyMatching({QStringLiteral("another"), query.account}).status
@@ -119,23 +126,23 @@ void SecretServiceKeychainTest::anAddedItemCanBeReadByItsAccountAlone()
 
 void SecretServiceKeychainTest::anUpdateChangesTheOneItem()
 {
-    QVERIFY(m_keychain.add(query, "old") == KeychainStatus::success);
-    QVERIFY(m_keychain.update(query, "new") == KeychainStatus::success);
-    QCOMPARE(m_keychain.copyMatching(query).data, QByteArray("new"));
+    QVERIFY(m_keychain.add(query, {"old"}) == KeychainStatus::success);
+    QVERIFY(m_keychain.update(query, {"new"}) == KeychainStatus::success);
+    QCOMPARE(m_keychain.copyMatching(query).secret.data, QByteArray("new"));
     QCOMPARE(m_keyring.itemCount(), 1);
 }
 
 void SecretServiceKeychainTest::addingAgainMakesNoSecondItem()
 {
-    QVERIFY(m_keychain.add(query, "old") == KeychainStatus::success);
-    QVERIFY(m_keychain.add(query, "new") == KeychainStatus::success);
+    QVERIFY(m_keychain.add(query, {"old"}) == KeychainStatus::success);
+    QVERIFY(m_keychain.add(query, {"new"}) == KeychainStatus::success);
     QCOMPARE(m_keyring.itemCount(), 1);
-    QCOMPARE(m_keychain.copyMatching(query).data, QByteArray("new"));
+    QCOMPARE(m_keychain.copyMatching(query).secret.data, QByteArray("new"));
 }
 
 void SecretServiceKeychainTest::aRemovedItemIsGone()
 {
-    QVERIFY(m_keychain.add(query, "secret") == KeychainStatus::success);
+    QVERIFY(m_keychain.add(query, {"secret"}) == KeychainStatus::success);
     QVERIFY(m_keychain.remove(query) == KeychainStatus::success);
     QVERIFY(m_keychain.copyMatching(query).status == KeychainStatus::itemNotFound);
     QCOMPARE(m_keyring.itemCount(), 0);
@@ -144,8 +151,8 @@ void SecretServiceKeychainTest::aRemovedItemIsGone()
 void SecretServiceKeychainTest::bytesThatAreNoTextAreHandedOnAsTheyAre()
 {
     const QByteArray bytes("\xff\x00\xfe", 3);
-    QVERIFY(m_keychain.add(query, bytes) == KeychainStatus::success);
-    QCOMPARE(m_keychain.copyMatching(query).data, bytes);
+    QVERIFY(m_keychain.add(query, {bytes}) == KeychainStatus::success);
+    QCOMPARE(m_keychain.copyMatching(query).secret.data, bytes);
     const LumaphoneKeychain keychain(m_keychain, query.service);
     QVERIFY(!keychain.read(query.account));
     keychain.save(QStringLiteral("text now"), query.account);
@@ -179,20 +186,38 @@ void SecretServiceKeychainTest::theSettingsKeepTheirKeyInTheKeyringAlone()
     QVERIFY(!LumaphoneSettings(defaults, m_keychain).hasProviderAPIKey());
 }
 
+void SecretServiceKeychainTest::aSecretIsKeptWithItsAddress()
+{
+    const auto first = QStringLiteral("https://first.test");
+    const auto second = QStringLiteral("http://localhost:11434");
+    QVERIFY(m_keychain.add(query, {"one", first}) == KeychainStatus::success);
+    QCOMPARE(m_keychain.copyMatching(query).secret.address, first);
+    QVERIFY(m_keychain.update(query, {"two", first}) == KeychainStatus::success);
+    QCOMPARE(m_keychain.copyMatching(query).secret.address, first);
+    QVERIFY(m_keychain.update(query, {"three", second}) == KeychainStatus::success);
+    const KeychainReading reading = m_keychain.peek(query);
+    QCOMPARE(reading.secret.data, QByteArray("three"));
+    QCOMPARE(reading.secret.address, second);
+    QCOMPARE(m_keyring.itemCount(), 1);
+    m_keyring.kill();
+    m_keyring.start();
+    QCOMPARE(m_keychain.copyMatching(query).secret.address, second);
+}
+
 void SecretServiceKeychainTest::aPeekReadsWhatIsUnlockedAndAsksNobody()
 {
     QVERIFY(m_keychain.peek(query).status == KeychainStatus::itemNotFound);
-    QVERIFY(m_keychain.add(query, "secret") == KeychainStatus::success);
+    QVERIFY(m_keychain.add(query, {"secret"}) == KeychainStatus::success);
     const KeychainReading reading = m_keychain.peek(query);
     QVERIFY(reading.status == KeychainStatus::success);
-    QCOMPARE(reading.data, QByteArray("secret"));
+    QCOMPARE(reading.secret.data, QByteArray("secret"));
 
     const QTemporaryDir folder;
     JsonDefaultsStore defaults(folder.filePath(QStringLiteral("settings.json")));
     QVERIFY(m_keyring.lock());
     const KeychainReading locked = m_keychain.peek(query);
     QVERIFY(locked.status == KeychainStatus::locked);
-    QVERIFY(locked.data.isEmpty());
+    QVERIFY(locked.secret.data.isEmpty());
     QVERIFY(
         m_keychain.peek({query.service, QStringLiteral("another")}).status == KeychainStatus::itemNotFound);
     QVERIFY(LumaphoneSettings(defaults, m_keychain).hasProviderAPIKey());
@@ -203,38 +228,65 @@ void SecretServiceKeychainTest::aPeekReadsWhatIsUnlockedAndAsksNobody()
 
 void SecretServiceKeychainTest::anItemOutlivesTheKeyringsRestart()
 {
-    QVERIFY(m_keychain.add(query, "secret") == KeychainStatus::success);
+    QVERIFY(m_keychain.add(query, {"secret"}) == KeychainStatus::success);
     m_keyring.kill();
     QVERIFY(m_keychain.copyMatching(query).status == KeychainStatus::other);
     m_keyring.start();
     const KeychainReading reading = m_keychain.copyMatching(query);
     QVERIFY(reading.status == KeychainStatus::success);
-    QCOMPARE(reading.data, QByteArray("secret"));
+    QCOMPARE(reading.secret.data, QByteArray("secret"));
 }
 
 void SecretServiceKeychainTest::aLockedCollectionNobodyUnlocksRefuses()
 {
-    QVERIFY(m_keychain.add(query, "secret") == KeychainStatus::success);
+    QVERIFY(m_keychain.add(query, {"secret"}) == KeychainStatus::success);
     QVERIFY(m_keyring.lock());
     const KeychainReading reading = m_keychain.copyMatching(query);
     QVERIFY(reading.status == KeychainStatus::other);
-    QVERIFY(reading.data.isEmpty());
-    QVERIFY(m_keychain.update(query, "new") == KeychainStatus::other);
-    QVERIFY(m_keychain.add(query, "new") == KeychainStatus::other);
+    QVERIFY(reading.secret.data.isEmpty());
+    QVERIFY(m_keychain.update(query, {"new"}) == KeychainStatus::other);
+    QVERIFY(m_keychain.add(query, {"new"}) == KeychainStatus::other);
     QVERIFY(m_keychain.remove(query) == KeychainStatus::other);
     m_keyring.kill();
     m_keyring.start();
-    QCOMPARE(m_keychain.copyMatching(query).data, QByteArray("secret"));
+    QCOMPARE(m_keychain.copyMatching(query).secret.data, QByteArray("secret"));
+}
+
+void SecretServiceKeychainTest::aMuteServiceCanBeAbandoned()
+{
+    m_keyring.kill();
+    {
+        const MuteSecretService mute(m_bus);
+        QVERIFY(mute.isThere());
+        SecretServiceKeychain keychain;
+        std::atomic<bool> hasEnded = false;
+        KeychainStatus status = KeychainStatus::success;
+        const std::jthread asking([&] {
+            status = keychain.copyMatching(query).status;
+            hasEnded = true;
+        });
+        QVERIFY(waitUntil([&mute] { return mute.calls() > 0; }));
+        QVERIFY(!hasEnded);
+        keychain.abandon();
+        // By itself the call ends after twenty-five seconds.
+        QVERIFY(waitUntil([&hasEnded] { return hasEnded.load(); }));
+        QVERIFY(status == KeychainStatus::other);
+        const int calls = mute.calls();
+        QVERIFY(keychain.add(query, {"secret"}) == KeychainStatus::other);
+        settle();
+        QCOMPARE(mute.calls(), calls);
+    }
+    m_keyring.start();
 }
 
 void SecretServiceKeychainTest::theEndOfTheBusIsNotTheEndOfTheProgram()
 {
-    QVERIFY(m_keychain.add(query, "secret") == KeychainStatus::success);
+    QVERIFY(m_keychain.add(query, {"secret"}) == KeychainStatus::success);
     m_bus.kill();
     QVERIFY(waitUntil([] { return !QDBusConnection::sessionBus().isConnected(); }));
     settle();
     QVERIFY(m_keychain.copyMatching(query).status == KeychainStatus::other);
-    QVERIFY(m_keychain.update(query, "new") == KeychainStatus::other);
+    QVERIFY(m_keychain.update(query, {"new"}) == KeychainStatus::other);
     settle();
 }
 
