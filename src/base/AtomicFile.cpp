@@ -15,6 +15,13 @@
 
 namespace lumaphone {
 
+namespace {
+
+/// Which no person gives a file.
+constexpr auto temporarySuffix = ".new-XXXXXX";
+
+} // namespace
+
 FileError::FileError(const QString &path, int errorNumber)
     : PlatformError(QStringLiteral("%1: %2").arg(path, QString::fromLocal8Bit(std::strerror(errorNumber))))
     , m_path(path)
@@ -31,7 +38,7 @@ void replaceFile(const QString &path, const QByteArray &bytes, Durability durabi
 void replaceFile(const QString &path, std::span<const QByteArrayView> pieces, Durability durability)
 {
     const QByteArray target = QFile::encodeName(path);
-    QByteArray temporary = target + ".XXXXXX";
+    QByteArray temporary = target + temporarySuffix;
     Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (file.get() < 0) {
         throw FileError(path, errno);
@@ -58,6 +65,17 @@ void replaceFile(const QString &path, std::span<const QByteArrayView> pieces, Du
         if (directory.get() < 0 || ::fsync(directory.get()) != 0) {
             throw FileError(path, errno);
         }
+    }
+}
+
+void removeInterruptedReplacements(const QString &path)
+{
+    const QFileInfo file(path);
+    QDir folder(file.path());
+    const QString pattern
+        = file.fileName() + QString::fromLatin1(temporarySuffix).replace(QLatin1Char('X'), QLatin1Char('?'));
+    for (const QString &leftover : folder.entryList({pattern}, QDir::Files | QDir::Hidden)) {
+        folder.remove(leftover);
     }
 }
 

@@ -35,6 +35,10 @@ void replaceFile(const QString &path, const QByteArray &bytes, Durability durabi
 /// The same for bytes that lie in several pieces.
 void replaceFile(const QString &path, std::span<const QByteArrayView> pieces, Durability durability);
 
+/// Removes what replacements of `path` have left beside it whose process was killed in the middle. Only for
+/// whoever knows that nobody is replacing it at this moment.
+void removeInterruptedReplacements(const QString &path);
+
 /// All bytes of a file, or none if it does not exist. Throws FileError for every other failure.
 std::optional<QByteArray> readFile(const QString &path);
 

@@ -241,6 +241,7 @@ std::optional<LumaphoneGlossaryStore::Terms> LumaphoneGlossaryStore::saved(const
     if (reading.isDamaged) {
         keepAside(glossaryPath());
     }
+    removeInterruptedReplacements(glossaryPath());
     replaceFile(glossaryPath(), bytes, Durability::flushed);
     m_knownBytes = bytes;
     m_unsaved.clear();

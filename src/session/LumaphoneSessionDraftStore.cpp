@@ -81,10 +81,7 @@ void LumaphoneSessionDraftStore::removeLeftovers()
     if (std::exchange(m_isTidy, true)) {
         return;
     }
-    QDir folder(m_rootPath);
-    for (const QString &leftover : folder.entryList({fileName() + QStringLiteral(".??????")}, QDir::Files)) {
-        folder.remove(leftover);
-    }
+    removeInterruptedReplacements(draftPath());
 }
 
 std::optional<LumaphoneSessionDraft> LumaphoneSessionDraftStore::load() const

@@ -86,7 +86,9 @@ QByteArray TranscriptFolder::read(const QString &name) const
 
 void TranscriptFolder::write(const QString &name, const QByteArray &bytes) const
 {
-    replaceFile(m_path + QLatin1Char('/') + name, bytes, Durability::flushed);
+    const QString path = m_path + QLatin1Char('/') + name;
+    removeInterruptedReplacements(path);
+    replaceFile(path, bytes, Durability::flushed);
 }
 
 } // namespace lumaphone

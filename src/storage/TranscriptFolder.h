@@ -19,7 +19,7 @@ public:
     TranscriptRecordMetadata readMetadata() const;
     QList<SavedTranscriptLine> readLines() const;
     /// Creates the folder and writes its files one after another, each replacing its former self in one step.
-    /// Throws FileError at the first that fails.
+    /// The owner of the index's lock calls it. Throws FileError at the first that fails.
     void write(const TranscriptDocument &document) const;
     /// With everything in it. A folder that is not there is fine. Throws FileError.
     void remove() const;

@@ -65,6 +65,7 @@ QList<TranscriptRecordMetadata> TranscriptIndex::records() const
 
 void TranscriptIndex::write(const QList<TranscriptRecordMetadata> &records)
 {
+    removeInterruptedReplacements(m_layout.index);
     replaceFile(m_layout.index, json::pretty(recordcoding::array(records)), Durability::flushed);
     m_signature = fileSignature();
 }
@@ -73,10 +74,10 @@ TranscriptIndex::Rebuilt TranscriptIndex::rebuilt() const
 {
     Rebuilt result;
     QSet<QUuid> known;
-    const QString deleted = folderToBeDeleted();
+    const QString unlisted = folderInTransition();
     for (const QString &name :
         QDir(m_layout.sessions).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name)) {
-        if (name == deleted) {
+        if (name == unlisted) {
             continue;
         }
         try {
@@ -95,31 +96,41 @@ TranscriptIndex::Rebuilt TranscriptIndex::rebuilt() const
     return result;
 }
 
-void TranscriptIndex::noteDeletion(const QString &folderName) const
+void TranscriptIndex::noteTransition(
+    const QString &folderName, const QList<TranscriptRecordMetadata> &listed) const
 {
-    replaceFile(deletionNote(), folderName.toUtf8(), Durability::flushed);
+    removeUnlistedFolder(listed);
+    removeInterruptedReplacements(transitionNote());
+    replaceFile(transitionNote(), folderName.toUtf8(), Durability::flushed);
 }
 
-void TranscriptIndex::finishDeletion() const
+void TranscriptIndex::endTransition() const
 {
-    removeFile(deletionNote());
+    removeFile(transitionNote());
 }
 
-void TranscriptIndex::finishInterruptedDeletion()
+void TranscriptIndex::endInterruptedTransition() const
 {
-    if (!QFile::exists(deletionNote())) {
+    if (!QFile::exists(transitionNote())) {
         return;
     }
     const FileLock held = lock();
-    const QString name = folderToBeDeleted();
     // Not read(): what another process has written since is still news for whoever reads next.
-    const QList<TranscriptRecordMetadata> named = records();
-    const bool isNamed = std::any_of(
-        named.begin(), named.end(), [&name](const auto &record) { return record.folderName == name; });
-    if (isPlainFolderName(name) && !isNamed) {
+    removeUnlistedFolder(records());
+    endTransition();
+}
+
+void TranscriptIndex::removeUnlistedFolder(const QList<TranscriptRecordMetadata> &listed) const
+{
+    const QString name = folderInTransition();
+    if (!isPlainFolderName(name)) {
+        return;
+    }
+    const bool isListed = std::any_of(
+        listed.begin(), listed.end(), [&name](const auto &record) { return record.folderName == name; });
+    if (!isListed) {
         TranscriptFolder(m_layout.sessions + QLatin1Char('/') + name).remove();
     }
-    finishDeletion();
 }
 
 QByteArray TranscriptIndex::fileSignature() const
@@ -134,14 +145,14 @@ QByteArray TranscriptIndex::fileSignature() const
         + QByteArray::number(static_cast<qlonglong>(status.st_mtim.tv_nsec));
 }
 
-QString TranscriptIndex::folderToBeDeleted() const
+QString TranscriptIndex::folderInTransition() const
 {
-    return QString::fromUtf8(readFile(deletionNote()).value_or(QByteArray()));
+    return QString::fromUtf8(readFile(transitionNote()).value_or(QByteArray()));
 }
 
-QString TranscriptIndex::deletionNote() const
+QString TranscriptIndex::transitionNote() const
 {
-    return m_layout.index + QStringLiteral(".deleting");
+    return m_layout.index + QStringLiteral(".transition");
 }
 
 } // namespace lumaphone

@@ -35,23 +35,25 @@ public:
         QList<TranscriptRecordMetadata> records;
         qsizetype skippedFolders = 0; ///< they hold metadata that cannot be read
     };
-    /// What the session folders say of themselves, newest first. One whose deletion was interrupted is not
-    /// among them.
+    /// What the session folders say of themselves, newest first. One that was not yet saved, or half removed,
+    /// is not among them.
     Rebuilt rebuilt() const;
 
-    // A deletion takes two steps: the record leaves the index, then the folder goes. A note of the folder
-    // keeps one that was interrupted between them from leaving the folder behind.
-    void noteDeletion(const QString &folderName) const;
-    void finishDeletion() const;
-    /// Removes the folder of an interrupted deletion, if the index no longer names it. Throws what read()
-    /// throws.
-    void finishInterruptedDeletion();
+    // A session comes and goes in two steps, its folder and its record in the index: a new folder is there
+    // before its record, and goes after it. A note of the folder keeps a change that was interrupted between
+    // them from leaving the folder behind. The owner of the lock writes and removes it.
+    /// First removes what an interrupted change has left, unless it is `listed`.
+    void noteTransition(const QString &folderName, const QList<TranscriptRecordMetadata> &listed) const;
+    void endTransition() const;
+    /// Removes the folder of an interrupted change if the index does not name it. Throws what read() throws.
+    void endInterruptedTransition() const;
 
 private:
     QList<TranscriptRecordMetadata> records() const;
     QByteArray fileSignature() const;
-    QString deletionNote() const;
-    QString folderToBeDeleted() const;
+    QString transitionNote() const;
+    QString folderInTransition() const;
+    void removeUnlistedFolder(const QList<TranscriptRecordMetadata> &listed) const;
 
     TranscriptLibraryLayout m_layout;
     QByteArray m_signature;

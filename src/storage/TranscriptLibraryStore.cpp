@@ -132,7 +132,7 @@ void TranscriptLibraryStore::load()
         const FileLock lock = m_index.lock();
         rebuild(damage);
     }
-    m_index.finishInterruptedDeletion();
+    m_index.endInterruptedTransition();
 }
 
 /// Takes over what another process has written. From a file that it has damaged, which is kept beside the
@@ -189,7 +189,14 @@ TranscriptRecordMetadata TranscriptLibraryStore::save(
     change([&] {
         document = documentFor(live, settings);
         complete(document);
+        const bool isNew = std::none_of(m_records.cbegin(), m_records.cend(), hasId(document.metadata.id));
+        if (isNew) {
+            m_index.noteTransition(document.metadata.folderName, m_records);
+        }
         writeDocument(document);
+        if (isNew) {
+            m_index.endTransition();
+        }
     });
     return document.metadata;
 }
@@ -290,16 +297,16 @@ void TranscriptLibraryStore::remove(const TranscriptRecordMetadata &unwanted)
         QList<TranscriptRecordMetadata> rest = former;
         rest.removeIf(hasId(indexed.id));
         // At no time does the index name a folder that is gone.
-        m_index.noteDeletion(indexed.folderName);
+        m_index.noteTransition(indexed.folderName, former);
         m_index.write(rest);
         try {
             folder(indexed).remove();
         } catch (const FileError &) {
             m_index.write(former);
-            m_index.finishDeletion();
+            m_index.endTransition();
             throw;
         }
-        m_index.finishDeletion();
+        m_index.endTransition();
         m_search.forget(indexed.id);
         setRecords(rest);
     });

@@ -9,9 +9,14 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <thread>
 
 namespace atomicfiletest {
@@ -58,6 +63,43 @@ private slots:
         const std::array<QByteArrayView, 4> pieces {"one", "", " and ", "two"};
         replaceFile(inFolder("file"), pieces, Durability::renamed);
         QCOMPARE(readFile(inFolder("file")), std::optional(QByteArray("one and two")));
+    }
+
+    void whatAKilledProcessLeftIsRemoved()
+    {
+        for (const char *name : {"file", "file.new-Ab3dE9", "file.new-000000", "file.backup",
+                 "file.new-Ab3dE", "other.new-Ab3dE9", "file.new-Ab3dE99"}) {
+            replaceFile(inFolder(name), "x", Durability::renamed);
+        }
+        removeInterruptedReplacements(inFolder("file"));
+        QCOMPARE(entries(),
+            (QStringList {"file", "file.backup", "file.new-Ab3dE", "file.new-Ab3dE99", "other.new-Ab3dE9"}));
+        removeInterruptedReplacements(inFolder("missing/file"));
+    }
+
+    /// Which a removal of what was left relies on.
+    void aKilledProcessLeavesTheOldFileAndSuchAName()
+    {
+        replaceFile(inFolder("file"), "old", Durability::renamed);
+        const pid_t child = ::fork();
+        QVERIFY(child >= 0);
+        if (child == 0) {
+            // The first block is written before the limit ends the process.
+            const rlimit limit {4096, 4096};
+            const rlimit noCore {0, 0};
+            ::setrlimit(RLIMIT_CORE, &noCore);
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+            ::signal(SIGXFSZ, SIG_DFL);
+            replaceFile(inFolder("file"), QByteArray(100'000, 'x'), Durability::renamed);
+            ::_exit(0);
+        }
+        int status = 0;
+        QCOMPARE(::waitpid(child, &status, 0), child);
+        QVERIFY(WIFSIGNALED(status));
+        QCOMPARE(entries().size(), 2);
+        QCOMPARE(readFile(inFolder("file")), std::optional(QByteArray("old")));
+        removeInterruptedReplacements(inFolder("file"));
+        QCOMPARE(entries(), QStringList {"file"});
     }
 
     void aMissingFileIsNone() { QCOMPARE(readFile(inFolder("missing")), std::nullopt); }

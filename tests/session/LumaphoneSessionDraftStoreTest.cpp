@@ -151,15 +151,15 @@ private slots:
         QFETCH(bool, saves);
         LumaphoneSessionDraftStore store(root());
         createFolder(root());
-        for (const char *name :
-            {"live-session.json.Ab3dE9", "live-session.json", "live-session.json.damaged", "other.abcdef"}) {
+        for (const char *name : {"live-session.json.new-Ab3dE9", "live-session.json",
+                 "live-session.json.backup", "other.abcdef"}) {
             replaceFile(QDir(root()).filePath(QLatin1String(name)), "x", Durability::renamed);
         }
         // Who only reads may be another process than the one that is saving.
         const QStringList before = entries();
         QVERIFY(!store.load());
         QCOMPARE(entries(), before);
-        QStringList left {QStringLiteral("live-session.json.damaged"), QStringLiteral("other.abcdef")};
+        QStringList left {QStringLiteral("live-session.json.backup"), QStringLiteral("other.abcdef")};
         if (saves) {
             store.save(draftOf({captionLine(1, QStringLiteral("a"))}));
             left.prepend(QStringLiteral("live-session.json"));

@@ -138,6 +138,8 @@ private slots:
     void aRecordWhoseFolderIsGoneCanBeDeleted();
     void aLinkedFolderIsUnlinkedNotEmptied();
     void anInterruptedDeletionIsFinished();
+    void theNextChangeFinishesAnInterruptedOne();
+    void whatAnInterruptedWriteLeftIsTakenAway();
     void aDeletionThatDidNotHappenIsForgotten();
     void aDamagedIndexIsRebuiltFromTheFolders_data();
     void aDamagedIndexIsRebuiltFromTheFolders();
@@ -523,7 +525,7 @@ void TranscriptLibraryStoreTest::deletingRemovesFolderAndRecord()
     QVERIFY(fixture.onDisk() == QList {kept});
     QCOMPARE(namesIn(fixture.root() + QStringLiteral("/sessions")), QStringList {kept.folderName});
     QVERIFY(thrownBy<TranscriptLibraryError>([&] { fixture.store->remove(record); }));
-    QVERIFY(!namesIn(fixture.root()).contains(QStringLiteral("index.json.deleting")));
+    QVERIFY(!namesIn(fixture.root()).contains(QStringLiteral("index.json.transition")));
 }
 
 void TranscriptLibraryStoreTest::aFolderThatCannotBeRemovedKeepsItsRecord()
@@ -575,12 +577,39 @@ void TranscriptLibraryStoreTest::anInterruptedDeletionIsFinished()
     const auto kept = fixture.saved("kept");
     const auto record = fixture.saved("Hello");
     TranscriptIndex index(TranscriptLibraryLayout::at(fixture.root()));
-    index.noteDeletion(record.folderName);
+    index.noteTransition(record.folderName, {});
     index.write({kept});
     // Here the process ended.
     QVERIFY(fixture.onDisk() == QList {kept});
     QCOMPARE(namesIn(fixture.root() + QStringLiteral("/sessions")), QStringList {kept.folderName});
-    QVERIFY(!namesIn(fixture.root()).contains(QStringLiteral("index.json.deleting")));
+    QVERIFY(!namesIn(fixture.root()).contains(QStringLiteral("index.json.transition")));
+}
+
+void TranscriptLibraryStoreTest::theNextChangeFinishesAnInterruptedOne()
+{
+    Fixture fixture;
+    fixture.open();
+    const auto kept = fixture.saved("kept");
+    // Another process begins to save a session and ends.
+    const TranscriptIndex other(TranscriptLibraryLayout::at(fixture.root()));
+    other.noteTransition(QStringLiteral("unfinished"), {kept});
+    createFolder(fixture.root() + QStringLiteral("/sessions/unfinished"));
+    const auto next = fixture.saved("next");
+    QCOMPARE(namesIn(fixture.root() + QStringLiteral("/sessions")).size(), 2);
+    QCOMPARE(fixture.onDisk().size(), 2);
+    QVERIFY(!namesIn(fixture.root()).contains(QStringLiteral("index.json.transition")));
+}
+
+void TranscriptLibraryStoreTest::whatAnInterruptedWriteLeftIsTakenAway()
+{
+    Fixture fixture;
+    fixture.open();
+    const auto record = fixture.saved("Hello");
+    replaceFile(fixture.index() + QStringLiteral(".new-Ab3dE9"), "x", Durability::renamed);
+    replaceFile(fixture.session(record, "lines.json.new-Ab3dE9"), "x", Durability::renamed);
+    fixture.store->update(fixture.store->loadRecord(record.id));
+    QVERIFY(!namesIn(fixture.root()).contains(QStringLiteral("index.json.new-Ab3dE9")));
+    QCOMPARE(namesIn(fixture.session(record)).size(), 5);
 }
 
 void TranscriptLibraryStoreTest::aDeletionThatDidNotHappenIsForgotten()
@@ -590,9 +619,9 @@ void TranscriptLibraryStoreTest::aDeletionThatDidNotHappenIsForgotten()
     const auto record = fixture.saved("Hello");
     const TranscriptIndex index(TranscriptLibraryLayout::at(fixture.root()));
     for (const QString &name : {record.folderName, QStringLiteral(".."), QString(), QStringLiteral("/")}) {
-        index.noteDeletion(name);
+        index.noteTransition(name, {record});
         QVERIFY(fixture.onDisk() == QList {record});
-        QVERIFY(!namesIn(fixture.root()).contains(QStringLiteral("index.json.deleting")));
+        QVERIFY(!namesIn(fixture.root()).contains(QStringLiteral("index.json.transition")));
         QCOMPARE(fixture.store->loadRecord(record.id).lines.size(), 1);
     }
 }
@@ -707,7 +736,7 @@ void TranscriptLibraryStoreTest::whatIsBeingDeletedIsNotFoundAgain()
     // As if the process had been ended before it removed the folder, and the index had gone since.
     createFolder(fixture.session(deleted));
     replaceFile(fixture.session(deleted, "metadata.json"), metadata, Durability::renamed);
-    TranscriptIndex(TranscriptLibraryLayout::at(fixture.root())).noteDeletion(deleted.folderName);
+    TranscriptIndex(TranscriptLibraryLayout::at(fixture.root())).noteTransition(deleted.folderName, {});
     removeFile(fixture.index());
     const auto kept = fixture.saved("kept");
     QVERIFY(fixture.store->records() == QList {kept});
@@ -721,8 +750,8 @@ void TranscriptLibraryStoreTest::recordsOfAnotherStoreSurviveTheEndOfADeletion()
     TranscriptIndex here(TranscriptLibraryLayout::at(fixture.root()));
     QVERIFY(here.read() == QList {a});
     const auto b = fixture.saved("b");
-    here.noteDeletion(QStringLiteral("gone"));
-    here.finishInterruptedDeletion();
+    here.noteTransition(QStringLiteral("gone"), {a, b});
+    here.endInterruptedTransition();
     // b is still news for whoever has read a only.
     QVERIFY(here.hasChanged());
     QVERIFY(here.read() == (QList {b, a}));

@@ -140,6 +140,7 @@ void JsonDefaultsStore::write()
     for (const auto &[key, change] : m_unwritten) {
         apply(values, key, change);
     }
+    removeInterruptedReplacements(m_path);
     replaceFile(m_path, json::pretty(values) + '\n', Durability::flushed);
     m_values = std::move(values);
     m_unwritten.clear();
