@@ -319,6 +319,7 @@ void SystemAudioCaptureController::clearCaptions()
     forgetSavedTranscript();
     m_draftStore.clear();
     say(texts::cleared(isRunning()));
+    clearPanelError();
 }
 
 void SystemAudioCaptureController::markTranscriptSaved(const QUuid &id, const QString &title)
@@ -474,7 +475,12 @@ void SystemAudioCaptureController::showOnPanel(const CaptionTranslation &transla
 
 void SystemAudioCaptureController::clearPanelError()
 {
-    if (!m_isPanelShowingError || !m_floatingCaptions.isOpen() || captionLines().isEmpty()) {
+    if (!m_isPanelShowingError || !m_floatingCaptions.isOpen()) {
+        return;
+    }
+    if (captionLines().isEmpty()) {
+        m_isPanelShowingError = false;
+        m_floatingCaptions.show({}, {});
         return;
     }
     const LumaphoneCaptionLine &newest = captionLines().constLast();

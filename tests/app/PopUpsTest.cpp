@@ -46,6 +46,16 @@ struct Window
         item->forceActiveFocus(Qt::TabFocusReason);
         return waitUntil([item] { return item->hasActiveFocus(); });
     }
+    /// The tooltip that is shown; empty if there is none.
+    QString tooltip() const
+    {
+        for (const QObject *object : studio.window->findChildren<QObject *>()) {
+            if (object->inherits("QQuickToolTip") && object->property("visible").toBool()) {
+                return object->property("text").toString();
+            }
+        }
+        return {};
+    }
     AppleSystemSpeechLanguage language() const { return studio.session.controller->sourceLanguage(); }
 };
 
@@ -57,6 +67,41 @@ class PopUpsTest : public QObject
     Q_OBJECT
 
 private slots:
+    void aTooltipGoesWhenItsControlIsUsed_data()
+    {
+        QTest::addColumn<QString>("help");
+        QTest::newRow("moreSettings") << "更多設定";
+        QTest::newRow("startStop") << "開始即時字幕（Ctrl+Enter）";
+        QTest::newRow("languageMenu") << "選擇常用原文語言；不確定時用自動辨識";
+        QTest::newRow("workspace.live") << "切換即時字幕與字幕紀錄庫";
+    }
+    void aTooltipGoesWhenItsControlIsUsed()
+    {
+        QFETCH(const QString, help);
+        const Window window;
+        for (QObject *object : window.studio.window->findChildren<QObject *>()) {
+            if (object->inherits("QQuickToolTip")) {
+                object->setProperty("delay", 0); // so that one that came back would be there at once
+            }
+        }
+        QQuickItem *control = window.studio.find(QTest::currentDataTag());
+        const QPoint there = control->mapToScene({control->width() / 2, control->height() / 2}).toPoint();
+        const QPoint elsewhere(300, 600);
+        const auto rest = [&](const QPoint &where) {
+            QTest::mouseMove(window.studio.window, where);
+            settle();
+        };
+        rest(elsewhere);
+        rest(there);
+        QVERIFY(waitUntil([&] { return window.tooltip() == help; }));
+        QTest::mousePress(window.studio.window, Qt::LeftButton, {}, there);
+        QVERIFY(waitUntil([&] { return window.tooltip().isEmpty(); }));
+        QTest::mouseRelease(window.studio.window, Qt::LeftButton, {}, there);
+        settle();
+        drawFrame(*window.studio.window);
+        QCOMPARE(window.tooltip(), "");
+    }
+
     void aPickerIsOpenedAndAnsweredByPointer()
     {
         const Window window;

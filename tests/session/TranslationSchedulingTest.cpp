@@ -813,6 +813,23 @@ private slots:
         QCOMPARE(session.panel.shown.constLast(), t("一番目の文です | "));
     }
 
+    void thePanelKeepsNoErrorOfLinesThatAreGone()
+    {
+        LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {1s, t("斷線")};
+        };
+        session.started();
+        session.final("一番目の文です");
+        session.clock->advance(2s);
+        QCOMPARE(session.panel.shown.constLast(), t("Apple Translation 無法完成 | 斷線"));
+        session.controller->clearCaptions();
+        QCOMPARE(session.panel.shown.constLast(), t(" | "));
+        const qsizetype shown = session.panel.shown.size();
+        session.controller->stop(true);
+        QCOMPARE(session.panel.shown.size(), shown);
+    }
+
     void theWorkerAlwaysComesToRest_data()
     {
         QTest::addColumn<bool>("isRestored");

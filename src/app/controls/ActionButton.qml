@@ -72,6 +72,7 @@ T.Button {
 
     HelpTip {
         text: button.help
-        visible: button.help !== "" && (button.hovered || button.visualFocus)
+        isWanted: button.hovered || button.visualFocus
+        isPressed: button.down
     }
 }

@@ -1,7 +1,7 @@
 import QtQuick
 import Lumaphone.Controls
 
-/// A short fact in a rounded field.
+/// A short fact in a rounded field; where it has no room, the pointer shows all of it.
 Rectangle {
     id: chip
 
@@ -19,8 +19,9 @@ Rectangle {
     property int maximumWidth: 480
 
     readonly property color foreground: [Theme.textSecondary, Theme.accentText, Theme.success, Theme.warning, Theme.danger][tone]
+    readonly property real surroundings: 2 * Theme.gap + (systemImage === "" ? 0 : 21)
 
-    implicitWidth: Math.min(maximumWidth, row.implicitWidth + 2 * Theme.gap)
+    implicitWidth: Math.min(maximumWidth, label.implicitWidth + surroundings)
     implicitHeight: 28
     radius: height / 2
     color: [Theme.well, Theme.accentWell, Theme.successWell, Theme.warningWell, Theme.dangerWell][tone]
@@ -29,8 +30,6 @@ Rectangle {
     Accessible.name: text
 
     Row {
-        id: row
-
         anchors.verticalCenter: parent.verticalCenter
         x: Theme.gap
         spacing: 6
@@ -44,13 +43,24 @@ Rectangle {
         }
 
         UiText {
+            id: label
+
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(implicitWidth, chip.maximumWidth - 2 * Theme.gap - (chip.systemImage === "" ? 0 : 21))
+            width: Math.max(0, Math.min(implicitWidth, chip.width - chip.surroundings))
             text: chip.text
             color: chip.foreground
             font.pixelSize: Theme.small
             elide: Text.ElideRight
             Accessible.ignored: true
         }
+    }
+
+    HoverHandler {
+        id: pointer
+    }
+
+    HelpTip {
+        text: chip.text
+        isWanted: pointer.hovered && label.truncated
     }
 }

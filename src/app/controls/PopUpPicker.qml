@@ -94,6 +94,7 @@ T.ComboBox {
 
     HelpTip {
         text: picker.help
-        visible: picker.hovered && !picker.popup.visible
+        isWanted: picker.hovered
+        isPressed: picker.down
     }
 }

@@ -47,6 +47,7 @@ T.AbstractButton {
 
     HelpTip {
         text: button.help
-        visible: button.hovered || button.visualFocus
+        isWanted: button.hovered || button.visualFocus
+        isPressed: button.down
     }
 }

@@ -21,6 +21,8 @@ T.Control {
 
     contentItem: Row {
         SwitcherSegment {
+            id: liveSegment
+
             objectName: "workspace.live"
             text: Texts.live
             isChosen: switcher.selection === "live"
@@ -28,6 +30,8 @@ T.Control {
         }
 
         SwitcherSegment {
+            id: librarySegment
+
             objectName: "workspace.library"
             text: Texts.library
             isChosen: switcher.selection === "library"
@@ -42,6 +46,7 @@ T.Control {
 
     HelpTip {
         text: Texts.switchWorkspaces
-        visible: switcher.hovered
+        isWanted: switcher.hovered
+        isPressed: liveSegment.down || librarySegment.down
     }
 }
