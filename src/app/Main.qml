@@ -55,6 +55,7 @@ ApplicationWindow {
         modelOffer: window.modelOffer
         diagnosis: window.diagnosis
         onLeaveWanted: window.leave()
+        onCloseWanted: window.close()
     }
 
     // Models and terms may have come or gone in a terminal.

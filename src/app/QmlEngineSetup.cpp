@@ -11,6 +11,7 @@ void qml_register_types_Lumaphone_Diagnosis();
 void qml_register_types_Lumaphone_Floating();
 void qml_register_types_Lumaphone_Glossary();
 void qml_register_types_Lumaphone_Inspector();
+void qml_register_types_Lumaphone_Keys();
 void qml_register_types_Lumaphone_Library();
 void qml_register_types_Lumaphone_Live();
 void qml_register_types_Lumaphone_Models();
@@ -29,6 +30,7 @@ constexpr Registration registrations[] {
     &qml_register_types_Lumaphone_Floating,
     &qml_register_types_Lumaphone_Glossary,
     &qml_register_types_Lumaphone_Inspector,
+    &qml_register_types_Lumaphone_Keys,
     &qml_register_types_Lumaphone_Library,
     &qml_register_types_Lumaphone_Live,
     &qml_register_types_Lumaphone_Models,

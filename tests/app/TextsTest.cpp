@@ -53,8 +53,8 @@ Texts expectedTexts()
         {"menuCaptions", "字幕"},
         {"openFloatingCaptions", "開啟浮動字幕"},
         {"closeFloatingCaptions", "關閉浮動字幕"},
-        {"floatingCaptionsKeys", "Ctrl+Shift+F"},
         {"menuDiagnosis", "檢查這台電腦…"},
+        {"menuKeys", "鍵盤快速鍵…"},
         // Questions before something is lost.
         {"clearTitle", "清除目前字幕？"},
         {"clearMessage", "這段字幕尚未儲存。清除後，目前原文、譯文與命中的術語紀錄都會從畫面上移除。"},
@@ -194,6 +194,18 @@ Texts expectedTexts()
         {"findingProblem", "無法使用："},
         {"findingAdvice", "可以改善："},
         {"findingFine", "正常："},
+        // The list of keys.
+        {"keysTitle", "鍵盤快速鍵"},
+        {"keysOfWindow", "視窗"},
+        {"keyStartOrStop", "開始或停止"},
+        {"keyStartOrStopFreely", "沒有選到控制項時，開始或停止"},
+        {"keySave", "儲存字幕紀錄"},
+        {"keySettings", "移到 Inspector"},
+        {"keyList", "顯示這份清單"},
+        {"keyClose", "關閉視窗並結束 Lumaphone"},
+        {"keyPage", "往上或往下一頁"},
+        {"keyEnd", "最早或最新一句"},
+        {"comma", "，"},
     };
 }
 
@@ -307,7 +319,7 @@ private slots:
                 "選擇常用原文語言；不確定時用自動辨識", "開始即時字幕（Ctrl+Enter）", "儲存字幕紀錄",
                 "開始新的字幕", "清除目前字幕", "開啟 / 關閉浮動字幕", "收起 Inspector", "更多設定",
                 "自定義 API 提供者…", "術語表…", "字幕", "開啟浮動字幕", "Ctrl+Shift+F", "關閉浮動字幕",
-                "檢查這台電腦…"});
+                "檢查這台電腦…", "鍵盤快速鍵…", "F1"});
         row("live",
             {"目前字幕", "剛剛聽到的內容", "原文", "台灣繁中", "複製全部原文", "複製全部台灣繁中",
                 "開始之後，聽到的每一句話都會留在這裡。", "回到最新一句", "這段字幕還沒儲存。", "捨棄",
@@ -339,6 +351,7 @@ private slots:
                 "大小寫敏感", "啟用", "取消", "儲存"});
         row("modelLicence", {"授權條款", "關閉"});
         row("modelOffer", {"之後再說"});
+        row("keys", {"鍵盤快速鍵", "關閉"});
         row("diagnosis",
             {"檢查這台電腦",
                 "檢查不會啟動任何服務，也不會要求解鎖。內容不含 API Key 與字幕，可以附在問題回報裡。", "複製",

@@ -37,16 +37,17 @@ TABLE = {
     "cli": "platform/desktop machine session storage glossary capture models diagnosis platform language base",
     # The window's parts are QML modules; most stand side by side.
     "app/texts": "",
+    "app/keys": "app/texts",
     "app/controls": "app/texts language",
     "app/diagnosis": "app/controls app/texts diagnosis base",
     "app/floating": "app/controls session storage platform/display platform base",
     "app/glossary": "app/controls app/texts glossary base",
-    "app/library": "app/controls app/texts storage base",
-    "app/live": "app/controls app/texts session storage glossary language base",
+    "app/library": "app/controls app/keys app/texts storage base",
+    "app/live": "app/controls app/keys app/texts session storage glossary language base",
     "app/models": "app/controls app/texts storage models language base",
     "app/inspector": "app/models app/live app/floating app/controls app/texts session storage translation translation/provider glossary "
                      "language base",
-    "app/shell": "app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/texts",
+    "app/shell": "app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/keys app/texts",
     "app": "app/shell app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/texts "
            "machine session platform/desktop platform/display base",
 }

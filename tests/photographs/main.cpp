@@ -149,6 +149,9 @@ void photographMenus(const QString &target)
     QTest::keyClick(studio.window, Qt::Key_Escape);
     studio.click(QStringLiteral("languageMenu"));
     studio.photograph(target, QStringLiteral("menu-languages"));
+    QTest::keyClick(studio.window, Qt::Key_Escape);
+    QTest::keyClick(studio.window, Qt::Key_F1);
+    studio.photograph(target, QStringLiteral("menu-keys"));
 }
 
 void photographProvider(const QString &target)

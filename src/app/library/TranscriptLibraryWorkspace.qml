@@ -5,6 +5,7 @@ import QtQuick.Dialogs
 import QtQuick.Layouts
 import QtQuick.Templates as T
 import Lumaphone.Controls
+import Lumaphone.Keys
 import Lumaphone.Library
 import Lumaphone.Texts
 
@@ -35,15 +36,15 @@ FocusScope {
         exportDialog.open();
     }
 
-    Shortcut {
+    CommandShortcut {
+        command: "searchLibrary"
         enabled: library.visible
-        sequence: "Ctrl+F"
         onActivated: search.selectAll()
     }
 
-    Shortcut {
+    CommandShortcut {
+        command: "saveEdits"
         enabled: library.visible && library.workspace.hasUnsavedEdits
-        sequence: "Ctrl+S"
         onActivated: library.workspace.saveEdits()
     }
 

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import Lumaphone.Controls
+import Lumaphone.Keys
 
 /// A list that stays at its newest row until the user scrolls away, and returns there on request.
 ListView {
@@ -29,6 +30,24 @@ ListView {
         list.contentY = Math.min(list.lowest(), Math.max(list.highest(), list.contentY + distance));
         list.isFollowing = list.atYEnd;
     }
+    /// Obeys a command of the KeyTable, if it is one that scrolls.
+    function scroll(command: string): bool {
+        switch (command) {
+        case "pageUp":
+            list.scrollBy(-list.height * 0.9);
+            return true;
+        case "pageDown":
+            list.scrollBy(list.height * 0.9);
+            return true;
+        case "first":
+            list.scrollBy(-list.contentHeight);
+            return true;
+        case "newest":
+            list.follow();
+            return true;
+        }
+        return false;
+    }
 
     clip: true
     reuseItems: true
@@ -48,19 +67,7 @@ ListView {
 
     Keys.onUpPressed: list.scrollBy(-48)
     Keys.onDownPressed: list.scrollBy(48)
-    Keys.onPressed: event => {
-        if (event.key === Qt.Key_PageUp)
-            list.scrollBy(-list.height * 0.9);
-        else if (event.key === Qt.Key_PageDown)
-            list.scrollBy(list.height * 0.9);
-        else if (event.key === Qt.Key_Home)
-            list.scrollBy(-list.contentHeight);
-        else if (event.key === Qt.Key_End)
-            list.follow();
-        else
-            return;
-        event.accepted = true;
-    }
+    Keys.onPressed: event => event.accepted = list.scroll(KeyTable.commandOf("transcript", event.key, event.modifiers))
 
     // Once for all that changes in one turn.
     Timer {

@@ -13,6 +13,11 @@ Item {
     signal discardTranscript
     signal startNew
 
+    /// Scrolls the transcript, if the command of the KeyTable does that.
+    function scroll(command: string): bool {
+        return card.scroll(command);
+    }
+
     ColumnLayout {
         anchors.fill: parent
         anchors.margins: Theme.margin
@@ -64,6 +69,8 @@ Item {
         }
 
         SessionTranscriptCard {
+            id: card
+
             Layout.fillWidth: true
             Layout.fillHeight: true
             session: workspace.session

@@ -15,6 +15,10 @@ Card {
     /// Of each side; the rows and their heads lie in the same two columns.
     readonly property real columnWidth: Math.floor((width - 2 * Theme.margin - Theme.margin) / 2)
 
+    function scroll(command: string): bool {
+        return list.scroll(command);
+    }
+
     padding: 0
     Accessible.role: Accessible.Grouping
     Accessible.name: Texts.justHeard

@@ -5,6 +5,7 @@ import Lumaphone.Diagnosis
 import Lumaphone.Floating
 import Lumaphone.Glossary
 import Lumaphone.Inspector
+import Lumaphone.Keys
 import Lumaphone.Library
 import Lumaphone.Live
 import Lumaphone.Models
@@ -33,12 +34,15 @@ FocusScope {
     readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible || licenceSheet.visible
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
-        || isModelSheetPresented || diagnosisSheet.visible || unsavedEdit.visible
+        || isModelSheetPresented || diagnosisSheet.visible || keyList.visible || unsavedEdit.visible
     /// Some Wayland desktops give the keyboard to every window that opens, the panel too.
     readonly property int panelKeys: floatingCaptions.hasKeyboard ? Qt.ApplicationShortcut : Qt.WindowShortcut
+    readonly property bool isLive: workspaceMode === "live" && !isSheetPresented
 
     /// The user gives an edit up that cannot be saved.
     signal leaveWanted
+    /// The window shall close as by its own button.
+    signal closeWanted
 
     /// Shows what could not be saved, and why, to a user who wanted to leave.
     function tellUnsavedEdit(): void {
@@ -52,6 +56,19 @@ FocusScope {
         content.didRequestStartupSystemAudioPermission = true;
         content.session.requestSystemAudioAccessIfNeeded();
     }
+    /// Gives the keyboard to the first of the settings.
+    function openSettings(): void {
+        content.isInspectorVisible = true;
+        inspectorPanel.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
+    }
+    /// A key that no control has wanted. The space bar is not even meant for those that let it pass.
+    function obey(key: int, modifiers: int, isAutoRepeat: bool): bool {
+        if (KeyTable.commandOf("session", key, modifiers) !== "startOrStopFreely")
+            return live.scroll(KeyTable.commandOf("transcript", key, modifiers));
+        if (rest.activeFocus && !isAutoRepeat)
+            content.session.startOrStop();
+        return rest.activeFocus;
+    }
     function clear(): void {
         if (content.session.hasUnsavedTranscript)
             clearConfirmation.open();
@@ -60,6 +77,14 @@ FocusScope {
     }
 
     focus: true
+
+    /// Has the keyboard while no control has it.
+    Item {
+        id: rest
+
+        objectName: "rest"
+        focus: true
+    }
 
     ColumnLayout {
         anchors.fill: parent
@@ -85,6 +110,7 @@ FocusScope {
             onOpenGlossary: glossarySheet.open()
             canDiagnose: content.diagnosis !== null
             onOpenDiagnosis: diagnosisSheet.open()
+            onOpenKeys: keyList.open()
         }
 
         RowLayout {
@@ -98,6 +124,8 @@ FocusScope {
                 currentIndex: content.workspaceMode === "library" ? 1 : 0
 
                 LumaphoneCaptionWorkspace {
+                    id: live
+
                     objectName: "live"
                     session: content.session
                     onSaveTranscript: content.session.saveTranscript()
@@ -111,6 +139,8 @@ FocusScope {
             }
 
             LumaphoneInspectorPanel {
+                id: inspectorPanel
+
                 objectName: "inspectorPanel"
                 Layout.fillHeight: true
                 visible: content.isInspectorVisible
@@ -185,6 +215,10 @@ FocusScope {
         diagnosis: content.diagnosis
     }
 
+    KeyListSheet {
+        id: keyList
+    }
+
     ConfirmationAlert {
         id: modelRemoval
 
@@ -216,28 +250,44 @@ FocusScope {
         }
     }
 
-    Shortcut {
-        sequence: "Ctrl+Shift+F"
+    CommandShortcut {
+        command: "toggleFloatingCaptions"
         context: content.panelKeys
         onActivated: content.floatingCaptions.toggle()
     }
 
-    Shortcut {
-        sequence: "Ctrl+S"
-        enabled: content.workspaceMode === "live" && content.session.canSave && !content.isSheetPresented
+    CommandShortcut {
+        command: "save"
+        enabled: content.isLive && content.session.canSave
         onActivated: content.session.saveTranscript()
     }
 
-    Shortcut {
-        sequences: ["Ctrl+Return", "Ctrl+Enter"]
+    CommandShortcut {
+        command: "startOrStop"
         context: content.panelKeys
         enabled: !content.isSheetPresented
         onActivated: content.session.startOrStop()
     }
 
-    // Where no control wants the space bar, it starts and stops.
-    Keys.onSpacePressed: {
-        if (content.workspaceMode === "live")
-            content.session.startOrStop();
+    CommandShortcut {
+        command: "openSettings"
+        enabled: !content.isSheetPresented
+        onActivated: content.openSettings()
     }
+
+    CommandShortcut {
+        command: "openKeys"
+        enabled: !content.isSheetPresented
+        onActivated: keyList.open()
+    }
+
+    CommandShortcut {
+        command: "close"
+        enabled: !content.isSheetPresented
+        onActivated: content.closeWanted()
+    }
+
+    Keys.onPressed: event => event.accepted = content.isLive && content.obey(event.key, event.modifiers, event.isAutoRepeat)
+    // The control with the keyboard gives it up.
+    Keys.onEscapePressed: rest.forceActiveFocus()
 }

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Lumaphone.Controls
+import Lumaphone.Keys
 import Lumaphone.Live
 import Lumaphone.Texts
 
@@ -27,6 +28,7 @@ Rectangle {
     signal openProvider
     signal openGlossary
     signal openDiagnosis
+    signal openKeys
 
     implicitHeight: 56
     color: Theme.surface
@@ -157,7 +159,7 @@ Rectangle {
                     objectName: "menu.openFloating"
                     systemImage: "captions.bubble"
                     text: Texts.openFloatingCaptions
-                    keys: Texts.floatingCaptionsKeys
+                    keys: KeyTable.labelOf("toggleFloatingCaptions")
                     onTriggered: bar.floatingCaptionToggled()
                 }
 
@@ -177,6 +179,14 @@ Rectangle {
                     text: Texts.menuDiagnosis
                     enabled: bar.canDiagnose
                     onTriggered: bar.openDiagnosis()
+                }
+
+                AppMenuItem {
+                    objectName: "menu.keys"
+                    systemImage: "keyboard"
+                    text: Texts.menuKeys
+                    keys: KeyTable.labelOf("openKeys")
+                    onTriggered: bar.openKeys()
                 }
             }
         }

@@ -37,8 +37,8 @@ QtObject {
     readonly property string menuCaptions: "字幕"
     readonly property string openFloatingCaptions: "開啟浮動字幕"
     readonly property string closeFloatingCaptions: "關閉浮動字幕"
-    readonly property string floatingCaptionsKeys: "Ctrl+Shift+F"
     readonly property string menuDiagnosis: "檢查這台電腦…"
+    readonly property string menuKeys: "鍵盤快速鍵…"
 
     // Questions before something is lost.
     readonly property string clearTitle: "清除目前字幕？"
@@ -183,6 +183,19 @@ QtObject {
     readonly property string findingProblem: "無法使用："
     readonly property string findingAdvice: "可以改善："
     readonly property string findingFine: "正常："
+
+    // The list of keys.
+    readonly property string keysTitle: "鍵盤快速鍵"
+    readonly property string keysOfWindow: "視窗"
+    readonly property string keyStartOrStop: "開始或停止"
+    readonly property string keyStartOrStopFreely: "沒有選到控制項時，開始或停止"
+    readonly property string keySave: "儲存字幕紀錄"
+    readonly property string keySettings: "移到 Inspector"
+    readonly property string keyList: "顯示這份清單"
+    readonly property string keyClose: "關閉視窗並結束 Lumaphone"
+    readonly property string keyPage: "往上或往下一頁"
+    readonly property string keyEnd: "最早或最新一句"
+    readonly property string comma: "，"
 
     // Sentences with a name or a number in them.
     function actionOn(action: string, name: string): string {
