@@ -79,6 +79,23 @@ private slots:
         QVERIFY(!settings.open(QIODevice::ReadOnly) || !settings.readAll().contains("sk-end"));
     }
 
+    void whatWasChosenLastSurvivesATermination()
+    {
+        const QTemporaryDir home;
+        {
+            User user(home.path(), onX11);
+            DO("choose inspector.theme.picker glass");
+            user.program().signal(SIGTERM);
+            QVERIFY(user.program().waitForEnd());
+            QVERIFY(!user.program().crashed());
+            QCOMPARE(user.program().exitCode(), 0);
+        }
+        QFile settings(home.filePath("config/lumaphone/settings.json"));
+        QVERIFY(settings.open(QIODevice::ReadOnly));
+        const QByteArray stored = settings.readAll();
+        QVERIFY2(stored.contains("\"glass\""), stored);
+    }
+
     void speechIsCaptionedTranslatedAndSaved()
     {
         User user(m_home.path(), onX11);
