@@ -79,6 +79,13 @@ void MainWindow::raise() const
     }
 }
 
+void MainWindow::close() const
+{
+    if (m_window) {
+        m_window->close();
+    }
+}
+
 bool MainWindow::isDark() const
 {
     return m_appearance->colorScheme() == ColorScheme::dark;

@@ -36,6 +36,8 @@ public:
     /// False if the views could not be loaded.
     bool open();
     void raise() const;
+    /// As when the user closes it: what was edited is saved, and the session ends.
+    void close() const;
 
 private:
     bool isDark() const;

@@ -4,6 +4,7 @@
 #include "base/LocalizedError.h"
 #include "machine/Machine.h"
 #include "platform/desktop/LockedSingleInstance.h"
+#include "platform/desktop/TerminationSignals.h"
 #include "platform/display/LayerShellOffer.h"
 #include "platform/display/Renderer.h"
 #include "platform/display/WindowSystem.h"
@@ -50,7 +51,7 @@ void setUpApplication()
 int run()
 {
     MainWindow *raised = nullptr;
-    Machine machine;
+    Machine machine(SettingsWriting::gathered);
     const auto raise = [&raised](const QString &permission) {
         if (raised) {
             // Wayland's windows come to the front only by the right of what the user has just started.
@@ -66,6 +67,7 @@ int run()
         return 0;
     }
     MainWindow window(machine);
+    const TerminationSignals termination([&window] { window.close(); });
     raised = &window;
     const int status = window.open() ? QGuiApplication::exec() : 1;
     raised = nullptr;

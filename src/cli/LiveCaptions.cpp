@@ -9,9 +9,9 @@
 #include "cli/JsonLinesCaptionPrinter.h"
 #include "cli/NoTranslation.h"
 #include "cli/StandardStreams.h"
-#include "cli/TerminationSignals.h"
 #include "cli/TextCaptionPrinter.h"
 #include "machine/Machine.h"
+#include "platform/desktop/TerminationSignals.h"
 #include "session/SystemAudioCaptureController.h"
 
 #include <unistd.h>

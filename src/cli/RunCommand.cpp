@@ -12,10 +12,10 @@
 #include "cli/ModelsCommand.h"
 #include "cli/SettingsCommand.h"
 #include "cli/StandardStreams.h"
-#include "cli/TerminationSignals.h"
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "machine/Machine.h"
 #include "models/ModelInstaller.h"
+#include "platform/desktop/TerminationSignals.h"
 #include "session/LumaphoneSessionDraftStore.h"
 
 #include <unistd.h>

@@ -55,8 +55,9 @@ template<typename Pointer, typename Make> auto &made(Pointer &part, Make make)
 
 } // namespace
 
-Machine::Machine()
-    : m_mainQueue(MainQueue::create())
+Machine::Machine(SettingsWriting settingsWriting)
+    : m_settingsWriting(settingsWriting)
+    , m_mainQueue(MainQueue::create())
     , m_detachedTasks(std::make_shared<DetachedTasks>())
     , m_clock(std::make_shared<SystemClock>())
 {
@@ -75,7 +76,10 @@ LockedSingleInstance &Machine::instance()
 
 DefaultsStore &Machine::defaults()
 {
-    return made(m_defaults, [] { return std::make_unique<JsonDefaultsStore>(defaultsPath(XdgFolders())); });
+    return made(m_defaults, [this] {
+        return std::make_unique<JsonDefaultsStore>(
+            defaultsPath(XdgFolders()), m_settingsWriting == SettingsWriting::gathered ? m_clock : nullptr);
+    });
 }
 
 LumaphoneSettings &Machine::settings()

@@ -35,13 +35,19 @@ class TranslationFramework;
 struct LivePipelineServices;
 struct LiveSessionCollaborators;
 
+/// When the user's choices go to their file.
+enum class SettingsWriting {
+    atOnce,
+    gathered, ///< when the hand rests: for those who move sliders
+};
+
 /// What the user has stored on this machine, and the machine's services: the one place that knows which
 /// adapter stands behind which port. A part is made by the first who asks for it, so that a short command
 /// opens only what it needs. Outlives everything that works with it. Main thread.
 class Machine
 {
 public:
-    Machine();
+    explicit Machine(SettingsWriting settingsWriting = SettingsWriting::atOnce);
     /// Waits for what sessions have left running.
     ~Machine();
     Machine(const Machine &) = delete;
@@ -80,6 +86,7 @@ private:
     LocalSpeechFramework &speech();
     LumaphoneAppleTranslationService &onDeviceTranslation();
 
+    const SettingsWriting m_settingsWriting;
     // What stands above is used by what stands below, which goes first.
     std::unique_ptr<LockedSingleInstance> m_instance;
     std::shared_ptr<MainQueue> m_mainQueue;

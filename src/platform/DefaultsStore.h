@@ -13,8 +13,9 @@ using DefaultsValue = std::variant<bool, std::int64_t, double, QString>;
 
 /// The user's choices, by key; they survive a restart. Main thread; throws nothing.
 ///
-/// A store that cannot be read holds nothing. A change is kept when the call returns, whatever happens to
-/// the process; one that cannot be written lives on in memory and is written with the next.
+/// A store that cannot be read holds nothing. A change shows at once. It is kept, whatever happens to the
+/// process, when the call returns or, with a store that gathers changes, a second later and at the store's
+/// end. One that cannot be written lives on in memory and is written with the next.
 class DefaultsStore
 {
 public:

@@ -16,9 +16,9 @@ namespace lumaphone {
 /// Every choice of the user that survives a restart. The program makes one and hands it to whoever needs it.
 /// Main thread.
 ///
-/// A set is stored at once, as it is: nothing is clamped or checked. Setting a property to the value it has
-/// stores it again, without a notification. A stored value that makes no sense counts as absent and stays
-/// where it is until the property is set.
+/// A set goes to the store at once, as it is: nothing is clamped or checked. Setting a property to the value
+/// it has stores it again, without a notification. A stored value that makes no sense counts as absent and
+/// stays where it is until the property is set.
 class LumaphoneSettings : public QObject
 {
     Q_OBJECT

@@ -112,6 +112,23 @@ private slots:
         QCOMPARE(m_keyring->itemCount(), 1);
     }
 
+    void whatWasChosenLastSurvivesATermination()
+    {
+        const QTemporaryDir home;
+        {
+            User user(home.path(), onX11);
+            DO("choose inspector.theme.picker glass");
+            user.program().signal(SIGTERM);
+            QVERIFY(user.program().waitForEnd());
+            QVERIFY(!user.program().crashed());
+            QCOMPARE(user.program().exitCode(), 0);
+        }
+        QFile settings(home.filePath("config/lumaphone/settings.json"));
+        QVERIFY(settings.open(QIODevice::ReadOnly));
+        const QByteArray stored = settings.readAll();
+        QVERIFY2(stored.contains("\"glass\""), stored);
+    }
+
     void speechIsCaptionedTranslatedAndSaved()
     {
         User user(m_home.path(), onX11);

@@ -3,8 +3,13 @@
 #include "base/AtomicFile.h"
 #include "base/FileLock.h"
 #include "base/Json.h"
+#include "platform/Clock.h"
 
+#include <QCoroTask>
 #include <QFileInfo>
+
+#include <algorithm>
+#include <utility>
 
 namespace lumaphone {
 
@@ -93,13 +98,26 @@ void apply(json::Value &values, const std::string &key, const json::Value &chang
 } // namespace
 
 JsonDefaultsStore::JsonDefaultsStore(const QString &path)
+    : JsonDefaultsStore(path, nullptr)
+{
+}
+
+JsonDefaultsStore::JsonDefaultsStore(const QString &path, std::shared_ptr<Clock> clock)
     : m_path(resolved(path))
+    , m_clock(std::move(clock))
     , m_values(json::Value::object())
 {
     try {
         m_values = readObject(m_path).value_or(m_values);
     } catch (const LocalizedError &) {
         // The file stays as it is until something is set.
+    }
+}
+
+JsonDefaultsStore::~JsonDefaultsStore()
+{
+    if (m_clock && !m_unwritten.empty()) {
+        tryToWrite();
     }
 }
 
@@ -124,6 +142,47 @@ void JsonDefaultsStore::change(const QString &key, Change change)
     const std::string name = json::fromText(key);
     apply(m_values, name, change);
     m_unwritten[name] = std::move(change);
+    if (m_clock) {
+        gather();
+    } else {
+        tryToWrite();
+    }
+}
+
+void JsonDefaultsStore::gather()
+{
+    m_lastGathered = m_clock->monotonic();
+    if (!m_firstGathered) {
+        m_firstGathered = m_lastGathered;
+    }
+    if (m_lastGathered - *m_firstGathered >= longestDelay) {
+        tryToWrite(); // a busy main thread has not been woken in time
+    } else if (!m_isWaiting) {
+        wait();
+    }
+}
+
+std::chrono::nanoseconds JsonDefaultsStore::dueTime() const
+{
+    return std::min<std::chrono::nanoseconds>(m_lastGathered + rest, *m_firstGathered + longestDelay);
+}
+
+void JsonDefaultsStore::wait()
+{
+    m_isWaiting = true;
+    QCoro::connect(m_clock->sleepFor(dueTime() - m_clock->monotonic()), &m_life, [this] {
+        m_isWaiting = false;
+        if (m_firstGathered && m_clock->monotonic() >= dueTime()) {
+            tryToWrite();
+        } else if (m_firstGathered) {
+            wait();
+        }
+    });
+}
+
+void JsonDefaultsStore::tryToWrite()
+{
+    m_firstGathered.reset();
     try {
         write();
     } catch (const FileError &) {

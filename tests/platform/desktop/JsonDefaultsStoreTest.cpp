@@ -2,6 +2,7 @@
 
 #include "base/AtomicFile.h"
 #include "support/ChildProcess.h"
+#include "support/VirtualClock.h"
 #include "support/program/TestProgram.h"
 
 #include <QCoreApplication>
@@ -10,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <limits>
 
@@ -17,6 +20,7 @@ namespace jsondefaultsstoretest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -51,6 +55,50 @@ int writeAsChild(const QStringList &arguments)
     return 0;
 }
 
+/// Counts how often a file has been replaced, as far as it was looked at in between.
+class Writes
+{
+public:
+    explicit Writes(QString path)
+        : m_path(std::move(path))
+        , m_file(file())
+    {
+    }
+    void look()
+    {
+        const quint64 now = file();
+        m_count += now == m_file ? 0 : 1;
+        m_file = now;
+    }
+    int count() const { return m_count; }
+
+private:
+    /// 0 if there is none. A file is made before the one it replaces goes, so that the two differ.
+    quint64 file() const
+    {
+        struct stat facts = {};
+        return ::stat(QFile::encodeName(m_path).constData(), &facts) == 0 ? facts.st_ino : 0;
+    }
+
+    QString m_path;
+    quint64 m_file;
+    int m_count = 0;
+};
+
+/// Wakes nobody.
+class OversleepingClock final : public Clock
+{
+public:
+    QDateTime now() const override { return {}; }
+    std::chrono::nanoseconds monotonic() const override { return elapsed; }
+    QCoro::Task<> sleepFor(std::chrono::nanoseconds duration) override { return m_asleep.sleepFor(duration); }
+
+    std::chrono::nanoseconds elapsed {0};
+
+private:
+    VirtualClock m_asleep;
+};
+
 } // namespace
 
 class JsonDefaultsStoreTest : public QObject
@@ -79,6 +127,12 @@ private slots:
     void aKilledWriterLeavesItsLastAcknowledgedValue();
     void twoProcessesKeepEachOthersValues();
     void anotherProcesssValueShowsAfterTheNextWrite();
+    void gatheredChangesShowAtOnceAndAreWrittenWhenTheHandRests();
+    void gatheredChangesNeverWaitLongerThanASecond();
+    void theEndWritesWhatHasBeenGathered();
+    void gatheredChangesGoWithWhatOthersHaveWritten();
+    void aBusyProgramWritesWithoutBeingWoken();
+    void aGatheringStoreRestsWhenNothingChanges();
 
 private:
     QString path() const { return m_folder->filePath(QStringLiteral("lumaphone/settings.json")); }
@@ -98,6 +152,8 @@ private:
         return QDir(m_folder->filePath(QStringLiteral("lumaphone")))
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     }
+    /// The number in the file; 0 if there is none.
+    double storedFontSize() const { return JsonDefaultsStore(path()).number(fontSize).value_or(0); }
     QStringList childArguments(const QStringList &arguments) const
     {
         return QStringList {QStringLiteral("JsonDefaultsStoreTest.child"), path()} + arguments;
@@ -389,6 +445,93 @@ void JsonDefaultsStoreTest::anotherProcesssValueShowsAfterTheNextWrite()
     here.setObject(theme, QStringLiteral("glass"));
     QVERIFY(here.object(fontSize) == DefaultsValue(20.0));
     QVERIFY(JsonDefaultsStore(path()).object(fontSize) == DefaultsValue(20.0));
+}
+
+void JsonDefaultsStoreTest::gatheredChangesShowAtOnceAndAreWrittenWhenTheHandRests()
+{
+    const auto clock = std::make_shared<VirtualClock>();
+    JsonDefaultsStore store(path(), clock);
+    Writes writes(path());
+    for (int step = 1; step <= 50; ++step) {
+        store.setObject(fontSize, 20.0 + step);
+        QCOMPARE(store.number(fontSize), std::optional<double>(20.0 + step));
+        clock->advance(10ms);
+        writes.look();
+    }
+    QCOMPARE(writes.count(), 0);
+    clock->advance(JsonDefaultsStore::rest - 11ms);
+    writes.look();
+    QCOMPARE(writes.count(), 0);
+    clock->advance(1ms);
+    writes.look();
+    QCOMPARE(writes.count(), 1);
+    QCOMPARE(storedFontSize(), 70.0);
+}
+
+void JsonDefaultsStoreTest::gatheredChangesNeverWaitLongerThanASecond()
+{
+    const auto clock = std::make_shared<VirtualClock>();
+    JsonDefaultsStore store(path(), clock);
+    Writes writes(path());
+    // The value is the time at which it was set.
+    for (int now = 0; now < 10'000; now += 20) {
+        store.setObject(fontSize, double(now));
+        clock->advance(20ms);
+        writes.look();
+        QVERIFY2(now - storedFontSize() <= 1000, qPrintable(QString::number(now)));
+    }
+    QVERIFY2(writes.count() == 9 || writes.count() == 10, qPrintable(QString::number(writes.count())));
+    clock->advance(JsonDefaultsStore::longestDelay);
+    QCOMPARE(storedFontSize(), 9980.0);
+}
+
+void JsonDefaultsStoreTest::theEndWritesWhatHasBeenGathered()
+{
+    const auto clock = std::make_shared<VirtualClock>();
+    {
+        JsonDefaultsStore store(path(), clock);
+        store.setObject(fontSize, 41.0);
+        store.setObject(theme, QStringLiteral("light"));
+        store.removeObject(theme);
+        QCOMPARE(content(), QByteArray("(no file)"));
+    }
+    QCOMPARE(storedFontSize(), 41.0);
+    QVERIFY(!JsonDefaultsStore(path()).object(theme));
+    clock->advance(JsonDefaultsStore::longestDelay); // nobody is there any more
+}
+
+void JsonDefaultsStoreTest::gatheredChangesGoWithWhatOthersHaveWritten()
+{
+    const auto clock = std::make_shared<VirtualClock>();
+    JsonDefaultsStore here(path(), clock);
+    JsonDefaultsStore there(path());
+    here.setObject(fontSize, 41.0);
+    there.setObject(theme, QStringLiteral("light"));
+    QVERIFY(JsonDefaultsStore(path()).object(theme) == DefaultsValue(QStringLiteral("light")));
+    clock->advance(JsonDefaultsStore::rest);
+    QCOMPARE(storedFontSize(), 41.0);
+    QVERIFY(here.object(theme) == DefaultsValue(QStringLiteral("light")));
+    QVERIFY(JsonDefaultsStore(path()).object(theme) == DefaultsValue(QStringLiteral("light")));
+}
+
+void JsonDefaultsStoreTest::aBusyProgramWritesWithoutBeingWoken()
+{
+    const auto clock = std::make_shared<OversleepingClock>();
+    JsonDefaultsStore store(path(), clock);
+    store.setObject(fontSize, 41.0);
+    clock->elapsed = JsonDefaultsStore::longestDelay;
+    store.setObject(fontSize, 42.0);
+    QCOMPARE(storedFontSize(), 42.0);
+}
+
+void JsonDefaultsStoreTest::aGatheringStoreRestsWhenNothingChanges()
+{
+    const auto clock = std::make_shared<VirtualClock>();
+    JsonDefaultsStore store(path(), clock);
+    QCOMPARE(clock->sleepCount(), 0);
+    store.setObject(fontSize, 41.0);
+    clock->advance(JsonDefaultsStore::longestDelay);
+    QCOMPARE(clock->sleepers(), std::size_t {0});
 }
 
 LUMAPHONE_TEST(JsonDefaultsStoreTest)

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace lumaphone::cli {
+namespace lumaphone {
 
 /// Turns the first Ctrl-C, SIGTERM or hang-up into a call on the main thread. The second one ends the process
 /// at once, as it would have without this. One object per process.
@@ -22,4 +22,4 @@ private:
     QSocketNotifier m_notifier;
 };
 
-} // namespace lumaphone::cli
+} // namespace lumaphone

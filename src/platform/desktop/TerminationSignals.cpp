@@ -1,4 +1,4 @@
-#include "cli/TerminationSignals.h"
+#include "platform/desktop/TerminationSignals.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <csignal>
 
-namespace lumaphone::cli {
+namespace lumaphone {
 
 namespace {
 
@@ -69,4 +69,4 @@ TerminationSignals::~TerminationSignals()
     ::close(m_pipe[1]);
 }
 
-} // namespace lumaphone::cli
+} // namespace lumaphone
