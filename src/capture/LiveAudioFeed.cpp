@@ -64,6 +64,8 @@ SoundReceiver LiveAudioFeed::receiver(const QString &whatEnded) const
             },
         .onEnded = [this, whatEnded](
                        const std::exception_ptr &reason) { fail(whatEnded + localizedDescription(reason)); },
+        .onAwaited
+        = [this](const std::optional<QString> &name) { m_onEvent(pipeline_event::Awaited {name}); },
     };
 }
 

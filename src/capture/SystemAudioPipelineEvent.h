@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 #include <variant>
 
 namespace lumaphone {
@@ -38,6 +39,15 @@ struct Pace
     bool operator==(const Pace &) const = default;
 };
 
+/// The output that is captured has gone and is waited for, under its name for people; with none, sound flows
+/// again.
+struct Awaited
+{
+    std::optional<QString> output;
+
+    bool operator==(const Awaited &) const = default;
+};
+
 /// The capture or the recognition ended by itself, with the reason for the user.
 struct Failed
 {
@@ -50,7 +60,7 @@ struct Failed
 
 /// What a pipeline tells its owner.
 using SystemAudioPipelineEvent = std::variant<pipeline_event::AudioSample, pipeline_event::Speech,
-    pipeline_event::Pace, pipeline_event::Failed>;
+    pipeline_event::Pace, pipeline_event::Awaited, pipeline_event::Failed>;
 
 /// Called on whatever thread an event arises, on several at a time. Must not block; the owner moves the work
 /// to the main thread. It may be destroyed on any thread.

@@ -9,6 +9,7 @@
 
 #include <exception>
 #include <functional>
+#include <optional>
 
 namespace lumaphone {
 
@@ -30,13 +31,16 @@ struct SoundFormat
     bool operator==(const SoundFormat &) const = default;
 };
 
-/// Who hears a recording. Neither function may block, nor stop the recorder.
+/// Who hears a recording. No function may block, nor stop the recorder.
 struct SoundReceiver
 {
     /// The next buffer, on the queue given to start(). The view is valid during the call.
     std::function<void(const AudioSampleBuffer &buffer)> onSound;
     /// A started recording has ended by itself: at most once, on a thread of the service.
     std::function<void(const std::exception_ptr &reason)> onEnded;
+    /// The device, of this name for people, has gone and is waited for, or with none that sound flows again.
+    /// On the same thread, before onEnded().
+    std::function<void(const std::optional<QString> &name)> onAwaited = {};
 };
 
 /// Records one device at a time. Main thread.

@@ -169,6 +169,16 @@ QString caughtUp()
     return QStringLiteral("字幕已經跟上聲音。");
 }
 
+QString outputAwaited(const QString &output)
+{
+    return QStringLiteral("聲音輸出「%1」中斷了，正在等它回來；已有的字幕都還在。").arg(output);
+}
+
+QString outputReturned()
+{
+    return QStringLiteral("聲音回來了，字幕繼續。");
+}
+
 QString translated(AppleSystemSpeechLanguage language, const QString &provider)
 {
     return needsTranslation(language) ? provider + QStringLiteral(" 已完成字幕。")

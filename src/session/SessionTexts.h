@@ -48,6 +48,8 @@ QString recognizedOnly(bool isFinal);
 /// Recognition is slower than the sound, and no more.
 QString fellBehind();
 QString caughtUp();
+QString outputAwaited(const QString &output);
+QString outputReturned();
 QString translated(AppleSystemSpeechLanguage language, const QString &provider);
 QString translationFailed(const QString &provider, const QString &description);
 QString translationFailedStatus(const QString &provider, const QString &description);

@@ -77,7 +77,9 @@ void SystemAudioCaptureController::set(
 
 void SystemAudioCaptureController::say(const QString &status)
 {
-    set(m_status, status, &SystemAudioCaptureController::statusChanged);
+    if (!m_isOutputAwaited) {
+        set(m_status, status, &SystemAudioCaptureController::statusChanged);
+    }
 }
 
 void SystemAudioCaptureController::setSourceLanguage(AppleSystemSpeechLanguage language)
@@ -269,6 +271,7 @@ void SystemAudioCaptureController::dropPipeline()
         stopAndDrop(dropped);
     }
     set(m_isBehind, false, &SystemAudioCaptureController::isBehindChanged);
+    m_isOutputAwaited = false;
     enter(Idle {});
 }
 
@@ -393,6 +396,13 @@ void SystemAudioCaptureController::handle(const pipeline_event::Pace &event)
 {
     set(m_isBehind, event.isBehind, &SystemAudioCaptureController::isBehindChanged);
     say(event.isBehind ? texts::fellBehind() : texts::caughtUp());
+}
+
+void SystemAudioCaptureController::handle(const pipeline_event::Awaited &event)
+{
+    m_isOutputAwaited = false;
+    say(event.output ? texts::outputAwaited(*event.output) : texts::outputReturned());
+    m_isOutputAwaited = event.output.has_value();
 }
 
 void SystemAudioCaptureController::handle(const pipeline_event::Failed &event)

@@ -214,6 +214,7 @@ private:
     void handle(const pipeline_event::AudioSample &event);
     void handle(const pipeline_event::Speech &event);
     void handle(const pipeline_event::Pace &event);
+    void handle(const pipeline_event::Awaited &event);
     void handle(const pipeline_event::Failed &event);
     void handleSpeech(const QString &text, AppleSystemSpeechLanguage language, bool isFinal);
     void updateFloatingCaptionForLiveSource(const QString &text, AppleSystemSpeechLanguage language);
@@ -243,6 +244,7 @@ private:
     void translationPaused() override;
     void translationRested() override;
 
+    /// While an output is waited for, that remains the status.
     void say(const QString &status);
     /// Changes a published property, and tells if it differs.
     template<typename Value>
@@ -277,6 +279,7 @@ private:
     std::optional<QString> m_savedTranscriptTitle;
     std::optional<QString> m_restoredDraftMessage;
     bool m_isBehind = false;
+    bool m_isOutputAwaited = false;
     bool m_isPanelShowingError = false; ///< of a translation
 };
 

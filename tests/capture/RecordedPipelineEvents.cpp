@@ -20,6 +20,11 @@ QString lineOf(const pipeline_event::Pace &event)
     return event.isBehind ? QStringLiteral("behind") : QStringLiteral("caught up");
 }
 
+QString lineOf(const pipeline_event::Awaited &event)
+{
+    return event.output ? QStringLiteral("awaits ") + *event.output : QStringLiteral("flows again");
+}
+
 QString lineOf(const pipeline_event::Failed &event)
 {
     return QStringLiteral("failed ") + event.message;

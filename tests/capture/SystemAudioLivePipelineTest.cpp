@@ -315,6 +315,14 @@ private slots:
         QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
     }
 
+    void anOutputThatIsWaitedForBecomesAnEvent()
+    {
+        start();
+        recording().await(QStringLiteral("耳機"));
+        recording().await(std::nullopt);
+        QVERIFY(ownerHears({QStringLiteral("awaits 耳機"), QStringLiteral("flows again")}));
+    }
+
     void stoppingEndsTranscriberAndRecording()
     {
         start();

@@ -540,6 +540,51 @@ private slots:
         QVERIFY(!controller.isBehind());
     }
 
+    void anOutputThatIsWaitedForIsTheStatusUntilItIsBack()
+    {
+        LiveSession session;
+        auto &controller = session.started();
+        session.final("はい");
+        session.nextPipeline->onEvent(pipeline_event::Awaited {t("耳機")});
+        settle();
+        const QString waiting = t("聲音輸出「耳機」中斷了，正在等它回來；已有的字幕都還在。");
+        QCOMPARE(controller.status(), waiting);
+        session.clock->advance(15s); // the translation arrives
+        QCOMPARE(session.requested().size(), 1);
+        QCOMPARE(controller.status(), waiting);
+        QVERIFY(controller.isRunning());
+        session.nextPipeline->onEvent(pipeline_event::Awaited {});
+        settle();
+        QCOMPARE(controller.status(), t("聲音回來了，字幕繼續。"));
+        session.final("いいえ");
+        QCOMPARE(controller.captionLines().size(), 2);
+    }
+
+    void anOutputThatDoesNotComeBackEndsTheSessionAndKeepsItsLines()
+    {
+        LiveSession session;
+        auto &controller = session.started();
+        session.final("はい");
+        session.nextPipeline->onEvent(pipeline_event::Awaited {t("耳機")});
+        session.nextPipeline->onEvent(pipeline_event::Failed {t("等不到聲音輸出「耳機」回來。")});
+        settle();
+        QVERIFY(!controller.isRunning());
+        QCOMPARE(controller.status(), t("等不到聲音輸出「耳機」回來。"));
+        QCOMPARE(controller.captionLines().size(), 1);
+        session.clock->advance(15s);
+        QVERIFY(!session.translationOfLine(0).isEmpty());
+    }
+
+    void aStopForgetsTheOutputThatIsWaitedFor()
+    {
+        LiveSession session;
+        auto &controller = session.started();
+        session.nextPipeline->onEvent(pipeline_event::Awaited {t("耳機")});
+        settle();
+        controller.stop(true);
+        QCOMPARE(controller.status(), t("系統音訊即時翻譯已停止，這次 Session 尚未產生字幕。"));
+    }
+
     void clearingEmptiesTheSession()
     {
         LiveSession session;

@@ -64,6 +64,11 @@ void FakeRecording::deliver(const AudioSampleBuffer &buffer) const
     m_queue->drain();
 }
 
+void FakeRecording::await(const std::optional<QString> &name)
+{
+    std::jthread([this, name] { m_receiver.onAwaited(name); }).join();
+}
+
 void FakeRecording::endBySelf(const QString &reason)
 {
     m_isRunning = false;

@@ -27,6 +27,8 @@ public:
     SerialQueue *queue() const { return m_queue; }
     /// Delivers a buffer on the queue and returns when it was taken.
     void deliver(const AudioSampleBuffer &buffer) const;
+    /// Tells that the device of this name is waited for, or with none that sound flows again.
+    void await(const std::optional<QString> &name);
     /// Ends by itself, on a thread of its own.
     void endBySelf(const QString &reason);
 

@@ -66,6 +66,14 @@ void CaptureDelivery::fail(const std::exception_ptr &reason)
     }
 }
 
+void CaptureDelivery::await(const std::optional<QString> &name)
+{
+    const std::lock_guard receiverLock(m_receiverMutex);
+    if (m_receiver.onAwaited) {
+        m_receiver.onAwaited(name);
+    }
+}
+
 std::size_t CaptureDelivery::droppedBuffers() const
 {
     const std::lock_guard lock(m_mutex);

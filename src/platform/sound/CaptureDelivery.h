@@ -27,6 +27,8 @@ public:
     void append(const std::byte *data, std::size_t bytes);
     /// Tells the receiver, if there is one, that the recording has ended by itself.
     void fail(const std::exception_ptr &reason);
+    /// Tells the receiver, if there is one, what is waited for, or with none that sound flows again.
+    void await(const std::optional<QString> &name);
     /// Buffers lost since prepare() because the queue fell behind.
     std::size_t droppedBuffers() const;
 

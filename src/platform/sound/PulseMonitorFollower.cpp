@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <exception>
 #include <utility>
 
 namespace lumaphone {
@@ -20,10 +19,12 @@ QString readable(const std::string &name)
 } // namespace
 
 PulseMonitorFollower::PulseMonitorFollower(const PulseOptions &options, std::stop_token stop,
-    const pa_sample_spec &sampleSpec, PulseRecorder::Sink sink)
+    const pa_sample_spec &sampleSpec, PulseRecorder::Sink sink, AwaitedHandler onAwaited)
     : m_connection(options, std::move(stop))
     , m_sampleSpec(sampleSpec)
     , m_sink(std::move(sink))
+    , m_onAwaited(std::move(onAwaited))
+    , m_returnLimit(options.returnLimit)
 {
 }
 
@@ -53,38 +54,72 @@ void PulseMonitorFollower::follow()
 
 void PulseMonitorFollower::goToDefault()
 {
-    const auto giveUp = std::chrono::steady_clock::now() + successionLimit;
+    const auto beginning = std::chrono::steady_clock::now();
+    bool isAwaited = false;
     for (;;) {
         const std::string name = currentDefault();
         if (!m_recorder->hasEnded() && (name == m_sinkName || name.empty())) {
             return;
         }
-        std::exception_ptr reason;
+        QString reason;
         try {
             record(name);
+            if (isAwaited) {
+                m_onAwaited(std::nullopt);
+            }
             return;
-        } catch (const CaptureServiceError &) {
-            reason = std::current_exception();
+        } catch (const CaptureServiceError &error) {
+            reason = error.errorDescription();
         }
         // Perhaps the server is in the middle of a change and will name another output.
-        const auto rest
-            = std::chrono::ceil<std::chrono::milliseconds>(giveUp - std::chrono::steady_clock::now());
-        if (rest.count() <= 0 || !m_connection.waitUntil([this] { return m_defaultMayHaveChanged; }, rest)) {
-            std::rethrow_exception(reason);
+        if (waitForChange(beginning + successionLimit)) {
+            continue;
+        }
+        if (!hasOutputGone()) {
+            throw CaptureServiceError(reason);
+        }
+        if (!std::exchange(isAwaited, true)) {
+            m_onAwaited(m_sinkTitle);
+        }
+        if (!waitForChange(beginning + m_returnLimit)) {
+            throw CaptureServiceError(QStringLiteral("等不到聲音輸出「%1」回來。").arg(m_sinkTitle) + reason);
         }
     }
 }
 
+/// Not so if the server has ended the recording of an output that is still there.
+bool PulseMonitorFollower::hasOutputGone()
+{
+    const auto sinks = m_connection.sinks();
+    return m_recorder->hasEnded() && std::none_of(sinks.begin(), sinks.end(), [this](const PulseSink &sink) {
+        return sink.index == m_recorder->source().monitorOfSink;
+    });
+}
+
+/// Of the outputs or the default; false once the deadline has passed.
+bool PulseMonitorFollower::waitForChange(std::chrono::steady_clock::time_point deadline)
+{
+    const auto rest
+        = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    return rest.count() > 0
+        && m_connection.waitUntil(
+            [this] { return m_defaultMayHaveChanged || m_outputsMayHaveChanged; }, rest);
+}
+
 std::string PulseMonitorFollower::currentDefault()
 {
-    m_connection.change([this] { m_defaultMayHaveChanged = false; });
+    m_connection.change([this] {
+        m_defaultMayHaveChanged = false;
+        m_outputsMayHaveChanged = false;
+    });
     return m_connection.defaultSinkName();
 }
 
 /// The new monitor is open and checked before the old one is closed.
 void PulseMonitorFollower::record(const std::string &sinkName)
 {
-    const PulseSource monitor = monitorOf(sinkName);
+    const PulseSink sink = sinkNamed(sinkName);
+    const PulseSource monitor = monitorOf(sink);
     if (m_recorder && m_recorder->hasEnded() && m_recorder->source().index == monitor.index) {
         throw CaptureServiceError(
             QStringLiteral("聲音伺服器中止了聲音輸出「%1」的錄音。").arg(readable(sinkName)));
@@ -93,6 +128,7 @@ void PulseMonitorFollower::record(const std::string &sinkName)
     recorder->start();
     m_recorder = std::move(recorder);
     m_sinkName = sinkName;
+    m_sinkTitle = readable(sink.description.empty() ? sinkName : sink.description);
     m_connection.change([this] { m_outputsMayHaveChanged = true; });
 }
 
@@ -123,7 +159,7 @@ void PulseMonitorFollower::prepareOthers()
         }
         try {
             m_prepared.push_back(
-                std::make_unique<PulseRecorder>(m_connection, monitorOf(sink.name), m_sampleSpec, m_sink));
+                std::make_unique<PulseRecorder>(m_connection, monitorOf(sink), m_sampleSpec, m_sink));
         } catch (const CaptureServiceError &) {
             // An output that cannot be recorded matters once it is the default, and is asked again then.
             m_connection.throwIfLost();
@@ -131,21 +167,26 @@ void PulseMonitorFollower::prepareOthers()
     }
 }
 
-/// By name and by index, both ways: what is found under a monitor's name must record this very output.
-PulseSource PulseMonitorFollower::monitorOf(const std::string &sinkName)
+PulseSink PulseMonitorFollower::sinkNamed(const std::string &name)
 {
-    if (sinkName.empty()) {
+    if (name.empty()) {
         throw CaptureServiceError(QStringLiteral("已經沒有任何聲音輸出。"));
     }
-    const std::optional<PulseSink> sink = m_connection.sink(sinkName);
-    if (!sink || sink->name != sinkName) {
-        throw CaptureServiceError(QStringLiteral("找不到聲音輸出「%1」。").arg(readable(sinkName)));
+    std::optional<PulseSink> sink = m_connection.sink(name);
+    if (!sink || sink->name != name) {
+        throw CaptureServiceError(QStringLiteral("找不到聲音輸出「%1」。").arg(readable(name)));
     }
+    return *std::move(sink);
+}
+
+/// By name and by index, both ways: what is found under a monitor's name must record this very output.
+PulseSource PulseMonitorFollower::monitorOf(const PulseSink &sink)
+{
     const std::optional<PulseSource> monitor
-        = sink->monitorName.empty() ? std::nullopt : m_connection.source(sink->monitorName);
-    if (!monitor || monitor->name != sink->monitorName || monitor->monitorOfSink != sink->index) {
+        = sink.monitorName.empty() ? std::nullopt : m_connection.source(sink.monitorName);
+    if (!monitor || monitor->name != sink.monitorName || monitor->monitorOfSink != sink.index) {
         throw CaptureServiceError(
-            QStringLiteral("聲音輸出「%1」無法錄製：找不到它的監聽來源。").arg(readable(sinkName)));
+            QStringLiteral("聲音輸出「%1」無法錄製：找不到它的監聽來源。").arg(readable(sink.name)));
     }
     return *monitor;
 }

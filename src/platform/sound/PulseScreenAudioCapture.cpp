@@ -37,8 +37,10 @@ void recordOutput(const PulseOptions &options, const SoundFormat &format, const 
     }
     delivery.prepare(
         {static_cast<double>(format.sampleRateHz), format.channelCount, SampleType::int16, true});
-    PulseMonitorFollower follower(options, stop, sampleSpec,
-        [&delivery](const std::byte *data, std::size_t bytes) { delivery.append(data, bytes); });
+    PulseMonitorFollower follower(
+        options, stop, sampleSpec,
+        [&delivery](const std::byte *data, std::size_t bytes) { delivery.append(data, bytes); },
+        [&delivery](const std::optional<QString> &name) { delivery.await(name); });
     follower.start(output.id.toStdString());
     hasStarted();
     follower.follow();

@@ -1,12 +1,11 @@
 #include "platform/sound/PulseMicrophoneCapture.h"
-#include "platform/sound/RecordedSound.h"
+#include "platform/sound/RecordingTest.h"
 #include "support/Coroutines.h"
 #include "support/NeededPrograms.h"
 #include "support/PrivateSoundServer.h"
 #include "support/Signals.h"
 #include "support/program/TestProgram.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -17,27 +16,12 @@ namespace pulsemicrophonerecordingtest {
 using namespace lumaphone;
 using namespace lumaphone::test;
 
-namespace {
-
-int threadCount()
-{
-    return static_cast<int>(
-        QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
-}
-
-} // namespace
-
-class PulseMicrophoneRecordingTest : public QObject
+class PulseMicrophoneRecordingTest : public RecordingTest
 {
     Q_OBJECT
 
 private:
-    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
-    std::unique_ptr<PrivateSoundServer> m_server;
-    std::unique_ptr<SerialQueue> m_queue;
-    std::unique_ptr<RecordedSound> m_sound;
     std::unique_ptr<PulseMicrophoneCapture> m_capture;
-    std::unique_ptr<SoundRecorder> m_recorder;
 
     SoundDevice microphone() { return test::waitFor(m_capture->defaultInput()).value(); }
 
@@ -63,20 +47,14 @@ private slots:
 
     void init()
     {
-        m_server = std::make_unique<PrivateSoundServer>();
-        m_queue = std::make_unique<SerialQueue>("test.samples");
-        m_sound = std::make_unique<RecordedSound>(*m_queue);
+        setUp();
         m_capture = std::make_unique<PulseMicrophoneCapture>(m_mainQueue);
         m_recorder = m_capture->makeRecorder();
     }
-
     void cleanup()
     {
-        m_recorder.reset();
+        tearDown();
         m_capture.reset();
-        m_queue.reset();
-        m_sound.reset();
-        m_server.reset();
     }
 
     void theDeviceIsRecordedInItsOwnFormat_data()

@@ -1,5 +1,5 @@
 #include "platform/sound/PulseScreenAudioCapture.h"
-#include "platform/sound/RecordedSound.h"
+#include "platform/sound/RecordingTest.h"
 #include "platform/sound/ThreadedSoundRecorder.h"
 #include "support/Coroutines.h"
 #include "support/NeededPrograms.h"
@@ -7,7 +7,6 @@
 #include "support/Signals.h"
 #include "support/program/TestProgram.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -27,12 +26,6 @@ constexpr std::size_t windowFrames = 320;
 
 constexpr SoundFormat captureFormat {.sampleRateHz = captureRateHz, .channelCount = 1};
 
-int threadCount()
-{
-    return static_cast<int>(
-        QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
-}
-
 /// The pitch of each window of 20 ms that is not silent.
 std::vector<double> pitches(const std::vector<float> &samples)
 {
@@ -48,17 +41,11 @@ std::vector<double> pitches(const std::vector<float> &samples)
 
 } // namespace
 
-class PulseOutputRecordingTest : public QObject
+class PulseOutputRecordingTest : public RecordingTest
 {
     Q_OBJECT
 
 private:
-    std::shared_ptr<MainQueue> m_mainQueue = MainQueue::create();
-    std::unique_ptr<PrivateSoundServer> m_server;
-    std::unique_ptr<SerialQueue> m_queue;
-    std::unique_ptr<RecordedSound> m_sound;
-    std::unique_ptr<SoundRecorder> m_recorder;
-
     std::unique_ptr<SoundRecorder> makeRecorder(const PulseOptions &options = {}) const
     {
         return PulseScreenAudioCapture(m_mainQueue, options).makeRecorder(captureFormat);
@@ -69,10 +56,20 @@ private:
         return recorder.start({output, output}, *m_queue, m_sound->receiver());
     }
 
-    void startOn(const QString &output)
+    void startOn(const QString &output, const PulseOptions &options = {})
     {
-        m_recorder = makeRecorder();
+        m_recorder = makeRecorder(options);
         test::waitFor(starting(*m_recorder, output));
+    }
+
+    /// Returns the module's index.
+    int addHeadphones()
+    {
+        const int module = m_server->loadModule(QStringLiteral("module-null-sink"),
+            {QStringLiteral("sink_name=headphones"),
+                QStringLiteral("sink_properties=device.description=Headphones")});
+        m_server->setDefaultOutput(QStringLiteral("headphones"));
+        return module;
     }
 
     /// Whether the last 100 ms are a tone of this pitch.
@@ -98,20 +95,8 @@ private:
 private slots:
     void initTestCase() { LUMAPHONE_NEEDS(PrivateSoundServer::missingPrograms()); }
 
-    void init()
-    {
-        m_server = std::make_unique<PrivateSoundServer>();
-        m_queue = std::make_unique<SerialQueue>("test.samples");
-        m_sound = std::make_unique<RecordedSound>(*m_queue);
-    }
-
-    void cleanup()
-    {
-        m_recorder.reset();
-        m_queue.reset();
-        m_sound.reset();
-        m_server.reset();
-    }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void aToneArrivesWithItsPitchAndLevel()
     {
@@ -323,13 +308,43 @@ private slots:
         QCOMPARE(m_sound->errors(), QStringList());
     }
 
-    void withoutAnotherOutputTheCaptureEndsOnce()
+    void theOnlyOutputIsWaitedForUntilItIsBack()
     {
-        const int speakers = m_server->addOutput(QStringLiteral("speakers"));
-        startOn(QStringLiteral("speakers"));
+        int headphones = addHeadphones();
+        startOn(QStringLiteral("headphones"), {.returnLimit = 1h});
+        for (const int times : {1, 2}) {
+            m_server->unloadModule(headphones);
+            QVERIFY(waitUntil([&] { return m_sound->awaited().size() == 2 * times - 1; }));
+            QCOMPARE(m_sound->awaited().constLast(), QStringLiteral("Headphones"));
+            headphones = addHeadphones();
+            const auto tone
+                = m_server->playSamples(sine(700, 0.5, 20, 48000), 48000, 1, QStringLiteral("headphones"));
+            QVERIFY(waitUntil([&] { return hears(700); }));
+            QCOMPARE(m_sound->awaited().size(), 2 * times);
+            QCOMPARE(m_sound->awaited().constLast(), QStringLiteral("-"));
+            m_sound->clear();
+        }
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+
+    void aStopDoesNotWaitForAnOutputThatHasGone()
+    {
+        const int headphones = addHeadphones();
+        startOn(QStringLiteral("headphones"), {.returnLimit = 1h});
+        m_server->unloadModule(headphones);
+        QVERIFY(waitUntil([&] { return !m_sound->awaited().isEmpty(); }));
+        m_recorder->stop();
+        QCOMPARE(m_sound->errors(), QStringList());
+    }
+
+    void anOutputThatDoesNotComeBackEndsTheCaptureOnce()
+    {
+        const int speakers = addHeadphones();
+        startOn(QStringLiteral("headphones"), {.returnLimit = 1ms});
         m_server->unloadModule(speakers);
         QVERIFY(waitUntil([&] { return !m_sound->errors().isEmpty(); }));
-        QCOMPARE(m_sound->errors(), QStringList {QStringLiteral("已經沒有任何聲音輸出。")});
+        QCOMPARE(m_sound->errors(),
+            QStringList {QStringLiteral("等不到聲音輸出「Headphones」回來。已經沒有任何聲音輸出。")});
         m_server->addOutput(QStringLiteral("new_speakers"));
         m_recorder->stop();
         QCOMPARE(m_sound->errors().size(), 1);

@@ -29,6 +29,11 @@ SoundReceiver RecordedSound::receiver()
     return {
         .onSound = [this](const AudioSampleBuffer &buffer) { take(buffer); },
         .onEnded = [this](const std::exception_ptr &reason) { takeEnd(reason); },
+        .onAwaited =
+            [this](const std::optional<QString> &name) {
+                const std::lock_guard lock(m_mutex);
+                m_awaited << name.value_or(QStringLiteral("-"));
+            },
     };
 }
 
@@ -62,6 +67,12 @@ void RecordedSound::takeEnd(const std::exception_ptr &reason)
     const QString text = localizedDescription(reason);
     const std::lock_guard lock(m_mutex);
     m_errors << text;
+}
+
+QStringList RecordedSound::awaited() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_awaited;
 }
 
 std::vector<float> RecordedSound::samples() const

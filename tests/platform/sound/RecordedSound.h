@@ -41,6 +41,8 @@ public:
     std::int64_t framesPerBuffer() const;
     /// Why recordings ended by themselves, so far.
     QStringList errors() const;
+    /// What recordings have waited for so far, and "-" for each time that sound flowed again.
+    QStringList awaited() const;
 
 private:
     void take(const AudioSampleBuffer &buffer);
@@ -54,6 +56,7 @@ private:
     std::int64_t m_framesPerBuffer = 0;
     std::optional<AudioStreamDescription> m_description;
     QStringList m_errors;
+    QStringList m_awaited;
 };
 
 } // namespace lumaphone::test
