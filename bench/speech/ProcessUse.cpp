@@ -26,6 +26,8 @@ struct ProcessStat
     pid_t parent = 0;
     double ownTicks = 0;
     double endedChildrenTicks = 0;
+    QByteArray startTime;
+    bool hasEnded = false; ///< and waits for its parent to notice
 };
 
 std::optional<ProcessStat> statOf(pid_t process)
@@ -34,11 +36,12 @@ std::optional<ProcessStat> statOf(pid_t process)
     const qsizetype nameBegin = content.indexOf('(') + 1;
     const qsizetype nameEnd = content.lastIndexOf(')');
     const QList<QByteArray> fields = content.mid(nameEnd + 2).split(' ');
-    if (nameEnd < 0 || fields.size() < 15) {
+    if (nameEnd < 0 || fields.size() < 20) {
         return std::nullopt;
     }
     return ProcessStat {content.mid(nameBegin, nameEnd - nameBegin), fields[1].toInt(),
-        fields[11].toDouble() + fields[12].toDouble(), fields[13].toDouble() + fields[14].toDouble()};
+        fields[11].toDouble() + fields[12].toDouble(), fields[13].toDouble() + fields[14].toDouble(),
+        fields[19], fields[0] == "Z"};
 }
 
 std::vector<pid_t> childrenOf(pid_t process)
@@ -95,6 +98,25 @@ double cpuSecondsOf(pid_t process)
 double cpuSecondsWithChildren(pid_t process)
 {
     return secondsOf(ticksWithChildren(process));
+}
+
+std::vector<KnownProcess> descendantsOf(pid_t process)
+{
+    std::vector<KnownProcess> descendants;
+    for (const pid_t child : childrenOf(process)) {
+        if (const auto stat = statOf(child)) {
+            descendants.push_back({child, stat->name, stat->startTime});
+        }
+        const auto further = descendantsOf(child);
+        descendants.insert(descendants.end(), further.begin(), further.end());
+    }
+    return descendants;
+}
+
+bool isRunning(const KnownProcess &process)
+{
+    const auto stat = statOf(process.id);
+    return stat && stat->startTime == process.startTime && !stat->hasEnded;
 }
 
 std::optional<pid_t> speechHostOf(pid_t program)

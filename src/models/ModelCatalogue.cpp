@@ -17,6 +17,10 @@ namespace lumaphone {
 
 namespace {
 
+// Whatever a catalogue says, sums of sizes are numbers.
+constexpr qint64 mostListedBytes = qint64(1) << 50;
+constexpr qsizetype mostListedFiles = 4096;
+
 /// Between languages without models of their own.
 const QString &pivotLanguage()
 {
@@ -63,7 +67,7 @@ std::optional<qint64> size(const json::Value &object)
         return std::nullopt;
     }
     const qint64 bytes = json::integer(object, "size");
-    if (bytes < 0) {
+    if (bytes < 0 || bytes > mostListedBytes) {
         reject(QStringLiteral("size %1").arg(bytes));
     }
     return bytes;
@@ -170,8 +174,12 @@ ModelEntry entry(const json::Value &object)
         entry.downloads = listOf(object, "downloads", &download);
     }
 
+    const QList<ModelFile> files = entry.files();
+    if (entry.downloads.size() + files.size() > mostListedFiles) {
+        reject(QStringLiteral("%1 有太多檔案").arg(entry.id));
+    }
     QSet<QString> names;
-    for (const ModelFile &file : entry.files()) {
+    for (const ModelFile &file : files) {
         if (names.contains(file.name)) {
             reject(QStringLiteral("%1 有兩個 %2").arg(entry.id, file.name));
         }

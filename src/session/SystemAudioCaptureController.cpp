@@ -424,7 +424,6 @@ void SystemAudioCaptureController::handleSpeech(
     set(m_transcript, trimmed, &Self::transcriptChanged);
     say(m_translator->translates() ? texts::recognized(isFinal) : texts::recognizedOnly(isFinal));
     m_merger.upsertCaptionLine(trimmed, language, isFinal);
-    saveDraftIfNeeded();
     updateFloatingCaptionForLiveSource(trimmed, language);
     m_scheduler.scheduleTranslation(trimmed, language, isFinal);
     if (isFinal) {
@@ -453,7 +452,6 @@ void SystemAudioCaptureController::updateCaptionTranslation(const QString &trans
 {
     if (const auto index = m_merger.list().newestIndexOf(text)) {
         m_merger.setTranslation(*index, translation);
-        saveDraftIfNeeded();
     }
 }
 
@@ -534,7 +532,6 @@ void SystemAudioCaptureController::passedOverLineTranslated(
         && text::canonicallyEqual(captionLines().at(*index).sourceText, translation.text);
     if (isUnchanged) {
         m_merger.setTranslation(*index, translation.translation);
-        saveDraftIfNeeded();
     }
     // An older line's translation must not take the newest caption's place on the panel.
     if (text::canonicallyEqual(translation.text, m_transcript)) {
@@ -572,12 +569,15 @@ void SystemAudioCaptureController::translationRested()
 
 void SystemAudioCaptureController::captionLineInserted(qsizetype index)
 {
+    // Before anyone is told: what has been shown survives the end of the process.
+    saveDraftIfNeeded();
     emit lineInserted(index);
     emit captionLinesChanged();
 }
 
 void SystemAudioCaptureController::captionLineChanged(qsizetype index)
 {
+    saveDraftIfNeeded();
     emit lineChanged(index);
     emit captionLinesChanged();
 }

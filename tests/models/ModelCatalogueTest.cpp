@@ -269,6 +269,8 @@ private slots:
         QTest::newRow("hash of other digits") << QByteArray("\"01234567") << QByteArray("\"0123wxyz");
         QTest::newRow("hash of too many digits") << QByteArray("\"01234567") << QByteArray("\"012345678");
         QTest::newRow("negative size") << QByteArray("\"size\": 5") << QByteArray("\"size\": -5");
+        QTest::newRow("size that no disk has")
+            << QByteArray("\"size\": 5") << QByteArray("\"size\": 9000000000000000000");
         QTest::newRow("unknown kind") << QByteArray("\"translation\"") << QByteArray("\"picture\"");
         QTest::newRow("unknown compression") << QByteArray("\"gzip\"") << QByteArray("\"rar\"");
         QTest::newRow("one language") << QByteArray("[\"xx\", \"yy\"]") << QByteArray("[\"xx\"]");

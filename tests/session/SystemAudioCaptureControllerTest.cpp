@@ -626,6 +626,32 @@ private slots:
         QVERIFY(!QFile::exists(store.draftPath()));
     }
 
+    void whatIsShownIsInTheDraftAlready()
+    {
+        QTemporaryDir folder;
+        LiveSession session(folder.path());
+        auto &controller = session.started();
+        const LumaphoneSessionDraftStore store(folder.path());
+        int told = 0;
+        int kept = 0;
+        const auto look = [&](qsizetype index) {
+            ++told;
+            const auto draft = store.load();
+            kept += draft && draft->lines.value(index) == controller.captionLines().at(index) ? 1 : 0;
+        };
+        using Controller = SystemAudioCaptureController;
+        connect(&controller, &Controller::lineInserted, &controller, look);
+        connect(&controller, &Controller::lineChanged, &controller, look);
+        session.partial("は");
+        session.final("はい");
+        settle();
+        session.clock->stepWallClock(20s);
+        session.partial("いいえ");
+        controller.stop(true);
+        QCOMPARE(told, 5); // opened, final, translated; opened, closed
+        QCOMPARE(kept, told);
+    }
+
     void clearingAndStartingRemoveTheDraft()
     {
         QTemporaryDir folder;

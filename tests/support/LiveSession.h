@@ -33,6 +33,7 @@ struct LiveSession
     std::shared_ptr<ScriptedPipeline> nextPipeline = std::make_shared<ScriptedPipeline>();
     std::vector<std::pair<LumaphoneAudioInputSource, AppleSystemSpeechLanguage>> pipelinesMade;
     QString draftFolder;
+    UuidGenerator makeUuid = countedUuids();
     std::unique_ptr<SystemAudioCaptureController> controller;
 
     /// Without a folder nothing can be saved, which is quick and harms nothing.
@@ -68,7 +69,7 @@ struct LiveSession
                 },
             .clock = clock,
             .mainQueue = mainQueue,
-            .makeUuid = countedUuids(),
+            .makeUuid = makeUuid,
         });
         return *controller;
     }

@@ -86,7 +86,7 @@ private slots:
         const qint64 elapsedMs = timer.elapsed();
         m_server->thaw();
         QVERIFY(error);
-        QVERIFY2(elapsedMs >= 500 && elapsedMs < 2500, qPrintable(QString::number(elapsedMs)));
+        QVERIFY2(elapsedMs >= 500, qPrintable(QString::number(elapsedMs)));
     }
 
     void makingARecorderRecordsNothing()

@@ -6,7 +6,6 @@
 #include "support/Signals.h"
 #include "support/program/TestProgram.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 #include <cmath>
@@ -250,21 +249,19 @@ private slots:
     {
         m_server->addMicrophone(QStringLiteral("microphone"));
         m_server->setDefaultMicrophone(QStringLiteral("microphone"));
+        // What waits for the server waits until the test is given up.
+        PulseOptions options;
+        options.timeLimit = std::chrono::hours(1);
+        m_recorder = PulseMicrophoneCapture(m_mainQueue, options).makeRecorder();
         start();
         const SoundDevice device = microphone();
         m_server->freeze();
-        QElapsedTimer timer;
-        timer.start();
         m_recorder->stop();
-        const qint64 runningMs = timer.restart();
-        // A recording that is being opened stops as promptly, and its start ends.
+        // A recording that is being opened stops as well, and its start ends.
         QCoro::Task<> opening = starting(device);
         m_recorder->stop();
-        const qint64 openingMs = timer.elapsed();
         QVERIFY(thrownBy<CaptureServiceError>([&] { test::waitFor(std::move(opening)); }));
         m_server->thaw();
-        qInfo("Stopping took %lld ms while recording, %lld ms while opening.", runningMs, openingMs);
-        QVERIFY(runningMs < 500 && openingMs < 500);
         QCOMPARE(m_sound->errors(), QStringList());
     }
 
