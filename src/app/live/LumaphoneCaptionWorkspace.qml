@@ -20,9 +20,10 @@ Item {
         spacing: Theme.space
 
         LiveSubtitleStage {
+            objectName: "stage"
             Layout.fillWidth: true
             session: workspace.session
-            isCompact: workspace.height < 700
+            workspaceHeight: workspace.height
         }
 
         RowLayout {
