@@ -26,34 +26,6 @@ Item {
             workspaceHeight: workspace.height
         }
 
-        RowLayout {
-            Layout.fillWidth: true
-            // Not by the pills: what lies in something hidden is never visible itself.
-            visible: workspace.session.restoredDraftMessage !== "" || workspace.session.saveErrorMessage !== ""
-            spacing: Theme.unit
-
-            StatusPill {
-                id: restored
-
-                objectName: "workspace.restored"
-                visible: text !== ""
-                text: workspace.session.restoredDraftMessage
-                systemImage: "arrow.counterclockwise.circle.fill"
-                tone: Chip.Tone.Accent
-            }
-
-            StatusPill {
-                id: saveError
-
-                objectName: "workspace.saveError"
-                visible: text !== ""
-                maximumWidth: workspace.width - 2 * Theme.margin
-                text: workspace.session.saveErrorMessage
-                systemImage: "exclamationmark.triangle.fill"
-                tone: Chip.Tone.Danger
-            }
-        }
-
         SessionReviewActionBar {
             objectName: "reviewBar"
             Layout.fillWidth: true
