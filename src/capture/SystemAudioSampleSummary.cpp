@@ -1,5 +1,7 @@
 #include "capture/SystemAudioSampleSummary.h"
 
+#include "capture/SoundPeak.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -23,12 +25,13 @@ SystemAudioSampleSummary makeSummary(const AudioSampleBuffer &buffer, const QLoc
     const QString frames = QString::number(buffer.frames);
     const QString seconds = locale.toString(std::isfinite(duration) ? duration : 0.0, 'f', 3);
     if (!buffer.description) {
-        return {QStringLiteral("%1 frames, duration %2s").arg(frames, seconds), isSilent(buffer)};
+        return {QStringLiteral("%1 frames, duration %2s").arg(frames, seconds), isSilent(buffer),
+            soundPeak(buffer)};
     }
     return {QStringLiteral("%1 frames, %2 Hz, %3 channel, duration %4s")
                 .arg(frames, locale.toString(buffer.description->sampleRateHz, 'f', 0),
                     QString::number(buffer.description->channelsPerFrame), seconds),
-        isSilent(buffer)};
+        isSilent(buffer), soundPeak(buffer)};
 }
 
 } // namespace lumaphone

@@ -12,6 +12,7 @@ struct SystemAudioSampleSummary
 {
     QString detail;
     bool isSilent = false; ///< it held samples, and all of them were zero
+    double peak = 0; ///< of its loudest sample, from 0 to 1
 
     bool operator==(const SystemAudioSampleSummary &) const = default;
 };

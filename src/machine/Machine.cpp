@@ -18,6 +18,7 @@
 #include "platform/sound/PulseScreenAudioCapture.h"
 #include "session/LivePipelines.h"
 #include "session/SessionTranslator.h"
+#include "session/SoundCheck.h"
 #include "session/SystemAudioCaptureController.h"
 #include "speech/framework/LocalSpeechFramework.h"
 #include "storage/KeychainThread.h"
@@ -147,8 +148,6 @@ LivePipelineServices Machine::pipelineServices()
 LiveSessionCollaborators Machine::liveSession(
     LumaphoneSettings &settings, FloatingCaptionPresenter &floatingCaptions)
 {
-    made(m_screenAudio, [this] { return std::make_shared<PulseScreenAudioCapture>(m_mainQueue); });
-    made(m_microphone, [this] { return std::make_shared<PulseMicrophoneCapture>(m_mainQueue); });
     auto &chatCompletions
         = made(m_chatCompletions, [] { return std::make_unique<OpenAICompatibleTranslationService>(); });
     return {
@@ -158,12 +157,17 @@ LiveSessionCollaborators Machine::liveSession(
         .draftStore = draftStore(),
         .translator = std::make_shared<SessionTranslator>(
             settings, glossary(), onDeviceTranslation(), chatCompletions, m_clock, m_mainQueue),
-        .access = CaptureAccess(m_screenAudio, m_microphone, m_clock),
-        .makePipeline = LivePipelines {m_screenAudio, m_microphone, m_clock, pipelineServices()},
+        .access = CaptureAccess(screenAudio(), microphone(), m_clock),
+        .makePipeline = LivePipelines {screenAudio(), microphone(), m_clock, pipelineServices()},
         .clock = m_clock,
         .mainQueue = m_mainQueue,
         .makeUuid = &QUuid::createUuid,
     };
+}
+
+std::unique_ptr<SoundCheck> Machine::soundCheck()
+{
+    return std::make_unique<SoundCheck>(screenAudio(), microphone(), m_clock, m_mainQueue);
 }
 
 std::function<MachineFacts()> Machine::probe(const QString &program)
@@ -176,6 +180,18 @@ std::function<MachineFacts()> Machine::probe(const QString &program)
 std::unique_ptr<PortalAppearance> Machine::appearance(ColorScheme fallback)
 {
     return std::make_unique<PortalAppearance>(fallback);
+}
+
+const std::shared_ptr<ScreenAudioCapture> &Machine::screenAudio()
+{
+    made(m_screenAudio, [this] { return std::make_shared<PulseScreenAudioCapture>(m_mainQueue); });
+    return m_screenAudio;
+}
+
+const std::shared_ptr<MicrophoneCapture> &Machine::microphone()
+{
+    made(m_microphone, [this] { return std::make_shared<PulseMicrophoneCapture>(m_mainQueue); });
+    return m_microphone;
 }
 
 FileViewer &Machine::fileViewer()

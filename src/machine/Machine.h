@@ -29,6 +29,7 @@ class MicrophoneCapture;
 class ModelStore;
 class OpenAICompatibleTranslationService;
 class ScreenAudioCapture;
+class SoundCheck;
 class LockedSingleInstance;
 class TranscriptLibraryStore;
 class TranslationFramework;
@@ -76,6 +77,9 @@ public:
     LiveSessionCollaborators liveSession(
         LumaphoneSettings &settings, FloatingCaptionPresenter &floatingCaptions);
 
+    /// Tells how loud the computer's sound or the microphone is.
+    std::unique_ptr<SoundCheck> soundCheck();
+
     /// Looks at the machine, on any thread; it may wait. `program`: its name and version.
     std::function<MachineFacts()> probe(const QString &program);
     /// `fallback` where the desktop does not say.
@@ -85,6 +89,8 @@ private:
     FileViewer &fileViewer();
     LocalSpeechFramework &speech();
     LumaphoneAppleTranslationService &onDeviceTranslation();
+    const std::shared_ptr<ScreenAudioCapture> &screenAudio();
+    const std::shared_ptr<MicrophoneCapture> &microphone();
 
     const SettingsWriting m_settingsWriting;
     // What stands above is used by what stands below, which goes first.

@@ -230,6 +230,11 @@ QString saved(const QString &title)
     return QStringLiteral("Transcript 已儲存：") + title;
 }
 
+QString noOutput()
+{
+    return QStringLiteral("這台電腦沒有可以聽的音訊輸出。請接上喇叭或耳機，或在音效設定裡選一個輸出裝置。");
+}
+
 QString draftRestored()
 {
     return QStringLiteral("已恢復上一段尚未儲存的字幕。");

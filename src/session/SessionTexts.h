@@ -56,6 +56,9 @@ QString translationFailedStatus(const QString &provider, const QString &descript
 QString panelTranslationFailed(const QString &provider);
 QString translationPaused();
 
+// The test of sound.
+QString noOutput();
+
 // Afterwards.
 QString stoppedAndSaved(const std::optional<QString> &title);
 QString stoppedWithLines();

@@ -382,6 +382,7 @@ void SystemAudioCaptureController::handle(const pipeline_event::AudioSample &eve
     if (!event.summary.isSilent) {
         emit soundArrived();
     }
+    emit soundMeasured(event.summary.peak);
     if (m_transcript.isEmpty()) {
         say(texts::samplesReceived(m_sampleBufferCount, m_audioInputSource));
     }

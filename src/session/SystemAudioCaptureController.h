@@ -167,6 +167,8 @@ signals:
     void isBehindChanged();
     /// A buffer that is not silent has come.
     void soundArrived();
+    /// The peak of a buffer that has come, from 0 to 1.
+    void soundMeasured(double peak);
     /// A text remains without its translation.
     void captionTranslationFailed(const QString &sourceText, const QString &description);
     /// What translationOf() says of some lines has changed.

@@ -355,6 +355,44 @@ private slots:
         views.model->translateLineAgain(7);
     }
 
+    void nothingIsSaidToBeComingWhenNothingIs_data()
+    {
+        QTest::addColumn<bool>("fails");
+        QTest::addColumn<bool>("breaksOff");
+        QTest::newRow("translated") << false << false;
+        QTest::newRow("not translated") << true << false;
+        QTest::newRow("broken off, translated") << false << true;
+        QTest::newRow("broken off, not translated") << true << true;
+    }
+    void nothingIsSaidToBeComingWhenNothingIs()
+    {
+        QFETCH(bool, fails);
+        QFETCH(bool, breaksOff);
+        for (const bool isLastFinal : {true, false}) {
+            Views views;
+            views.session.translator->plan = [fails](const QString &) {
+                return ScriptedTranslator::Plan {
+                    std::chrono::seconds(2), fails ? QString("壞了") : QString()};
+            };
+            views.start();
+            views.session.final("一番目の文です");
+            views.session.clock->advance(std::chrono::seconds(15));
+            views.session.speech("二番目の文", isLastFinal);
+            if (breaksOff) {
+                views.session.controller->handlePipelineEvent(pipeline_event::Failed {"擷取中斷"});
+            } else {
+                views.model->startOrStop();
+            }
+            QCOMPARE(views.model->translationText(), "正在整理成台灣繁中...");
+            QVERIFY(views.session.controller->isTranslating());
+            views.session.clock->advance(std::chrono::seconds(30));
+            settle();
+            QVERIFY(!views.session.controller->isTranslating());
+            QCOMPARE(views.model->translationText(), fails ? "這一句沒有翻譯。" : "譯:二番目の文");
+            QVERIFY(!views.model->lines()->hasPendingTranslation());
+        }
+    }
+
     void translationsThatComeAfterSavingReachTheRecord_data()
     {
         QTest::addColumn<bool>("startsNext");

@@ -166,16 +166,6 @@ private slots:
         QCOMPARE(livetexts::languageStatusText(chosen, detected), text);
     }
 
-    void theTranscriptLeavesOutWhatIsBlank()
-    {
-        const QList<LumaphoneCaptionLine> lines {
-            line(" 一 \n", "one"), line("二", " \t\n"), line("　", " three "), line("四", "翻譯中...")};
-        QCOMPARE(livetexts::joinedSourceText(lines), "一\n\n二\n\n四");
-        QCOMPARE(livetexts::joinedTranslatedText(lines), "one\n\nthree\n\n翻譯中...");
-        QCOMPARE(livetexts::joinedSourceText({}), "");
-        QCOMPARE(livetexts::joinedTranslatedText({}), "");
-    }
-
     void aPendingTranslationIsExactlyThePlaceholder()
     {
         QVERIFY(!livetexts::hasPendingTranslation({}));

@@ -10,10 +10,14 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include <algorithm>
+#include <functional>
+
 namespace liveviewtest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -64,6 +68,84 @@ struct RunningWindow
         drawFrame();
     }
     bool isAtNewest() const { return item("card.lines").property("atYEnd").toBool(); }
+};
+
+/// The stage in a window of some size.
+class StageUnderTest
+{
+public:
+    StageUnderTest(Studio &studio, QSize size)
+        : m_studio(studio)
+    {
+        studio.window->resize(size);
+        const bool isThere = waitUntil([&] { return studio.window->contentItem()->size() == QSizeF(size); });
+        studio.settle();
+        drawFrame(*studio.window);
+        if (!isThere) {
+            qFatal("The window does not take its size.");
+        }
+    }
+
+    QString notice() const { return item("stage.notice").property("text").toString(); }
+    int translationLines() const { return item("stage.translationText").property("lineCount").toInt(); }
+
+    /// What a reader would miss.
+    QStringList problems() const
+    {
+        QStringList found;
+        const QQuickItem &text = item("stage.translationText");
+        const QQuickItem &area = *text.parentItem();
+        const double lineHeight = text.property("lineHeight").toDouble();
+        const int lines = translationLines();
+        const int shown = std::min(lines, int(area.height() / lineHeight));
+        if (shown < std::min(lines, 3)) {
+            found.append(QString("%1 of %2 lines").arg(shown).arg(lines));
+        }
+        if (area.height() < 2 * lineHeight) {
+            found.append("no room for two lines");
+        }
+        // A line is a little higher than the distance of lines; the room above its characters may be missed.
+        const double roomAbove = text.height() - lines * lineHeight;
+        if (text.y() + (lines - shown) * lineHeight < -roomAbove || roomAbove > lineHeight / 6
+            || text.y() + text.height() > area.height()) {
+            found.append("cut off");
+        }
+        QList<std::pair<QString, QRectF>> places;
+        for (const char *name :
+            {"stage.pills", "stage.sourceArea", "stage.translationArea", "stage.notice"}) {
+            const QQuickItem &part = item(name);
+            if (part.isVisible()) {
+                places.append({name, part.mapRectToScene({0, 0, part.width(), part.height()})});
+            }
+        }
+        const QQuickItem &card = item("stage");
+        const QRectF inside
+            = card.mapRectToScene({0, 0, card.width(), card.height()}).adjusted(0, 12, 0, -12);
+        for (qsizetype i = 0; i < places.size(); ++i) {
+            if (!inside.contains(places[i].second)
+                || !QRectF({}, m_studio.window->size()).contains(places[i].second)) {
+                found.append(places[i].first + " is outside");
+            }
+            for (qsizetype j = 0; j < i; ++j) {
+                if (places[i].second.intersects(places[j].second)) {
+                    found.append(places[i].first + " lies over " + places[j].first);
+                }
+            }
+        }
+        const QQuickItem &said = item("stage.notice");
+        if (said.isVisible() && said.height() < said.implicitHeight()) {
+            found.append("the notice has no room");
+        }
+        return found;
+    }
+
+private:
+    QQuickItem &item(const QString &name) const
+    {
+        return *qobject_cast<QQuickItem *>(&m_studio.object(name));
+    }
+
+    Studio &m_studio;
 };
 
 } // namespace
@@ -206,6 +288,60 @@ private slots:
         window.studio.session.speech(QStringLiteral("短い。"), true);
         window.studio.settle();
         QCOMPARE(top(), empty);
+    }
+
+    void theTranslationIsTheLastThingThatGoes_data()
+    {
+        QTest::addColumn<std::function<void(Studio &)>>("appear");
+        QTest::addColumn<QString>("notice");
+        using Appear = std::function<void(Studio &)>;
+        const auto fail = [](const QString &message) -> Appear {
+            return [message](Studio &studio) {
+                studio.session.controller->handlePipelineEvent(pipeline_event::Failed {message});
+            };
+        };
+        QTest::newRow("no notice") << Appear([](Studio &) {}) << "";
+        QTest::newRow("no sound") << Appear([](Studio &studio) {
+            QVERIFY(waitUntil([&] { return studio.live->isWithoutSound(); }));
+        }) << "系統音訊沒有聲音進來";
+        QTest::newRow("behind") << Appear([](Studio &studio) {
+            studio.session.controller->handlePipelineEvent(pipeline_event::Pace {true});
+        }) << "辨識";
+        QTest::newRow("a failure") << fail("系統音訊擷取已停止：連線中斷。") << "連線中斷";
+        QTest::newRow("a long failure") << fail(
+            QString("系統音訊擷取已停止：").append(QString("聲音伺服器沒有回應，請稍後再試。").repeated(12)))
+                                        << "聲音伺服器";
+    }
+    void theTranslationIsTheLastThingThatGoes()
+    {
+        QFETCH(const std::function<void(Studio &)>, appear);
+        QFETCH(const QString, notice);
+        QTemporaryDir folder;
+        const bool isSilent = notice.startsWith("系統音訊沒有");
+        Studio studio(folder.path(), isSilent ? std::chrono::milliseconds(1) : std::chrono::milliseconds(1h));
+        studio.open();
+        studio.live->startOrStop();
+        studio.settle();
+        QSet<int> linesSeen;
+        for (const int length : {5, 30, 50, 150}) {
+            studio.say(QString("とても長い文です。").repeated(1 + length / 10),
+                QString("很長的一句話").repeated(length).left(length), AppleSystemSpeechLanguage::japanese);
+            appear(studio);
+            for (const QSize size : {QSize(1040, 680), QSize(1040, 700), QSize(1280, 731), QSize(1040, 755),
+                     QSize(1280, 756), QSize(1280, 800), QSize(1600, 1000)}) {
+                const StageUnderTest stage(studio, size);
+                QVERIFY2(stage.notice().contains(notice) && stage.notice().isEmpty() == notice.isEmpty(),
+                    qPrintable(stage.notice()));
+                linesSeen.insert(stage.translationLines());
+                QVERIFY2(stage.problems().isEmpty(),
+                    qPrintable(QString("%1 x %2, %3 characters: %4")
+                                   .arg(size.width())
+                                   .arg(size.height())
+                                   .arg(length)
+                                   .arg(stage.problems().join("; "))));
+            }
+        }
+        QVERIFY(linesSeen.contains(1) && linesSeen.contains(2) && linesSeen.contains(3));
     }
 
     void aTextThatMayStillChangeIsSofter()

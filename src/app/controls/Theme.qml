@@ -64,8 +64,6 @@ QtObject {
     readonly property int body: 14
     readonly property int title: 16
     readonly property int heading: 20
-    readonly property int stageSource: 20
-    readonly property int hero: 40
 
     readonly property string fontFamily: LanguageFonts.familyOf("")
 

@@ -103,7 +103,11 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
     }
     connect(&m_lines, &CaptionLinesModel::lineFinished, this,
         [this](int row) { emit lineFinished(m_controller.captionLines().at(row).sourceText); });
+    connect(&controller, &Controller::lineInserted, this, &LiveSessionModel::updateJoinedTexts);
+    connect(&controller, &Controller::lineChanged, this, &LiveSessionModel::updateJoinedTexts);
+    connect(&controller, &Controller::linesReset, this, [this] { updateJoinedTexts(0); });
     m_soundWatch.setRunning(controller.isRunning());
+    updateJoinedTexts(0);
     update();
 }
 
@@ -149,6 +153,17 @@ void LiveSessionModel::updateStage()
     set(m_languageStatusText,
         livetexts::languageStatusText(m_controller.sourceLanguage(), m_controller.detectedLanguage()),
         &LiveSessionModel::languageStatusTextChanged);
+}
+
+void LiveSessionModel::updateJoinedTexts(qsizetype first)
+{
+    const auto &lines = m_controller.captionLines();
+    if (m_joinedSource.follow(lines, first)) {
+        emit joinedSourceTextChanged();
+    }
+    if (m_joinedTranslation.follow(lines, first)) {
+        emit joinedTranslatedTextChanged();
+    }
 }
 
 void LiveSessionModel::setFailureMessage(const QString &message)
@@ -283,16 +298,6 @@ void LiveSessionModel::setSourceLanguage(const QString &language)
 void LiveSessionModel::requestSystemAudioAccessIfNeeded()
 {
     m_controller.requestSystemAudioAccessIfNeeded();
-}
-
-QString LiveSessionModel::joinedSourceText() const
-{
-    return livetexts::joinedSourceText(m_controller.captionLines());
-}
-
-QString LiveSessionModel::joinedTranslatedText() const
-{
-    return livetexts::joinedTranslatedText(m_controller.captionLines());
 }
 
 void LiveSessionModel::copyText(const QString &text) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/live/CaptionLinesModel.h"
+#include "app/live/JoinedText.h"
 #include "app/live/SessionPhase.h"
 #include "app/live/SoundWatch.h"
 #include "session/SavedTranscriptFollower.h"
@@ -73,6 +74,8 @@ class LiveSessionModel final : public QObject
     // The card.
     Q_PROPERTY(lumaphone::CaptionLinesModel *lines READ lines CONSTANT)
     Q_PROPERTY(QString cardStatusText READ cardStatusText NOTIFY cardStatusTextChanged)
+    Q_PROPERTY(QString joinedSourceText READ joinedSourceText NOTIFY joinedSourceTextChanged)
+    Q_PROPERTY(QString joinedTranslatedText READ joinedTranslatedText NOTIFY joinedTranslatedTextChanged)
 
 public:
     /// Everything given must outlive the model.
@@ -123,6 +126,8 @@ public:
 
     CaptionLinesModel *lines() { return &m_lines; }
     QString cardStatusText() const;
+    const QString &joinedSourceText() const { return m_joinedSource.text(); }
+    const QString &joinedTranslatedText() const { return m_joinedTranslation.text(); }
 
     /// Starts a session, or ends the one that runs or starts. Unsaved lines are not lost: the controller
     /// refuses then.
@@ -140,8 +145,6 @@ public:
     Q_INVOKABLE void translateLineAgain(int row);
     Q_INVOKABLE void setSourceLanguage(const QString &language);
     Q_INVOKABLE void requestSystemAudioAccessIfNeeded();
-    Q_INVOKABLE QString joinedSourceText() const;
-    Q_INVOKABLE QString joinedTranslatedText() const;
     Q_INVOKABLE void copyText(const QString &text) const;
 
 signals:
@@ -161,6 +164,8 @@ signals:
     void isStageTranslatedChanged();
     void languageStatusTextChanged();
     void cardStatusTextChanged();
+    void joinedSourceTextChanged();
+    void joinedTranslatedTextChanged();
     /// A line is complete: worth telling someone who listens instead of reading.
     void lineFinished(const QString &text);
 
@@ -168,6 +173,8 @@ private:
     template<typename Value> void set(Value &member, const Value &value, void (LiveSessionModel::*changed)());
     void update();
     void updateStage();
+    /// The lines from `first` on have changed.
+    void updateJoinedTexts(qsizetype first);
     void setFailureMessage(const QString &message);
     void finishEnding();
 
@@ -177,6 +184,8 @@ private:
     const LumaphoneGlossaryStore &m_glossary;
     SoundWatch m_soundWatch;
     CaptionLinesModel m_lines;
+    JoinedText m_joinedSource {&LumaphoneCaptionLine::sourceText};
+    JoinedText m_joinedTranslation {&LumaphoneCaptionLine::translatedText};
     SavedTranscriptFollower m_savedFollower;
     QTimer m_endPatience; ///< with the last translations
     SessionFacts m_facts;

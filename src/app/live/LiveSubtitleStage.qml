@@ -4,24 +4,35 @@ import Lumaphone.Controls
 import Lumaphone.Live
 import Lumaphone.Texts
 
-/// The newest line, large enough to be read from across a desk. The stage keeps its height whatever is said.
+/// The newest line, large enough to be read from across a desk. The stage keeps its height whatever is said; the translation is the last
+/// thing in it that gives way.
 Card {
     id: stage
 
     required property LiveSessionModel session
-    property bool isCompact: false
+    required property int workspaceHeight
 
-    implicitHeight: isCompact ? 228 : 300
-    padding: isCompact ? Theme.margin : Theme.wide
+    implicitHeight: room.height
+    horizontalPadding: room.sideMargin
+    verticalPadding: room.margin
     Accessible.role: Accessible.Grouping
     Accessible.name: Texts.currentCaptions
 
-    ColumnLayout {
+    StageLayout {
+        id: room
+
+        workspaceHeight: stage.workspaceHeight
+        translationLines: translation.lineCount
+        noticeLines: notice.visible ? notice.wantedLines : 0
+    }
+
+    Item {
         anchors.fill: parent
-        spacing: 0
 
         RowLayout {
-            Layout.fillWidth: true
+            objectName: "stage.pills"
+            width: parent.width
+            visible: room.hasPills
             spacing: Theme.unit
 
             StatusPill {
@@ -51,30 +62,31 @@ Card {
 
         // Long utterances keep their newest words in view.
         Item {
-            Layout.fillWidth: true
-            Layout.topMargin: stage.isCompact ? Theme.space : Theme.margin
-            implicitHeight: sourceText.lineHeight * 2
+            objectName: "stage.sourceArea"
+            y: room.sourceTop
+            width: parent.width
+            height: room.sourceHeight
+            visible: height > 0
             clip: true
 
             LanguageText {
-                id: sourceText
-
                 objectName: "stage.sourceText"
                 width: parent.width
-                y: Math.min(parent.height - height, 0) + (height < parent.height ? parent.height - height : 0)
+                y: parent.height - height
                 text: stage.session.sourceText
                 language: stage.session.stageLanguage
-                font.pixelSize: stage.isCompact ? 18 : Theme.stageSource
+                font.pixelSize: room.sourceSize
                 lineHeightMode: Text.FixedHeight
-                lineHeight: stage.isCompact ? 26 : 30
+                lineHeight: room.sourceLineHeight
                 color: stage.session.stageLanguage === "" || stage.session.isStageFinal ? Theme.textSecondary : Theme.textSoft
             }
         }
 
         Item {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            Layout.topMargin: Theme.half
+            objectName: "stage.translationArea"
+            y: room.translationTop
+            width: parent.width
+            height: (notice.visible ? notice.y - Theme.unit : parent.height) - y
             clip: true
 
             LanguageText {
@@ -84,18 +96,23 @@ Card {
                 width: parent.width
                 y: Math.min(0, Math.floor(parent.height / lineHeight) * lineHeight - height)
                 text: stage.session.translationText
-                font.pixelSize: stage.isCompact ? 32 : Theme.hero
+                font.pixelSize: room.translationSize
                 font.bold: true
                 lineHeightMode: Text.FixedHeight
-                lineHeight: stage.isCompact ? 42 : 52
+                lineHeight: room.translationLineHeight
                 color: !stage.session.isStageTranslated ? Theme.textSoft : stage.session.isStageFinal ? Theme.text : Theme.textSecondary
             }
         }
 
         Notice {
-            Layout.fillWidth: true
+            id: notice
+
             objectName: "stage.notice"
+            y: parent.height - height
+            width: parent.width
+            height: room.noticeHeight
             visible: text !== ""
+            maximumLines: room.shownNoticeLines
             text: stage.session.failureMessage !== "" ? stage.session.failureMessage
                 : stage.session.isWithoutSound ? stage.session.withoutSoundText : stage.session.isBehind ? stage.session.behindText : ""
             systemImage: stage.session.failureMessage !== "" ? "exclamationmark.triangle.fill"

@@ -1,30 +1,10 @@
 #include "app/live/LiveTexts.h"
 
-#include "base/Text.h"
 #include "session/SessionTexts.h"
-
-#include <QStringList>
 
 #include <algorithm>
 
 namespace lumaphone::livetexts {
-
-namespace {
-
-/// The texts of the lines without those that are blank, one paragraph each.
-QString joined(const QList<LumaphoneCaptionLine> &lines, QString LumaphoneCaptionLine::*member)
-{
-    QStringList paragraphs;
-    for (const LumaphoneCaptionLine &line : lines) {
-        const QString text = text::trimmed(line.*member);
-        if (!text.isEmpty()) {
-            paragraphs.append(text);
-        }
-    }
-    return paragraphs.join(QStringLiteral("\n\n"));
-}
-
-} // namespace
 
 QString sourceText(
     const LumaphoneCaptionLine *line, const SessionFacts &facts, LumaphoneAudioInputSource source)
@@ -97,16 +77,6 @@ QString withoutSoundText(LumaphoneAudioInputSource source)
     return source == LumaphoneAudioInputSource::microphone
         ? QStringLiteral("麥克風沒有聲音進來。請確認麥克風沒有靜音，而且選對了輸入裝置。")
         : QStringLiteral("系統音訊沒有聲音進來。請確認正在播放，而且沒有靜音。");
-}
-
-QString joinedSourceText(const QList<LumaphoneCaptionLine> &lines)
-{
-    return joined(lines, &LumaphoneCaptionLine::sourceText);
-}
-
-QString joinedTranslatedText(const QList<LumaphoneCaptionLine> &lines)
-{
-    return joined(lines, &LumaphoneCaptionLine::translatedText);
 }
 
 bool hasPendingTranslation(const QList<LumaphoneCaptionLine> &lines)

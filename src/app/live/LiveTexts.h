@@ -28,8 +28,6 @@ QString stageStateText(const SessionFacts &facts);
 QString withoutSoundText(LumaphoneAudioInputSource source);
 
 // The card with everything heard.
-QString joinedSourceText(const QList<LumaphoneCaptionLine> &lines);
-QString joinedTranslatedText(const QList<LumaphoneCaptionLine> &lines);
 bool hasPendingTranslation(const QList<LumaphoneCaptionLine> &lines);
 /// `failed`: how many lines remain without a translation.
 QString cardStatusText(bool hasPendingTranslation, int failed);

@@ -25,37 +25,10 @@ Item {
         spacing: Theme.space
 
         LiveSubtitleStage {
+            objectName: "stage"
             Layout.fillWidth: true
             session: workspace.session
-            isCompact: workspace.height < 700
-        }
-
-        RowLayout {
-            Layout.fillWidth: true
-            // Not by the pills: what lies in something hidden is never visible itself.
-            visible: workspace.session.restoredDraftMessage !== "" || workspace.session.saveErrorMessage !== ""
-            spacing: Theme.unit
-
-            StatusPill {
-                id: restored
-
-                objectName: "workspace.restored"
-                visible: text !== ""
-                text: workspace.session.restoredDraftMessage
-                systemImage: "arrow.counterclockwise.circle.fill"
-                tone: Chip.Tone.Accent
-            }
-
-            StatusPill {
-                id: saveError
-
-                objectName: "workspace.saveError"
-                visible: text !== ""
-                maximumWidth: workspace.width - 2 * Theme.margin
-                text: workspace.session.saveErrorMessage
-                systemImage: "exclamationmark.triangle.fill"
-                tone: Chip.Tone.Danger
-            }
+            workspaceHeight: workspace.height
         }
 
         SessionReviewActionBar {

@@ -35,27 +35,41 @@ Card {
             spacing: 6
 
             UiText {
-                Layout.fillWidth: true
                 text: Texts.justHeard
                 font.pixelSize: Theme.title
                 font.bold: true
                 Accessible.role: Accessible.Heading
             }
 
-            Symbol {
-                objectName: "card.statusSymbol"
-                visible: card.lines.count > 0 && !card.lines.hasPendingTranslation
-                name: card.lines.failedCount > 0 ? "exclamationmark.circle.fill" : "checkmark.circle.fill"
-                color: card.lines.failedCount > 0 ? Theme.warning : Theme.success
-                size: 16
+            Item {
+                Layout.fillWidth: true
             }
 
-            UiText {
+            StatusPill {
+                objectName: "workspace.restored"
+                visible: text !== ""
+                text: card.session.restoredDraftMessage
+                systemImage: "arrow.counterclockwise.circle.fill"
+                tone: Chip.Tone.Accent
+            }
+
+            StatusPill {
+                objectName: "workspace.saveError"
+                Layout.fillWidth: true
+                Layout.maximumWidth: implicitWidth
+                visible: text !== ""
+                maximumWidth: card.width
+                text: card.session.saveErrorMessage
+                systemImage: "exclamationmark.triangle.fill"
+                tone: Chip.Tone.Danger
+            }
+
+            StatusPill {
                 objectName: "card.status"
                 visible: card.lines.count > 0
                 text: card.session.cardStatusText
-                color: Theme.textSecondary
-                font.pixelSize: Theme.small
+                systemImage: card.lines.hasPendingTranslation ? "" : card.lines.failedCount > 0 ? "exclamationmark.circle.fill" : "checkmark.circle.fill"
+                tone: card.lines.hasPendingTranslation ? Chip.Tone.Neutral : card.lines.failedCount > 0 ? Chip.Tone.Warning : Chip.Tone.Success
             }
 
             ActionButton {
@@ -76,40 +90,38 @@ Card {
 
         Item {
             Layout.fillWidth: true
-            Layout.leftMargin: Theme.margin
-            implicitHeight: 40
+            Layout.fillHeight: true
 
             TranscriptPane {
+                id: sourcePane
+
                 objectName: "card.source"
-                anchors.verticalCenter: parent.verticalCenter
+                x: Theme.margin
                 width: card.columnWidth
+                height: parent.height
                 title: Texts.source
-                isCopyable: card.lines.count > 0
-                onCopied: card.session.copyText(card.session.joinedSourceText())
+                text: card.session.joinedSourceText
+                onCopied: text => card.session.copyText(text)
             }
 
             TranscriptPane {
                 objectName: "card.translation"
-                anchors.verticalCenter: parent.verticalCenter
-                x: card.columnWidth + Theme.margin
+                x: 2 * Theme.margin + card.columnWidth
                 width: card.columnWidth
+                height: parent.height
                 title: Texts.taiwanChinese
+                text: card.session.joinedTranslatedText
                 isPrimary: true
-                description: card.lines.count > 0 && !card.lines.hasTranslatedText ? Texts.translationsComing : ""
-                isCopyable: card.lines.count > 0 && card.lines.hasTranslatedText
-                onCopied: card.session.copyText(card.session.joinedTranslatedText())
+                description: card.lines.count > 0 ? Texts.translationsComing : ""
+                onCopied: text => card.session.copyText(text)
             }
-        }
-
-        Item {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
 
             FollowingListView {
                 id: list
 
                 objectName: "card.lines"
                 anchors.fill: parent
+                anchors.topMargin: sourcePane.headHeight
                 anchors.leftMargin: Theme.margin
                 anchors.rightMargin: Theme.half
                 topMargin: Theme.half
@@ -131,13 +143,13 @@ Card {
 
             Hairline {
                 x: Theme.margin + card.columnWidth + Theme.gap
-                anchors.top: parent.top
-                anchors.bottom: parent.bottom
+                anchors.top: list.top
+                anchors.bottom: list.bottom
                 visible: card.lines.count > 0
             }
 
             UiText {
-                anchors.centerIn: parent
+                anchors.centerIn: list
                 visible: card.lines.count === 0
                 text: card.session.isRunning ? Texts.firstLineComing : Texts.linesWillStay
                 color: Theme.textSoft

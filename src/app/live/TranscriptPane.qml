@@ -3,22 +3,27 @@ import QtQuick.Layouts
 import Lumaphone.Controls
 import Lumaphone.Texts
 
-/// One side of the transcript: the head of its column, with what it is and a way to copy all of it.
+/// One side of the transcript, as high as its column: at the top what it is, and a way to copy all of its text. The lines lie over it.
 Item {
     id: pane
 
     required property string title
-    /// Shown while there is nothing to read.
+    /// Shown while there is no text.
     property string description
+    /// All that is read in this column.
+    required property string text
     property bool isPrimary: false
-    property bool isCopyable: false
+    readonly property real headHeight: 40
 
-    signal copied
+    signal copied(text: string)
 
-    implicitHeight: 36
+    implicitHeight: headHeight
+    Accessible.role: Accessible.Grouping
+    Accessible.name: title
 
     RowLayout {
-        anchors.fill: parent
+        width: parent.width
+        height: pane.headHeight
         spacing: Theme.unit
 
         UiText {
@@ -31,7 +36,7 @@ Item {
 
         UiText {
             Layout.fillWidth: true
-            text: pane.description
+            text: pane.text === "" ? pane.description : ""
             font.pixelSize: Theme.small
             color: Theme.textSoft
             elide: Text.ElideRight
@@ -43,8 +48,8 @@ Item {
             implicitHeight: 30
             systemImage: "doc.on.doc"
             help: Texts.copyAllOf(pane.title)
-            isDisabled: !pane.isCopyable
-            onClicked: pane.copied()
+            isDisabled: pane.text === ""
+            onClicked: pane.copied(pane.text)
         }
     }
 }
