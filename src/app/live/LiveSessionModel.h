@@ -3,6 +3,7 @@
 #include "app/live/CaptionLinesModel.h"
 #include "app/live/SessionPhase.h"
 #include "app/live/SoundWatch.h"
+#include "app/live/TranscriptModel.h"
 #include "session/SavedTranscriptFollower.h"
 #include "session/SystemAudioCaptureController.h"
 
@@ -72,6 +73,7 @@ class LiveSessionModel final : public QObject
     Q_PROPERTY(QString behindText READ behindText CONSTANT)
     // The card.
     Q_PROPERTY(lumaphone::CaptionLinesModel *lines READ lines CONSTANT)
+    Q_PROPERTY(lumaphone::TranscriptModel *transcript READ transcript CONSTANT)
     Q_PROPERTY(QString cardStatusText READ cardStatusText NOTIFY cardStatusTextChanged)
 
 public:
@@ -122,6 +124,8 @@ public:
     QString behindText() const;
 
     CaptionLinesModel *lines() { return &m_lines; }
+    /// The same lines with what their reader marks in them.
+    TranscriptModel *transcript() { return &m_transcript; }
     QString cardStatusText() const;
 
     /// Starts a session, or ends the one that runs or starts. Unsaved lines are not lost: the controller
@@ -177,6 +181,7 @@ private:
     const LumaphoneGlossaryStore &m_glossary;
     SoundWatch m_soundWatch;
     CaptionLinesModel m_lines;
+    TranscriptModel m_transcript {m_lines};
     SavedTranscriptFollower m_savedFollower;
     QTimer m_endPatience; ///< with the last translations
     SessionFacts m_facts;
