@@ -96,7 +96,9 @@ public:
         QStringList commands;
         for (const QVariant &group : groups()) {
             for (const QVariant &row : group.toMap()["rows"].toList()) {
-                commands += row.toMap()["commands"].toMap().keys();
+                for (const QVariant &command : row.toMap()["commands"].toList()) {
+                    commands += command.toMap()["name"].toString();
+                }
             }
         }
         return commands;
@@ -139,15 +141,13 @@ private slots:
         const Window window;
         const Table table(*window.studio.engine);
         QVERIFY(table.groups().size() >= 4);
-        QStringList commands;
+        const QStringList commands = table.commands();
         for (const QVariant &group : table.groups()) {
             QStringList keys;
             for (const QVariant &row : group.toMap()["rows"].toList()) {
-                const QVariantMap rowCommands = row.toMap()["commands"].toMap();
                 QVERIFY(!row.toMap()["text"].toString().isEmpty());
-                commands += rowCommands.keys();
-                for (const QVariant &sequences : rowCommands) {
-                    keys += sequences.toStringList();
+                for (const QVariant &command : row.toMap()["commands"].toList()) {
+                    keys += command.toMap()["keys"].toStringList();
                 }
             }
             for (const QString &key : keys) {

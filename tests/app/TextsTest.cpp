@@ -77,6 +77,17 @@ Texts expectedTexts()
         {"translateAllAgain", "全部再試一次"},
         {"translateAllAgainHelp", "把沒有翻譯的句子再送去翻譯一次"},
         {"toNewestLine", "回到最新一句"},
+        {"find", "尋找"},
+        {"findHelp", "在這段字幕裡尋找（Ctrl+F）"},
+        {"findInCaptions", "在這段字幕裡尋找"},
+        {"findPlaceholder", "尋找原文與譯文"},
+        {"findNext", "下一處（F3）"},
+        {"findPrevious", "上一處（Shift+F3）"},
+        {"closeFind", "關閉尋找（Esc）"},
+        {"notFound", "找不到"},
+        {"copyLine", "拷貝這一句和譯文"},
+        {"copySelection", "拷貝選取的文字"},
+        {"selectAll", "全選"},
         {"theseCaptions", "這段字幕"},
         {"notSavedYet", "這段字幕還沒儲存。"},
         {"discard", "捨棄"},
@@ -205,6 +216,11 @@ Texts expectedTexts()
         {"keyClose", "關閉視窗並結束 Lumaphone"},
         {"keyPage", "往上或往下一頁"},
         {"keyEnd", "最早或最新一句"},
+        {"keyLine", "上一句或下一句"},
+        {"keySelect", "往上或往下連續選取"},
+        {"keyLineMenu", "這一句的選單"},
+        {"keyFound", "下一處或上一處"},
+        {"keyLeave", "取消選取、關閉尋找"},
         {"comma", "，"},
     };
 }
@@ -283,6 +299,8 @@ private slots:
         row("actionOn", "編輯", "%1 100%", "編輯「%1 100%」");
         row("removeModelTitle", "英文", {}, "移除「英文」？");
         row("savedAs", "週會", {}, "已儲存：週會");
+        row("foundOf", 3, 12, "第 3 處，共 12 處");
+        row("foundOf", 0, 12, "共 12 處");
         row("copyAllOf", "原文", {}, "複製全部原文");
         row("sourceOfLine", 3, {}, "第 3 段原文");
         row("translationOfLine", 12, {}, "第 12 段台灣繁中譯文");
@@ -322,8 +340,10 @@ private slots:
                 "檢查這台電腦…", "鍵盤快速鍵…", "F1"});
         row("live",
             {"目前字幕", "剛剛聽到的內容", "原文", "台灣繁中", "複製全部原文", "複製全部台灣繁中",
-                "開始之後，聽到的每一句話都會留在這裡。", "回到最新一句", "這段字幕還沒儲存。", "捨棄",
-                "開始新的字幕", "儲存"});
+                "開始之後，聽到的每一句話都會留在這裡。", "回到最新一句", "在這段字幕裡尋找（Ctrl+F）",
+                "在這段字幕裡尋找", "尋找原文與譯文", "下一處（F3）", "上一處（Shift+F3）", "關閉尋找（Esc）",
+                "拷貝這一句和譯文", "拷貝原文", "拷貝譯文", "拷貝選取的文字", "全選", "尋找",
+                "這段字幕還沒儲存。", "捨棄", "開始新的字幕", "儲存"});
         row("library",
             {"紀錄庫", "搜尋字幕紀錄", "搜尋標題、備註、原文、譯文或術語", "選擇一筆字幕紀錄",
                 "儲存 live session 後，紀錄會出現在這裡。", "無法開啟這筆字幕紀錄", "開啟資料夾",

@@ -78,6 +78,9 @@ private slots:
             {"warning", "warningWell"},
             {"danger", "dangerWell"},
             {"danger", "surface"},
+            {"text", "selection"},
+            {"text", "found"},
+            {"text", "foundHere"},
         };
         for (const auto &[text, surface] : pairs) {
             QTest::addRow("%s on %s", text, surface) << QString(text) << QString(surface);

@@ -50,6 +50,15 @@ void photographLive(const QString &target)
         studio.photograph(target, QStringLiteral("live-running-empty"));
         studio.converse();
         studio.photograph(target, QStringLiteral("live-running"));
+        studio.live->transcript()->beginSelection(1, true, 2);
+        studio.live->transcript()->extendSelection(2, 6);
+        studio.photograph(target, QStringLiteral("live-selected"));
+        studio.live->transcript()->goTo(1);
+        studio.click(QStringLiteral("card.find"));
+        QTest::sendKeyEvent(
+            QTest::Click, studio.window, Qt::Key_unknown, QStringLiteral("の"), Qt::NoModifier);
+        studio.photograph(target, QStringLiteral("live-finding"));
+        QTest::keyClick(studio.window, Qt::Key_Escape);
         studio.content().setProperty("isInspectorVisible", false);
         studio.photograph(target, QStringLiteral("live-running-wide"));
         studio.content().setProperty("isInspectorVisible", true);

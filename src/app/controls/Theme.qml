@@ -43,6 +43,11 @@ QtObject {
     readonly property color danger: isDark ? "#ff8d85" : "#bd2b26"
     readonly property color dangerWell: isDark ? "#3f2325" : "#fbe6e5"
 
+    // Behind text that the reader has marked.
+    readonly property color selection: isDark ? "#3d4683" : "#cdd4fb"
+    readonly property color found: isDark ? "#4a3f1f" : "#fdf0c4"
+    readonly property color foundHere: isDark ? "#7d631a" : "#ffd665"
+
     // The grid.
     readonly property int half: 4
     readonly property int unit: 8

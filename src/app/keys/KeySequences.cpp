@@ -22,6 +22,7 @@ constexpr KeyLabel keyLabels[] {
     {u"PgDown", u"Page Down"},
     {u"Up", u"↑"},
     {u"Down", u"↓"},
+    {u"Menu", u"選單鍵"},
 };
 
 QString labelOf(const QString &sequence)

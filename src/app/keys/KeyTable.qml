@@ -15,27 +15,39 @@ QtObject {
             "rows": [
                 {
                     "text": Texts.keyStartOrStop,
-                    "commands": {
-                        "startOrStop": ["Ctrl+Return", "Ctrl+Enter"]
-                    }
+                    "commands": [
+                        {
+                            "name": "startOrStop",
+                            "keys": ["Ctrl+Return", "Ctrl+Enter"]
+                        }
+                    ]
                 },
                 {
                     "text": Texts.keyStartOrStopFreely,
-                    "commands": {
-                        "startOrStopFreely": ["Space"]
-                    }
+                    "commands": [
+                        {
+                            "name": "startOrStopFreely",
+                            "keys": ["Space"]
+                        }
+                    ]
                 },
                 {
                     "text": Texts.keySave,
-                    "commands": {
-                        "save": ["Ctrl+S"]
-                    }
+                    "commands": [
+                        {
+                            "name": "save",
+                            "keys": ["Ctrl+S"]
+                        }
+                    ]
                 },
                 {
                     "text": Texts.toggleFloatingCaptions,
-                    "commands": {
-                        "toggleFloatingCaptions": ["Ctrl+Shift+F"]
-                    }
+                    "commands": [
+                        {
+                            "name": "toggleFloatingCaptions",
+                            "keys": ["Ctrl+Shift+F"]
+                        }
+                    ]
                 }
             ]
         },
@@ -45,15 +57,21 @@ QtObject {
             "rows": [
                 {
                     "text": Texts.searchRecords,
-                    "commands": {
-                        "searchLibrary": ["Ctrl+F"]
-                    }
+                    "commands": [
+                        {
+                            "name": "searchLibrary",
+                            "keys": ["Ctrl+F"]
+                        }
+                    ]
                 },
                 {
                     "text": Texts.saveEdits,
-                    "commands": {
-                        "saveEdits": ["Ctrl+S"]
-                    }
+                    "commands": [
+                        {
+                            "name": "saveEdits",
+                            "keys": ["Ctrl+S"]
+                        }
+                    ]
                 }
             ]
         },
@@ -63,21 +81,30 @@ QtObject {
             "rows": [
                 {
                     "text": Texts.keySettings,
-                    "commands": {
-                        "openSettings": ["Ctrl+,"]
-                    }
+                    "commands": [
+                        {
+                            "name": "openSettings",
+                            "keys": ["Ctrl+,"]
+                        }
+                    ]
                 },
                 {
                     "text": Texts.keyList,
-                    "commands": {
-                        "openKeys": ["F1", "Ctrl+?"]
-                    }
+                    "commands": [
+                        {
+                            "name": "openKeys",
+                            "keys": ["F1", "Ctrl+?"]
+                        }
+                    ]
                 },
                 {
                     "text": Texts.keyClose,
-                    "commands": {
-                        "close": ["Ctrl+W", "Ctrl+Q"]
-                    }
+                    "commands": [
+                        {
+                            "name": "close",
+                            "keys": ["Ctrl+W", "Ctrl+Q"]
+                        }
+                    ]
                 }
             ]
         },
@@ -87,17 +114,122 @@ QtObject {
             "rows": [
                 {
                     "text": Texts.keyPage,
-                    "commands": {
-                        "pageUp": ["PgUp"],
-                        "pageDown": ["PgDown"]
-                    }
+                    "commands": [
+                        {
+                            "name": "pageUp",
+                            "keys": ["PgUp"]
+                        },
+                        {
+                            "name": "pageDown",
+                            "keys": ["PgDown"]
+                        }
+                    ]
                 },
                 {
                     "text": Texts.keyEnd,
-                    "commands": {
-                        "first": ["Home"],
-                        "newest": ["End"]
-                    }
+                    "commands": [
+                        {
+                            "name": "first",
+                            "keys": ["Home"]
+                        },
+                        {
+                            "name": "newest",
+                            "keys": ["End"]
+                        }
+                    ]
+                },
+                {
+                    "text": Texts.keyLine,
+                    "commands": [
+                        {
+                            "name": "previousLine",
+                            "keys": ["Up"]
+                        },
+                        {
+                            "name": "nextLine",
+                            "keys": ["Down"]
+                        }
+                    ]
+                },
+                {
+                    "text": Texts.keySelect,
+                    "commands": [
+                        {
+                            "name": "selectUp",
+                            "keys": ["Shift+Up"]
+                        },
+                        {
+                            "name": "selectDown",
+                            "keys": ["Shift+Down"]
+                        }
+                    ]
+                },
+                {
+                    "text": Texts.selectAll,
+                    "commands": [
+                        {
+                            "name": "selectAll",
+                            "keys": ["Ctrl+A"]
+                        }
+                    ]
+                },
+                {
+                    "text": Texts.copySelection,
+                    "commands": [
+                        {
+                            "name": "copySelection",
+                            "keys": ["Ctrl+C"]
+                        }
+                    ]
+                },
+                {
+                    "text": Texts.copyLine,
+                    "commands": [
+                        {
+                            "name": "copyLine",
+                            "keys": ["Ctrl+Shift+C"]
+                        }
+                    ]
+                },
+                {
+                    "text": Texts.keyLineMenu,
+                    "commands": [
+                        {
+                            "name": "openLineMenu",
+                            "keys": ["Menu", "Shift+F10"]
+                        }
+                    ]
+                },
+                {
+                    "text": Texts.find,
+                    "commands": [
+                        {
+                            "name": "find",
+                            "keys": ["Ctrl+F"]
+                        }
+                    ]
+                },
+                {
+                    "text": Texts.keyFound,
+                    "commands": [
+                        {
+                            "name": "findNext",
+                            "keys": ["F3"]
+                        },
+                        {
+                            "name": "findPrevious",
+                            "keys": ["Shift+F3"]
+                        }
+                    ]
+                },
+                {
+                    "text": Texts.keyLeave,
+                    "commands": [
+                        {
+                            "name": "leaveSelection",
+                            "keys": ["Esc"]
+                        }
+                    ]
                 }
             ]
         }
@@ -107,8 +239,9 @@ QtObject {
     function keysOf(command: string): var {
         for (const group of table.groups) {
             for (const row of group.rows) {
-                if (command in row.commands)
-                    return row.commands[command];
+                const found = row.commands.find(candidate => candidate.name === command);
+                if (found)
+                    return found.keys;
             }
         }
         return [];
@@ -116,10 +249,9 @@ QtObject {
     /// Which command of a group a key gives that is pressed with these modifiers; empty for none.
     function commandOf(group: string, key: int, modifiers: int): string {
         for (const row of table.groups.find(candidate => candidate.name === group).rows) {
-            for (const command in row.commands) {
-                if (KeySequences.contains(row.commands[command], key, modifiers))
-                    return command;
-            }
+            const found = row.commands.find(candidate => KeySequences.contains(candidate.keys, key, modifiers));
+            if (found)
+                return found.name;
         }
         return "";
     }
@@ -129,6 +261,6 @@ QtObject {
     }
     /// All keys of a row as people read them.
     function labelsOf(row: var): var {
-        return KeySequences.labels([].concat(...Object.values(row.commands)));
+        return KeySequences.labels([].concat(...row.commands.map(command => command.keys)));
     }
 }

@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
 import Lumaphone.Controls
-import Lumaphone.Keys
 
 /// A list that stays at its newest row until the user scrolls away, and returns there on request.
 ListView {
@@ -64,10 +63,6 @@ ListView {
     }
     onMovementStarted: list.isFollowing = false
     onMovementEnded: list.isFollowing = list.atYEnd
-
-    Keys.onUpPressed: list.scrollBy(-48)
-    Keys.onDownPressed: list.scrollBy(48)
-    Keys.onPressed: event => event.accepted = list.scroll(KeyTable.commandOf("transcript", event.key, event.modifiers))
 
     // Once for all that changes in one turn.
     Timer {

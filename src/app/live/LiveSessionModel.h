@@ -4,6 +4,7 @@
 #include "app/live/JoinedText.h"
 #include "app/live/SessionPhase.h"
 #include "app/live/SoundWatch.h"
+#include "app/live/TranscriptModel.h"
 #include "session/SavedTranscriptFollower.h"
 #include "session/SystemAudioCaptureController.h"
 
@@ -73,6 +74,7 @@ class LiveSessionModel final : public QObject
     Q_PROPERTY(QString behindText READ behindText CONSTANT)
     // The card.
     Q_PROPERTY(lumaphone::CaptionLinesModel *lines READ lines CONSTANT)
+    Q_PROPERTY(lumaphone::TranscriptModel *transcript READ transcript CONSTANT)
     Q_PROPERTY(QString cardStatusText READ cardStatusText NOTIFY cardStatusTextChanged)
     Q_PROPERTY(QString joinedSourceText READ joinedSourceText NOTIFY joinedSourceTextChanged)
     Q_PROPERTY(QString joinedTranslatedText READ joinedTranslatedText NOTIFY joinedTranslatedTextChanged)
@@ -125,6 +127,8 @@ public:
     QString behindText() const;
 
     CaptionLinesModel *lines() { return &m_lines; }
+    /// The same lines with what their reader marks in them.
+    TranscriptModel *transcript() { return &m_transcript; }
     QString cardStatusText() const;
     const QString &joinedSourceText() const { return m_joinedSource.text(); }
     const QString &joinedTranslatedText() const { return m_joinedTranslation.text(); }
@@ -186,6 +190,7 @@ private:
     CaptionLinesModel m_lines;
     JoinedText m_joinedSource {&LumaphoneCaptionLine::sourceText};
     JoinedText m_joinedTranslation {&LumaphoneCaptionLine::translatedText};
+    TranscriptModel m_transcript {m_lines};
     SavedTranscriptFollower m_savedFollower;
     QTimer m_endPatience; ///< with the last translations
     SessionFacts m_facts;

@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Lumaphone.Controls
+import Lumaphone.Keys
 import Lumaphone.Live
 import Lumaphone.Texts
 
@@ -12,26 +13,70 @@ Card {
 
     required property LiveSessionModel session
     readonly property CaptionLinesModel lines: session.lines
+    property bool isFinding: false
     /// Of each side; the rows and their heads lie in the same two columns.
     readonly property real columnWidth: Math.floor((width - 2 * Theme.margin - Theme.margin) / 2)
 
     function scroll(command: string): bool {
         return list.scroll(command);
     }
+    function find(): void {
+        card.isFinding = true;
+        findBar.begin(list.topRow());
+    }
+    function leaveFinding(): void {
+        card.isFinding = false;
+        card.session.transcript.search("", 0);
+        list.forceActiveFocus();
+    }
 
     padding: 0
     Accessible.role: Accessible.Grouping
     Accessible.name: Texts.justHeard
 
+    CommandShortcut {
+        command: "find"
+        enabled: card.visible && card.lines.count > 0
+        onActivated: card.find()
+    }
+
+    CommandShortcut {
+        command: "findNext"
+        enabled: card.visible && card.isFinding
+        autoRepeat: true
+        onActivated: findBar.step(1)
+    }
+
+    CommandShortcut {
+        command: "findPrevious"
+        enabled: card.visible && card.isFinding
+        autoRepeat: true
+        onActivated: findBar.step(-1)
+    }
+
     ColumnLayout {
         anchors.fill: parent
         spacing: 0
 
+        FindBar {
+            id: findBar
+
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.space
+            Layout.rightMargin: Theme.space
+            Layout.preferredHeight: 52
+            visible: card.isFinding
+            transcript: card.session.transcript
+            onFound: row => list.reveal(row)
+            onClosed: card.leaveFinding()
+        }
+
         RowLayout {
             Layout.fillWidth: true
             Layout.leftMargin: Theme.margin
-            Layout.rightMargin: Theme.margin
+            Layout.rightMargin: Theme.space
             Layout.preferredHeight: 52
+            visible: !card.isFinding
             spacing: 6
 
             UiText {
@@ -82,6 +127,14 @@ Card {
                 help: Texts.translateAllAgainHelp
                 onClicked: card.session.translateAgain()
             }
+
+            ToolbarIconButton {
+                objectName: "card.find"
+                visible: card.lines.count > 0
+                systemImage: "magnifyingglass"
+                help: Texts.findHelp
+                onClicked: card.find()
+            }
         }
 
         Hairline {
@@ -116,7 +169,7 @@ Card {
                 onCopied: text => card.session.copyText(text)
             }
 
-            FollowingListView {
+            TranscriptListView {
                 id: list
 
                 objectName: "card.lines"
@@ -126,10 +179,12 @@ Card {
                 anchors.rightMargin: Theme.half
                 topMargin: Theme.half
                 bottomMargin: Theme.half
-                model: card.lines
+                transcript: card.session.transcript
+                onFindWanted: card.find()
                 delegate: CaptionLineRow {
                     id: line
 
+                    isCurrent: list.activeFocus && list.transcript.currentRow === line.index
                     onTranslateAgain: card.session.translateLineAgain(line.index)
                 }
                 Accessible.role: Accessible.List

@@ -63,6 +63,17 @@ QtObject {
     readonly property string translateAllAgain: "全部再試一次"
     readonly property string translateAllAgainHelp: "把沒有翻譯的句子再送去翻譯一次"
     readonly property string toNewestLine: "回到最新一句"
+    readonly property string find: "尋找"
+    readonly property string findHelp: "在這段字幕裡尋找（Ctrl+F）"
+    readonly property string findInCaptions: "在這段字幕裡尋找"
+    readonly property string findPlaceholder: "尋找原文與譯文"
+    readonly property string findNext: "下一處（F3）"
+    readonly property string findPrevious: "上一處（Shift+F3）"
+    readonly property string closeFind: "關閉尋找（Esc）"
+    readonly property string notFound: "找不到"
+    readonly property string copyLine: "拷貝這一句和譯文"
+    readonly property string copySelection: "拷貝選取的文字"
+    readonly property string selectAll: "全選"
     readonly property string theseCaptions: "這段字幕"
     readonly property string notSavedYet: "這段字幕還沒儲存。"
     readonly property string discard: "捨棄"
@@ -195,6 +206,11 @@ QtObject {
     readonly property string keyClose: "關閉視窗並結束 Lumaphone"
     readonly property string keyPage: "往上或往下一頁"
     readonly property string keyEnd: "最早或最新一句"
+    readonly property string keyLine: "上一句或下一句"
+    readonly property string keySelect: "往上或往下連續選取"
+    readonly property string keyLineMenu: "這一句的選單"
+    readonly property string keyFound: "下一處或上一處"
+    readonly property string keyLeave: "取消選取、關閉尋找"
     readonly property string comma: "，"
 
     // Sentences with a name or a number in them.
@@ -206,6 +222,10 @@ QtObject {
     }
     function savedAs(title: string): string {
         return "已儲存：" + title;
+    }
+    /// `number`: which of them is looked at, counted from one; zero for none.
+    function foundOf(number: int, count: int): string {
+        return (number === 0 ? "" : "第 " + number + " 處，") + "共 " + count + " 處";
     }
     function copyAllOf(pane: string): string {
         return "複製全部" + pane;
