@@ -27,6 +27,10 @@ ApplicationWindow {
     property bool isDark: false
     readonly property alias content: view
 
+    /// The desktop's accent colour; transparent where it has none.
+    property color desktopAccent: "transparent"
+    property bool isHighContrast: false
+    property bool isMotionReduced: false
     width: 1280
     height: 800
     minimumWidth: 1040
@@ -44,6 +48,24 @@ ApplicationWindow {
 
     ContentView {
         id: view
+    Binding {
+        target: Theme
+        property: "desktopAccent"
+        value: window.desktopAccent
+    }
+
+    Binding {
+        target: Theme
+        property: "isHighContrast"
+        value: window.isHighContrast
+    }
+
+    Binding {
+        target: Theme
+        property: "isMotionReduced"
+        value: window.isMotionReduced
+    }
+
 
         anchors.fill: parent
         session: window.session

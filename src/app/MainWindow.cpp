@@ -4,6 +4,7 @@
 #include "app/QmlEngineSetup.h"
 #include "machine/Machine.h"
 
+#include <QColor>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QWindow>
@@ -49,7 +50,8 @@ MainWindow::~MainWindow()
 
 bool MainWindow::open()
 {
-    m_engine.setInitialProperties({
+    QVariantMap properties = appearance();
+    properties.insert({
         {QStringLiteral("session"), QVariant::fromValue(&m_session)},
         {QStringLiteral("inspector"), QVariant::fromValue(&m_inspector)},
         {QStringLiteral("provider"), QVariant::fromValue(&m_provider)},
@@ -58,14 +60,19 @@ bool MainWindow::open()
         {QStringLiteral("glossary"), QVariant::fromValue(&m_glossary)},
         {QStringLiteral("modelOffer"), QVariant::fromValue(&m_modelOffer)},
         {QStringLiteral("diagnosis"), QVariant::fromValue(&m_diagnosis)},
-        {QStringLiteral("isDark"), isDark()},
     });
+    m_engine.setInitialProperties(properties);
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Main.qml")));
     if (m_engine.rootObjects().isEmpty()) {
         return false;
     }
     m_window = qobject_cast<QWindow *>(m_engine.rootObjects().first());
-    m_appearance->observe([this] { m_window->setProperty("isDark", isDark()); });
+    m_appearance->observe([this] {
+        const QVariantMap changed = appearance();
+        for (auto property = changed.cbegin(); property != changed.cend(); ++property) {
+            m_window->setProperty(qPrintable(property.key()), property.value());
+        }
+    });
     raise();
     return true;
 }
@@ -86,9 +93,20 @@ void MainWindow::close() const
     }
 }
 
-bool MainWindow::isDark() const
+/// As the properties of the window.
+QVariantMap MainWindow::appearance() const
 {
-    return m_appearance->colorScheme() == ColorScheme::dark;
+    const DesktopAppearance &wanted = m_appearance->current();
+    const QColor accent = wanted.accent
+        ? QColor::fromRgbF(static_cast<float>(wanted.accent->red), static_cast<float>(wanted.accent->green),
+            static_cast<float>(wanted.accent->blue))
+        : QColor(Qt::transparent);
+    return {
+        {QStringLiteral("isDark"), wanted.scheme == ColorScheme::dark},
+        {QStringLiteral("desktopAccent"), accent},
+        {QStringLiteral("isHighContrast"), wanted.wantsHighContrast},
+        {QStringLiteral("isMotionReduced"), wanted.wantsReducedMotion},
+    };
 }
 
 std::unique_ptr<FloatingCaptionPanel> MainWindow::makePanel()

@@ -15,6 +15,7 @@
 
 #include <QQmlApplicationEngine>
 
+#include <QVariantMap>
 #include <memory>
 
 class QWindow;
@@ -40,7 +41,7 @@ public:
     void close() const;
 
 private:
-    bool isDark() const;
+    QVariantMap appearance() const;
     std::unique_ptr<FloatingCaptionPanel> makePanel();
 
     LumaphoneSettings &m_settings;

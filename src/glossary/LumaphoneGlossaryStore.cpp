@@ -158,6 +158,14 @@ void LumaphoneGlossaryStore::remove(const LumaphoneGlossaryTerm &term)
     });
 }
 
+void LumaphoneGlossaryStore::restore(const LumaphoneGlossaryTerm &term, qsizetype row)
+{
+    make([term, row](Terms &terms) {
+        terms.insert(std::clamp<qsizetype>(row, 0, terms.size()), term);
+        return true;
+    });
+}
+
 void LumaphoneGlossaryStore::importTerms(const QString &path)
 {
     importTerms(decodeTerms(path, m_makeUuid));

@@ -57,6 +57,8 @@ public:
     /// Removes the first term equal to this one, or else that of its `id`; nothing happens when there is
     /// none.
     void remove(const LumaphoneGlossaryTerm &term);
+    /// Puts back a term that was removed, where it was if the list is still that long.
+    void restore(const LumaphoneGlossaryTerm &term, qsizetype row);
     /// Appends the terms of a JSON, YAML or CSV file whose sources are new, whatever their case. Throws
     /// what decodeTerms() throws, and changes nothing then.
     void importTerms(const QString &path);

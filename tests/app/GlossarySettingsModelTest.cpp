@@ -29,9 +29,19 @@ struct Fixture
                                       return reveal(path);
                                   }};
     std::shared_ptr<MainQueue> mainQueue = MainQueue::create();
-    GlossarySettingsModel model {store, mainQueue};
+    std::chrono::milliseconds timeToRegret = GlossarySettingsModel::timeToRegret;
+    GlossarySettingsModel model {store, mainQueue, &QUuid::createUuid, timeToRegret};
 
+    explicit Fixture(std::chrono::milliseconds regret = GlossarySettingsModel::timeToRegret)
+        : timeToRegret(regret)
+    {
+    }
     ~Fixture() { mainQueue->close(); }
+    /// What another program would read.
+    QList<LumaphoneGlossaryTerm> stored() const
+    {
+        return LumaphoneGlossaryStore(folder.filePath("glossary"), {}).terms();
+    }
     QCoro::Task<> reveal(QString path)
     {
         revealed << path;
@@ -188,6 +198,79 @@ private slots:
         }
         QCOMPARE(sources(f.store.terms()), QStringList("b"));
         QVERIFY(!f.model.isEditing());
+    }
+
+    void aDeletedTermIsPutBackWhereItWas()
+    {
+        Fixture f;
+        for (const char *source : {"a", "b", "c"}) {
+            f.store.add(preserved(source));
+        }
+        const auto before = f.store.terms();
+        QCOMPARE(f.model.undoDeletion(), -1);
+        f.model.remove(1);
+        QCOMPARE(f.model.deletionNotice(), QString("已刪除「b」。"));
+        QCOMPARE(sources(f.stored()), QStringList({"a", "c"}));
+        QCOMPARE(f.model.undoDeletion(), 1);
+        QCOMPARE(f.store.terms(), before);
+        QCOMPARE(f.stored(), before);
+        QVERIFY(f.model.deletionNotice().isEmpty());
+        QCOMPARE(f.model.undoDeletion(), -1);
+        QCOMPARE(f.store.terms(), before);
+    }
+
+    void onlyTheLastDeletionIsOffered()
+    {
+        Fixture f;
+        for (const char *source : {"a", "b", "c"}) {
+            f.store.add(preserved(source));
+        }
+        f.model.remove(2);
+        f.model.remove(0);
+        QCOMPARE(f.model.deletionNotice(), QString("已刪除「a」。"));
+        QCOMPARE(f.model.undoDeletion(), 0);
+        QCOMPARE(sources(f.store.terms()), QStringList({"a", "b"}));
+    }
+
+    void whatComesAfterADeletionEndsTheOffer_data()
+    {
+        QTest::addColumn<std::function<void(Fixture &)>>("change");
+        using Change = std::function<void(Fixture &)>;
+        QTest::newRow("a new term") << Change([](Fixture &f) {
+            f.model.newTerm()->setSource("new");
+            f.model.addTerm();
+        });
+        QTest::newRow("a switched term") << Change([](Fixture &f) { f.model.toggle(0); });
+        QTest::newRow("the closed sheet") << Change([](Fixture &f) { f.model.dismissMessages(); });
+        QTest::newRow("another program's change") << Change([](Fixture &f) {
+            LumaphoneGlossaryStore other(f.folder.filePath("glossary"), {});
+            other.add(preserved("of another"));
+            f.model.refresh();
+        });
+    }
+
+    void whatComesAfterADeletionEndsTheOffer()
+    {
+        QFETCH(std::function<void(Fixture &)>, change);
+        Fixture f;
+        f.store.add(preserved("a"));
+        f.store.add(preserved("b"));
+        f.model.remove(1);
+        QVERIFY(!f.model.deletionNotice().isEmpty());
+        change(f);
+        QVERIFY(f.model.deletionNotice().isEmpty());
+        QCOMPARE(f.model.undoDeletion(), -1);
+        QVERIFY(!sources(f.store.terms()).contains("b"));
+    }
+
+    void theOfferEndsByItself()
+    {
+        Fixture f(std::chrono::milliseconds(1));
+        f.store.add(preserved("a"));
+        f.model.remove(0);
+        QVERIFY(waitUntil([&] { return f.model.deletionNotice().isEmpty(); }));
+        QCOMPARE(f.model.undoDeletion(), -1);
+        QVERIFY(f.store.terms().isEmpty());
     }
 
     void anEditedTermReplacesTheFormerOne()

@@ -25,7 +25,7 @@ struct Fixture
     QTemporaryDir folder;
     LumaphoneGlossaryStore store {folder.filePath("glossary"), {}};
     std::shared_ptr<MainQueue> mainQueue = MainQueue::create();
-    GlossarySettingsModel model {store, mainQueue};
+    GlossarySettingsModel model {store, mainQueue, &QUuid::createUuid, std::chrono::hours(1)};
     std::unique_ptr<ViewUnderTest> view;
 
     ~Fixture()
@@ -64,6 +64,60 @@ private slots:
         QVERIFY(!view.find("glossary.export")->isEnabled());
         QVERIFY(waitUntil([&] { return view.focusedName() == "glossary.new.source.field"; }));
         view.photograph("glossary-empty");
+    }
+
+    void aRowShowsItsTargetEvenIfItIsTheSource()
+    {
+        Fixture f;
+        f.store.add(translated("Qt", "Qt"));
+        f.store.add(preserved("Lumaphone"));
+        auto &view = f.open();
+        QCOMPARE(view.textOf("glossary.term.0.text"), QString("Qt → Qt"));
+        QCOMPARE(view.textOf("glossary.term.1.text"),
+            f.store.terms()[1].target.isEmpty() ? QString("Lumaphone")
+                                                : QString("Lumaphone → ") + f.store.terms()[1].target);
+    }
+
+    void aDeletedTermComesBackByPointer()
+    {
+        Fixture f;
+        f.fill();
+        const auto before = f.store.terms();
+        auto &view = f.open();
+        QVERIFY(!view.isShown("glossary.deletion"));
+        QVERIFY(view.click("glossary.term.1.delete"));
+        QCOMPARE(view.textOf("glossary.deletion"), QString("已刪除「latency」。"));
+        view.photograph("glossary-deleted");
+        view.setDark(true);
+        view.photograph("glossary-deleted-dark");
+        view.setDark(false);
+        QVERIFY(view.click("glossary.deletion.action"));
+        QCOMPARE(f.store.terms(), before);
+        QVERIFY(!view.isShown("glossary.deletion"));
+    }
+
+    void aDeletedTermComesBackByKeyboard()
+    {
+        Fixture f;
+        f.fill();
+        const auto before = f.store.terms();
+        auto &view = f.open();
+        view.find("glossary.list")->forceActiveFocus();
+        view.press(Qt::Key_Down);
+        view.press(Qt::Key_Delete);
+        QCOMPARE(f.store.terms().size(), before.size() - 1);
+        view.press(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(f.store.terms(), before);
+        QCOMPARE(view.find("glossary.list")->property("currentIndex").toInt(), 1);
+
+        view.press(Qt::Key_Delete);
+        for (int i = 0; i < 20 && view.focusedName() != "glossary.deletion.action"; ++i) {
+            view.press(Qt::Key_Tab);
+        }
+        QCOMPARE(view.focusedName(), QString("glossary.deletion.action"));
+        view.press(Qt::Key_Space);
+        QCOMPARE(f.store.terms(), before);
+        QVERIFY(view.find("glossary.list")->hasActiveFocus());
     }
 
     void aTermIsAddedByKeyboard()

@@ -69,7 +69,23 @@ private slots:
         QCOMPARE(titles(inspector.model.captionDisplayModes()),
             (QStringList {"雙語", "只顯示譯文", "只顯示原文"}));
         QCOMPARE(titles(inspector.model.sourceLanguages()),
+            (QStringList {"自動辨識", "英文", "韓文", "中文", "日文"}));
+        QCOMPARE(titles(inspector.model.commandBarLanguages()),
             (QStringList {"自動辨識", "日文", "英文", "韓文", "中文"}));
+    }
+
+    void everyLanguageCanBeChosen()
+    {
+        const Inspector inspector;
+        QSet<QString> offered;
+        for (const QVariant &choice : inspector.model.sourceLanguages()) {
+            offered.insert(choice.toMap().value("value").toString());
+        }
+        QSet<QString> known;
+        for (const AppleSystemSpeechLanguage language : allSpeechLanguages()) {
+            known.insert(rawValue(language));
+        }
+        QCOMPARE(offered, known);
     }
 
     void aChoiceReachesTheSettingsAndTheSession()

@@ -376,8 +376,10 @@ private slots:
         auto &view = f.open();
         view.find("inspector.language.picker")->forceActiveFocus();
         view.press(Qt::Key_Down);
+        QCOMPARE(f.live.controller->sourceLanguage(), Language::english);
+        view.press(Qt::Key_Down);
         QVERIFY(waitUntil([&] { return view.isShown("modelOffer.accept"); }));
-        QCOMPARE(f.live.controller->sourceLanguage(), Language::japanese);
+        QCOMPARE(f.live.controller->sourceLanguage(), Language::korean);
     }
 
     void withAnEndpointOnlySpeechIsOffered()

@@ -118,6 +118,34 @@ private slots:
         QCOMPARE(window.studio.find("languageMenu")->property("displayText"), "英文");
     }
 
+    void choicesShowTheirSymbols()
+    {
+        const Window window;
+        window.studio.click("inspector.source.picker");
+        QVERIFY(window.comes("inspector.source.picker.choices.microphone"));
+        const auto symbolOf = [&](const char *choice) {
+            return window.studio.find(QString("inspector.source.picker.choices.%1.label").arg(choice))
+                ->property("systemImage");
+        };
+        QCOMPARE(symbolOf("systemAudio"), QVariant("speaker.wave.2.fill"));
+        QCOMPARE(symbolOf("microphone"), QVariant("mic.fill"));
+    }
+
+    void theProvidersNoticeStaysBesideTheResultOfATest()
+    {
+        const Window window;
+        window.studio.content().setProperty("isProviderSettingsPresented", true);
+        QVERIFY(window.comes("provider.hint"));
+        drawFrame(*window.studio.window);
+        const QPointF place = window.studio.find("provider.test")->mapToScene({});
+        QVERIFY(!window.isShown("provider.testStatus"));
+        window.studio.provider->clearKey(); // its result stands where that of a test does
+        QVERIFY(window.comes("provider.testStatus"));
+        drawFrame(*window.studio.window);
+        QVERIFY(window.isShown("provider.hint"));
+        QCOMPARE(window.studio.find("provider.test")->mapToScene({}), place);
+    }
+
     void aPickerIsLeftByAClickBesideIt()
     {
         const Window window;

@@ -179,6 +179,8 @@ Texts expectedTexts()
         {"anyFileFilter", "所有檔案 (*)"},
         {"exportGlossaryTitle", "匯出術語表"},
         {"exportFilter", "YAML (*.yaml)"},
+        {"undoDeletion", "復原"},
+        {"undoDeletionHelp", "把刪除的術語放回去（Ctrl+Z）"},
         {"editTerm", "編輯術語"},
         {"editTermSubtitle", "調整固定譯法後，下一次翻譯就會套用。"},
         {"target", "譯文"},

@@ -7,6 +7,7 @@
 #include <QQmlEngine>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -46,8 +47,9 @@ private slots:
         setUpQmlEngine(m_engine);
         QQmlComponent component(&m_engine);
         component.setData("import QtQuick\nimport Lumaphone.Controls\n"
-                          "QtObject { property bool isDark\n onIsDarkChanged: Theme.isDark = isDark\n"
-                          "function of(name: string): color { return Theme[name] } }",
+                          "QtObject {\n"
+                          "function set(name: string, value: var): void { Theme[name] = value }\n"
+                          "function of(name: string): var { return Theme[name] } }",
             QUrl());
         m_theme.reset(component.create());
         QVERIFY2(m_theme, qPrintable(component.errorString()));
@@ -74,6 +76,14 @@ private slots:
             {"accentContrast", "accentPressed"},
             {"accentText", "accentWell"},
             {"accentText", "surface"},
+            {"accentText", "window"},
+            {"accentText", "raised"},
+            {"accent", "surface"},
+            {"text", "accentWell"},
+            {"textSecondary", "accentWell"},
+            {"text", "wellHovered"},
+            {"text", "wellPressed"},
+            {"textSecondary", "wellHovered"},
             {"success", "successWell"},
             {"warning", "warningWell"},
             {"danger", "dangerWell"},
@@ -92,21 +102,92 @@ private slots:
         QFETCH(const QString, text);
         QFETCH(const QString, surface);
         for (const bool isDark : {false, true}) {
-            m_theme->setProperty("isDark", !isDark);
-            m_theme->setProperty("isDark", isDark);
-            const double ratio = contrast(color(text), color(surface));
-            QVERIFY2(ratio >= 4.5,
-                qPrintable(QStringLiteral("%1:1 in %2").arg(ratio).arg(isDark ? "the dark" : "the light")));
+            set("isDark", isDark);
+            for (const bool isHighContrast : {false, true}) {
+                set("isHighContrast", isHighContrast);
+                for (const QColor &accent : accents()) {
+                    set("desktopAccent", accent);
+                    const double ratio = contrast(color(text), color(surface));
+                    QVERIFY2(ratio >= (isHighContrast ? 7 : 4.5),
+                        qPrintable(QStringLiteral("%1:1 %2 %3 %4")
+                                       .arg(ratio)
+                                       .arg(isDark ? "dark" : "light", isHighContrast ? "high contrast" : "",
+                                           accent.name(QColor::HexArgb))));
+                }
+            }
         }
     }
 
-private:
-    QColor color(const QString &name) const
+    void theDesktopsAccentKeepsItsHue()
     {
-        QColor found;
-        QMetaObject::invokeMethod(m_theme.get(), "of", Q_RETURN_ARG(QColor, found), Q_ARG(QString, name));
+        set("isHighContrast", false);
+        for (const bool isDark : {false, true}) {
+            set("isDark", isDark);
+            for (const QColor &accent : accents()) {
+                set("desktopAccent", accent);
+                if (accent.alpha() > 0 && accent.hslSaturation() > 40) {
+                    const int turned = std::abs(color("accent").hslHue() - accent.hslHue());
+                    QVERIFY2(std::min(turned, 360 - turned) <= 3, qPrintable(accent.name()));
+                }
+            }
+        }
+    }
+
+    void anAccentThatIsLegibleStaysAsItIs()
+    {
+        set("isHighContrast", false);
+        set("isDark", false);
+        set("desktopAccent", QColor("#005f9e"));
+        QCOMPARE(color("accent"), QColor("#005f9e"));
+        set("isDark", true);
+        set("desktopAccent", QColor("#9fd0ff"));
+        QCOMPARE(color("accent"), QColor("#9fd0ff"));
+    }
+
+    void withoutADesktopsAccentTheProgramHasItsOwn()
+    {
+        set("isHighContrast", false);
+        set("desktopAccent", QColor(Qt::transparent));
+        set("isDark", false);
+        QCOMPARE(color("accent"), QColor("#4356dd"));
+        QCOMPARE(color("window"), QColor("#f3f3f6"));
+        set("isDark", true);
+        QCOMPARE(color("accent"), QColor("#8f9dff"));
+        QCOMPARE(color("window"), QColor("#16171b"));
+    }
+
+    void nothingMovesForThoseWhoDoNotWantIt()
+    {
+        set("isMotionReduced", true);
+        QCOMPARE(value("quick").toInt(), 0);
+        set("isMotionReduced", false);
+        QVERIFY(value("quick").toInt() > 0);
+    }
+
+private:
+    /// None, the ones that desktops offer, and the worst there are.
+    static QList<QColor> accents()
+    {
+        QList<QColor> accents {Qt::transparent};
+        for (const char *name : {"#3584e4", "#2190a4", "#3a944a", "#c88800", "#ed5b00", "#e62d42", "#d56199",
+                 "#9141ac", "#6f8396", "#3daee9", "#e93d58", "#000000", "#ffffff", "#ffff00", "#00ffff",
+                 "#0000ff", "#00ff00", "#ff00ff", "#808080", "#7f7f00"}) {
+            accents.append(QColor(QLatin1String(name)));
+        }
+        return accents;
+    }
+    void set(const char *name, const QVariant &value)
+    {
+        QMetaObject::invokeMethod(
+            m_theme.get(), "set", Q_ARG(QString, QString::fromLatin1(name)), Q_ARG(QVariant, value));
+    }
+    QVariant value(const QString &name) const
+    {
+        QVariant found;
+        QMetaObject::invokeMethod(m_theme.get(), "of", Q_RETURN_ARG(QVariant, found), Q_ARG(QString, name));
         return found;
     }
+    QColor color(const QString &name) const { return value(name).value<QColor>(); }
 
     QQmlEngine m_engine;
     std::unique_ptr<QObject> m_theme;

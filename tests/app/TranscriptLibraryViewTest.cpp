@@ -3,10 +3,15 @@
 #include "app/ViewUnderTest.h"
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 #include "support/Coroutines.h"
+#include "support/VisibleItems.h"
 
+#include <QAccessible>
 #include <QClipboard>
+#include <QColor>
 #include <QGuiApplication>
 #include <QTest>
+
+#include <algorithm>
 
 namespace transcriptlibraryviewtest {
 
@@ -52,6 +57,40 @@ struct Fixture : LibraryFixture
         return store.loadRecord(newest.id).metadata;
     }
 };
+
+QStringList sentences(int count)
+{
+    QStringList sentences;
+    for (int number = 0; number < count; ++number) {
+        sentences << QStringLiteral("Sentence number %1 of a very long day").arg(number);
+    }
+    return sentences;
+}
+
+QString accessibleNameOfFocus(ViewUnderTest &view)
+{
+    QAccessibleInterface *field = QAccessible::queryAccessibleInterface(view.window().activeFocusItem());
+    return field == nullptr ? QString() : field->text(QAccessible::Name);
+}
+
+/// Whether some of the item lies within the view it is scrolled in.
+bool isInView(const QQuickItem *item, const QQuickItem *view)
+{
+    if (item == nullptr) {
+        return false;
+    }
+    const QRectF seen = view->mapRectToScene({0, 0, view->width(), view->height()});
+    return seen.contains(item->mapRectToScene({0, 0, item->width(), item->height()}).center());
+}
+
+/// Whether the cursor can be seen in the transcript.
+bool isFocusInView(ViewUnderTest &view)
+{
+    const QQuickItem *field = view.window().activeFocusItem();
+    const QQuickItem *reader = view.find("library.reader");
+    const QRectF cursor = field->mapRectToScene(field->property("cursorRectangle").toRectF());
+    return reader->mapRectToScene({0, 0, reader->width(), reader->height()}).contains(cursor);
+}
 
 } // namespace
 
@@ -249,14 +288,178 @@ private slots:
         }
     }
 
+    void aLongTitleBeginsAtItsBeginningUnlessItIsEdited()
+    {
+        Fixture f;
+        f.save(QStringLiteral("Lumaphone Transcript ") + QString("very ").repeated(40) + "long");
+        auto &view = f.open();
+        QQuickItem *field = view.find("library.title.field");
+        QVERIFY(field != nullptr);
+        QQuickItem *elided = view.find("library.title.elided");
+        QVERIFY(elided != nullptr);
+        QVERIFY(elided->property("truncated").toBool());
+        QCOMPARE(elided->property("text"), field->property("text"));
+        QCOMPARE(field->property("color").value<QColor>().alpha(), 0);
+        view.photograph("library-long-title");
+        field->forceActiveFocus();
+        QVERIFY(!view.isShown("library.title.elided"));
+        QCOMPARE(field->property("color").value<QColor>().alpha(), 255);
+        QCOMPARE(field->property("cursorPosition"), field->property("length"));
+        view.find("library.search.field")->forceActiveFocus();
+        QVERIFY(view.isShown("library.title.elided"));
+        QCOMPARE(field->property("cursorPosition").toInt(), 0);
+    }
+
+    void aShortTitleIsNotDrawnTwice()
+    {
+        Fixture f;
+        f.fill();
+        auto &view = f.open();
+        QVERIFY(!view.isShown("library.title.elided"));
+    }
+
+    void rowsHaveEditorsOnlyWhileTheyAreEdited()
+    {
+        Fixture f;
+        f.save("兩百段", sentences(200));
+        auto &view = f.open();
+        const auto editors = [&] {
+            const auto items = view.find("library.reader")->findChildren<QQuickItem *>();
+            return std::count_if(items.begin(), items.end(),
+                [](const QQuickItem *item) { return item->objectName() == "transcriptLine.source"; });
+        };
+        QCOMPARE(editors(), 0);
+        QVERIFY(view.click("library.edit"));
+        QVERIFY(waitUntil([&] { return view.isShown("transcriptLine.source"); }));
+        QVERIFY(editors() < 20);
+        QVERIFY(view.click("library.edit"));
+        QVERIFY(waitUntil([&] { return editors() == 0; }));
+    }
+
+    void tabLeadsThroughTheLinesInTheirOrderAndTheViewFollows()
+    {
+        Fixture f;
+        f.save("四十段", sentences(40));
+        auto &view = f.open();
+        QVERIFY(view.click("library.edit"));
+        QVERIFY(waitUntil([&] { return view.isShown("transcriptLine.source"); }));
+        view.find("library.note.field")->forceActiveFocus();
+        for (int line = 1; line <= 40; ++line) {
+            for (const QString &name : {QStringLiteral("第 %1 段原文").arg(line),
+                     QStringLiteral("第 %1 段台灣繁中譯文").arg(line)}) {
+                view.press(Qt::Key_Tab);
+                QCOMPARE(accessibleNameOfFocus(view), name);
+                QVERIFY2(isFocusInView(view), qPrintable(name));
+            }
+        }
+        view.press(Qt::Key_Tab);
+        QVERIFY(!view.focusedName().startsWith("transcriptLine"));
+        QVERIFY(view.focusedName() != QString("library.note.field"));
+    }
+
+    void tabLeadsBackToTheNoteAndOutOfTheTranscript()
+    {
+        Fixture f;
+        f.save("三段", sentences(3));
+        auto &view = f.open();
+        QVERIFY(view.click("library.edit"));
+        QVERIFY(waitUntil([&] { return view.isShown("transcriptLine.source"); }));
+        view.find("library.note.field")->forceActiveFocus();
+        view.press(Qt::Key_Tab);
+        view.press(Qt::Key_Tab);
+        view.press(Qt::Key_Tab);
+        QCOMPARE(accessibleNameOfFocus(view), QString("第 2 段原文"));
+        for (const char *name : {"第 1 段台灣繁中譯文", "第 1 段原文", "備註"}) {
+            view.press(Qt::Key_Backtab, Qt::ShiftModifier);
+            QCOMPARE(accessibleNameOfFocus(view), QString(name));
+        }
+        view.press(Qt::Key_Backtab, Qt::ShiftModifier); // the transcript itself
+        view.press(Qt::Key_Backtab, Qt::ShiftModifier);
+        QCOMPARE(view.focusedName(), QString("library.delete"));
+    }
+
+    void anEditedLineKeepsTheKeyboardWhileTheViewIsElsewhere()
+    {
+        Fixture f;
+        const auto record = f.save("兩百段", sentences(200));
+        auto &view = f.open();
+        QVERIFY(view.click("library.edit"));
+        QVERIFY(waitUntil([&] { return view.isShown("transcriptLine.source"); }));
+        view.find("library.note.field")->forceActiveFocus();
+        view.press(Qt::Key_Tab);
+        auto *reader = view.find("library.reader");
+        reader->setProperty("contentY", 9000);
+        drawFrame(view.window());
+        QVERIFY(!isFocusInView(view));
+        view.press(Qt::Key_X);
+        QVERIFY(isFocusInView(view));
+        QVERIFY(view.click("library.save"));
+        const auto lines = f.store.loadRecord(record.id).lines;
+        QVERIFY(lines.first().sourceText.startsWith('x'));
+        QCOMPARE(std::count_if(lines.begin(), lines.end(),
+                     [](const SavedTranscriptLine &line) { return line.sourceText.startsWith('x'); }),
+            1);
+    }
+
+    void escapeLeavesTheFieldForTheTranscript()
+    {
+        Fixture f;
+        f.save("三段", sentences(3));
+        auto &view = f.open();
+        QVERIFY(view.click("library.edit"));
+        QVERIFY(waitUntil([&] { return view.isShown("transcriptLine.source"); }));
+        view.find("library.note.field")->forceActiveFocus();
+        view.press(Qt::Key_Tab);
+        QCOMPARE(view.focusedName(), QString("transcriptLine.source.field"));
+        view.press(Qt::Key_Escape);
+        QVERIFY(view.focusedName().isEmpty());
+        QVERIFY(view.find("library.reader")->hasActiveFocus());
+        view.press(Qt::Key_Return);
+        QCOMPARE(accessibleNameOfFocus(view), QString("第 1 段原文"));
+    }
+
+    void aGrowingNoteIsFollowed()
+    {
+        Fixture f;
+        f.save("四十段", sentences(40));
+        auto &view = f.open();
+        auto *note = view.find("library.note.field");
+        QVERIFY(note != nullptr);
+        note->forceActiveFocus();
+        const double top = note->mapToScene({}).y();
+        for (int line = 0; line < 3; ++line) {
+            view.press(Qt::Key_Return);
+        }
+        QCOMPARE(note->mapToScene({}).y(), top); // there is room: it grows downwards
+        for (int line = 0; line < 60; ++line) {
+            view.press(Qt::Key_Return);
+            QVERIFY(isFocusInView(view));
+        }
+        view.press(Qt::Key_Home, Qt::ControlModifier);
+        QVERIFY(isFocusInView(view));
+    }
+
+    void aRecordListThatGetsTheKeyboardShowsItsChosenRow()
+    {
+        Fixture f;
+        for (int number = 0; number < 30; ++number) {
+            f.save(QStringLiteral("第 %1 場").arg(number));
+        }
+        auto &view = f.open();
+        auto *list = view.find("library.list");
+        list->setProperty("contentY", 1000);
+        drawFrame(view.window());
+        QVERIFY(!isInView(view.find("library.record.0"), list));
+        view.find("library.search.field")->forceActiveFocus();
+        view.press(Qt::Key_Tab);
+        QCOMPARE(view.focusedName(), QString("library.record.0"));
+        QVERIFY(isInView(view.find("library.record.0"), list));
+    }
+
     void aLongTranscriptKeepsFewRowsAlive()
     {
         Fixture f;
-        QStringList sources;
-        for (int i = 0; i < 5000; ++i) {
-            sources << QString("Sentence number %1 of a very long day").arg(i);
-        }
-        f.save("五千段", sources);
+        f.save("五千段", sentences(5000));
         auto &view = f.open();
         QCOMPARE(f.workspace->draftLines()->count(), 5000);
         auto *reader = view.find("library.reader");

@@ -43,7 +43,7 @@ T.MenuItem {
             anchors.right: parent.right
             text: item.keys
             font.pixelSize: Theme.caption
-            color: Theme.textSoft
+            color: Theme.textSecondary
             Accessible.ignored: true
         }
     }

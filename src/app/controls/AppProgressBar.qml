@@ -15,7 +15,7 @@ T.ProgressBar {
     Accessible.name: title
 
     NumberAnimation on sweep {
-        running: bar.indeterminate && bar.visible
+        running: bar.indeterminate && bar.visible && !Theme.isMotionReduced
         loops: Animation.Infinite
         from: 0
         to: 1
@@ -27,7 +27,7 @@ T.ProgressBar {
         clip: true
 
         Rectangle {
-            x: bar.indeterminate ? bar.sweep * (bar.width + width) - width : 0
+            x: !bar.indeterminate ? 0 : Theme.isMotionReduced ? (bar.width - width) / 2 : bar.sweep * (bar.width + width) - width
             width: bar.width * (bar.indeterminate ? 0.3 : bar.visualPosition)
             height: bar.height
             radius: height / 2

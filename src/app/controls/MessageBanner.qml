@@ -9,20 +9,27 @@ Rectangle {
 
     enum Tone {
         Error,
-        Success
+        Success,
+        Neutral
     }
 
     property string text
     property int tone: MessageBanner.Tone.Error
     property bool isDismissable: true
+    /// What can be done about it; nothing while empty.
+    property string actionText
+    property string actionHelp
+    readonly property Item actionButton: action
 
     signal dismissed
+    signal acted
 
     readonly property bool isError: tone === MessageBanner.Tone.Error
+    readonly property color foreground: [Theme.danger, Theme.success, Theme.text][tone]
 
     implicitHeight: Math.max(44, row.implicitHeight + 2 * Theme.unit)
     radius: Theme.radius
-    color: isError ? Theme.dangerWell : Theme.successWell
+    color: [Theme.dangerWell, Theme.successWell, Theme.well][tone]
 
     Accessible.role: isError ? Accessible.AlertMessage : Accessible.StaticText
     Accessible.name: text
@@ -38,18 +45,30 @@ Rectangle {
         Symbol {
             Layout.alignment: Qt.AlignTop
             Layout.topMargin: 6
-            name: banner.isError ? "exclamationmark.triangle.fill" : "checkmark.circle.fill"
+            name: ["exclamationmark.triangle.fill", "checkmark.circle.fill", "info.circle"][banner.tone]
             size: 18
-            color: banner.isError ? Theme.danger : Theme.success
+            color: banner.foreground
         }
 
         UiText {
             Layout.fillWidth: true
             text: banner.text
-            color: banner.isError ? Theme.danger : Theme.success
+            color: banner.foreground
             wrapMode: Text.Wrap
             lineHeight: 1.25
             Accessible.ignored: true
+        }
+
+        ActionButton {
+            id: action
+
+            objectName: banner.objectName + ".action"
+            visible: banner.actionText !== ""
+            isCompact: true
+            kind: ActionButton.Kind.Quiet
+            text: banner.actionText
+            help: banner.actionHelp
+            onClicked: banner.acted()
         }
 
         ToolbarIconButton {

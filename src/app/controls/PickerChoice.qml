@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Templates as T
 import Lumaphone.Controls
 
@@ -32,13 +33,24 @@ T.ItemDelegate {
     Accessible.name: modelData.title
     Accessible.selected: isChosen
 
-    contentItem: IconAndText {
-        systemImage: choice.isChosen ? "checkmark" : ""
-        reservesSymbol: true
-        symbolSize: 16
-        symbolColor: Theme.accentText
-        text: choice.modelData.title
-        font: choice.font
+    contentItem: RowLayout {
+        spacing: Theme.unit
+
+        Symbol {
+            name: choice.isChosen ? "checkmark" : ""
+            size: 16
+            color: Theme.accentText
+        }
+
+        IconAndText {
+            Layout.fillWidth: true
+            objectName: choice.objectName + ".label"
+            systemImage: choice.modelData.symbol ?? ""
+            symbolSize: 16
+            symbolColor: Theme.textSecondary
+            text: choice.modelData.title
+            font: choice.font
+        }
     }
 
     background: Rectangle {

@@ -14,8 +14,20 @@ FocusScope {
     property alias text: area.text
     property alias placeholderText: placeholder.text
     readonly property Item field: area
+    /// Whether those who hear `tabbedOut` say where Tab leads from here, and how it comes here: not the order of the controls.
+    property bool isTabGuided: false
 
     signal edited
+    signal tabbedOut(isForward: bool)
+    /// The cursor of `field` is elsewhere, or it has just got the keyboard.
+    signal cursorMoved(cursor: rect)
+
+    function leave(isForward: bool): void {
+        if (box.isTabGuided)
+            box.tabbedOut(isForward);
+        else
+            area.nextItemInFocusChain(isForward).forceActiveFocus(isForward ? Qt.TabFocusReason : Qt.BacktabFocusReason);
+    }
 
     implicitWidth: 240
     implicitHeight: column.implicitHeight
@@ -38,6 +50,7 @@ FocusScope {
 
             Layout.fillWidth: true
             focus: true
+            activeFocusOnTab: !box.isTabGuided
             padding: Theme.gap
             topPadding: Theme.unit
             bottomPadding: Theme.unit
@@ -58,12 +71,20 @@ FocusScope {
             Accessible.multiLine: true
 
             // Tab moves on, as everywhere else.
-            Keys.onTabPressed: area.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-            Keys.onBacktabPressed: area.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+            Keys.onTabPressed: box.leave(true)
+            Keys.onBacktabPressed: box.leave(false)
 
             onTextChanged: {
                 if (activeFocus)
                     box.edited();
+            }
+            onActiveFocusChanged: {
+                if (activeFocus)
+                    box.cursorMoved(area.cursorRectangle);
+            }
+            onCursorRectangleChanged: {
+                if (activeFocus)
+                    box.cursorMoved(area.cursorRectangle);
             }
 
             background: Rectangle {

@@ -52,6 +52,8 @@ FocusScope {
         T.TextField {
             id: field
 
+            readonly property color textColor: field.enabled ? Theme.text : Theme.textDisabled
+
             Layout.fillWidth: true
             focus: true
             implicitHeight: box.isTitle ? 44 : Theme.controlHeight
@@ -63,7 +65,7 @@ FocusScope {
             passwordCharacter: "•"
             selectByMouse: true
             hoverEnabled: true
-            color: enabled ? Theme.text : Theme.textDisabled
+            color: elided.visible ? "transparent" : field.textColor
             selectionColor: Theme.accent
             selectedTextColor: Theme.accentContrast
             font.family: Theme.fontFamily
@@ -78,10 +80,16 @@ FocusScope {
             Accessible.passwordEdit: box.isSecret
 
             onTextEdited: box.edited()
-            // A text that is only shown is shown from its beginning.
+            // A text that is only shown is shown from its beginning; who types goes on at its end.
             onTextChanged: {
                 if (!field.activeFocus)
-                    field.ensureVisible(0);
+                    field.cursorPosition = 0;
+            }
+            onActiveFocusChanged: {
+                if (!field.activeFocus)
+                    field.cursorPosition = 0;
+                else if (field.focusReason !== Qt.MouseFocusReason)
+                    field.cursorPosition = field.length;
             }
             onAccepted: box.accepted()
 
@@ -104,6 +112,21 @@ FocusScope {
                 font: field.font
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+
+            Text {
+                id: elided
+
+                anchors.fill: placeholder
+                verticalAlignment: Text.AlignVCenter
+                visible: !field.activeFocus && !box.isSecret && field.contentWidth > width
+                text: field.text
+                color: field.textColor
+                font: field.font
+                elide: Text.ElideRight
+                textFormat: Text.PlainText
+                objectName: box.objectName + ".elided"
                 Accessible.ignored: true
             }
 

@@ -9,20 +9,27 @@
 #include <QPointer>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <utility>
 
 namespace lumaphone {
 
 GlossarySettingsModel::GlossarySettingsModel(LumaphoneGlossaryStore &store,
-    std::shared_ptr<MainQueue> mainQueue, UuidGenerator makeUuid, QObject *parent)
+    std::shared_ptr<MainQueue> mainQueue, UuidGenerator makeUuid,
+    std::chrono::milliseconds timeToRegretDeletion, QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_mainQueue(std::move(mainQueue))
     , m_makeUuid(std::move(makeUuid))
 {
     m_terms.setTerms(m_store.terms());
-    connect(
-        &m_store, &LumaphoneGlossaryStore::termsChanged, this, [this] { m_terms.setTerms(m_store.terms()); });
+    connect(&m_store, &LumaphoneGlossaryStore::termsChanged, this, [this] {
+        m_terms.setTerms(m_store.terms());
+        noteDeletion({});
+    });
+    m_regret.setSingleShot(true);
+    m_regret.setInterval(timeToRegretDeletion);
+    connect(&m_regret, &QTimer::timeout, this, [this] { noteDeletion({}); });
     connect(&m_store, &LumaphoneGlossaryStore::lastErrorMessageChanged, this,
         &GlossarySettingsModel::storeErrorChanged);
 }
@@ -91,7 +98,36 @@ void GlossarySettingsModel::remove(int row)
 {
     if (isRow(row)) {
         const LumaphoneGlossaryTerm term = m_terms.terms()[row];
+        const int formerCount = m_terms.count();
         m_store.remove(term);
+        if (m_terms.count() < formerCount) {
+            noteDeletion(Deletion {term, row});
+        }
+    }
+}
+
+int GlossarySettingsModel::undoDeletion()
+{
+    if (!m_deletion) {
+        return -1;
+    }
+    const Deletion deletion = *m_deletion;
+    m_store.restore(deletion.term, deletion.row);
+    return std::min(deletion.row, m_terms.count() - 1);
+}
+
+QString GlossarySettingsModel::deletionNotice() const
+{
+    return m_deletion ? QStringLiteral("已刪除「%1」。").arg(m_deletion->term.source) : QString();
+}
+
+void GlossarySettingsModel::noteDeletion(const std::optional<Deletion> &deletion)
+{
+    set(m_deletion, deletion, &GlossarySettingsModel::deletionNoticeChanged);
+    if (deletion) {
+        m_regret.start();
+    } else {
+        m_regret.stop();
     }
 }
 
@@ -195,6 +231,7 @@ void GlossarySettingsModel::dismissMessages()
 {
     set(m_importError, QString(), &GlossarySettingsModel::importErrorChanged);
     set(m_notice, QString(), &GlossarySettingsModel::noticeChanged);
+    noteDeletion({});
 }
 
 } // namespace lumaphone

@@ -8,11 +8,14 @@
 #include <QCoroTask>
 #include <QList>
 #include <QObject>
+#include <QTimer>
 #include <QUrl>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
+#include <chrono>
 #include <memory>
+#include <optional>
 
 namespace lumaphone {
 
@@ -35,15 +38,22 @@ class GlossarySettingsModel : public QObject
     Q_PROPERTY(QString importError READ importError NOTIFY importErrorChanged)
     /// What came of the last import or export that succeeded.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
+    /// Says which term has just been deleted, as long as it can be put back: for some seconds, or until the
+    /// next change.
+    Q_PROPERTY(QString deletionNotice READ deletionNotice NOTIFY deletionNoticeChanged)
     /// What the store could not read or write.
     Q_PROPERTY(QString storeError READ storeError NOTIFY storeErrorChanged)
     /// Where an export is offered to be written: in the user's documents.
     Q_PROPERTY(QUrl exportFile READ exportFile CONSTANT)
 
 public:
+    /// How long a deleted term can be put back.
+    static constexpr std::chrono::seconds timeToRegret {10};
+
     /// The store must outlive the model. Imported terms get identities from any thread.
     GlossarySettingsModel(LumaphoneGlossaryStore &store, std::shared_ptr<MainQueue> mainQueue,
-        UuidGenerator makeUuid = &QUuid::createUuid, QObject *parent = nullptr);
+        UuidGenerator makeUuid = &QUuid::createUuid,
+        std::chrono::milliseconds timeToRegretDeletion = timeToRegret, QObject *parent = nullptr);
     ~GlossarySettingsModel() override;
 
     GlossaryTermListModel *terms() { return &m_terms; }
@@ -54,6 +64,7 @@ public:
     bool isImporting() const { return m_isImporting; }
     const QString &importError() const { return m_importError; }
     const QString &notice() const { return m_notice; }
+    QString deletionNotice() const;
     QString storeError() const;
     QUrl exportFile() const;
 
@@ -64,6 +75,8 @@ public:
     // Each takes a row of the list; one that is not there is no row.
     Q_INVOKABLE void toggle(int row);
     Q_INVOKABLE void remove(int row);
+    /// Puts the term back that was deleted last, if it still can be. Returns its row, or -1.
+    Q_INVOKABLE int undoDeletion();
     Q_INVOKABLE void edit(int row);
     /// Replaces the edited term in the store.
     Q_INVOKABLE void saveEditedTerm();
@@ -82,12 +95,22 @@ signals:
     void isImportingChanged();
     void importErrorChanged();
     void noticeChanged();
+    void deletionNoticeChanged();
     void storeErrorChanged();
 
 private:
+    struct Deletion
+    {
+        LumaphoneGlossaryTerm term;
+        int row = 0;
+
+        bool operator==(const Deletion &) const = default;
+    };
+
     template<typename Value>
     void set(Value &member, const Value &value, void (GlossarySettingsModel::*changed)());
     bool isRow(int row) const { return row >= 0 && row < m_terms.count(); }
+    void noteDeletion(const std::optional<Deletion> &deletion);
     QCoro::Task<> import(QList<QUrl> files);
     QCoro::Task<> reveal();
 
@@ -98,6 +121,8 @@ private:
     GlossaryTermEditor m_newTerm;
     GlossaryTermEditor m_editingTerm;
     LumaphoneGlossaryTerm m_formerTerm; ///< the edited one as it was
+    std::optional<Deletion> m_deletion; ///< that can be undone
+    QTimer m_regret;
     bool m_isEditing = false;
     bool m_isImporting = false;
     QString m_importError;

@@ -135,6 +135,8 @@ Sheet {
             objectName: "glossary.list"
             anchors.fill: parent
             anchors.margins: Theme.half
+            // The last row can be seen beside what lies over the list.
+            bottomMargin: deletion.visible ? deletion.height + Theme.unit : 0
             clip: true
             boundsBehavior: Flickable.StopAtBounds
             activeFocusOnTab: count > 0
@@ -147,11 +149,7 @@ Sheet {
             Keys.onSpacePressed: sheet.settings.toggle(currentIndex)
             Keys.onReturnPressed: sheet.settings.edit(currentIndex)
             Keys.onEnterPressed: sheet.settings.edit(currentIndex)
-            Keys.onDeletePressed: {
-                sheet.settings.remove(currentIndex);
-                // The row that had the keyboard is gone.
-                list.forceActiveFocus();
-            }
+            Keys.onDeletePressed: sheet.deleteTerm(currentIndex)
 
             delegate: GlossaryTermRow {
                 required property int index
@@ -167,7 +165,7 @@ Sheet {
                 }
                 onSwitched: sheet.settings.toggle(index)
                 onEdited: sheet.settings.edit(index)
-                onDeleted: sheet.settings.remove(index)
+                onDeleted: sheet.deleteTerm(index)
             }
         }
 
@@ -177,6 +175,29 @@ Sheet {
             visible: list.count === 0
             systemImage: "text.book.closed"
             title: Texts.glossaryEmpty
+        }
+
+        MessageBanner {
+            id: deletion
+
+            objectName: "glossary.deletion"
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            anchors.margins: Theme.unit
+            visible: text !== ""
+            tone: MessageBanner.Tone.Neutral
+            text: sheet.settings.deletionNotice
+            actionText: Texts.undoDeletion
+            actionHelp: Texts.undoDeletionHelp
+            isDismissable: false
+            onActed: sheet.undoDeletion()
+        }
+
+        Shortcut {
+            enabled: deletion.visible && !sheet.settings.isEditing
+            sequence: "Ctrl+Z"
+            onActivated: sheet.undoDeletion()
         }
 
         DropArea {
@@ -247,6 +268,20 @@ Sheet {
         settings.addTerm();
         list.positionViewAtEnd();
         source.forceActiveFocus();
+    }
+
+    /// The row that had the keyboard is gone; the list keeps it.
+    function deleteTerm(row: int): void {
+        settings.remove(row);
+        list.forceActiveFocus();
+    }
+    function undoDeletion(): void {
+        const row = settings.undoDeletion();
+        if (row < 0)
+            return;
+        list.currentIndex = row;
+        list.positionViewAtIndex(row, ListView.Contain);
+        list.forceActiveFocus();
     }
 
     GlossaryTermEditorSheet {

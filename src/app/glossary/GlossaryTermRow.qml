@@ -53,7 +53,8 @@ T.ItemDelegate {
 
             UiText {
                 Layout.fillWidth: true
-                text: row.target === "" || row.target === row.source ? row.source : row.source + " → " + row.target
+                objectName: row.objectName + ".text"
+                text: row.target === "" ? row.source : row.source + " → " + row.target
                 color: row.isTermEnabled ? Theme.text : Theme.textSoft
                 elide: Text.ElideRight
                 Accessible.ignored: true

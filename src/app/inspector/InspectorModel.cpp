@@ -9,6 +9,7 @@
 
 #include <QVariantMap>
 
+#include <array>
 #include <cmath>
 
 namespace lumaphone {
@@ -29,6 +30,20 @@ template<typename Cases> QVariantList choices(const Cases &cases)
     }
     return list;
 }
+
+template<typename Languages> QVariantList languageChoices(const Languages &languages)
+{
+    QVariantList list;
+    for (const AppleSystemSpeechLanguage language : languages) {
+        list.append(choice(rawValue(language), displayName(language)));
+    }
+    return list;
+}
+
+/// The command bar has an order of its own.
+constexpr std::array languagesOfTheInspector {AppleSystemSpeechLanguage::automatic,
+    AppleSystemSpeechLanguage::english, AppleSystemSpeechLanguage::korean,
+    AppleSystemSpeechLanguage::mandarin, AppleSystemSpeechLanguage::japanese};
 
 /// None of what a provider can do depends on its key.
 ProviderCapabilities capabilities(const LumaphoneSettings &settings)
@@ -72,11 +87,12 @@ QVariantList InspectorModel::audioInputSources() const
 
 QVariantList InspectorModel::sourceLanguages() const
 {
-    QVariantList list;
-    for (const auto language : allSpeechLanguages()) {
-        list.append(choice(rawValue(language), displayName(language)));
-    }
-    return list;
+    return languageChoices(languagesOfTheInspector);
+}
+
+QVariantList InspectorModel::commandBarLanguages() const
+{
+    return languageChoices(allSpeechLanguages());
 }
 
 QVariantList InspectorModel::processingModes() const

@@ -20,7 +20,10 @@ class InspectorModel final : public QObject
     QML_UNCREATABLE("The program makes the one model.")
     Q_PROPERTY(lumaphone::LumaphoneSettings *settings READ settings CONSTANT)
     Q_PROPERTY(QVariantList audioInputSources READ audioInputSources CONSTANT)
+    /// In the inspector's order.
     Q_PROPERTY(QVariantList sourceLanguages READ sourceLanguages CONSTANT)
+    /// In the order of the command bar.
+    Q_PROPERTY(QVariantList commandBarLanguages READ commandBarLanguages CONSTANT)
     Q_PROPERTY(QVariantList processingModes READ processingModes CONSTANT)
     Q_PROPERTY(QVariantList captionThemes READ captionThemes CONSTANT)
     Q_PROPERTY(QVariantList captionDisplayModes READ captionDisplayModes CONSTANT)
@@ -57,6 +60,7 @@ public:
     LumaphoneSettings *settings() const { return &m_settings; }
     QVariantList audioInputSources() const;
     QVariantList sourceLanguages() const;
+    QVariantList commandBarLanguages() const;
     QVariantList processingModes() const;
     QVariantList captionThemes() const;
     QVariantList captionDisplayModes() const;

@@ -88,22 +88,20 @@ Sheet {
         }
     }
 
+    UiText {
+        Layout.fillWidth: true
+        objectName: "provider.hint"
+        text: Texts.providerHint
+        font.pixelSize: Theme.small
+        color: Theme.textSoft
+        lineHeight: 1.3
+        wrapMode: Text.Wrap
+    }
+
     // The place of the result is kept, so that nothing moves when it comes.
     Item {
         Layout.fillWidth: true
-        implicitHeight: Math.max(notice.visible ? notice.implicitHeight : 0, hint.implicitHeight)
-
-        UiText {
-            id: hint
-
-            width: parent.width
-            visible: !notice.visible
-            text: Texts.providerHint
-            font.pixelSize: Theme.small
-            color: Theme.textSoft
-            lineHeight: 1.3
-            wrapMode: Text.Wrap
-        }
+        implicitHeight: Math.max(notice.implicitHeight, Theme.controlHeight)
 
         Notice {
             id: notice

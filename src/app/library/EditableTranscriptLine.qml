@@ -15,6 +15,18 @@ ColumnLayout {
 
     signal sourceEdited(text: string)
     signal translationEdited(text: string)
+    /// Tab leads out of the line.
+    signal tabbedOut(isForward: bool)
+    /// The cursor of that field is elsewhere, or it has just got the keyboard.
+    signal cursorMoved(field: Item, cursor: rect)
+
+    /// Gives the keyboard to the field that Tab leads to.
+    function enter(isForward: bool): void {
+        if (isForward)
+            source.field.forceActiveFocus(Qt.TabFocusReason);
+        else
+            translation.field.forceActiveFocus(Qt.BacktabFocusReason);
+    }
 
     spacing: Theme.unit
 
@@ -27,7 +39,10 @@ ColumnLayout {
         accessibleName: Texts.sourceOfLine(line.number)
         language: line.sourceLanguage
         text: line.sourceText
+        isTabGuided: true
         onEdited: line.sourceEdited(source.text)
+        onTabbedOut: isForward => isForward ? translation.field.forceActiveFocus(Qt.TabFocusReason) : line.tabbedOut(false)
+        onCursorMoved: cursor => line.cursorMoved(source.field, cursor)
     }
 
     TextAreaBox {
@@ -38,6 +53,9 @@ ColumnLayout {
         label: Texts.taiwanTranslation
         accessibleName: Texts.translationOfLine(line.number)
         text: line.translatedText
+        isTabGuided: true
         onEdited: line.translationEdited(translation.text)
+        onTabbedOut: isForward => isForward ? line.tabbedOut(true) : source.field.forceActiveFocus(Qt.BacktabFocusReason)
+        onCursorMoved: cursor => line.cursorMoved(translation.field, cursor)
     }
 }

@@ -99,6 +99,10 @@ FocusScope {
 
                         Accessible.role: Accessible.List
                         Accessible.name: Texts.records
+                        onActiveFocusChanged: {
+                            if (activeFocus)
+                                list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+                        }
                         Keys.onUpPressed: library.workspace.selectRow(library.workspace.selectedRow - 1)
                         Keys.onDownPressed: library.workspace.selectRow(library.workspace.selectedRow + 1)
                         Keys.onDeletePressed: library.workspace.requestDelete()
@@ -112,8 +116,8 @@ FocusScope {
                             isSelected: library.workspace.selectedID === recordId
                             isListFocused: list.activeFocus
                             onClicked: {
-                                list.forceActiveFocus();
                                 library.workspace.select(recordId);
+                                list.forceActiveFocus();
                             }
                         }
                     }

@@ -94,7 +94,7 @@ FocusScope {
             objectName: "commandBar"
             Layout.fillWidth: true
             session: content.session
-            languages: content.inspector.sourceLanguages
+            languages: content.inspector.commandBarLanguages
             workspaceMode: content.workspaceMode
             isInspectorVisible: content.isInspectorVisible
             isFloatingCaptionOpen: content.floatingCaptions.isOpen

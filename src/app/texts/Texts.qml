@@ -167,6 +167,8 @@ QtObject {
     readonly property string anyFileFilter: "所有檔案 (*)"
     readonly property string exportGlossaryTitle: "匯出術語表"
     readonly property string exportFilter: "YAML (*.yaml)"
+    readonly property string undoDeletion: "復原"
+    readonly property string undoDeletionHelp: "把刪除的術語放回去（Ctrl+Z）"
     readonly property string editTerm: "編輯術語"
     readonly property string editTermSubtitle: "調整固定譯法後，下一次翻譯就會套用。"
     readonly property string target: "譯文"
