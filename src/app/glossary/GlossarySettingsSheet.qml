@@ -264,6 +264,7 @@ Sheet {
         title: Texts.importTitle
         fileMode: FileDialog.OpenFiles
         nameFilters: [Texts.importFilter, Texts.anyFileFilter]
+        onVisibleChanged: OpenDialogs.note(importDialog, visible)
         onAccepted: sheet.settings.importFiles(selectedFiles)
     }
 
@@ -275,6 +276,7 @@ Sheet {
         fileMode: FileDialog.SaveFile
         defaultSuffix: "yaml"
         nameFilters: [Texts.exportFilter]
+        onVisibleChanged: OpenDialogs.note(exportDialog, visible)
         onAccepted: sheet.settings.exportYAML(selectedFile)
     }
 }

@@ -73,10 +73,13 @@ FocusScope {
             workspaceMode: content.workspaceMode
             isInspectorVisible: content.isInspectorVisible
             isFloatingCaptionOpen: content.floatingCaptions.isOpen
+            canHoldFloatingCaption: content.floatingCaptions.isOpen && content.floatingCaptions.reader.isOn
+            isFloatingCaptionHeld: content.floatingCaptions.reader.isHeld
             onWorkspacePicked: workspace => content.workspaceMode = workspace
             onInspectorToggled: content.isInspectorVisible = !content.isInspectorVisible
             onLanguagePicked: language => content.modelOffer?.languageChosen(language)
             onFloatingCaptionToggled: content.floatingCaptions.toggle()
+            onFloatingCaptionHeld: content.floatingCaptions.reader.toggleHold()
             onFloatingCaptionClosed: content.floatingCaptions.close()
             onSaveTranscript: content.session.saveTranscript()
             onClear: content.clear()
@@ -196,6 +199,12 @@ FocusScope {
         onConfirmed: content.modelOffer.remove(row)
     }
 
+    Binding {
+        target: content.floatingCaptions
+        property: "dialogs"
+        value: OpenDialogs.areas(content.Window.window?.x ?? 0, content.Window.window?.y ?? 0)
+    }
+
     Announcer {
         id: announcer
     }
@@ -220,6 +229,13 @@ FocusScope {
         sequence: "Ctrl+Shift+F"
         context: content.panelKeys
         onActivated: content.floatingCaptions.toggle()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+Shift+P"
+        context: content.panelKeys
+        enabled: content.floatingCaptions.isOpen && content.floatingCaptions.reader.isOn
+        onActivated: content.floatingCaptions.reader.toggleHold()
     }
 
     Shortcut {
