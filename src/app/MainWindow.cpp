@@ -24,7 +24,7 @@ ColorScheme schemeOfPalette()
 MainWindow::MainWindow(Machine &machine)
     : m_settings(machine.settings())
     , m_appearance(Machine::appearance(schemeOfPalette()))
-    , m_floatingCaptions(m_settings, [this] { return makePanel(); })
+    , m_floatingCaptions(m_settings, machine.clock(), [this] { return makePanel(); })
     , m_controller(machine.liveSession(m_settings, m_floatingCaptions))
     , m_session(m_controller, m_settings, machine.library(), machine.glossary())
     , m_inspector(m_controller, m_settings, machine.glossary())
@@ -39,6 +39,7 @@ MainWindow::MainWindow(Machine &machine)
 {
     QObject::connect(&m_models, &ModelsModel::installationEnded, &m_controller,
         &SystemAudioCaptureController::translationModelsChanged);
+    m_floatingCaptions.reader()->observe(m_controller);
     setUpQmlEngine(m_engine);
 }
 
@@ -113,7 +114,8 @@ std::unique_ptr<FloatingCaptionPanel> MainWindow::makePanel()
 {
     return std::make_unique<FloatingCaptionPanel>(m_engine,
         QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Floating/FloatingCaptionView.qml")),
-        QVariantMap {{QStringLiteral("settings"), QVariant::fromValue(&m_settings)}});
+        QVariantMap {{QStringLiteral("settings"), QVariant::fromValue(&m_settings)},
+            {QStringLiteral("reader"), QVariant::fromValue(m_floatingCaptions.reader())}});
 }
 
 } // namespace lumaphone

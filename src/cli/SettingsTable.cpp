@@ -69,6 +69,12 @@ const std::vector<Setting> &settingsTable()
         choice(settingkeys::captionTheme, allFloatingCaptionThemes, &S::captionTheme, &S::setCaptionTheme),
         choice(settingkeys::captionDisplayMode, allFloatingCaptionDisplayModes, &S::captionDisplayMode,
             &S::setCaptionDisplayMode),
+        choice(settingkeys::captionOrder, allFloatingCaptionOrders, &S::captionOrder, &S::setCaptionOrder),
+        text(settingkeys::captionFont, &S::captionFont, &S::setCaptionFont),
+        number(settingkeys::captionLineSpacing, &S::captionLineSpacing, &S::setCaptionLineSpacing),
+        number(settingkeys::captionLineWidth, &S::captionLineWidth, &S::setCaptionLineWidth),
+        number(settingkeys::captionLines, &S::captionLines, &S::setCaptionLines),
+        number(settingkeys::captionSilence, &S::captionSilence, &S::setCaptionSilence),
         text(settingkeys::providerBaseURL, &S::providerBaseURL, &S::setProviderBaseURL),
         text(settingkeys::providerModel, &S::providerModel, &S::setProviderModel),
     };

@@ -50,6 +50,13 @@ LumaphoneSettings::LumaphoneSettings(
           stored(defaults, settingkeys::captionTheme, floatingCaptionTheme, FloatingCaptionTheme::dark))
     , m_captionDisplayMode(stored(defaults, settingkeys::captionDisplayMode, floatingCaptionDisplayMode,
           FloatingCaptionDisplayMode::bilingual))
+    , m_captionOrder(stored(
+          defaults, settingkeys::captionOrder, floatingCaptionOrder, FloatingCaptionOrder::sourceFirst))
+    , m_captionFont(defaults.string(settingkeys::captionFont).value_or(QString()))
+    , m_captionLineSpacing(defaults.number(settingkeys::captionLineSpacing).value_or(1.0))
+    , m_captionLineWidth(defaults.number(settingkeys::captionLineWidth).value_or(1.0))
+    , m_captionLines(defaults.number(settingkeys::captionLines).value_or(0.0))
+    , m_captionSilence(defaults.number(settingkeys::captionSilence).value_or(0.0))
     , m_providerBaseURL(defaults.string(settingkeys::providerBaseURL).value_or(defaultProviderBaseURL()))
     , m_providerModel(defaults.string(settingkeys::providerModel).value_or(QStringLiteral("gpt-4o-mini")))
     , m_providerKey(defaults, LumaphoneKeychain(keychainServices, keychainService), std::move(runKeychain),
@@ -115,6 +122,38 @@ void LumaphoneSettings::setCaptionDisplayMode(FloatingCaptionDisplayMode mode)
 {
     set(m_captionDisplayMode, mode, settingkeys::captionDisplayMode,
         &LumaphoneSettings::captionDisplayModeChanged);
+}
+
+void LumaphoneSettings::setCaptionOrder(FloatingCaptionOrder order)
+{
+    set(m_captionOrder, order, settingkeys::captionOrder, &LumaphoneSettings::captionOrderChanged);
+}
+
+void LumaphoneSettings::setCaptionFont(const QString &family)
+{
+    set(m_captionFont, family, settingkeys::captionFont, &LumaphoneSettings::captionFontChanged);
+}
+
+void LumaphoneSettings::setCaptionLineSpacing(double spacing)
+{
+    set(m_captionLineSpacing, spacing, settingkeys::captionLineSpacing,
+        &LumaphoneSettings::captionLineSpacingChanged);
+}
+
+void LumaphoneSettings::setCaptionLineWidth(double share)
+{
+    set(m_captionLineWidth, share, settingkeys::captionLineWidth,
+        &LumaphoneSettings::captionLineWidthChanged);
+}
+
+void LumaphoneSettings::setCaptionLines(double lines)
+{
+    set(m_captionLines, lines, settingkeys::captionLines, &LumaphoneSettings::captionLinesChanged);
+}
+
+void LumaphoneSettings::setCaptionSilence(double seconds)
+{
+    set(m_captionSilence, seconds, settingkeys::captionSilence, &LumaphoneSettings::captionSilenceChanged);
 }
 
 void LumaphoneSettings::setProviderBaseURL(const QString &url)

@@ -3,6 +3,7 @@
 #include "language/AppleSystemSpeechLanguage.h"
 #include "platform/DefaultsStore.h"
 #include "storage/FloatingCaptionDisplayMode.h"
+#include "storage/FloatingCaptionOrder.h"
 #include "storage/FloatingCaptionTheme.h"
 #include "storage/LumaphoneAudioInputSource.h"
 #include "storage/LumaphoneProcessingMode.h"
@@ -35,6 +36,15 @@ class LumaphoneSettings : public QObject
             captionThemeChanged)
     Q_PROPERTY(lumaphone::FloatingCaptionDisplayMode captionDisplayMode READ captionDisplayMode WRITE
             setCaptionDisplayMode NOTIFY captionDisplayModeChanged)
+    Q_PROPERTY(lumaphone::FloatingCaptionOrder captionOrder READ captionOrder WRITE setCaptionOrder NOTIFY
+            captionOrderChanged)
+    Q_PROPERTY(QString captionFont READ captionFont WRITE setCaptionFont NOTIFY captionFontChanged)
+    Q_PROPERTY(double captionLineSpacing READ captionLineSpacing WRITE setCaptionLineSpacing NOTIFY
+            captionLineSpacingChanged)
+    Q_PROPERTY(double captionLineWidth READ captionLineWidth WRITE setCaptionLineWidth NOTIFY
+            captionLineWidthChanged)
+    Q_PROPERTY(double captionLines READ captionLines WRITE setCaptionLines NOTIFY captionLinesChanged)
+    Q_PROPERTY(double captionSilence READ captionSilence WRITE setCaptionSilence NOTIFY captionSilenceChanged)
     Q_PROPERTY(
         QString providerBaseURL READ providerBaseURL WRITE setProviderBaseURL NOTIFY providerBaseURLChanged)
     Q_PROPERTY(QString providerModel READ providerModel WRITE setProviderModel NOTIFY providerModelChanged)
@@ -73,6 +83,30 @@ public:
     FloatingCaptionDisplayMode captionDisplayMode() const { return m_captionDisplayMode; }
     void setCaptionDisplayMode(FloatingCaptionDisplayMode mode);
 
+    /// Of source and translation.
+    FloatingCaptionOrder captionOrder() const { return m_captionOrder; }
+    void setCaptionOrder(FloatingCaptionOrder order);
+
+    /// The family of both lines; empty for those that readers of each language expect.
+    const QString &captionFont() const { return m_captionFont; }
+    void setCaptionFont(const QString &family);
+
+    /// In heights of the font's own lines.
+    double captionLineSpacing() const { return m_captionLineSpacing; }
+    void setCaptionLineSpacing(double spacing);
+
+    /// Of the lines, 0...1 of the width that the panel has for text.
+    double captionLineWidth() const { return m_captionLineWidth; }
+    void setCaptionLineWidth(double share);
+
+    /// How many caption lines are read on the panel, 1...6; 0 shows the newest alone, at once, as it comes.
+    double captionLines() const { return m_captionLines; }
+    void setCaptionLines(double lines);
+
+    /// Seconds after which captions leave the panel when nobody speaks; 0 lets them stay.
+    double captionSilence() const { return m_captionSilence; }
+    void setCaptionSilence(double seconds);
+
     /// As typed.
     const QString &providerBaseURL() const { return m_providerBaseURL; }
     void setProviderBaseURL(const QString &url);
@@ -109,6 +143,12 @@ signals:
     void captionOpacityChanged();
     void captionThemeChanged();
     void captionDisplayModeChanged();
+    void captionOrderChanged();
+    void captionFontChanged();
+    void captionLineSpacingChanged();
+    void captionLineWidthChanged();
+    void captionLinesChanged();
+    void captionSilenceChanged();
     void providerBaseURLChanged();
     void providerModelChanged();
     void hasProviderAPIKeyChanged();
@@ -125,6 +165,12 @@ private:
     double m_captionOpacity;
     FloatingCaptionTheme m_captionTheme;
     FloatingCaptionDisplayMode m_captionDisplayMode;
+    FloatingCaptionOrder m_captionOrder;
+    QString m_captionFont;
+    double m_captionLineSpacing;
+    double m_captionLineWidth;
+    double m_captionLines;
+    double m_captionSilence;
     QString m_providerBaseURL;
     QString m_providerModel;
     ProviderKeyStore m_providerKey;

@@ -12,6 +12,12 @@ inline const auto captionFontSize = QStringLiteral("lumaphone.caption.fontSize")
 inline const auto captionOpacity = QStringLiteral("lumaphone.caption.opacity");
 inline const auto captionTheme = QStringLiteral("lumaphone.caption.theme");
 inline const auto captionDisplayMode = QStringLiteral("lumaphone.caption.displayMode");
+inline const auto captionOrder = QStringLiteral("lumaphone.caption.order");
+inline const auto captionFont = QStringLiteral("lumaphone.caption.font");
+inline const auto captionLineSpacing = QStringLiteral("lumaphone.caption.lineSpacing");
+inline const auto captionLineWidth = QStringLiteral("lumaphone.caption.lineWidth");
+inline const auto captionLines = QStringLiteral("lumaphone.caption.lines");
+inline const auto captionSilence = QStringLiteral("lumaphone.caption.silence");
 inline const auto providerBaseURL = QStringLiteral("lumaphone.provider.baseURL");
 inline const auto providerModel = QStringLiteral("lumaphone.provider.model");
 

@@ -57,6 +57,52 @@ private slots:
         QCOMPARE(downwards({310, 157.5, 820, 180}, {0, 0, 1440, 900}), QRect(310, 563, 820, 180));
     }
 
+    void aPanelGrowsUpwardsOnItsScreen_data()
+    {
+        QTest::addColumn<QRect>("geometry");
+        QTest::addColumn<int>("height");
+        QTest::addColumn<QRect>("result");
+        const QRect low(300, 700, 360, 96);
+        QTest::newRow("upwards") << low << 200 << QRect(300, 596, 360, 200);
+        QTest::newRow("never smaller") << low << 50 << low;
+        QTest::newRow("into the screen") << QRect(300, 10, 360, 96) << 200 << QRect(300, 0, 360, 200);
+        QTest::newRow("wider where the height is not enough") << low << 900 << QRect(0, 276, 1280, 520);
+        QTest::newRow("as large as can be") << QRect(20, 30, 1280, 520) << 900 << QRect(20, 30, 1280, 520);
+    }
+    void aPanelGrowsUpwardsOnItsScreen()
+    {
+        QFETCH(QRect, geometry);
+        QFETCH(int, height);
+        QTEST(grown(geometry, height, QRect(0, 0, 1440, 900)), "result");
+    }
+
+    void thePanelKeepsClearOfDialogs_data()
+    {
+        QTest::addColumn<QRect>("panel");
+        QTest::addColumn<QList<QRect>>("dialogs");
+        QTest::addColumn<std::optional<QRect>>("place");
+        using Place = std::optional<QRect>;
+        const QRect panel(310, 563, 820, 180);
+        QTest::newRow("far away") << panel << QList<QRect> {QRect(440, 100, 560, 300)} << Place(panel);
+        QTest::newRow("below it") << panel << QList<QRect> {QRect(440, 300, 560, 300)}
+                                  << Place(QRect(310, 608, 820, 180));
+        QTest::newRow("above it") << panel << QList<QRect> {QRect(440, 500, 560, 300)}
+                                  << Place(QRect(310, 312, 820, 180));
+        QTest::newRow("beside it") << QRect(100, 400, 400, 96) << QList<QRect> {QRect(440, 100, 560, 700)}
+                                   << Place(QRect(32, 400, 400, 96));
+        QTest::newRow("beside two") << panel
+                                    << QList<QRect> {QRect(440, 300, 560, 300), QRect(400, 650, 300, 200)}
+                                    << Place(QRect(310, 112, 820, 180));
+        QTest::newRow("no room") << panel << QList<QRect> {QRect(300, 100, 840, 700)} << Place();
+    }
+    void thePanelKeepsClearOfDialogs()
+    {
+        QFETCH(QRect, panel);
+        QFETCH(QList<QRect>, dialogs);
+        QFETCH(std::optional<QRect>, place);
+        QCOMPARE(clearOf(panel, dialogs, QRect(0, 0, 1440, 900)), place);
+    }
+
     void edgesAreNarrow_data()
     {
         QTest::addColumn<QPointF>("position");

@@ -1,17 +1,20 @@
 #include "app/OffscreenTest.h"
 #include "app/ViewUnderTest.h"
-#include "app/floating/CaptionLineFit.h"
+#include "app/floating/FloatingCaptionReader.h"
 #include "storage/LumaphoneSettings.h"
 #include "support/Coroutines.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
+#include "support/VirtualClock.h"
 #include "support/VisibleItems.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QImage>
+#include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 
 namespace floatingcaptionviewtest {
@@ -36,6 +39,11 @@ struct Fixture
         view.window().rootObject()->setProperty("translationText", translation);
         settle();
     }
+    double drawnSize(const char *line) const
+    {
+        const QQuickItem *drawn = view.find(line)->childItems().constFirst();
+        return drawn->property("font").value<QFont>().pixelSize() * drawn->scale();
+    }
     int pixelSize(const char *line) const
     {
         return view.find(line)->property("font").value<QFont>().pixelSize();
@@ -50,6 +58,47 @@ struct Fixture
     {
         const QQuickItem *item = view.find(line);
         return item->mapRectToScene({0, 0, item->width(), item->height()});
+    }
+};
+
+/// The content of somebody's panel who reads that many lines, after three lines.
+struct ReadingFixture : Fixture
+{
+    FloatingCaptionReader reader {settings, {}};
+
+    explicit ReadingFixture(int lineCount)
+    {
+        settings.setCaptionLines(lineCount);
+        view.window().resize(820, 400);
+        std::vector<ReadingLine> said;
+        for (int line = 1; line <= 3; ++line) {
+            said.push_back({QUuid::createUuid(), QString("%1番目").arg(line), "japanese",
+                QString("第%1句").arg(line), true});
+        }
+        reader.read(said);
+        view.window().rootObject()->setProperty("reader", QVariant::fromValue(&reader));
+        settle();
+    }
+    ~ReadingFixture()
+    {
+        view.window().rootObject()->setProperty(
+            "reader", QVariant::fromValue<FloatingCaptionReader *>(nullptr));
+    }
+    /// From the top to the bottom.
+    QList<QQuickItem *> lines()
+    {
+        drawFrame(view.window());
+        QList<QQuickItem *> found;
+        QQuickItem *shown = view.find("floatingCaption.line");
+        for (QQuickItem *item :
+            shown == nullptr ? QList<QQuickItem *>() : shown->parentItem()->childItems()) {
+            if (item->objectName() == "floatingCaption.line") {
+                found.append(item);
+            }
+        }
+        std::sort(found.begin(), found.end(),
+            [](const QQuickItem *one, const QQuickItem *other) { return one->y() < other->y(); });
+        return found;
     }
 };
 
@@ -138,11 +187,11 @@ private slots:
         const int size = f.pixelSize(translation);
         QVERIFY2(size < 34 && size >= std::ceil(34 * 0.58), qPrintable(QString::number(size)));
         QVERIFY(f.view.find(translation)->property("lineCount").toInt() <= 3);
-        QVERIFY(!f.view.find(translation)->property("truncated").toBool());
+        QVERIFY(f.view.find(translation)->property("isWhole").toBool());
         QVERIFY(f.geometry(translation).bottom() <= 180);
         f.show("短", QString("這是一句很長的話").repeated(60));
-        QCOMPARE(f.pixelSize(translation), int(std::ceil(34 * 0.58)));
-        QVERIFY(f.view.find(translation)->property("truncated").toBool());
+        QCOMPARE(f.drawnSize(translation), 34 * 0.58);
+        QVERIFY(!f.view.find(translation)->property("isWhole").toBool());
         QVERIFY(f.geometry(translation).bottom() <= 180);
     }
 
@@ -181,32 +230,180 @@ private slots:
         }
     }
 
-    void aTextFitsItsBounds_data()
+    void theOrderTheFontAndTheLinesFollowTheChoice()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("lines");
-        QTest::addColumn<QSizeF>("available");
-        QTest::addColumn<int>("atLeast");
-        QTest::addColumn<int>("atMost");
-        const QString word = "字";
-        QTest::newRow("plenty of room") << word << 1 << QSizeF(500, 500) << 40 << 40;
-        QTest::newRow("empty") << "" << 1 << QSizeF(500, 500) << 40 << 40;
-        QTest::newRow("two lines' worth in one") << word.repeated(15) << 1 << QSizeF(500, 500) << 32 << 34;
-        QTest::newRow("never too small") << word.repeated(900) << 1 << QSizeF(500, 500) << 24 << 24;
-        QTest::newRow("too low") << word << 3 << QSizeF(500, 42) << 24 << 30;
-        QTest::newRow("own line breaks count") << "字\n字\n字" << 2 << QSizeF(500, 500) << 24 << 24;
-        QTest::newRow("no room at all") << word << 1 << QSizeF(0, 0) << 24 << 24;
+        Fixture f;
+        f.show("ちょっと待って", "等一下，剛剛那個點子也太可以了吧？");
+        const double height = f.geometry(translation).height();
+        f.settings.setCaptionOrder(FloatingCaptionOrder::translationFirst);
+        QVERIFY(f.geometry(translation).bottom() <= f.geometry(source).top());
+        f.settings.setCaptionLineSpacing(1.5);
+        QVERIFY(std::abs(f.geometry(translation).height() - 1.5 * height) < 1);
+        f.settings.setCaptionLineWidth(0.5);
+        QCOMPARE(f.geometry(translation).width(), (820.0 - 2 * 28) / 2);
+        QCOMPARE(f.geometry(translation).center().x(), 410.0);
+        const auto family = [&](const char *line) {
+            return f.view.find(line)->property("font").value<QFont>().family();
+        };
+        f.view.window().rootObject()->setProperty("sourceLanguage", "japanese");
+        QCOMPARE(family(source), QString("Noto Sans CJK JP"));
+        QCOMPARE(family(translation), QString("Noto Sans CJK TC"));
+        f.settings.setCaptionFont("DejaVu Serif");
+        QCOMPARE(family(source), QString("DejaVu Serif"));
+        QCOMPARE(family(translation), QString("DejaVu Serif"));
     }
-    void aTextFitsItsBounds()
+
+    void linesAreReadFromTheBottom()
     {
-        QFETCH(QString, text);
-        QFETCH(int, lines);
-        QFETCH(QSizeF, available);
-        QFETCH(int, atLeast);
-        QFETCH(int, atMost);
-        const int size = fittingPixelSize(text, QFont("Noto Sans CJK TC"),
-            {.fontSize = 40, .minimumFontSize = 23.2, .maximumLines = lines, .available = available});
-        QVERIFY2(size >= atLeast && size <= atMost, qPrintable(QString::number(size)));
+        ReadingFixture f(3);
+        QVERIFY(!f.view.isShown("floatingCaption.hold"));
+        const QList<QQuickItem *> lines = f.lines();
+        QCOMPARE(lines.size(), 3);
+        double bottom = 0;
+        for (const QQuickItem *line : lines) {
+            const QRectF place = line->mapRectToScene({0, 0, line->width(), line->height()});
+            QVERIFY(place.top() >= bottom);
+            bottom = place.bottom();
+        }
+        QVERIFY(bottom <= 400 - 4 && bottom >= 400 - 30);
+        QCOMPARE(lines.back()->property("translationText").toString(), QString("第3句"));
+        QCOMPARE(lines.back()->property("sourceLanguage").toString(), QString("japanese"));
+    }
+
+    void whatHasNoRoomAsAWholeIsNotShown()
+    {
+        ReadingFixture f(3);
+        for (int height = 96; height <= 420; height += 9) {
+            f.view.window().resize(820, height);
+            QTRY_COMPARE(f.view.window().height(), height);
+            int shown = 0;
+            for (const QQuickItem *line : f.lines()) {
+                const QRectF place = line->mapRectToScene({0, 0, line->width(), line->height()});
+                QVERIFY(line->opacity() == 0 || (place.top() >= 0 && place.bottom() <= height));
+                shown += line->opacity() > 0 ? 1 : 0;
+            }
+            // The newest always.
+            QVERIFY(shown >= 1 && f.lines().back()->opacity() == 1);
+            QVERIFY(height < 420 || shown == 3);
+        }
+    }
+
+    void aHeldPageLeadsBackToTheNewestLine()
+    {
+        ReadingFixture f(2);
+        f.view.window().rootObject()->setProperty("isInteractive", true);
+        QVERIFY(!f.view.isShown("floatingCaption.newest"));
+        f.reader.turnWheel(120);
+        QVERIFY(waitUntil([&] { return f.view.isShown("floatingCaption.newest"); }));
+        QCOMPARE(f.view.textOf("floatingCaption.newest"), QString("最新 · 還有 1 句"));
+        QCOMPARE(f.lines().back()->property("translationText").toString(), QString("第2句"));
+        QVERIFY(f.view.click("floatingCaption.newest"));
+        QVERIFY(!f.reader.isHeld());
+        QCOMPARE(f.lines().back()->property("translationText").toString(), QString("第3句"));
+    }
+
+    void theWheelAndThePauseButtonWorkOnThePanel()
+    {
+        ReadingFixture f(2);
+        f.view.window().rootObject()->setProperty("isInteractive", true);
+        const QPointF middle(410, 200);
+        QWheelEvent back(middle, f.view.window().mapToGlobal(middle), {}, {0, 120}, Qt::NoButton,
+            Qt::NoModifier, Qt::NoScrollPhase, false);
+        QGuiApplication::sendEvent(&f.view.window(), &back);
+        QCOMPARE(f.reader.waiting(), 1);
+        f.reader.follow();
+        QTest::mouseMove(&f.view.window(), middle.toPoint());
+        QVERIFY(waitUntil([&] { return f.view.isShown("floatingCaption.hold"); }));
+        QVERIFY(f.view.click("floatingCaption.hold"));
+        QVERIFY(f.reader.isHeld());
+        QCOMPARE(f.reader.waiting(), 0);
+        QVERIFY(waitUntil([&] { return f.view.isShown("floatingCaption.newest"); }));
+        QCOMPARE(f.view.textOf("floatingCaption.newest"), QString("最新"));
+    }
+
+    void inSilenceTheTextsLeaveAndTheCardStays()
+    {
+        Fixture f;
+        auto clock = std::make_shared<VirtualClock>();
+        FloatingCaptionReader reader(f.settings, clock);
+        f.settings.setCaptionSilence(5);
+        f.settings.setCaptionOpacity(1);
+        f.view.window().rootObject()->setProperty("reader", QVariant::fromValue(&reader));
+        reader.noteSaid("a", "b");
+        f.show("原", "譯");
+        QVERIFY(pixelsLike(Qt::white, f.picture(), QRect(300, 40, 220, 100)) > 50);
+        clock->advance(std::chrono::seconds(5));
+        QVERIFY(waitUntil(
+            [&] { return pixelsLike(Qt::black, f.picture(), QRect(300, 40, 221, 101)) == 220 * 100; }));
+        reader.noteSaid("c", "d");
+        QVERIFY(waitUntil([&] { return pixelsLike(Qt::white, f.picture(), QRect(300, 40, 220, 100)) > 50; }));
+        f.view.window().rootObject()->setProperty(
+            "reader", QVariant::fromValue<FloatingCaptionReader *>(nullptr));
+    }
+
+    void aSizeIsDrawnAsItWasChosen()
+    {
+        Fixture f;
+        f.settings.setCaptionFontSize(40);
+        f.show("字", "譯");
+        QCOMPARE(f.drawnSize(source), 23.2);
+        f.settings.setCaptionFontSize(31.4);
+        QCOMPARE(f.drawnSize(translation), 31.4);
+        f.settings.setCaptionFontSize(30);
+        const double small = f.geometry(translation).height();
+        f.settings.setCaptionFontSize(30.4);
+        QVERIFY(f.geometry(translation).height() > small);
+    }
+
+    void largeCaptionsAreNeverCutThrough_data()
+    {
+        QTest::addColumn<QSize>("panel");
+        QTest::addColumn<bool>("showsSource");
+        QTest::newRow("the smallest panel") << QSize(360, 96) << false;
+        QTest::newRow("a low one") << QSize(820, 96) << false;
+        QTest::newRow("the usual one") << QSize(820, 180) << true;
+    }
+    void largeCaptionsAreNeverCutThrough()
+    {
+        QFETCH(QSize, panel);
+        Fixture f;
+        f.view.window().resize(panel);
+        f.settings.setCaptionFontSize(72);
+        f.show(QString("ちょっと待って、今のアイデア").repeated(6),
+            QString("等一下，剛剛那個點子").repeated(6) + "結尾");
+        QTRY_COMPARE(f.view.window().size(), panel);
+        QTEST(f.view.isShown(source), "showsSource");
+        QVERIFY(f.view.find(translation)->property("shownText").toString().endsWith("結尾"));
+        QVERIFY(QRectF(QPointF(), panel).contains(f.geometry(translation)));
+        // Not even a shadow of a line is at the upper and lower edges.
+        f.settings.setCaptionOpacity(1);
+        f.settings.setCaptionTheme(FloatingCaptionTheme::dark);
+        const QImage seen = f.picture();
+        const int middle = panel.width() / 2;
+        for (const int y : {1, 2, panel.height() - 3, panel.height() - 2}) {
+            QCOMPARE(pixelsLike(Qt::black, seen, QRect(20, y, 2 * middle - 40, 2)), 2 * middle - 41);
+        }
+    }
+
+    void aPanelThatIsTooSmallOffersToGrow()
+    {
+        Fixture f;
+        QQuickItem *view = f.view.window().rootObject();
+        f.view.window().resize(360, 96);
+        f.settings.setCaptionFontSize(72);
+        f.show("ちょっと待って", "等一下，剛剛那個點子也太可以了吧？");
+        // Nobody could make it larger.
+        QVERIFY(!f.view.isShown("floatingCaption.grow"));
+        QSignalSpy wanted(view, SIGNAL(growWanted(double)));
+        view->setProperty("isInteractive", true);
+        QVERIFY(f.view.click("floatingCaption.grow"));
+        QCOMPARE(wanted.count(), 1);
+        const double height = wanted.first().first().toDouble();
+        QVERIFY2(height > 200 && height <= 520, qPrintable(QString::number(height)));
+        f.view.window().resize(360, int(std::ceil(height)));
+        QVERIFY(waitUntil([&] { return !f.view.isShown("floatingCaption.grow"); }));
+        QVERIFY(f.view.isShown(source));
+        QVERIFY(f.view.find(translation)->property("isWhole").toBool());
     }
 };
 

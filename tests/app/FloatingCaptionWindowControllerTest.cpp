@@ -7,6 +7,7 @@
 #include "support/MemoryDefaultsStore.h"
 #include "support/MemoryKeychain.h"
 #include "support/PrivateRuntimeFolder.h"
+#include "support/VirtualClock.h"
 
 #include <QGuiApplication>
 #include <QQmlEngine>
@@ -55,8 +56,9 @@ struct Fixture
     QQmlEngine engine;
     int panelsMade = 0;
     PanelPlacing placing = PanelPlacing::anywhere;
+    std::shared_ptr<VirtualClock> clock = std::make_shared<VirtualClock>();
     FloatingCaptionWindowController controller {
-        settings, [this] {
+        settings, clock, [this] {
             ++panelsMade;
             return std::make_unique<FloatingCaptionPanel>(engine, view(), QVariantMap(),
                 [this](QQuickWindow &panel) { return std::make_unique<StubPanelSurface>(panel, placing); });
@@ -356,10 +358,91 @@ private slots:
         QVERIFY(!f.storedFrame());
     }
 
+    void thePanelMakesRoomForADialogAndComesBack()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        f.controller.panel()->setGeometry(100, 400, 500, 120);
+        QVERIFY(waitUntil([&] { return f.storedFrame().has_value(); }));
+        const QString stored = *f.storedFrame();
+        f.controller.setDialogs({QRectF(200, 300, 300, 200)});
+        QCOMPARE(f.controller.panel()->geometry(), QRect(100, 172, 500, 120));
+        f.controller.setDialogs({QRectF(0, 0, 250, 200), QRectF(200, 300, 300, 190)});
+        QCOMPARE(f.controller.panel()->geometry(), QRect(258, 172, 500, 120));
+        f.controller.setDialogs({});
+        QCOMPARE(f.controller.panel()->geometry(), QRect(100, 400, 500, 120));
+        settle();
+        f.controller.close();
+        QCOMPARE(*f.storedFrame(), stored);
+    }
+
+    void withoutRoomThePanelIsHiddenWhileADialogIsOpen_data()
+    {
+        QTest::addColumn<PanelPlacing>("placing");
+        QTest::addColumn<QRectF>("dialog");
+        QTest::newRow("nowhere beside it") << PanelPlacing::anywhere << QRectF(90, 90, 620, 420);
+        QTest::newRow("a dialog that lies anywhere") << PanelPlacing::anywhere << QRectF();
+        QTest::newRow("windows that lie anywhere") << PanelPlacing::withinOutput << QRectF(0, 0, 10, 10);
+    }
+    void withoutRoomThePanelIsHiddenWhileADialogIsOpen()
+    {
+        QFETCH(PanelPlacing, placing);
+        QFETCH(QRectF, dialog);
+        Fixture f;
+        f.placing = placing;
+        f.controller.show("a", "b");
+        f.controller.panel()->setFrame({100, 200, 500, 120});
+        f.controller.setDialogs({dialog});
+        QVERIFY(!f.controller.panel()->isVisible());
+        // Captions go on behind it.
+        f.controller.show("c", "d");
+        QVERIFY(f.controller.isOpen());
+        QVERIFY(!f.controller.panel()->isVisible());
+        f.controller.setDialogs({});
+        QVERIFY(f.controller.panel()->isVisible());
+        QCOMPARE(f.controller.panel()->geometry(), QRect(100, 200, 500, 120));
+        QCOMPARE(f.shown("sourceText"), QString("c"));
+    }
+
+    void aPanelOpenedBesideADialogIsHiddenFromTheBeginning()
+    {
+        Fixture f;
+        f.controller.setDialogs({QRectF()});
+        f.controller.show("a", "b");
+        QVERIFY(!f.controller.panel()->isVisible());
+        f.controller.close();
+        QVERIFY(!f.controller.isOpen());
+        f.controller.show("a", "b");
+        f.controller.setDialogs({});
+        QVERIFY(f.controller.panel()->isVisible());
+    }
+
+    void wherePutByTheUserBesideADialogThePanelStays()
+    {
+        Fixture f;
+        f.controller.show("a", "b");
+        f.controller.panel()->setGeometry(100, 400, 500, 120);
+        f.controller.setDialogs({QRectF(200, 300, 300, 200)});
+        f.controller.panel()->setGeometry(290, 10, 500, 120);
+        settle();
+        f.controller.setDialogs({});
+        QCOMPARE(f.controller.panel()->geometry(), QRect(290, 10, 500, 120));
+        QVERIFY(waitUntil([&] { return f.storedFrame() && f.storedFrame()->startsWith("{{290, "); }));
+    }
+
+    void whereTheDesktopPlacesThePanelItStays()
+    {
+        Fixture f;
+        f.placing = PanelPlacing::byDesktop;
+        f.controller.show("a", "b");
+        f.controller.setDialogs({QRectF()});
+        QVERIFY(f.controller.panel()->isVisible());
+    }
+
     void anEndedProgramHasStoredTheLastMove()
     {
         Fixture f;
-        auto controller = std::make_unique<FloatingCaptionWindowController>(f.settings,
+        auto controller = std::make_unique<FloatingCaptionWindowController>(f.settings, f.clock,
             [&] { return std::make_unique<FloatingCaptionPanel>(f.engine, f.view(), QVariantMap()); });
         controller->show("a", "b");
         controller->panel()->setPosition(77, 88);

@@ -63,7 +63,7 @@ struct Fixture
     ProviderSettingsModel provider {live.settings, live.clock, live.mainQueue};
     TranscriptLibraryWorkspaceModel library {libraryStore, QLocale::c()};
     GlossarySettingsModel glossary {glossaryStore, live.mainQueue};
-    FloatingCaptionWindowController floatingCaptions {live.settings, [] {
+    FloatingCaptionWindowController floatingCaptions {live.settings, live.clock, [] {
                                                           return std::unique_ptr<FloatingCaptionPanel>();
                                                       }};
     std::unique_ptr<ModelStore> store = std::make_unique<ModelStore>(folder.filePath("models"),

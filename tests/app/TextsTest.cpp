@@ -136,6 +136,13 @@ Texts expectedTexts()
         {"display", "顯示"},
         {"fontSize", "字級"},
         {"opacity", "背景不透明度"},
+        {"order", "順序"},
+        {"font", "字型"},
+        {"lineSpacing", "行距"},
+        {"lineWidth", "每行寬度"},
+        {"readingMode", "閱讀模式"},
+        {"readingModeHint", "讀完才換下一句，定稿的字幕不再改動。滾輪往回看，Ctrl+Shift+P 暫停。"},
+        {"inSilence", "安靜時"},
         {"preview", "浮動字幕預覽"},
         {"customProvider", "自定義 API"},
         {"textTranslation", "文字翻譯"},
@@ -147,6 +154,12 @@ Texts expectedTexts()
         {"terms", "術語"},
         {"manage", "管理"},
         {"manageTerms", "管理術語"},
+        // The caption panel.
+        {"growPanel", "放大面板，顯示整句字幕"},
+        {"holdCaptions", "暫停浮動字幕"},
+        {"followCaptions", "繼續浮動字幕"},
+        {"holdOrFollowCaptions", "暫停 / 繼續浮動字幕"},
+        {"newest", "最新"},
         // The sheet of the provider.
         {"providerTitle", "自定義 API 提供者"},
         {"providerSubtitle", "Lumaphone 先用 macOS 聽出原文，再把文字交給 API 整理與翻譯。"},
@@ -306,6 +319,8 @@ private slots:
         row("copyAllOf", "原文", {}, "複製全部原文");
         row("sourceOfLine", 3, {}, "第 3 段原文");
         row("translationOfLine", 12, {}, "第 12 段台灣繁中譯文");
+        row("newestLines", 0, {}, "最新");
+        row("newestLines", 3, {}, "最新 · 還有 3 句");
         row("stated", "術語表", "可用", "術語表：可用");
         row("listed", "保留原文", "已停用", "保留原文，已停用");
         row("followed", "聲音伺服器", "請啟動它", "聲音伺服器。請啟動它");
@@ -339,7 +354,7 @@ private slots:
                 "選擇常用原文語言；不確定時用自動辨識", "開始即時字幕（Ctrl+Enter）", "儲存字幕紀錄",
                 "開始新的字幕", "清除目前字幕", "開啟 / 關閉浮動字幕", "收起 Inspector", "更多設定",
                 "自定義 API 提供者…", "術語表…", "字幕", "開啟浮動字幕", "Ctrl+Shift+F", "關閉浮動字幕",
-                "檢查這台電腦…", "鍵盤快速鍵…", "F1"});
+                "暫停浮動字幕", "Ctrl+Shift+P", "檢查這台電腦…", "鍵盤快速鍵…", "F1"});
         row("live",
             {"目前字幕", "剛剛聽到的內容", "原文", "台灣繁中", "複製全部原文", "複製全部台灣繁中",
                 "開始之後，聽到的每一句話都會留在這裡。", "回到最新一句", "在這段字幕裡尋找（Ctrl+F）",
@@ -354,8 +369,9 @@ private slots:
         row("inspectorPanel",
             {"只放會影響這次字幕的控制。", "上一段已保留，先儲存或清除。", "輸入", "音訊來源", "原文語言",
                 "處理模式", "輸出字幕：繁中", "離線模型", "下載一次，之後不連網路也能辨識與翻譯。",
-                "浮動字幕", "主題", "顯示", "字級", "背景不透明度", "浮動字幕預覽", "自定義 API", "文字翻譯",
-                "文字整理", "術語表", "管理提供者", "術語", "管理術語", "清除目前字幕"});
+                "浮動字幕", "主題", "顯示", "順序", "字型", "字級", "背景不透明度", "行距", "每行寬度",
+                "閱讀模式", "安靜時", "浮動字幕預覽", "自定義 API", "文字翻譯", "文字整理", "術語表",
+                "管理提供者", "術語", "管理術語", "清除目前字幕"});
         row("providerSheet",
             {"自定義 API 提供者", "Lumaphone 先用 macOS 聽出原文，再把文字交給 API 整理與翻譯。", "Base URL",
                 "Model", "模型名稱，例如 gpt-4o-mini", "API 金鑰", "清除金鑰",

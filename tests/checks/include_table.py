@@ -40,7 +40,7 @@ TABLE = {
     "app/keys": "app/texts",
     "app/controls": "app/texts language",
     "app/diagnosis": "app/controls app/texts diagnosis base",
-    "app/floating": "app/controls session storage platform/display platform base",
+    "app/floating": "app/controls app/texts session storage platform/display platform base",
     "app/glossary": "app/controls app/texts glossary base",
     "app/library": "app/controls app/keys app/texts storage base",
     "app/live": "app/controls app/keys app/texts session storage glossary language base",

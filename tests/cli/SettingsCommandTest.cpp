@@ -39,6 +39,12 @@ private slots:
                        "lumaphone.caption.opacity\t0.3\n"
                        "lumaphone.caption.theme\tdark\n"
                        "lumaphone.caption.displayMode\tbilingual\n"
+                       "lumaphone.caption.order\tsourceFirst\n"
+                       "lumaphone.caption.font\t\n"
+                       "lumaphone.caption.lineSpacing\t1\n"
+                       "lumaphone.caption.lineWidth\t1\n"
+                       "lumaphone.caption.lines\t0\n"
+                       "lumaphone.caption.silence\t0\n"
                        "lumaphone.provider.baseURL\thttps://api.openai.com/v1\n"
                        "lumaphone.provider.model\tgpt-4o-mini\n"));
     }
@@ -58,6 +64,12 @@ private slots:
         row("lumaphone.caption.opacity", "1", 1.0);
         row("lumaphone.caption.theme", "glass", QStringLiteral("glass"));
         row("lumaphone.caption.displayMode", "sourceOnly", QStringLiteral("sourceOnly"));
+        row("lumaphone.caption.order", "translationFirst", QStringLiteral("translationFirst"));
+        row("lumaphone.caption.font", "Some Font", QStringLiteral("Some Font"));
+        row("lumaphone.caption.lineSpacing", "1.5", 1.5);
+        row("lumaphone.caption.lineWidth", "0.6", 0.6);
+        row("lumaphone.caption.lines", "3", 3.0);
+        row("lumaphone.caption.silence", "10", 10.0);
         row("lumaphone.provider.baseURL", "", QString(""));
         row("lumaphone.provider.model", " a model ", QStringLiteral(" a model "));
     }

@@ -54,11 +54,14 @@ Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatienc
     provider = std::make_unique<ProviderSettingsModel>(session.settings, session.clock, session.mainQueue);
     workspace = std::make_unique<TranscriptLibraryWorkspaceModel>(*library, taiwan());
     glossary = std::make_unique<GlossarySettingsModel>(*glossaryStore, session.mainQueue, countedUuids());
-    floatingCaptions = std::make_unique<FloatingCaptionWindowController>(session.settings, [this] {
-        return std::make_unique<FloatingCaptionPanel>(*engine,
-            QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Floating/FloatingCaptionView.qml")),
-            QVariantMap {{QStringLiteral("settings"), QVariant::fromValue(&session.settings)}});
-    });
+    floatingCaptions
+        = std::make_unique<FloatingCaptionWindowController>(session.settings, session.clock, [this] {
+              return std::make_unique<FloatingCaptionPanel>(*engine,
+                  QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Floating/FloatingCaptionView.qml")),
+                  QVariantMap {{QStringLiteral("settings"), QVariant::fromValue(&session.settings)},
+                      {QStringLiteral("reader"), QVariant::fromValue(floatingCaptions->reader())}});
+          });
+    floatingCaptions->reader()->observe(*session.controller);
 }
 
 Studio::~Studio()

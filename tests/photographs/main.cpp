@@ -1,5 +1,6 @@
 #include "base/AtomicFile.h"
 #include "capture/SystemAudioCaptureError.h"
+#include "photographs/PanelPhotographs.h"
 #include "photographs/Studio.h"
 #include "support/FileServer.h"
 #include "support/MisbehavingHttpServer.h"
@@ -396,31 +397,6 @@ void photographModels(const QString &target)
     studio.photograph(target, QStringLiteral("models-removing"));
 }
 
-/// The panel over a picture, in every theme and display mode.
-void photographPanel(const QString &target)
-{
-    const UserFolder user;
-    Studio studio(user.path());
-    studio.open();
-    LumaphoneSettings &settings = studio.session.settings;
-    studio.floatingCaptions->showSpoken(QStringLiteral("ちょっと待って、今のアイデアめちゃくちゃ良くない？"),
-        AppleSystemSpeechLanguage::japanese, QStringLiteral("等一下，剛剛那個點子也太可以了吧？"));
-    studio.floatingCaptions->panel()->setColor(QColor(QStringLiteral("#5c7390")));
-    for (const FloatingCaptionTheme theme : allFloatingCaptionThemes) {
-        settings.setCaptionTheme(theme);
-        settings.setCaptionOpacity(theme == FloatingCaptionTheme::dark ? 0.5 : 0.8);
-        for (const FloatingCaptionDisplayMode mode : allFloatingCaptionDisplayModes) {
-            settings.setCaptionDisplayMode(mode);
-            studio.settle();
-            const QString path
-                = QStringLiteral("%1/panel-%2-%3.png").arg(target, rawValue(theme), rawValue(mode));
-            if (!studio.floatingCaptions->panel()->grabWindow().save(path)) {
-                throw std::runtime_error("A photograph could not be written: " + path.toStdString());
-            }
-        }
-    }
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -442,6 +418,7 @@ int main(int argc, char *argv[])
             {QStringLiteral("glossary"), &photographGlossary},
             {QStringLiteral("models"), &photographModels},
             {QStringLiteral("panel"), &photographPanel},
+            {QStringLiteral("reading"), &photographReading},
         };
         for (const auto &[name, photographSubject] : subjects) {
             if (argc == 2 || name == QString::fromLocal8Bit(argv[2])) {

@@ -1,4 +1,5 @@
 #include "storage/FloatingCaptionDisplayMode.h"
+#include "storage/FloatingCaptionOrder.h"
 #include "storage/FloatingCaptionTheme.h"
 #include "storage/LumaphoneAudioInputSource.h"
 #include "storage/LumaphoneProcessingMode.h"
@@ -45,6 +46,7 @@ private slots:
     void audioInputSources();
     void captionThemes();
     void captionDisplayModes();
+    void captionOrders();
 };
 
 void ChoicesTest::processingModes()
@@ -71,6 +73,12 @@ void ChoicesTest::captionDisplayModes()
 {
     compareCases(allFloatingCaptionDisplayModes, floatingCaptionDisplayMode,
         {{"bilingual", "雙語"}, {"translationOnly", "只顯示譯文"}, {"sourceOnly", "只顯示原文"}});
+}
+
+void ChoicesTest::captionOrders()
+{
+    compareCases(allFloatingCaptionOrders, floatingCaptionOrder,
+        {{"sourceFirst", "原文在上"}, {"translationFirst", "譯文在上"}});
 }
 
 LUMAPHONE_TEST(ChoicesTest)

@@ -87,6 +87,12 @@ void LumaphoneSettingsTest::aFreshStoreYieldsTheDefaults()
     QCOMPARE(settings.captionOpacity(), 0.3);
     QCOMPARE(settings.captionTheme(), FloatingCaptionTheme::dark);
     QCOMPARE(settings.captionDisplayMode(), FloatingCaptionDisplayMode::bilingual);
+    QCOMPARE(settings.captionOrder(), FloatingCaptionOrder::sourceFirst);
+    QCOMPARE(settings.captionFont(), QString());
+    QCOMPARE(settings.captionLineSpacing(), 1.0);
+    QCOMPARE(settings.captionLineWidth(), 1.0);
+    QCOMPARE(settings.captionLines(), 0.0);
+    QCOMPARE(settings.captionSilence(), 0.0);
     QCOMPARE(settings.providerBaseURL(), QStringLiteral("https://api.openai.com/v1"));
     QCOMPARE(settings.providerModel(), QStringLiteral("gpt-4o-mini"));
     QCOMPARE(settings.hasProviderAPIKey(), false);
@@ -105,6 +111,12 @@ void LumaphoneSettingsTest::everyKeyIsReadOnceInOrder()
         QStringLiteral("lumaphone.caption.opacity"),
         QStringLiteral("lumaphone.caption.theme"),
         QStringLiteral("lumaphone.caption.displayMode"),
+        QStringLiteral("lumaphone.caption.order"),
+        QStringLiteral("lumaphone.caption.font"),
+        QStringLiteral("lumaphone.caption.lineSpacing"),
+        QStringLiteral("lumaphone.caption.lineWidth"),
+        QStringLiteral("lumaphone.caption.lines"),
+        QStringLiteral("lumaphone.caption.silence"),
         QStringLiteral("lumaphone.provider.baseURL"),
         QStringLiteral("lumaphone.provider.model"),
     };
@@ -253,6 +265,12 @@ void LumaphoneSettingsTest::everySetIsStoredAtOnceUnderItsKey()
     settings.setCaptionOpacity(0.75);
     settings.setCaptionTheme(FloatingCaptionTheme::glass);
     settings.setCaptionDisplayMode(FloatingCaptionDisplayMode::sourceOnly);
+    settings.setCaptionOrder(FloatingCaptionOrder::translationFirst);
+    settings.setCaptionFont(QStringLiteral("Some Font"));
+    settings.setCaptionLineSpacing(1.5);
+    settings.setCaptionLineWidth(0.6);
+    settings.setCaptionLines(3);
+    settings.setCaptionSilence(10);
     settings.setProviderBaseURL(QStringLiteral("  https://example.org/v1\n"));
     settings.setProviderModel(QString());
     const std::map<QString, DefaultsValue> wanted {
@@ -263,6 +281,12 @@ void LumaphoneSettingsTest::everySetIsStoredAtOnceUnderItsKey()
         {QStringLiteral("lumaphone.caption.opacity"), 0.75},
         {QStringLiteral("lumaphone.caption.theme"), textValue("glass")},
         {QStringLiteral("lumaphone.caption.displayMode"), textValue("sourceOnly")},
+        {QStringLiteral("lumaphone.caption.order"), textValue("translationFirst")},
+        {QStringLiteral("lumaphone.caption.font"), textValue("Some Font")},
+        {QStringLiteral("lumaphone.caption.lineSpacing"), 1.5},
+        {QStringLiteral("lumaphone.caption.lineWidth"), 0.6},
+        {QStringLiteral("lumaphone.caption.lines"), 3.0},
+        {QStringLiteral("lumaphone.caption.silence"), 10.0},
         {QStringLiteral("lumaphone.provider.baseURL"), textValue("  https://example.org/v1\n")},
         {QStringLiteral("lumaphone.provider.model"), textValue("")},
     };
@@ -321,6 +345,15 @@ void LumaphoneSettingsTest::everyPropertyNotifiesOnceAfterItsChange()
     watch(&LumaphoneSettings::captionThemeChanged, [&] { return rawValue(settings.captionTheme()); });
     watch(&LumaphoneSettings::captionDisplayModeChanged,
         [&] { return rawValue(settings.captionDisplayMode()); });
+    watch(&LumaphoneSettings::captionOrderChanged, [&] { return rawValue(settings.captionOrder()); });
+    watch(&LumaphoneSettings::captionFontChanged, [&] { return settings.captionFont(); });
+    watch(&LumaphoneSettings::captionLineSpacingChanged,
+        [&] { return QString::number(settings.captionLineSpacing()); });
+    watch(&LumaphoneSettings::captionLineWidthChanged,
+        [&] { return QString::number(settings.captionLineWidth()); });
+    watch(&LumaphoneSettings::captionLinesChanged, [&] { return QString::number(settings.captionLines()); });
+    watch(&LumaphoneSettings::captionSilenceChanged,
+        [&] { return QString::number(settings.captionSilence()); });
     watch(&LumaphoneSettings::providerBaseURLChanged, [&] { return settings.providerBaseURL(); });
     watch(&LumaphoneSettings::providerModelChanged, [&] { return settings.providerModel(); });
     watch(&LumaphoneSettings::hasProviderAPIKeyChanged,
@@ -333,6 +366,12 @@ void LumaphoneSettingsTest::everyPropertyNotifiesOnceAfterItsChange()
     settings.setCaptionOpacity(0.5);
     settings.setCaptionTheme(FloatingCaptionTheme::light);
     settings.setCaptionDisplayMode(FloatingCaptionDisplayMode::translationOnly);
+    settings.setCaptionOrder(FloatingCaptionOrder::translationFirst);
+    settings.setCaptionFont(QStringLiteral("f"));
+    settings.setCaptionLineSpacing(1.5);
+    settings.setCaptionLineWidth(0.6);
+    settings.setCaptionLines(3);
+    settings.setCaptionSilence(10);
     settings.setProviderBaseURL(QStringLiteral("u"));
     settings.setProviderModel(QStringLiteral("m"));
     settings.saveProviderAPIKey(QStringLiteral("k"));
@@ -340,8 +379,9 @@ void LumaphoneSettingsTest::everyPropertyNotifiesOnceAfterItsChange()
     settings.saveProviderAPIKey(QString());
     const QStringList wanted {QStringLiteral("english"), QStringLiteral("microphone"),
         QStringLiteral("customAPI"), QStringLiteral("20"), QStringLiteral("0.5"), QStringLiteral("light"),
-        QStringLiteral("translationOnly"), QStringLiteral("u"), QStringLiteral("m"), QStringLiteral("key"),
-        QStringLiteral("no key")};
+        QStringLiteral("translationOnly"), QStringLiteral("translationFirst"), QStringLiteral("f"),
+        QStringLiteral("1.5"), QStringLiteral("0.6"), QStringLiteral("3"), QStringLiteral("10"),
+        QStringLiteral("u"), QStringLiteral("m"), QStringLiteral("key"), QStringLiteral("no key")};
     QCOMPARE(seen, wanted);
 }
 

@@ -27,6 +27,8 @@ T.Popup {
     closePolicy: T.Popup.CloseOnEscape
     padding: 0
 
+    onVisibleChanged: OpenDialogs.note(sheet, visible)
+    Component.onDestruction: OpenDialogs.note(sheet, false)
     onOpened: {
         if (sheet.initialFocus)
             sheet.initialFocus.forceActiveFocus();

@@ -1,27 +1,13 @@
 #pragma once
 
-#include <QFont>
+#include "app/floating/FittedCaption.h"
+
 #include <QObject>
-#include <QSizeF>
-#include <QString>
 #include <QtQml/qqmlregistration.h>
 
 namespace lumaphone {
 
-/// What a text of a few lines has to fit into.
-struct CaptionLineBounds
-{
-    double fontSize = 0; ///< wanted, in points
-    double minimumFontSize = 0; ///< below which it does not shrink
-    int maximumLines = 1;
-    QSizeF available;
-};
-
-/// The largest whole size, in pixels, at which `text` fits its bounds; the smallest allowed one if it never
-/// does.
-int fittingPixelSize(const QString &text, QFont font, const CaptionLineBounds &bounds);
-
-/// The same for a view: keeps the size of its text fitting while text and room change.
+/// Fits the text of a caption line for a view, while text and room change.
 class CaptionLineFit : public QObject
 {
     Q_OBJECT
@@ -33,19 +19,25 @@ class CaptionLineFit : public QObject
     Q_PROPERTY(
         double minimumFontSize READ minimumFontSize WRITE setMinimumFontSize NOTIFY minimumFontSizeChanged)
     Q_PROPERTY(int maximumLines READ maximumLines WRITE setMaximumLines NOTIFY maximumLinesChanged)
+    Q_PROPERTY(double lineSpacing READ lineSpacing WRITE setLineSpacing NOTIFY lineSpacingChanged)
     Q_PROPERTY(double availableWidth READ availableWidth WRITE setAvailableWidth NOTIFY availableWidthChanged)
     Q_PROPERTY(
         double availableHeight READ availableHeight WRITE setAvailableHeight NOTIFY availableHeightChanged)
-    Q_PROPERTY(int pixelSize READ pixelSize NOTIFY pixelSizeChanged)
+    Q_PROPERTY(QString shownText READ shownText NOTIFY fitChanged)
+    Q_PROPERTY(bool isWhole READ isWhole NOTIFY fitChanged)
+    Q_PROPERTY(int pixelSize READ pixelSize NOTIFY fitChanged)
+    Q_PROPERTY(double scale READ scale NOTIFY fitChanged)
+    Q_PROPERTY(double leastHeight READ leastHeight NOTIFY leastHeightChanged)
+    Q_PROPERTY(double wantedHeight READ wantedHeight NOTIFY wantedHeightChanged)
 
 public:
     explicit CaptionLineFit(QObject *parent = nullptr);
 
     const QString &text() const { return m_text; }
     void setText(const QString &text);
-    QString fontFamily() const { return m_fontFamily; }
+    QString fontFamily() const { return m_font.family(); }
     void setFontFamily(const QString &family);
-    int fontWeight() const { return m_fontWeight; }
+    int fontWeight() const { return m_font.weight(); }
     void setFontWeight(int weight);
     double fontSize() const { return m_bounds.fontSize; }
     void setFontSize(double points);
@@ -53,11 +45,23 @@ public:
     void setMinimumFontSize(double points);
     int maximumLines() const { return m_bounds.maximumLines; }
     void setMaximumLines(int lines);
-    double availableWidth() const { return m_width; }
+    double lineSpacing() const { return m_bounds.lineSpacing; }
+    void setLineSpacing(double spacing);
+    double availableWidth() const { return m_bounds.available.width(); }
     void setAvailableWidth(double width);
-    double availableHeight() const { return m_height; }
+    double availableHeight() const { return m_bounds.available.height(); }
     void setAvailableHeight(double height);
-    int pixelSize() const { return m_pixelSize; }
+
+    /// The text as it has room, or its newest words.
+    const QString &shownText() const { return m_fit.text; }
+    bool isWhole() const { return m_fit.isWhole; }
+    /// It is drawn with a font of so many pixels and scaled.
+    int pixelSize() const { return DrawnFontSize(m_fit.fontSize).pixels; }
+    double scale() const { return DrawnFontSize(m_fit.fontSize).scale; }
+    /// Of one line at the smallest size.
+    double leastHeight() const { return m_leastHeight; }
+    /// That the text would take if there were no end of it.
+    double wantedHeight() const { return m_wantedHeight; }
 
 signals:
     void textChanged();
@@ -66,21 +70,25 @@ signals:
     void fontSizeChanged();
     void minimumFontSizeChanged();
     void maximumLinesChanged();
+    void lineSpacingChanged();
     void availableWidthChanged();
     void availableHeightChanged();
-    void pixelSizeChanged();
+    void fitChanged();
+    void leastHeightChanged();
+    void wantedHeightChanged();
 
 private:
-    template<typename Value> void set(Value &member, const Value &value, void (CaptionLineFit::*changed)());
-    void update();
+    using Signal = void (CaptionLineFit::*)();
+    template<typename Value> bool set(Value &member, const Value &value, Signal changed);
+    void fit();
+    void measure();
 
     QString m_text;
-    QString m_fontFamily;
-    int m_fontWeight = QFont::Normal;
+    QFont m_font;
     CaptionLineBounds m_bounds;
-    double m_width = 0;
-    double m_height = 0;
-    int m_pixelSize = 1;
+    FittedCaption m_fit;
+    double m_leastHeight = 0;
+    double m_wantedHeight = 0;
 };
 
 } // namespace lumaphone

@@ -26,7 +26,9 @@ void FloatingCaptionLook::setSettings(LumaphoneSettings *settings)
     if (settings != nullptr) {
         using Settings = LumaphoneSettings;
         for (const auto changed : {&Settings::captionThemeChanged, &Settings::captionDisplayModeChanged,
-                 &Settings::captionFontSizeChanged, &Settings::captionOpacityChanged}) {
+                 &Settings::captionFontSizeChanged, &Settings::captionOpacityChanged,
+                 &Settings::captionOrderChanged, &Settings::captionFontChanged,
+                 &Settings::captionLineSpacingChanged, &Settings::captionLineWidthChanged}) {
             connect(settings, changed, this, &FloatingCaptionLook::update);
         }
     }
@@ -75,13 +77,22 @@ void FloatingCaptionLook::setAccentColor(const QColor &color)
     set(m_desktop.accent, color, &FloatingCaptionLook::accentColorChanged);
 }
 
+CaptionRoom FloatingCaptionLook::roomIn(double panelHeight, double leastSource, double leastTranslation) const
+{
+    return {panelHeight, m_style.verticalPadding, {leastSource, leastTranslation}};
+}
+
 void FloatingCaptionLook::update()
 {
     FloatingCaptionStyle style;
     if (const LumaphoneSettings *settings = m_settings.data()) {
         style = FloatingCaptionStyle({.theme = settings->captionTheme(),
                                          .displayMode = settings->captionDisplayMode(),
+                                         .order = settings->captionOrder(),
                                          .fontSize = settings->captionFontSize(),
+                                         .fontFamily = settings->captionFont(),
+                                         .lineSpacing = settings->captionLineSpacing(),
+                                         .lineWidth = settings->captionLineWidth(),
                                          .opacity = settings->captionOpacity(),
                                          .sourceText = m_sourceText,
                                          .translationText = m_translationText},

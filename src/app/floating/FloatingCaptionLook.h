@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/floating/CaptionRoom.h"
 #include "app/floating/FloatingCaptionStyle.h"
 #include "storage/LumaphoneSettings.h"
 
@@ -49,6 +50,9 @@ public:
     void setAccentColor(const QColor &color);
 
     const FloatingCaptionStyle &style() const { return m_style; }
+    /// In a panel of that height, for lines of these least heights; 0 for one that is not wanted.
+    Q_INVOKABLE lumaphone::CaptionRoom roomIn(
+        double panelHeight, double leastSource, double leastTranslation) const;
 
 signals:
     void settingsChanged();

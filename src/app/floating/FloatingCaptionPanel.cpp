@@ -6,7 +6,25 @@
 #include <QQuickItem>
 #include <QScreen>
 
+#include <algorithm>
+#include <cmath>
+
 namespace lumaphone {
+
+namespace {
+
+bool takesPressAt(const QQuickItem &item, const QPointF &point)
+{
+    const QList<QQuickItem *> children = item.childItems();
+    return std::any_of(children.begin(), children.end(), [&](const QQuickItem *child) {
+        const QPointF inChild = child->mapFromItem(&item, point);
+        return child->isVisible() && child->isEnabled()
+            && ((child->contains(inChild) && child->property("takesPresses").toBool())
+                || takesPressAt(*child, inChild));
+    });
+}
+
+} // namespace
 
 FloatingCaptionPanel::FloatingCaptionPanel(
     QQmlEngine &engine, const QUrl &view, const QVariantMap &properties, const SurfaceMaker &makeSurface)
@@ -23,6 +41,9 @@ FloatingCaptionPanel::FloatingCaptionPanel(
     setResizeMode(SizeRootObjectToView);
     setInitialProperties(properties);
     setSource(view);
+    if (QQuickItem *root = rootObject(); root && root->setProperty("isInteractive", true)) {
+        connect(root, SIGNAL(growWanted(double)), this, SLOT(growTo(double)));
+    }
     m_surface = makeSurface(*this);
     for (const auto changed : {&QWindow::xChanged, &QWindow::yChanged}) {
         connect(this, changed, this, &FloatingCaptionPanel::moved);
@@ -65,6 +86,10 @@ void FloatingCaptionPanel::mousePressEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton) {
         return;
     }
+    if (takesPressAt(*contentItem(), event->position())) {
+        event->ignore();
+        return;
+    }
     const Qt::Edges edges = floatingcaption::edgesAt(event->position(), size());
     if (const std::optional<QPoint> pointer = m_surface->beginDrag(*event, edges)) {
         m_drag = Drag {edges, *pointer, frame()};
@@ -74,7 +99,12 @@ void FloatingCaptionPanel::mousePressEvent(QMouseEvent *event)
 void FloatingCaptionPanel::mouseMoveEvent(QMouseEvent *event)
 {
     if (!m_drag) {
-        setCursor(floatingcaption::cursorFor(floatingcaption::edgesAt(event->position(), size())));
+        const bool isOnButton = takesPressAt(*contentItem(), event->position());
+        setCursor(isOnButton
+                ? Qt::PointingHandCursor
+                : floatingcaption::cursorFor(floatingcaption::edgesAt(event->position(), size())));
+        // For what is hovered or held.
+        event->ignore();
     } else if (const std::optional<QPoint> pointer = m_surface->pointer(*event)) {
         dragTo(*pointer);
     }
@@ -85,6 +115,8 @@ void FloatingCaptionPanel::mouseReleaseEvent(QMouseEvent *event)
     if (event->button() == Qt::LeftButton && m_drag) {
         drop(m_surface->endDrag(*event));
         m_drag.reset();
+    } else {
+        event->ignore();
     }
 }
 
@@ -104,6 +136,11 @@ void FloatingCaptionPanel::drop(const QPoint &pointer)
     if (placing() == PanelPlacing::withinOutput && !m_drag->edges && below && below != screen()) {
         emit droppedElsewhere(below, m_drag->frame.translated(draggedBy(pointer)));
     }
+}
+
+void FloatingCaptionPanel::growTo(double height)
+{
+    setFrame(floatingcaption::grown(frame(), static_cast<int>(std::ceil(height)), screen()->geometry()));
 }
 
 bool FloatingCaptionPanel::event(QEvent *event)

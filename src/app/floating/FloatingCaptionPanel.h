@@ -21,8 +21,9 @@ class FloatingCaptionPanel : public QQuickView
 public:
     using SurfaceMaker = std::function<std::unique_ptr<PanelSurface>(QQuickWindow &)>;
 
-    /// `view` becomes the content. Its root has the writable texts "sourceText" and "translationText";
-    /// `properties` are set when it is made.
+    /// `view` becomes the content. Its root has the writable texts "sourceText" and "translationText", and
+    /// perhaps "isInteractive" with a signal growWanted(height); `properties` are set when it is made. What
+    /// has a property "takesPresses" is pressed; the rest drags the panel.
     FloatingCaptionPanel(QQmlEngine &engine, const QUrl &view, const QVariantMap &properties,
         const SurfaceMaker &makeSurface = &makePanelSurface);
 
@@ -49,6 +50,9 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     bool event(QEvent *event) override;
+
+private slots:
+    void growTo(double height);
 
 private:
     struct Drag

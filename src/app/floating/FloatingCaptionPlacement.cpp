@@ -4,6 +4,13 @@
 
 namespace lumaphone::floatingcaption {
 
+namespace {
+
+/// Between the panel and what it makes room for.
+constexpr int clearance = 8;
+
+} // namespace
+
 QPointF initialOrigin(const QRectF &visibleFrame, const QSizeF &panelSize)
 {
     const double lift = std::min(visibleFrame.height() * 0.18, 180.0);
@@ -109,6 +116,50 @@ QRect fitted(const QRect &geometry, const QRect &bounds)
     const int mostY = std::max(bounds.top(), bounds.bottom() + 1 - result.height());
     result.moveTo(std::clamp(result.x(), bounds.left(), mostX), std::clamp(result.y(), bounds.top(), mostY));
     return result;
+}
+
+QRect grown(const QRect &geometry, int height, const QRect &bounds)
+{
+    const QSize most = maximumSize.boundedTo(bounds.size());
+    QRect result = geometry;
+    result.setTop(geometry.bottom() + 1 - std::max(geometry.height(), std::min(height, most.height())));
+    if (height > most.height() && geometry.width() < most.width()) {
+        result.setWidth(most.width());
+        result.moveLeft(geometry.center().x() - most.width() / 2);
+    }
+    return fitted(result, bounds);
+}
+
+std::optional<QRect> clearOf(const QRect &geometry, const QList<QRect> &obstacles, const QRect &bounds)
+{
+    const auto isClear = [&](const QRect &place) {
+        return std::none_of(obstacles.begin(), obstacles.end(),
+            [&place](const QRect &obstacle) { return obstacle.intersects(place); });
+    };
+    if (isClear(geometry)) {
+        return geometry;
+    }
+    const QRect inside = fitted(geometry, bounds);
+    QList<int> columns {inside.left()};
+    QList<int> rows {inside.top()};
+    for (const QRect &obstacle : obstacles) {
+        columns.append({obstacle.left() - clearance - geometry.width(), obstacle.right() + 1 + clearance});
+        rows.append({obstacle.top() - clearance - geometry.height(), obstacle.bottom() + 1 + clearance});
+    }
+    std::optional<QRect> nearest;
+    const auto distance = [&geometry](const QRect &place) {
+        return (place.topLeft() - geometry.topLeft()).manhattanLength();
+    };
+    for (const int x : columns) {
+        for (const int y : rows) {
+            const QRect place(QPoint(x, y), geometry.size());
+            if (bounds.contains(place) && isClear(place)
+                && (!nearest || distance(place) < distance(*nearest))) {
+                nearest = place;
+            }
+        }
+    }
+    return nearest;
 }
 
 } // namespace lumaphone::floatingcaption

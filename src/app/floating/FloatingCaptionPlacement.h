@@ -9,6 +9,8 @@
 #include <QSizeF>
 #include <Qt>
 
+#include <optional>
+
 // Where the caption panel lies. The program counts as its stored frames do: the origin is the lower left
 // corner of the main screen, y points upwards, and a rectangle's origin is its lower left corner.
 namespace lumaphone::floatingcaption {
@@ -44,5 +46,13 @@ QPointF stepped(const QPointF &pointer, const QPointF &step, const QList<QRect> 
 
 /// `geometry` with the sizes allowed and, as far as it has room there, moved into `bounds`.
 QRect fitted(const QRect &geometry, const QRect &bounds);
+
+/// `geometry` made so high, upwards from its lower edge and within `bounds`; as wide as can be, too, where
+/// the height allowed is not enough.
+QRect grown(const QRect &geometry, int height, const QRect &bounds);
+
+/// The place nearest to `geometry`, of its size and within `bounds`, that covers none of `obstacles`; none if
+/// there is no such place.
+std::optional<QRect> clearOf(const QRect &geometry, const QList<QRect> &obstacles, const QRect &bounds);
 
 } // namespace lumaphone::floatingcaption

@@ -62,9 +62,14 @@ ThemeColors colorsOf(FloatingCaptionTheme theme, const DesktopColors &desktop)
 FloatingCaptionStyle::FloatingCaptionStyle(
     const FloatingCaptionContent &content, const DesktopColors &desktop)
     : showsSourceText(hasSource(content.displayMode) && !content.sourceText.isEmpty())
+    , wantsSourceText(hasSource(content.displayMode))
     , showsTranslationText(hasTranslation(content.displayMode))
     , sourceLine(content.sourceText)
     , translationLine(content.translationText.isEmpty() ? QStringLiteral(" ") : content.translationText)
+    , isTranslationFirst(content.order == FloatingCaptionOrder::translationFirst)
+    , fontFamily(content.fontFamily)
+    , lineSpacing(std::clamp(content.lineSpacing, 0.8, 3.0))
+    , lineWidth(std::clamp(content.lineWidth, 0.2, 1.0))
     , sourceFontSize(std::max(content.fontSize * 0.58, 14.0))
     , translationFontSize(content.fontSize)
     , minimumSourceFontSize(sourceFontSize * 0.66)
@@ -76,6 +81,7 @@ FloatingCaptionStyle::FloatingCaptionStyle(
     translationColor = colors.translation;
     backgroundColor = faded(colors.background, content.opacity);
     borderColor = colors.border;
+    buttonColor = faded(colors.background, 0.7);
 }
 
 } // namespace lumaphone

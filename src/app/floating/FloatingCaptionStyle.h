@@ -1,6 +1,7 @@
 #pragma once
 
 #include "storage/FloatingCaptionDisplayMode.h"
+#include "storage/FloatingCaptionOrder.h"
 #include "storage/FloatingCaptionTheme.h"
 
 #include <QColor>
@@ -15,7 +16,11 @@ struct FloatingCaptionContent
 {
     FloatingCaptionTheme theme = FloatingCaptionTheme::dark;
     FloatingCaptionDisplayMode displayMode = FloatingCaptionDisplayMode::bilingual;
+    FloatingCaptionOrder order = FloatingCaptionOrder::sourceFirst;
     double fontSize = 34; ///< of the translation, in points
+    QString fontFamily; ///< empty for that of the text's language
+    double lineSpacing = 1; ///< in heights of the font's lines
+    double lineWidth = 1; ///< of the width between the paddings
     double opacity = 0.3; ///< of the background, 0...1
     QString sourceText;
     QString translationText;
@@ -39,9 +44,14 @@ class FloatingCaptionStyle
     Q_GADGET
     QML_VALUE_TYPE(floatingCaptionStyle)
     Q_PROPERTY(bool showsSourceText MEMBER showsSourceText)
+    Q_PROPERTY(bool wantsSourceText MEMBER wantsSourceText)
     Q_PROPERTY(bool showsTranslationText MEMBER showsTranslationText)
     Q_PROPERTY(QString sourceLine MEMBER sourceLine)
     Q_PROPERTY(QString translationLine MEMBER translationLine)
+    Q_PROPERTY(bool isTranslationFirst MEMBER isTranslationFirst)
+    Q_PROPERTY(QString fontFamily MEMBER fontFamily)
+    Q_PROPERTY(double lineSpacing MEMBER lineSpacing)
+    Q_PROPERTY(double lineWidth MEMBER lineWidth)
     Q_PROPERTY(double sourceFontSize MEMBER sourceFontSize)
     Q_PROPERTY(double translationFontSize MEMBER translationFontSize)
     Q_PROPERTY(double minimumSourceFontSize MEMBER minimumSourceFontSize)
@@ -53,6 +63,7 @@ class FloatingCaptionStyle
     Q_PROPERTY(QColor backgroundColor MEMBER backgroundColor)
     Q_PROPERTY(QColor borderColor MEMBER borderColor)
     Q_PROPERTY(QColor shadowColor MEMBER shadowColor)
+    Q_PROPERTY(QColor buttonColor MEMBER buttonColor)
     Q_PROPERTY(double horizontalPadding MEMBER horizontalPadding)
     Q_PROPERTY(double verticalPadding MEMBER verticalPadding)
     Q_PROPERTY(double cornerRadius MEMBER cornerRadius)
@@ -67,9 +78,14 @@ public:
     bool operator==(const FloatingCaptionStyle &) const = default;
 
     bool showsSourceText = false;
+    bool wantsSourceText = false; ///< whether it is shown where there is one
     bool showsTranslationText = false;
     QString sourceLine;
     QString translationLine; ///< a blank for an empty translation, so that the line keeps its height
+    bool isTranslationFirst = false; ///< above the source
+    QString fontFamily; ///< that the user has chosen; or empty
+    double lineSpacing = 1; ///< in heights of the font's lines
+    double lineWidth = 1; ///< of the width between the paddings
     double sourceFontSize = 0; ///< medium weight
     double translationFontSize = 0; ///< bold
     double minimumSourceFontSize = 0; ///< down to which a long text shrinks
@@ -81,6 +97,7 @@ public:
     QColor backgroundColor; ///< with the opacity that the user has chosen
     QColor borderColor;
     QColor shadowColor; ///< behind the texts, whatever the theme
+    QColor buttonColor; ///< behind what can be clicked, so strong that it can be read on anything
     double horizontalPadding = 28;
     double verticalPadding = 18;
     double cornerRadius = 14;

@@ -41,8 +41,9 @@ QRectF frameWithin(const QRect &geometry, const QRect &output)
 } // namespace
 
 FloatingCaptionWindowController::FloatingCaptionWindowController(
-    LumaphoneSettings &settings, PanelMaker makePanel, QObject *parent)
+    LumaphoneSettings &settings, std::shared_ptr<Clock> clock, PanelMaker makePanel, QObject *parent)
     : QObject(parent)
+    , m_reader(settings, std::move(clock))
     , m_frames(settings.defaults())
     , m_makePanel(std::move(makePanel))
 {
@@ -74,12 +75,14 @@ FloatingCaptionWindowController::~FloatingCaptionWindowController()
 
 void FloatingCaptionWindowController::show(const QString &sourceText, const QString &translationText)
 {
+    m_reader.noteSaid(sourceText, translationText);
     show(sourceText, QString(), translationText);
 }
 
 void FloatingCaptionWindowController::showSpoken(
     const QString &sourceText, AppleSystemSpeechLanguage language, const QString &translationText)
 {
+    m_reader.noteSpoken();
     show(sourceText, rawValue(language), translationText);
 }
 
@@ -93,7 +96,7 @@ void FloatingCaptionWindowController::show(
     }
     m_sourceLanguage = sourceLanguage;
     m_panel->setTexts(sourceText, sourceLanguage, translationText);
-    m_panel->orderFront();
+    orderFront();
     setTexts(sourceText, translationText);
     if (!wasOpen) {
         emit isOpenChanged();
@@ -115,6 +118,10 @@ void FloatingCaptionWindowController::close()
     if (m_panel) {
         m_panel->close();
     }
+    if (m_panel) {
+        // It was never shown, and a window that was not is not told.
+        windowWillClose(*m_panel);
+    }
 }
 
 void FloatingCaptionWindowController::createPanel()
@@ -133,6 +140,10 @@ void FloatingCaptionWindowController::createPanel()
     // Only a panel that has its place is the current one, so that placing it stores nothing.
     position(*panel);
     m_panel = std::move(created);
+    m_home.reset();
+    m_aside.reset();
+    m_isHidden = false;
+    makeRoom();
 }
 
 void FloatingCaptionWindowController::position(FloatingCaptionPanel &panel) const
@@ -209,14 +220,18 @@ void FloatingCaptionWindowController::goHome()
     m_panel.release()->deleteLater();
     createPanel();
     m_panel->setTexts(m_currentSourceText, m_sourceLanguage, m_currentTranslationText);
-    m_panel->orderFront();
+    orderFront();
 }
 
 void FloatingCaptionWindowController::windowDidMoveOrResize(const FloatingCaptionPanel &panel)
 {
-    if (&panel == m_panel.get()) {
-        m_saving.start();
+    if (&panel != m_panel.get() || m_isMovingAside || panel.frame() == m_aside) {
+        return;
     }
+    // Where the user puts it, it stays.
+    m_home.reset();
+    m_aside.reset();
+    m_saving.start();
 }
 
 void FloatingCaptionWindowController::windowWillClose(const FloatingCaptionPanel &panel)
@@ -229,9 +244,77 @@ void FloatingCaptionWindowController::windowWillClose(const FloatingCaptionPanel
         saveFrame(panel);
     }
     m_panel.release()->deleteLater();
+    m_reader.leave();
     setTexts({}, {});
     emit isOpenChanged();
     emit hasKeyboardChanged();
+}
+
+void FloatingCaptionWindowController::setDialogs(const QVariantList &areas)
+{
+    if (m_dialogs != areas) {
+        m_dialogs = areas;
+        emit dialogsChanged();
+        makeRoom();
+    }
+}
+
+void FloatingCaptionWindowController::makeRoom()
+{
+    // Where the desktop places it, it also decides what lies above, and would not let it come back.
+    if (!m_panel || m_panel->placing() == PanelPlacing::byDesktop) {
+        return;
+    }
+    const QRect home = m_home.value_or(m_aside.value_or(m_panel->frame()));
+    const std::optional<QRect> room = m_dialogs.isEmpty() ? home : roomBesideDialogs(home);
+    if (!room) {
+        m_isHidden = true;
+        m_panel->hide();
+        return;
+    }
+    if (*room != m_aside.value_or(home)) {
+        moveAside(*room);
+    }
+    m_home = m_dialogs.isEmpty() ? std::nullopt : std::optional(home);
+    if (std::exchange(m_isHidden, false)) {
+        m_panel->orderFront();
+    }
+}
+
+std::optional<QRect> FloatingCaptionWindowController::roomBesideDialogs(const QRect &home) const
+{
+    QList<QRect> areas;
+    for (const QVariant &area : m_dialogs) {
+        areas.append(area.toRectF().toAlignedRect());
+    }
+    const bool isAnywhere
+        = std::any_of(areas.begin(), areas.end(), [](const QRect &area) { return area.isEmpty(); });
+    // Only where the program places its windows does it know where they are.
+    if (isAnywhere || m_panel->placing() != PanelPlacing::anywhere) {
+        return std::nullopt;
+    }
+    const QScreen *below = QGuiApplication::screenAt(home.center());
+    const QScreen *screen = below ? below : QGuiApplication::primaryScreen();
+    return screen ? floatingcaption::clearOf(home, areas, screen->availableGeometry()) : std::nullopt;
+}
+
+void FloatingCaptionWindowController::moveAside(const QRect &place)
+{
+    if (m_saving.isActive()) {
+        m_saving.stop();
+        saveFrame(*m_panel);
+    }
+    m_aside = place;
+    m_isMovingAside = true;
+    m_panel->setFrame(place);
+    m_isMovingAside = false;
+}
+
+void FloatingCaptionWindowController::orderFront()
+{
+    if (!m_isHidden) {
+        m_panel->orderFront();
+    }
 }
 
 void FloatingCaptionWindowController::saveFrame(const FloatingCaptionPanel &panel)

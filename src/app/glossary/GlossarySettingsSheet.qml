@@ -299,6 +299,7 @@ Sheet {
         title: Texts.importTitle
         fileMode: FileDialog.OpenFiles
         nameFilters: [Texts.importFilter, Texts.anyFileFilter]
+        onVisibleChanged: OpenDialogs.note(importDialog, visible)
         onAccepted: sheet.settings.importFiles(selectedFiles)
     }
 
@@ -310,6 +311,7 @@ Sheet {
         fileMode: FileDialog.SaveFile
         defaultSuffix: "yaml"
         nameFilters: [Texts.exportFilter]
+        onVisibleChanged: OpenDialogs.note(exportDialog, visible)
         onAccepted: sheet.settings.exportYAML(selectedFile)
     }
 }

@@ -37,6 +37,7 @@ Rectangle {
         height: (preview.height - 2 * Theme.space) / preview.scaleDown
         scale: preview.scaleDown
         settings: preview.inspector.settings
+        reader: preview.inspector.captions.previewReader
         sourceText: preview.inspector.previewSourceText
         sourceLanguage: preview.inspector.previewSourceLanguage
         translationText: preview.inspector.previewTranslationText

@@ -59,6 +59,7 @@ InspectorModel::InspectorModel(SystemAudioCaptureController &controller, Lumapho
     , m_controller(controller)
     , m_settings(settings)
     , m_glossary(glossary)
+    , m_captions(settings)
 {
     using Controller = SystemAudioCaptureController;
     using Settings = LumaphoneSettings;
@@ -193,7 +194,7 @@ void InspectorModel::setCaptionOpacity(double opacity)
 
 QString InspectorModel::fontSizeText() const
 {
-    return QString::number(std::round(captionFontSize())) + QStringLiteral(" pt");
+    return QString::number(std::round(captionFontSize() * 10) / 10) + QStringLiteral(" pt");
 }
 
 QString InspectorModel::opacityText() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/inspector/FloatingCaptionSettingsModel.h"
 #include "storage/LumaphoneSettings.h"
 
 #include <QObject>
@@ -19,6 +20,7 @@ class InspectorModel final : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("The program makes the one model.")
     Q_PROPERTY(lumaphone::LumaphoneSettings *settings READ settings CONSTANT)
+    Q_PROPERTY(lumaphone::FloatingCaptionSettingsModel *captions READ captions CONSTANT)
     Q_PROPERTY(QVariantList audioInputSources READ audioInputSources CONSTANT)
     /// In the inspector's order.
     Q_PROPERTY(QVariantList sourceLanguages READ sourceLanguages CONSTANT)
@@ -58,6 +60,7 @@ public:
         const LumaphoneGlossaryStore &glossary, QObject *parent = nullptr);
 
     LumaphoneSettings *settings() const { return &m_settings; }
+    FloatingCaptionSettingsModel *captions() { return &m_captions; }
     QVariantList audioInputSources() const;
     QVariantList sourceLanguages() const;
     QVariantList commandBarLanguages() const;
@@ -108,6 +111,7 @@ private:
     SystemAudioCaptureController &m_controller;
     LumaphoneSettings &m_settings;
     const LumaphoneGlossaryStore &m_glossary;
+    FloatingCaptionSettingsModel m_captions;
 };
 
 } // namespace lumaphone

@@ -173,62 +173,9 @@ Rectangle {
                 Layout.fillWidth: true
             }
 
-            InspectorSection {
+            FloatingCaptionSection {
                 Layout.fillWidth: true
-                title: Texts.floatingCaptions
-
-                PickerRow {
-                    objectName: "inspector.theme"
-                    Layout.fillWidth: true
-                    title: Texts.theme
-                    systemImage: "circle.lefthalf.filled"
-                    model: panel.inspector.captionThemes
-                    selection: panel.inspector.captionTheme
-                    onPicked: value => panel.inspector.captionTheme = value
-                }
-
-                PickerRow {
-                    objectName: "inspector.display"
-                    Layout.fillWidth: true
-                    title: Texts.display
-                    systemImage: "rectangle.split.1x2"
-                    model: panel.inspector.captionDisplayModes
-                    selection: panel.inspector.captionDisplayMode
-                    onPicked: value => panel.inspector.captionDisplayMode = value
-                }
-
-                LabeledSlider {
-                    objectName: "inspector.fontSize"
-                    Layout.fillWidth: true
-                    Layout.topMargin: Theme.half
-                    title: Texts.fontSize
-                    systemImage: "textformat.size"
-                    valueText: panel.inspector.fontSizeText
-                    from: panel.inspector.minimumFontSize
-                    to: panel.inspector.maximumFontSize
-                    stepSize: 1
-                    value: panel.inspector.captionFontSize
-                    onMoved: value => panel.inspector.captionFontSize = value
-                }
-
-                LabeledSlider {
-                    objectName: "inspector.opacity"
-                    Layout.fillWidth: true
-                    title: Texts.opacity
-                    systemImage: "drop.halffull"
-                    valueText: panel.inspector.opacityText
-                    from: 0
-                    to: 1
-                    stepSize: 0.01
-                    value: panel.inspector.captionOpacity
-                    onMoved: value => panel.inspector.captionOpacity = value
-                }
-
-                FloatingCaptionPreview {
-                    Layout.fillWidth: true
-                    Layout.topMargin: Theme.half
-                    inspector: panel.inspector
-                }
+                inspector: panel.inspector
             }
 
             Hairline {

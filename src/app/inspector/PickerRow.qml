@@ -31,6 +31,7 @@ RowLayout {
 
     PopUpPicker {
         objectName: row.objectName + ".picker"
+        Layout.maximumWidth: 176
         help: row.title
         model: row.model
         selection: row.selection

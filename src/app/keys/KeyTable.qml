@@ -48,6 +48,15 @@ QtObject {
                             "keys": ["Ctrl+Shift+F"]
                         }
                     ]
+                },
+                {
+                    "text": Texts.holdOrFollowCaptions,
+                    "commands": [
+                        {
+                            "name": "holdFloatingCaptions",
+                            "keys": ["Ctrl+Shift+P"]
+                        }
+                    ]
                 }
             ]
         },

@@ -372,6 +372,7 @@ FocusScope {
         objectName: "library.exportDialog"
         title: Texts.exportTitle
         fileMode: FileDialog.SaveFile
+        onVisibleChanged: OpenDialogs.note(exportDialog, visible)
         onAccepted: library.workspace.exportRecord(defaultSuffix, selectedFile)
     }
 }

@@ -98,10 +98,13 @@ FocusScope {
             workspaceMode: content.workspaceMode
             isInspectorVisible: content.isInspectorVisible
             isFloatingCaptionOpen: content.floatingCaptions.isOpen
+            canHoldFloatingCaption: content.floatingCaptions.isOpen && content.floatingCaptions.reader.isOn
+            isFloatingCaptionHeld: content.floatingCaptions.reader.isHeld
             onWorkspacePicked: workspace => content.workspaceMode = workspace
             onInspectorToggled: content.isInspectorVisible = !content.isInspectorVisible
             onLanguagePicked: language => content.modelOffer?.languageChosen(language)
             onFloatingCaptionToggled: content.floatingCaptions.toggle()
+            onFloatingCaptionHeld: content.floatingCaptions.reader.toggleHold()
             onFloatingCaptionClosed: content.floatingCaptions.close()
             onSaveTranscript: content.session.saveTranscript()
             onClear: content.clear()
@@ -230,6 +233,12 @@ FocusScope {
         onConfirmed: content.modelOffer.remove(row)
     }
 
+    Binding {
+        target: content.floatingCaptions
+        property: "dialogs"
+        value: OpenDialogs.areas(content.Window.window?.x ?? 0, content.Window.window?.y ?? 0)
+    }
+
     Announcer {
         id: announcer
     }
@@ -254,6 +263,13 @@ FocusScope {
         command: "toggleFloatingCaptions"
         context: content.panelKeys
         onActivated: content.floatingCaptions.toggle()
+    }
+
+    CommandShortcut {
+        command: "holdFloatingCaptions"
+        context: content.panelKeys
+        enabled: content.floatingCaptions.isOpen && content.floatingCaptions.reader.isOn
+        onActivated: content.floatingCaptions.reader.toggleHold()
     }
 
     CommandShortcut {

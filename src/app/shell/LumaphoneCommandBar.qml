@@ -14,6 +14,8 @@ Rectangle {
     required property string workspaceMode
     required property bool isInspectorVisible
     required property bool isFloatingCaptionOpen
+    property bool canHoldFloatingCaption: false
+    property bool isFloatingCaptionHeld: false
     /// Whether the machine can be looked at.
     property bool canDiagnose: false
 
@@ -22,6 +24,7 @@ Rectangle {
     signal languagePicked(language: string)
     signal floatingCaptionToggled
     signal floatingCaptionClosed
+    signal floatingCaptionHeld
     signal saveTranscript
     signal clear
     signal startNew
@@ -169,6 +172,15 @@ Rectangle {
                     text: Texts.closeFloatingCaptions
                     enabled: bar.isFloatingCaptionOpen
                     onTriggered: bar.floatingCaptionClosed()
+                }
+
+                AppMenuItem {
+                    objectName: "menu.holdFloating"
+                    systemImage: bar.isFloatingCaptionHeld ? "play.fill" : "pause.fill"
+                    text: bar.isFloatingCaptionHeld ? Texts.followCaptions : Texts.holdCaptions
+                    keys: KeyTable.labelOf("holdFloatingCaptions")
+                    enabled: bar.canHoldFloatingCaption
+                    onTriggered: bar.floatingCaptionHeld()
                 }
 
                 AppMenuSeparator {}

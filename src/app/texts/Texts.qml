@@ -124,6 +124,13 @@ QtObject {
     readonly property string display: "顯示"
     readonly property string fontSize: "字級"
     readonly property string opacity: "背景不透明度"
+    readonly property string order: "順序"
+    readonly property string font: "字型"
+    readonly property string lineSpacing: "行距"
+    readonly property string lineWidth: "每行寬度"
+    readonly property string readingMode: "閱讀模式"
+    readonly property string readingModeHint: "讀完才換下一句，定稿的字幕不再改動。滾輪往回看，Ctrl+Shift+P 暫停。"
+    readonly property string inSilence: "安靜時"
     readonly property string preview: "浮動字幕預覽"
     readonly property string customProvider: "自定義 API"
     readonly property string textTranslation: "文字翻譯"
@@ -135,6 +142,13 @@ QtObject {
     readonly property string terms: "術語"
     readonly property string manage: "管理"
     readonly property string manageTerms: "管理術語"
+
+    // The caption panel.
+    readonly property string growPanel: "放大面板，顯示整句字幕"
+    readonly property string holdCaptions: "暫停浮動字幕"
+    readonly property string followCaptions: "繼續浮動字幕"
+    readonly property string holdOrFollowCaptions: "暫停 / 繼續浮動字幕"
+    readonly property string newest: "最新"
 
     // The sheet of the provider.
     readonly property string providerTitle: "自定義 API 提供者"
@@ -237,6 +251,10 @@ QtObject {
     }
     function translationOfLine(number: int): string {
         return "第 " + number + " 段台灣繁中譯文";
+    }
+    /// What leads back to the newest line of the panel, where so many wait.
+    function newestLines(waiting: int): string {
+        return waiting > 0 ? newest + " · 還有 " + waiting + " 句" : newest;
     }
     /// A name with its state, as it is read aloud.
     function stated(name: string, state: string): string {
