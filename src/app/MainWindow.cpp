@@ -31,7 +31,7 @@ MainWindow::MainWindow(Machine &machine)
     , m_provider(m_settings, machine.mainQueue())
     , m_library(machine.library(), QLocale::system())
     , m_glossary(machine.glossary(), machine.mainQueue())
-    , m_models(machine.models(), machine.mainQueue())
+    , m_models(machine.models(), machine.mainQueue(), InstallationMemory(&machine.defaults()))
     , m_modelOffer(m_models, m_settings,
           [&machine](AppleSystemSpeechLanguage language) { return machine.isRecognized(language); })
     , m_diagnosis(machine.probe(QStringLiteral("Lumaphone %1").arg(QStringLiteral(LUMAPHONE_VERSION))),
@@ -74,6 +74,7 @@ bool MainWindow::open()
         }
     });
     raise();
+    m_models.resumeInstallations();
     return true;
 }
 

@@ -15,8 +15,10 @@ inline const auto captionDisplayMode = QStringLiteral("lumaphone.caption.display
 inline const auto providerBaseURL = QStringLiteral("lumaphone.provider.baseURL");
 inline const auto providerModel = QStringLiteral("lumaphone.provider.model");
 
-// Where the floating panel was, which nobody sets by name.
+// What nobody sets by name: where the floating panel was, what is being installed, and what the user does not
+// want to see again.
 inline const auto captionFrame = QStringLiteral("lumaphone.caption.frame");
 inline const auto captionOutput = QStringLiteral("lumaphone.caption.output");
+inline const auto installing = QStringLiteral("lumaphone.models.installing");
 
 } // namespace lumaphone::settingkeys

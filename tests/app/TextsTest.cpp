@@ -182,7 +182,7 @@ Texts expectedTexts()
         // Offline models.
         {"offlineModels", "離線模型"},
         {"offlineModelsHint", "下載一次，之後不連網路也能辨識與翻譯。"},
-        {"cancelInstallation", "取消安裝"},
+        {"pauseInstallation", "暫停下載"},
         {"later", "之後再說"},
         {"continueInBackground", "在背景繼續"},
         // What the program finds on this machine.

@@ -43,7 +43,7 @@ TABLE = {
     "app/glossary": "app/controls app/texts glossary base",
     "app/library": "app/controls app/texts storage base",
     "app/live": "app/controls app/texts session storage glossary language base",
-    "app/models": "app/controls app/texts storage models language base",
+    "app/models": "app/controls app/texts storage models platform language base",
     "app/inspector": "app/models app/live app/floating app/controls app/texts session storage translation translation/provider glossary "
                      "language base",
     "app/shell": "app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/texts",

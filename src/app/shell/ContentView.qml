@@ -214,6 +214,28 @@ FocusScope {
         function onLineFinished(text: string): void {
             announcer.announce(text);
         }
+    // Over the workspace, so that nothing moves when it comes or goes.
+    MessageBanner {
+        id: installationNotice
+
+        objectName: "installationNotice"
+        anchors.bottom: parent.bottom
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottomMargin: Theme.margin
+        width: Math.min(520, parent.width - 2 * Theme.margin)
+        visible: text !== ""
+        tone: MessageBanner.Tone.Neutral
+        border.width: 1
+        border.color: Theme.fieldBorder
+        onDismissed: text = ""
+
+        Timer {
+            interval: 12000
+            running: installationNotice.visible
+            onTriggered: installationNotice.text = ""
+        }
+    }
+
     }
 
     Shortcut {
@@ -223,6 +245,7 @@ FocusScope {
     }
 
     Shortcut {
+            installationNotice.text = text;
         sequence: "Ctrl+S"
         enabled: content.workspaceMode === "live" && content.session.canSave && !content.isSheetPresented
         onActivated: content.session.saveTranscript()

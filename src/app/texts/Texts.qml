@@ -171,7 +171,7 @@ QtObject {
     // Offline models.
     readonly property string offlineModels: "離線模型"
     readonly property string offlineModelsHint: "下載一次，之後不連網路也能辨識與翻譯。"
-    readonly property string cancelInstallation: "取消安裝"
+    readonly property string pauseInstallation: "暫停下載"
     readonly property string later: "之後再說"
     readonly property string continueInBackground: "在背景繼續"
 
