@@ -3,6 +3,7 @@
 #include "LumaphoneVersion.h"
 #include "app/QmlEngineSetup.h"
 #include "machine/Machine.h"
+#include "storage/TranscriptLibraryStore.h"
 
 #include <QColor>
 #include <QGuiApplication>
@@ -36,6 +37,7 @@ MainWindow::MainWindow(Machine &machine)
           [&machine](AppleSystemSpeechLanguage language) { return machine.isRecognized(language); })
     , m_diagnosis(machine.probe(QStringLiteral("Lumaphone %1").arg(QStringLiteral(LUMAPHONE_VERSION))),
           machine.detachedTasks(), machine.mainQueue())
+    , m_welcome(m_settings, !m_controller.captionLines().isEmpty() || !machine.library().records().isEmpty())
 {
     QObject::connect(&m_models, &ModelsModel::installationEnded, &m_controller,
         &SystemAudioCaptureController::translationModelsChanged);
@@ -60,6 +62,7 @@ bool MainWindow::open()
         {QStringLiteral("glossary"), QVariant::fromValue(&m_glossary)},
         {QStringLiteral("modelOffer"), QVariant::fromValue(&m_modelOffer)},
         {QStringLiteral("diagnosis"), QVariant::fromValue(&m_diagnosis)},
+        {QStringLiteral("welcome"), QVariant::fromValue(&m_welcome)},
     });
     m_engine.setInitialProperties(properties);
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Main.qml")));

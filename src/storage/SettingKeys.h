@@ -20,5 +20,6 @@ inline const auto providerModel = QStringLiteral("lumaphone.provider.model");
 inline const auto captionFrame = QStringLiteral("lumaphone.caption.frame");
 inline const auto captionOutput = QStringLiteral("lumaphone.caption.output");
 inline const auto installing = QStringLiteral("lumaphone.models.installing");
+inline const auto welcomeClosed = QStringLiteral("lumaphone.welcome.isClosed");
 
 } // namespace lumaphone::settingkeys

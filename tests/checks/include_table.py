@@ -46,9 +46,11 @@ TABLE = {
     "app/models": "app/controls app/texts storage models platform language base",
     "app/inspector": "app/models app/live app/floating app/controls app/texts session storage translation translation/provider glossary "
                      "language base",
-    "app/shell": "app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/texts",
-    "app": "app/shell app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/texts "
-           "machine session platform/desktop platform/display base",
+    "app/welcome": "app/inspector app/models app/controls app/texts storage",
+    "app/shell": "app/welcome app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls "
+                 "app/texts",
+    "app": "app/shell app/welcome app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls "
+           "app/texts machine session storage platform/desktop platform/display base",
 }
 
 

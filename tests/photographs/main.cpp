@@ -384,6 +384,18 @@ void photographModels(const QString &target)
     studio.photograph(target, QStringLiteral("models-removing"));
 }
 
+/// What a new user sees, in the usual and in the smallest window.
+void photographWelcome(const QString &target)
+{
+    for (const bool isSmall : {false, true}) {
+        const UserFolder user;
+        Studio studio(user.path());
+        studio.welcome = std::make_unique<WelcomeModel>(studio.session.settings, false);
+        studio.open(isSmall ? QSize(1040, 680) : QSize(1280, 800));
+        studio.photograph(target, isSmall ? QStringLiteral("welcome-small") : QStringLiteral("welcome"));
+    }
+}
+
 /// The panel over a picture, in every theme and display mode.
 void photographPanel(const QString &target)
 {
@@ -429,6 +441,7 @@ int main(int argc, char *argv[])
             {QStringLiteral("library"), &photographLibrary},
             {QStringLiteral("glossary"), &photographGlossary},
             {QStringLiteral("models"), &photographModels},
+            {QStringLiteral("welcome"), &photographWelcome},
             {QStringLiteral("panel"), &photographPanel},
         };
         for (const auto &[name, photographSubject] : subjects) {

@@ -9,6 +9,7 @@ import Lumaphone.Library
 import Lumaphone.Live
 import Lumaphone.Models
 import Lumaphone.Texts
+import Lumaphone.Welcome
 
 /// The root view of the main window: command bar, workspace, inspector, and the sheets over them.
 FocusScope {
@@ -24,6 +25,8 @@ FocusScope {
     property ModelOffer modelOffer: null
     /// None where the machine cannot be looked at.
     property DiagnosisModel diagnosis: null
+    /// None where nobody is welcomed.
+    property WelcomeModel welcome: null
 
     property string workspaceMode: "live"
     property bool isInspectorVisible: true
@@ -33,7 +36,7 @@ FocusScope {
     readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible || licenceSheet.visible
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
-        || isModelSheetPresented || diagnosisSheet.visible || unsavedEdit.visible
+        || isModelSheetPresented || diagnosisSheet.visible || unsavedEdit.visible || welcomeSheet.visible
     /// Some Wayland desktops give the keyboard to every window that opens, the panel too.
     readonly property int panelKeys: floatingCaptions.hasKeyboard ? Qt.ApplicationShortcut : Qt.WindowShortcut
 
@@ -51,6 +54,11 @@ FocusScope {
             return;
         content.didRequestStartupSystemAudioPermission = true;
         content.session.requestSystemAudioAccessIfNeeded();
+    }
+    /// To be called when the window is shown: a new user is told what there is.
+    function welcomeNewUser(): void {
+        if (content.welcome?.isWanted)
+            welcomeSheet.open();
     }
     function clear(): void {
         if (content.session.hasUnsavedTranscript)
@@ -85,6 +93,7 @@ FocusScope {
             onOpenGlossary: glossarySheet.open()
             canDiagnose: content.diagnosis !== null
             onOpenDiagnosis: diagnosisSheet.open()
+            onOpenWelcome: welcomeSheet.open()
         }
 
         RowLayout {
@@ -185,6 +194,15 @@ FocusScope {
         diagnosis: content.diagnosis
     }
 
+    WelcomeSheet {
+        id: welcomeSheet
+
+        welcome: content.welcome
+        inspector: content.inspector
+        offer: content.modelOffer
+        isLocked: content.session.isRunning || content.session.isStarting
+    }
+
     ConfirmationAlert {
         id: modelRemoval
 
@@ -196,24 +214,6 @@ FocusScope {
         onConfirmed: content.modelOffer.remove(row)
     }
 
-    Announcer {
-        id: announcer
-    }
-
-    Connections {
-        target: content.modelOffer
-
-        function onInstallationEnded(text: string): void {
-            announcer.announce(text);
-        }
-    }
-
-    Connections {
-        target: content.session
-
-        function onLineFinished(text: string): void {
-            announcer.announce(text);
-        }
     // Over the workspace, so that nothing moves when it comes or goes.
     MessageBanner {
         id: installationNotice
@@ -236,6 +236,25 @@ FocusScope {
         }
     }
 
+    Announcer {
+        id: announcer
+    }
+
+    Connections {
+        target: content.modelOffer
+
+        function onInstallationEnded(text: string): void {
+            announcer.announce(text);
+            installationNotice.text = text;
+        }
+    }
+
+    Connections {
+        target: content.session
+
+        function onLineFinished(text: string): void {
+            announcer.announce(text);
+        }
     }
 
     Shortcut {
@@ -245,7 +264,6 @@ FocusScope {
     }
 
     Shortcut {
-            installationNotice.text = text;
         sequence: "Ctrl+S"
         enabled: content.workspaceMode === "live" && content.session.canSave && !content.isSheetPresented
         onActivated: content.session.saveTranscript()

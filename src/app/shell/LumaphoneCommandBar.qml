@@ -26,6 +26,7 @@ Rectangle {
     signal startNew
     signal openProvider
     signal openGlossary
+    signal openWelcome
     signal openDiagnosis
 
     implicitHeight: 56
@@ -170,6 +171,13 @@ Rectangle {
                 }
 
                 AppMenuSeparator {}
+
+                AppMenuItem {
+                    objectName: "menu.welcome"
+                    systemImage: "captions.bubble.fill"
+                    text: Texts.menuWelcome
+                    onTriggered: bar.openWelcome()
+                }
 
                 AppMenuItem {
                     objectName: "menu.diagnosis"
