@@ -10,6 +10,7 @@ import Lumaphone.Live
 import Lumaphone.Models
 import Lumaphone.Shell
 import Lumaphone.Texts
+import Lumaphone.Welcome
 
 /// The main window.
 ApplicationWindow {
@@ -23,14 +24,15 @@ ApplicationWindow {
     required property GlossarySettingsModel glossary
     property ModelOffer modelOffer: null
     property DiagnosisModel diagnosis: null
+    property WelcomeModel welcome: null
     /// Whether the desktop wants dark colours.
     property bool isDark: false
-    readonly property alias content: view
-
     /// The desktop's accent colour; transparent where it has none.
     property color desktopAccent: "transparent"
     property bool isHighContrast: false
     property bool isMotionReduced: false
+    readonly property alias content: view
+
     width: 1280
     height: 800
     minimumWidth: 1040
@@ -46,8 +48,6 @@ ApplicationWindow {
         value: window.isDark
     }
 
-    ContentView {
-        id: view
     Binding {
         target: Theme
         property: "desktopAccent"
@@ -66,6 +66,8 @@ ApplicationWindow {
         value: window.isMotionReduced
     }
 
+    ContentView {
+        id: view
 
         anchors.fill: parent
         session: window.session
@@ -76,6 +78,7 @@ ApplicationWindow {
         glossary: window.glossary
         modelOffer: window.modelOffer
         diagnosis: window.diagnosis
+        welcome: window.welcome
         onLeaveWanted: window.leave()
         onCloseWanted: window.close()
     }
@@ -89,8 +92,10 @@ ApplicationWindow {
     }
 
     onVisibleChanged: {
-        if (visible)
+        if (visible) {
             view.requestStartupPermission();
+            view.welcomeNewUser();
+        }
     }
 
     /// A running session ends and leaves its draft; the program ends when the last translations have come, or a moment later.

@@ -3,6 +3,7 @@
 #include "LumaphoneVersion.h"
 #include "app/QmlEngineSetup.h"
 #include "machine/Machine.h"
+#include "storage/TranscriptLibraryStore.h"
 
 #include <QColor>
 #include <QGuiApplication>
@@ -31,11 +32,12 @@ MainWindow::MainWindow(Machine &machine)
     , m_provider(m_settings, machine.clock(), machine.mainQueue())
     , m_library(machine.library(), QLocale::system())
     , m_glossary(machine.glossary(), machine.mainQueue())
-    , m_models(machine.models(), machine.mainQueue())
+    , m_models(machine.models(), machine.mainQueue(), InstallationMemory(&machine.defaults()))
     , m_modelOffer(m_models, m_settings,
           [&machine](AppleSystemSpeechLanguage language) { return machine.isRecognized(language); })
     , m_diagnosis(machine.probe(QStringLiteral("Lumaphone %1").arg(QStringLiteral(LUMAPHONE_VERSION))),
           machine.detachedTasks(), machine.mainQueue())
+    , m_welcome(m_settings, !m_controller.captionLines().isEmpty() || !machine.library().records().isEmpty())
 {
     QObject::connect(&m_models, &ModelsModel::installationEnded, &m_controller,
         &SystemAudioCaptureController::translationModelsChanged);
@@ -61,6 +63,7 @@ bool MainWindow::open()
         {QStringLiteral("glossary"), QVariant::fromValue(&m_glossary)},
         {QStringLiteral("modelOffer"), QVariant::fromValue(&m_modelOffer)},
         {QStringLiteral("diagnosis"), QVariant::fromValue(&m_diagnosis)},
+        {QStringLiteral("welcome"), QVariant::fromValue(&m_welcome)},
     });
     m_engine.setInitialProperties(properties);
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Main.qml")));
@@ -75,6 +78,7 @@ bool MainWindow::open()
         }
     });
     raise();
+    m_models.resumeInstallations();
     return true;
 }
 

@@ -10,12 +10,13 @@
 #include "app/live/LiveSessionModel.h"
 #include "app/models/ModelOffer.h"
 #include "app/models/ModelsModel.h"
+#include "app/welcome/WelcomeModel.h"
 #include "platform/desktop/PortalAppearance.h"
 #include "session/SystemAudioCaptureController.h"
 
 #include <QQmlApplicationEngine>
-
 #include <QVariantMap>
+
 #include <memory>
 
 class QWindow;
@@ -56,6 +57,7 @@ private:
     ModelsModel m_models;
     ModelOffer m_modelOffer;
     DiagnosisModel m_diagnosis;
+    WelcomeModel m_welcome;
     QQmlApplicationEngine m_engine; ///< goes first, while what it shows is there
     QWindow *m_window = nullptr;
 };

@@ -21,10 +21,12 @@ inline const auto captionSilence = QStringLiteral("lumaphone.caption.silence");
 inline const auto providerBaseURL = QStringLiteral("lumaphone.provider.baseURL");
 inline const auto providerModel = QStringLiteral("lumaphone.provider.model");
 
-// Nobody sets these by name: where the floating panel was, and the server that a key without an address of
-// its own was saved for.
+// What nobody sets by name: where the floating panel was, the server that a key without an address of its own was
+// saved for, what is being installed, and what the user does not want to see again.
 inline const auto captionFrame = QStringLiteral("lumaphone.caption.frame");
 inline const auto captionOutput = QStringLiteral("lumaphone.caption.output");
 inline const auto formerProviderAddress = QStringLiteral("lumaphone.provider.formerAddress");
+inline const auto installing = QStringLiteral("lumaphone.models.installing");
+inline const auto welcomeClosed = QStringLiteral("lumaphone.welcome.isClosed");
 
 } // namespace lumaphone::settingkeys

@@ -1,10 +1,12 @@
 #include "app/models/ModelsModel.h"
 
 #include "app/OffscreenTest.h"
+#include "storage/SettingKeys.h"
 #include "support/BundledModel.h"
 #include "support/Coroutines.h"
 #include "support/FileServer.h"
 #include "support/FolderResources.h"
+#include "support/MemoryDefaultsStore.h"
 #include "support/ModelFixtures.h"
 
 #include <QAbstractItemModelTester>
@@ -62,7 +64,13 @@ private slots:
         m_store = std::make_unique<ModelStore>(m_scratch->filePath("Models"),
             ModelCatalogue::fromJson(listing(m_server->url({})), "test"),
             std::make_shared<test::FolderResources>(m_scratch->filePath("program")));
-        m_model = std::make_unique<ModelsModel>(*m_store, m_mainQueue);
+        m_defaults = std::make_unique<test::MemoryDefaultsStore>();
+        start();
+    }
+    void start()
+    {
+        m_model = std::make_unique<ModelsModel>(
+            *m_store, m_mainQueue, InstallationMemory(m_defaults.get()), [this] { return m_time; });
         m_tester = std::make_unique<QAbstractItemModelTester>(
             m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     }
@@ -113,9 +121,89 @@ private slots:
         }));
         m_model->cancel(english);
         QVERIFY(ends());
-        QCOMPARE(text(english, ModelsModel::StatusTextRole), QStringLiteral("還沒有安裝完成"));
+        QCOMPARE(text(english, ModelsModel::StatusTextRole), QStringLiteral("已暫停，按「繼續」接著下載"));
         QCOMPARE(text(english, ModelsModel::InstallTitleRole), QStringLiteral("繼續"));
         QVERIFY(!flag(english, ModelsModel::IsErrorRole));
+    }
+
+    void progressHasAPace()
+    {
+        m_server->cutAfter = 30'000;
+        m_server->cuts = 2;
+        QStringList seen;
+        connect(m_model.get(), &QAbstractItemModel::dataChanged, this, [this, &seen] {
+            m_time += std::chrono::seconds(2);
+            seen.append(text(english, ModelsModel::StatusTextRole));
+        });
+        m_model->install(english);
+        QVERIFY(ends());
+        disconnect(m_model.get(), nullptr, this, nullptr);
+        QVERIFY(flag(english, ModelsModel::IsReadyRole));
+        QVERIFY2(!seen.filter(QStringLiteral("，每秒 ")).isEmpty(), qPrintable(seen.join('\n')));
+        QVERIFY(!text(english, ModelsModel::StatusTextRole).contains(QStringLiteral("每秒")));
+    }
+
+    void whatWasUnderWayAtTheEndGoesOnAtTheNextStart()
+    {
+        m_server->muteAfter = 50'000;
+        m_model->install(speech, true);
+        m_model->install(korean);
+        QVERIFY(test::waitUntil([this] {
+            return text(speech, ModelsModel::StatusTextRole).startsWith(QStringLiteral("下載中... 5"));
+        }));
+        endTheProgram();
+        m_server->muteAfter.reset();
+        start();
+        QVERIFY(!m_model->isInstalling()); // until the window is there
+        m_model->resumeInstallations();
+        QVERIFY(flag(speech, ModelsModel::IsInstallingRole));
+        QVERIFY(flag(korean, ModelsModel::IsInstallingRole));
+        QVERIFY(ends());
+        QVERIFY(flag(speech, ModelsModel::IsReadyRole)); // the licence has been accepted before
+        QVERIFY(flag(korean, ModelsModel::IsReadyRole));
+        QCOMPARE(wasContinuedAt("/speech.bin"), QByteArray("bytes=50000-"));
+        endTheProgram();
+        start();
+        m_model->resumeInstallations();
+        QVERIFY(!m_model->isInstalling());
+    }
+
+    void whatWasPausedStaysPaused()
+    {
+        m_server->muteAfter = 50'000;
+        m_model->install(english);
+        QVERIFY(test::waitUntil([this] {
+            return text(english, ModelsModel::StatusTextRole).startsWith(QStringLiteral("下載中... 5"));
+        }));
+        m_model->cancel(english);
+        QVERIFY(ends());
+        endTheProgram();
+        m_server->muteAfter.reset();
+        const auto requests = m_server->requests().size();
+        start();
+        m_model->resumeInstallations();
+        test::settle();
+        QVERIFY(!m_model->isInstalling());
+        QCOMPARE(m_server->requests().size(), requests);
+        QCOMPARE(text(english, ModelsModel::StatusTextRole), QStringLiteral("已暫停，按「繼續」接著下載"));
+        m_model->install(english);
+        QVERIFY(ends());
+        QVERIFY(flag(english, ModelsModel::IsReadyRole));
+        QCOMPARE(wasContinuedAt("/en-zh-Hant.bin"), QByteArray("bytes=50000-"));
+    }
+
+    void whatFailedOrIsUnknownIsNotTriedAgainByItself()
+    {
+        m_server->status = 503;
+        m_model->install(english);
+        QVERIFY(ends());
+        m_defaults->setObject(settingkeys::installing, QStringLiteral("unheard-of!"));
+        endTheProgram();
+        m_server->status.reset();
+        start();
+        m_model->resumeInstallations();
+        QVERIFY(!m_model->isInstalling());
+        QVERIFY(!m_defaults->object(settingkeys::installing));
     }
 
     void oneWaitsForTheOther()
@@ -321,6 +409,16 @@ private slots:
     }
 
 private:
+    void endTheProgram()
+    {
+        cleanup();
+        test::settle();
+    }
+    /// From where the last request for a file asked for it.
+    QByteArray wasContinuedAt(const QString &path) const
+    {
+        return m_server->requestsFor(path).constLast().header("Range");
+    }
     QVariant value(int row, int role) const { return m_model->data(m_model->index(row), role); }
     QString text(int row, int role) const { return value(row, role).toString(); }
     bool flag(int row, int role) const { return value(row, role).toBool(); }
@@ -334,6 +432,8 @@ private:
     std::unique_ptr<QTemporaryDir> m_scratch;
     std::unique_ptr<test::FileServer> m_server;
     std::unique_ptr<ModelStore> m_store;
+    std::unique_ptr<test::MemoryDefaultsStore> m_defaults;
+    std::chrono::nanoseconds m_time {0};
     std::unique_ptr<ModelsModel> m_model;
     std::unique_ptr<QAbstractItemModelTester> m_tester;
 };

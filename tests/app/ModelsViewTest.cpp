@@ -231,10 +231,37 @@ private slots:
         QVERIFY(!view.isShown(japanese + ".install"));
         QVERIFY(view.isShown(japanese + ".remove"));
         QCOMPARE(f.announced(), QString("日文翻譯成繁體中文：已安裝，可離線使用"));
+        QCOMPARE(view.textOf("installationNotice"), QString("日文翻譯成繁體中文：已安裝，可離線使用"));
+        view.photograph("installation-ended");
+        QVERIFY(view.click("installationNotice.dismiss"));
+        QVERIFY(!view.isShown("installationNotice"));
         QVERIFY(f.server.requestsFor("/sense-voice.bin").isEmpty());
     }
 
-    void progressIsShownAndCanBeCancelled()
+    void anInstallationGoesOnWhileCaptionsRun()
+    {
+        Fixture f;
+        f.server.muteAfter = modelSize / 2;
+        auto &view = f.open();
+        QVERIFY(view.click(english + ".install"));
+        QVERIFY(waitUntil([&] { return view.textOf(english + ".status").startsWith("下載中..."); }));
+        f.session.startOrStop();
+        settle();
+        QVERIFY(f.session.isRunning());
+        f.live.speech("The first line", true);
+        QVERIFY(f.models.isInstalling());
+        QVERIFY(view.click(english + ".cancel"));
+        QVERIFY(f.endsInstalling());
+        f.server.muteAfter.reset();
+        QVERIFY(view.click(english + ".install"));
+        QVERIFY(f.endsInstalling());
+        QCOMPARE(f.state("en-zh-Hant"), ModelState::installed);
+        QVERIFY(f.session.isRunning());
+        f.live.speech("The second line", true);
+        QVERIFY(!f.live.controller->captionLines().isEmpty());
+    }
+
+    void progressIsShownAndCanBePaused()
     {
         Fixture f;
         f.server.muteAfter = modelSize / 2;
@@ -246,10 +273,10 @@ private slots:
         }));
         QVERIFY(view.textOf(english + ".status").startsWith("下載中..."));
         QVERIFY(!view.find(english + ".progress")->property("indeterminate").toBool());
-        QCOMPARE(accessibleName(view, english + ".cancel"), QString("取消安裝「英文翻譯成繁體中文」"));
+        QCOMPARE(accessibleName(view, english + ".cancel"), QString("暫停下載「英文翻譯成繁體中文」"));
         QVERIFY(view.click(english + ".cancel"));
         QVERIFY(f.endsInstalling());
-        QCOMPARE(view.textOf(english + ".status"), QString("還沒有安裝完成"));
+        QCOMPARE(view.textOf(english + ".status"), QString("已暫停，按「繼續」接著下載"));
         QCOMPARE(view.textOf(english + ".install"), QString("繼續"));
         QCOMPARE(f.announced(), QString());
         f.server.muteAfter.reset();
@@ -438,7 +465,7 @@ private slots:
         QVERIFY(view.isShown(speech + ".progress"));
         // It can be ended from the same sheet.
         f.offer.languageChosen("japanese");
-        QVERIFY(waitUntil([&] { return view.textOf("modelOffer.later") == "取消安裝"; }));
+        QVERIFY(waitUntil([&] { return view.textOf("modelOffer.later") == "暫停下載"; }));
         QVERIFY(view.click("modelOffer.later"));
         QVERIFY(f.endsInstalling());
         QVERIFY(waitUntil([&] { return view.textOf("modelOffer.later") == "之後再說"; }));

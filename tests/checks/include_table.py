@@ -44,12 +44,14 @@ TABLE = {
     "app/glossary": "app/controls app/texts glossary base",
     "app/library": "app/controls app/keys app/texts storage base",
     "app/live": "app/controls app/keys app/texts session storage glossary language base",
-    "app/models": "app/controls app/texts storage models language base",
+    "app/models": "app/controls app/texts storage models platform language base",
     "app/inspector": "app/models app/live app/floating app/controls app/texts session storage translation translation/provider glossary "
                      "language base",
-    "app/shell": "app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/keys app/texts",
-    "app": "app/shell app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls app/texts "
-           "machine session platform/desktop platform/display base",
+    "app/welcome": "app/inspector app/models app/controls app/texts storage",
+    "app/shell": "app/welcome app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls "
+                 "app/keys app/texts",
+    "app": "app/shell app/welcome app/inspector app/models app/live app/library app/glossary app/floating app/diagnosis app/controls "
+           "app/texts machine session storage platform/desktop platform/display base",
 }
 
 

@@ -3,6 +3,10 @@
 #include "support/Coroutines.h"
 #include "support/RunningProgram.h"
 
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
 namespace lumaphone::test {
@@ -11,9 +15,12 @@ namespace lumaphone::test {
 class User
 {
 public:
+    enum class Acquaintance { knowsTheProgram, isNew };
+
     /// `home` keeps what the user stores; `windowSystem` are the variables that name it.
-    User(const QString &home, const QList<std::pair<QString, QString>> &windowSystem)
-        : m_program(QStringLiteral(LUMAPHONE_DRIVEN), {},
+    User(const QString &home, const QList<std::pair<QString, QString>> &windowSystem,
+        Acquaintance acquaintance = Acquaintance::knowsTheProgram)
+        : m_program(readyFor(acquaintance, home), {},
             QList<std::pair<QString, QString>> {
                 {"HOME", home}, {"XDG_CONFIG_HOME", home + "/config"}, {"XDG_DATA_HOME", home + "/data"}}
                 + windowSystem)
@@ -39,6 +46,27 @@ public:
     QString seen;
 
 private:
+    /// The program. Who knows it has closed what is told to new users.
+    static QString readyFor(Acquaintance acquaintance, const QString &home)
+    {
+        if (acquaintance == Acquaintance::knowsTheProgram) {
+            const QString folder = home + QStringLiteral("/config/lumaphone");
+            QDir().mkpath(folder);
+            QFile file(folder + QStringLiteral("/settings.json"));
+            QJsonObject settings;
+            if (file.open(QIODevice::ReadOnly)) {
+                settings = QJsonDocument::fromJson(file.readAll()).object();
+                file.close();
+            }
+            settings.insert(QStringLiteral("lumaphone.welcome.isClosed"), true);
+            if (!file.open(QIODevice::WriteOnly)) {
+                qFatal("The user's settings cannot be written");
+            }
+            file.write(QJsonDocument(settings).toJson());
+        }
+        return QStringLiteral(LUMAPHONE_DRIVEN);
+    }
+
     RunningProgram m_program;
     qsizetype m_commands = 0;
 };

@@ -112,6 +112,26 @@ private slots:
         QCOMPARE(m_keyring->itemCount(), 1);
     }
 
+    void aNewUserIsWelcomedOnce()
+    {
+        const QTemporaryDir home;
+        {
+            User user(home.path(), onX11, User::Acquaintance::isNew);
+            DO("await welcome.flickable 聲音不會離開這台電腦");
+            DO("keyboard");
+            DO("click welcome.done");
+            DO("gone welcome.done");
+            DO("close");
+            QVERIFY(user.program().waitForEnd());
+        }
+        User user(home.path(), onX11, User::Acquaintance::isNew);
+        DO("click moreSettings");
+        DO("click menu.welcome");
+        DO("shown welcome.done");
+        DO("close");
+        QVERIFY(user.program().waitForEnd());
+    }
+
     void whatWasChosenLastSurvivesATermination()
     {
         const QTemporaryDir home;

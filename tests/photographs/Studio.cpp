@@ -95,6 +95,7 @@ void Studio::open(QSize size)
         {QStringLiteral("transcriptLibrary"), QVariant::fromValue(workspace.get())},
         {QStringLiteral("glossary"), QVariant::fromValue(glossary.get())},
         {QStringLiteral("modelOffer"), QVariant::fromValue(modelOffer.get())},
+        {QStringLiteral("welcome"), QVariant::fromValue(welcome.get())},
         {QStringLiteral("width"), size.width()},
         {QStringLiteral("height"), size.height()},
     });

@@ -7,6 +7,7 @@
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 #include "app/live/LiveSessionModel.h"
 #include "app/models/ModelOffer.h"
+#include "app/welcome/WelcomeModel.h"
 #include "glossary/LumaphoneGlossaryStore.h"
 #include "storage/TranscriptLibraryStore.h"
 #include "support/BundledModel.h"
@@ -66,6 +67,8 @@ public:
     std::unique_ptr<ModelStore> modelStore;
     std::unique_ptr<ModelsModel> models;
     std::unique_ptr<ModelOffer> modelOffer;
+    /// Nobody is welcomed without it; to be made before open().
+    std::unique_ptr<WelcomeModel> welcome;
     std::unique_ptr<FloatingCaptionWindowController> floatingCaptions;
     std::unique_ptr<QQmlApplicationEngine> engine;
     QQuickWindow *window = nullptr;

@@ -397,6 +397,18 @@ void photographModels(const QString &target)
     studio.photograph(target, QStringLiteral("models-removing"));
 }
 
+/// What a new user sees, in the usual and in the smallest window.
+void photographWelcome(const QString &target)
+{
+    for (const bool isSmall : {false, true}) {
+        const UserFolder user;
+        Studio studio(user.path());
+        studio.welcome = std::make_unique<WelcomeModel>(studio.session.settings, false);
+        studio.open(isSmall ? QSize(1040, 680) : QSize(1280, 800));
+        studio.photograph(target, isSmall ? QStringLiteral("welcome-small") : QStringLiteral("welcome"));
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -417,6 +429,7 @@ int main(int argc, char *argv[])
             {QStringLiteral("library"), &photographLibrary},
             {QStringLiteral("glossary"), &photographGlossary},
             {QStringLiteral("models"), &photographModels},
+            {QStringLiteral("welcome"), &photographWelcome},
             {QStringLiteral("panel"), &photographPanel},
             {QStringLiteral("reading"), &photographReading},
         };

@@ -55,7 +55,7 @@ QString ModelOffer::message() const
     if (isReady()) {
         return QStringLiteral("已經安裝完成，下次開始字幕時就會使用。");
     }
-    return isInstalling() ? QStringLiteral("正在安裝。您可以先做別的事，安裝會在背景繼續，"
+    return isInstalling() ? QStringLiteral("正在安裝。可以先做別的事，安裝會在背景繼續，"
                                            "進度顯示在 Inspector 的「離線模型」。")
                           : m_message;
 }

@@ -78,7 +78,7 @@ Sheet {
 
             objectName: "modelOffer.later"
             visible: !sheet.isReady
-            text: sheet.isInstalling ? Texts.cancelInstallation : Texts.later
+            text: sheet.isInstalling ? Texts.pauseInstallation : Texts.later
             onClicked: sheet.isInstalling ? sheet.offer.cancel() : sheet.close()
             onDoubleClicked: {} // must not mean what the button says after the first click
         },

@@ -96,8 +96,8 @@ FocusScope {
                     visible: row.isInstalling
                     implicitWidth: Theme.controlHeightSmall
                     implicitHeight: Theme.controlHeightSmall
-                    systemImage: "xmark"
-                    help: Texts.cancelInstallation
+                    systemImage: "pause.circle"
+                    help: Texts.pauseInstallation
                     Accessible.name: Texts.actionOn(help, row.title)
                     onClicked: row.cancelled()
                     // It may be the second click on the button whose place this one takes.

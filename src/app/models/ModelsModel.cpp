@@ -1,11 +1,12 @@
 #include "app/models/ModelsModel.h"
 
+#include "app/models/ModelTexts.h"
 #include "base/AtomicFile.h"
 #include "models/ModelError.h"
 
-#include <QLocale>
-
 #include <algorithm>
+#include <chrono>
+#include <numeric>
 #include <utility>
 
 namespace lumaphone {
@@ -21,34 +22,28 @@ struct ModelsModel::Running
 
 namespace {
 
-QString dataSize(qint64 bytes)
+/// What these models take, as far as it is known.
+qint64 downloadSize(const QList<const ModelEntry *> &entries)
 {
-    return QLocale(QLocale::Chinese, QLocale::Taiwan).formattedDataSize(bytes, 0, QLocale::DataSizeSIFormat);
-}
-
-QString licenceText(const QList<const ModelEntry *> &entries)
-{
-    const QString own = entries.constFirst()->licence.text;
-    QStringList texts {own};
-    for (const ModelEntry *entry : entries) {
-        if (entry->licence.text != own) {
-            texts.append(QStringLiteral("%1：%2").arg(entry->title, entry->licence.text));
-        }
-    }
-    return texts.join(QLatin1Char('\n'));
+    return std::accumulate(entries.begin(), entries.end(), qint64 {0},
+        [](qint64 sum, const ModelEntry *entry) { return sum + entry->knownDownloadSize().value_or(0); });
 }
 
 } // namespace
 
 ModelsModel::ModelsModel(const ModelStore &store, std::shared_ptr<MainQueue> mainQueue,
-    ModelInstallerOptions options, QObject *parent)
+    InstallationMemory memory, MonotonicTime time, ModelInstallerOptions options, QObject *parent)
     : QAbstractListModel(parent)
     , m_store(store)
     , m_installer(store, std::move(mainQueue), options)
+    , m_memory(memory)
+    , m_time(time ? std::move(time) : [] { return std::chrono::steady_clock::now().time_since_epoch(); })
 {
     const QList<ModelGroup> groups = modelGroups(m_store.catalogue());
     for (const ModelGroup &group : groups) {
-        m_rows.append({group, false, {}, {}});
+        Row row;
+        row.group = group;
+        m_rows.append(row);
     }
 }
 
@@ -86,9 +81,8 @@ QString ModelsModel::statusText(const Row &row) const
         if (!row.progress) {
             return QStringLiteral("等候中...");
         }
-        const QString done = QLocale().formattedDataSize(row.progress->done, 1, QLocale::DataSizeSIFormat);
         return row.progress->phase == ModelProgress::Phase::downloading
-            ? QStringLiteral("下載中... %1").arg(done)
+            ? downloadText(*row.progress, row.pace, row.later)
             : QStringLiteral("正在檢查並解開...");
     }
     if (!row.errorText.isEmpty()) {
@@ -101,7 +95,7 @@ QString ModelsModel::statusText(const Row &row) const
                                           "後重新建置，或改裝完整的套件。")
                          : QStringLiteral("尚未安裝") + sizeText(row);
     case ModelState::partial:
-        return QStringLiteral("還沒有安裝完成");
+        return QStringLiteral("已暫停，按「繼續」接著下載");
     case ModelState::installed:
         return isBundled ? QStringLiteral("Lumaphone 內建，可離線使用")
                          : QStringLiteral("已安裝，可離線使用");
@@ -111,6 +105,14 @@ QString ModelsModel::statusText(const Row &row) const
                          : QStringLiteral("檔案已損壞");
     }
     Q_UNREACHABLE();
+}
+
+void ModelsModel::note(Row &row, const ModelProgress &progress)
+{
+    row.progress = progress;
+    if (progress.phase == ModelProgress::Phase::downloading) {
+        row.pace.note(m_time(), progress.done);
+    }
 }
 
 QString ModelsModel::sizeText(const Row &row) const
@@ -131,6 +133,13 @@ QString ModelsModel::sizeText(const Row &row) const
         return QStringLiteral("，下載約 %1").arg(dataSize(download));
     }
     return unpacked > 0 ? QStringLiteral("，安裝後約 %1").arg(dataSize(unpacked)) : QString();
+}
+
+QList<const ModelEntry *> ModelsModel::missing(QList<const ModelEntry *> entries) const
+{
+    entries.removeIf(
+        [this](const ModelEntry *entry) { return m_store.state(*entry) == ModelState::installed; });
+    return entries;
 }
 
 QList<const ModelEntry *> ModelsModel::ownEntries(const Row &row) const
@@ -285,12 +294,28 @@ void ModelsModel::install(int row, bool acceptsLicence)
     }
     wanted.isQueued = true;
     wanted.errorText.clear();
+    m_memory.begin({wanted.group.entries.constFirst()->id, acceptsLicence});
     m_queue.push_back(std::make_shared<Running>(
         Running {row, acceptsLicence ? LicenceConsent::accepted : LicenceConsent::none, {}}));
     changed(row);
     if (m_queue.size() == 1) {
         emit isInstallingChanged();
         startNext();
+    }
+}
+
+void ModelsModel::resumeInstallations()
+{
+    const auto remembered = m_memory.installations();
+    for (const InstallationMemory::Installation &installation : remembered) {
+        const auto found = std::find_if(m_rows.begin(), m_rows.end(), [&installation](const Row &row) {
+            return row.group.entries.constFirst()->id == installation.id;
+        });
+        if (found == m_rows.end() || stateOf(*found) == ModelState::installed) {
+            m_memory.end(installation.id); // in a terminal, perhaps
+        } else {
+            install(static_cast<int>(found - m_rows.begin()), installation.acceptsLicence);
+        }
     }
 }
 
@@ -302,6 +327,7 @@ void ModelsModel::cancel(int row)
         return;
     }
     const std::shared_ptr<Running> running = *found;
+    m_memory.end(m_rows[row].group.entries.constFirst()->id);
     running->stop.request_stop();
     if (found != m_queue.begin()) { // it has not begun, so nobody else will end it
         m_queue.erase(found);
@@ -351,14 +377,17 @@ QCoro::Task<> ModelsModel::run(std::shared_ptr<Running> running)
 {
     const ModelProgressHandler onProgress = [this, running](const ModelProgress &progress) {
         if (!running->isAbandoned && m_rows[running->row].isQueued) {
-            m_rows[running->row].progress = progress;
+            note(m_rows[running->row], progress);
             changed(running->row, {StatusTextRole, ProgressRole});
         }
     };
     QString errorText;
     try {
         const QList<const ModelEntry *> entries = neededModels(m_rows[running->row].group, m_store);
-        for (const ModelEntry *entry : entries) {
+        for (qsizetype number = 0; number < entries.size(); ++number) {
+            const ModelEntry *entry = entries[number];
+            m_rows[running->row].pace.forget();
+            m_rows[running->row].later = downloadSize(missing(entries.mid(number + 1)));
             co_await m_installer.install(entry->id, running->consent, onProgress, running->stop.get_token());
             if (running->isAbandoned) {
                 co_return;
@@ -380,6 +409,8 @@ void ModelsModel::finish(const std::shared_ptr<Running> &running, const QString 
     Row &row = m_rows[running->row];
     row.isQueued = false;
     row.progress.reset();
+    row.pace.forget();
+    m_memory.end(row.group.entries.constFirst()->id);
     row.errorText = errorText;
     m_queue.pop_front();
     refresh(); // other rows may use the same models

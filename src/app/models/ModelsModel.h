@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/models/DownloadPace.h"
+#include "app/models/InstallationMemory.h"
 #include "models/ModelGroup.h"
 #include "models/ModelInstaller.h"
 
@@ -8,11 +10,15 @@
 #include <QString>
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
 
 namespace lumaphone {
+
+/// Time that never steps back, since any moment.
+using MonotonicTime = std::function<std::chrono::nanoseconds()>;
 
 /// What a window shows of the models: one row for each thing that the user may want, such as translation from
 /// Japanese, which may take several models. One installation runs at a time, the others wait. Main thread.
@@ -42,9 +48,13 @@ public:
 
     /// `store` outlives the model.
     ModelsModel(const ModelStore &store, std::shared_ptr<MainQueue> mainQueue,
+        InstallationMemory memory = InstallationMemory(), MonotonicTime time = {},
         ModelInstallerOptions options = {}, QObject *parent = nullptr);
-    /// Installations under way end; they can go on another time.
+    /// Installations under way end; what has been fetched is kept.
     ~ModelsModel() override;
+
+    /// Goes on with what was under way when the program ended. What had been paused stays so.
+    void resumeInstallations();
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
@@ -80,15 +90,19 @@ private:
         ModelGroup group;
         bool isQueued = false;
         std::optional<ModelProgress> progress;
+        DownloadPace pace;
+        qint64 later = 0; ///< bytes that its other models take, as far as they are known
         QString errorText;
     };
     struct Running;
 
     ModelState stateOf(const Row &row) const;
     QString statusText(const Row &row) const;
+    void note(Row &row, const ModelProgress &progress);
     /// How much is to be fetched, or what it becomes, as the end of a sentence; empty if nobody knows.
     QString sizeText(const Row &row) const;
     bool hasLicence(const Row &row) const;
+    QList<const ModelEntry *> missing(QList<const ModelEntry *> entries) const;
     /// The row's models that no other row uses, and that can be removed.
     QList<const ModelEntry *> ownEntries(const Row &row) const;
     bool isRemovable(const Row &row) const;
@@ -101,6 +115,8 @@ private:
 
     const ModelStore &m_store;
     ModelInstaller m_installer;
+    InstallationMemory m_memory;
+    MonotonicTime m_time;
     QList<Row> m_rows;
     std::deque<std::shared_ptr<Running>> m_queue; ///< the first one is running
 };

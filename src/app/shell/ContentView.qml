@@ -10,6 +10,7 @@ import Lumaphone.Library
 import Lumaphone.Live
 import Lumaphone.Models
 import Lumaphone.Texts
+import Lumaphone.Welcome
 
 /// The root view of the main window: command bar, workspace, inspector, and the sheets over them.
 FocusScope {
@@ -25,6 +26,8 @@ FocusScope {
     property ModelOffer modelOffer: null
     /// None where the machine cannot be looked at.
     property DiagnosisModel diagnosis: null
+    /// None where nobody is welcomed.
+    property WelcomeModel welcome: null
 
     property string workspaceMode: "live"
     property bool isInspectorVisible: true
@@ -34,7 +37,7 @@ FocusScope {
     readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible || licenceSheet.visible
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
-        || isModelSheetPresented || diagnosisSheet.visible || keyList.visible || unsavedEdit.visible
+        || isModelSheetPresented || diagnosisSheet.visible || keyList.visible || unsavedEdit.visible || welcomeSheet.visible
     /// Some Wayland desktops give the keyboard to every window that opens, the panel too.
     readonly property int panelKeys: floatingCaptions.hasKeyboard ? Qt.ApplicationShortcut : Qt.WindowShortcut
     readonly property bool isLive: workspaceMode === "live" && !isSheetPresented
@@ -55,6 +58,11 @@ FocusScope {
             return;
         content.didRequestStartupSystemAudioPermission = true;
         content.session.requestSystemAudioAccessIfNeeded();
+    }
+    /// To be called when the window is shown: a new user is told what there is.
+    function welcomeNewUser(): void {
+        if (content.welcome?.isWanted)
+            welcomeSheet.open();
     }
     /// Gives the keyboard to the first of the settings.
     function openSettings(): void {
@@ -114,6 +122,7 @@ FocusScope {
             canDiagnose: content.diagnosis !== null
             onOpenDiagnosis: diagnosisSheet.open()
             onOpenKeys: keyList.open()
+            onOpenWelcome: welcomeSheet.open()
         }
 
         RowLayout {
@@ -222,6 +231,15 @@ FocusScope {
         id: keyList
     }
 
+    WelcomeSheet {
+        id: welcomeSheet
+
+        welcome: content.welcome
+        inspector: content.inspector
+        offer: content.modelOffer
+        isLocked: content.session.isRunning || content.session.isStarting
+    }
+
     ConfirmationAlert {
         id: modelRemoval
 
@@ -239,6 +257,28 @@ FocusScope {
         value: OpenDialogs.areas(content.Window.window?.x ?? 0, content.Window.window?.y ?? 0)
     }
 
+    // Over the workspace, so that nothing moves when it comes or goes.
+    MessageBanner {
+        id: installationNotice
+
+        objectName: "installationNotice"
+        anchors.bottom: parent.bottom
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottomMargin: Theme.margin
+        width: Math.min(520, parent.width - 2 * Theme.margin)
+        visible: text !== ""
+        tone: MessageBanner.Tone.Neutral
+        border.width: 1
+        border.color: Theme.fieldBorder
+        onDismissed: text = ""
+
+        Timer {
+            interval: 12000
+            running: installationNotice.visible
+            onTriggered: installationNotice.text = ""
+        }
+    }
+
     Announcer {
         id: announcer
     }
@@ -248,6 +288,7 @@ FocusScope {
 
         function onInstallationEnded(text: string): void {
             announcer.announce(text);
+            installationNotice.text = text;
         }
     }
 

@@ -30,6 +30,7 @@ Rectangle {
     signal startNew
     signal openProvider
     signal openGlossary
+    signal openWelcome
     signal openDiagnosis
     signal openKeys
 
@@ -184,6 +185,13 @@ Rectangle {
                 }
 
                 AppMenuSeparator {}
+
+                AppMenuItem {
+                    objectName: "menu.welcome"
+                    systemImage: "captions.bubble.fill"
+                    text: Texts.menuWelcome
+                    onTriggered: bar.openWelcome()
+                }
 
                 AppMenuItem {
                     objectName: "menu.diagnosis"

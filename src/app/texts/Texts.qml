@@ -196,9 +196,25 @@ QtObject {
     // Offline models.
     readonly property string offlineModels: "離線模型"
     readonly property string offlineModelsHint: "下載一次，之後不連網路也能辨識與翻譯。"
-    readonly property string cancelInstallation: "取消安裝"
+    readonly property string pauseInstallation: "暫停下載"
     readonly property string later: "之後再說"
     readonly property string continueInBackground: "在背景繼續"
+
+    // What a new user is told.
+    readonly property string menuWelcome: "認識 Lumaphone…"
+    readonly property string welcomeTitle: "歡迎使用 Lumaphone"
+    readonly property string welcomeSubtitle: "幾件事先說明。什麼都不選也能開始，之後隨時可以改。"
+    readonly property string welcomeSource: "要聽什麼"
+    readonly property string welcomeSourceHint: "這台電腦正在播放的聲音，或是麥克風收到的聲音。"
+    readonly property string welcomeLanguage: "說的是哪一種語言"
+    readonly property string welcomeLanguageHint: "不確定就用自動辨識。"
+    readonly property string welcomePrivacy: "聲音不會離開這台電腦"
+    readonly property string welcomePrivacyHint: "辨識在這台電腦上進行。自己設定了翻譯服務，文字才會送到那裡。"
+    readonly property string welcomeBundled: "現在就能用"
+    readonly property string welcomeModels: "想加的時候再加"
+    readonly property string welcomeModelsHint: "下載一次，之後不連網路也能用。一邊下載一邊看字幕也沒問題。"
+    readonly property string welcomeAgain: "之後可以從「更多設定」再打開。"
+    readonly property string welcomeDone: "開始使用"
 
     // What the program finds on this machine.
     readonly property string diagnosisTitle: "檢查這台電腦"
