@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/live/CaptionLinesModel.h"
+#include "app/live/LineAnnouncements.h"
 #include "app/live/SessionPhase.h"
 #include "app/live/SoundWatch.h"
 #include "app/live/TranscriptModel.h"
@@ -25,6 +26,8 @@ struct LivePatience
     std::chrono::milliseconds withSilence = SoundWatch::defaultPatience;
     /// At the end of the program.
     std::chrono::milliseconds withLastTranslations = std::chrono::seconds(2);
+    /// While lines behind it wait to be read aloud.
+    std::chrono::milliseconds withTranslation = LineAnnouncements::defaultPatience;
 };
 
 /// The live session as the command bar and the live workspace show it: every text, state and permission,
@@ -165,8 +168,9 @@ signals:
     void isStageTranslatedChanged();
     void languageStatusTextChanged();
     void cardStatusTextChanged();
-    /// A line is complete: worth telling someone who listens instead of reading.
-    void lineFinished(const QString &text);
+    /// Worth telling someone who listens instead of reading: a finished line, and how the session goes on.
+    /// Each comes once, in order.
+    void announced(const QString &text);
 
 private:
     template<typename Value> void set(Value &member, const Value &value, void (LiveSessionModel::*changed)());
@@ -174,6 +178,7 @@ private:
     void updateStage();
     void setFailureMessage(const QString &message);
     void finishEnding();
+    void announceState();
 
     SystemAudioCaptureController &m_controller;
     const LumaphoneSettings &m_settings;
@@ -182,8 +187,11 @@ private:
     SoundWatch m_soundWatch;
     CaptionLinesModel m_lines;
     TranscriptModel m_transcript {m_lines};
+    LineAnnouncements m_lineAnnouncements;
     SavedTranscriptFollower m_savedFollower;
     QTimer m_endPatience; ///< with the last translations
+    QTimer m_stateTurn; ///< once for all that changes in one turn
+    QString m_announcedState;
     SessionFacts m_facts;
     QString m_failureMessage;
     QString m_saveErrorMessage;
