@@ -157,16 +157,46 @@ private slots:
         QCOMPARE(sourceChanged.size(), 1);
     }
 
-    void onlyAFinishedLineIsAnnounced()
+    void linesAndStatesAreAnnouncedOnce()
+    {
+        Views views;
+        QStringList announced;
+        connect(views.model.get(), &LiveSessionModel::announced, views.model.get(),
+            [&announced](const QString &text) { announced.append(text); });
+        views.start();
+        QCOMPARE(announced, QStringList({"正在聽"}));
+        views.session.partial("おはよう");
+        settle();
+        QCOMPARE(announced.size(), 1);
+        views.session.final("おはよう。");
+        views.session.clock->advance(std::chrono::seconds(2));
+        settle();
+        QCOMPARE(announced.mid(1), QStringList({"譯:おはよう。"}));
+        views.model->startOrStop();
+        settle();
+        QCOMPARE(announced.mid(2), QStringList({"已停止，尚未儲存"}));
+        views.model->saveTranscript();
+        settle();
+        QCOMPARE(announced.mid(3), QStringList({"已儲存：" + views.model->savedTitle()}));
+        views.model->saveTranscript();
+        settle();
+        QCOMPARE(announced.size(), 5); // the user has asked twice
+        views.model->startNew();
+        settle();
+        QCOMPARE(announced.mid(5), QStringList({"正在聽"}));
+    }
+
+    void aSessionThatBreaksOffIsAnnouncedByItsReasonAlone()
     {
         Views views;
         views.start();
-        QSignalSpy finished(views.model.get(), &LiveSessionModel::lineFinished);
-        views.session.partial("おはよう");
-        QCOMPARE(finished.size(), 0);
-        views.session.final("おはよう。");
-        QCOMPARE(finished.size(), 1);
-        QCOMPARE(finished.first().first().toString(), "おはよう。");
+        QStringList announced;
+        connect(views.model.get(), &LiveSessionModel::announced, views.model.get(),
+            [&announced](const QString &text) { announced.append(text); });
+        views.session.controller->handlePipelineEvent(pipeline_event::Failed {"no more sound"});
+        settle();
+        QCOMPARE(announced, QStringList({views.model->failureMessage()}));
+        QVERIFY(!announced.first().isEmpty());
     }
 
     void stoppedLinesAreReviewedAndSaved()

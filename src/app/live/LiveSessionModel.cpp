@@ -11,6 +11,8 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+#include <utility>
+
 namespace lumaphone {
 
 namespace {
@@ -44,6 +46,7 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
     , m_glossary(glossary)
     , m_soundWatch(patience.withSilence)
     , m_lines(controller)
+    , m_lineAnnouncements(controller, m_lines, patience.withTranslation)
     , m_savedFollower(controller, library)
 {
     m_endPatience.setSingleShot(true);
@@ -101,11 +104,13 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
         {&CaptionLinesModel::hasPendingTranslationChanged, &CaptionLinesModel::failedCountChanged}) {
         connect(&m_lines, changed, this, &LiveSessionModel::cardStatusTextChanged);
     }
-    connect(&m_lines, &CaptionLinesModel::lineFinished, this,
-        [this](int row) { emit lineFinished(m_controller.captionLines().at(row).sourceText); });
     connect(&controller, &Controller::lineInserted, this, &LiveSessionModel::updateJoinedTexts);
     connect(&controller, &Controller::lineChanged, this, &LiveSessionModel::updateJoinedTexts);
     connect(&controller, &Controller::linesReset, this, [this] { updateJoinedTexts(0); });
+    connect(&m_lineAnnouncements, &LineAnnouncements::announced, this, &LiveSessionModel::announced);
+    m_stateTurn.setSingleShot(true);
+    m_stateTurn.setInterval(0);
+    connect(&m_stateTurn, &QTimer::timeout, this, &LiveSessionModel::announceState);
     m_soundWatch.setRunning(controller.isRunning());
     updateJoinedTexts(0);
     update();
@@ -132,8 +137,19 @@ void LiveSessionModel::update()
         .isBehind = m_controller.isBehind(),
         .hasFailed = !m_failureMessage.isEmpty(),
     };
+    if (m_facts != facts) {
+        m_stateTurn.start();
+    }
     set(m_facts, facts, &LiveSessionModel::factsChanged);
     updateStage();
+}
+
+void LiveSessionModel::announceState()
+{
+    const QString state = livetexts::announcedState(m_facts, m_failureMessage);
+    if (std::exchange(m_announcedState, state) != state && !state.isEmpty()) {
+        emit announced(state);
+    }
 }
 
 void LiveSessionModel::updateStage()
@@ -255,8 +271,10 @@ void LiveSessionModel::saveTranscript()
         m_controller.saveDraftIfNeeded();
         setFailureMessage({});
         update();
+        emit announced(livetexts::announcedSaving(record.title));
     } catch (const std::exception &error) {
         failure = localizedDescription(error);
+        emit announced(failure);
     }
     set(m_saveErrorMessage, failure, &LiveSessionModel::saveErrorMessageChanged);
 }

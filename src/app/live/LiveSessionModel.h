@@ -2,6 +2,7 @@
 
 #include "app/live/CaptionLinesModel.h"
 #include "app/live/JoinedText.h"
+#include "app/live/LineAnnouncements.h"
 #include "app/live/SessionPhase.h"
 #include "app/live/SoundWatch.h"
 #include "app/live/TranscriptModel.h"
@@ -26,6 +27,8 @@ struct LivePatience
     std::chrono::milliseconds withSilence = SoundWatch::defaultPatience;
     /// At the end of the program.
     std::chrono::milliseconds withLastTranslations = std::chrono::seconds(2);
+    /// While lines behind it wait to be read aloud.
+    std::chrono::milliseconds withTranslation = LineAnnouncements::defaultPatience;
 };
 
 /// The live session as the command bar and the live workspace show it: every text, state and permission,
@@ -170,8 +173,9 @@ signals:
     void cardStatusTextChanged();
     void joinedSourceTextChanged();
     void joinedTranslatedTextChanged();
-    /// A line is complete: worth telling someone who listens instead of reading.
-    void lineFinished(const QString &text);
+    /// Worth telling someone who listens instead of reading: a finished line, and how the session goes on.
+    /// Each comes once, in order.
+    void announced(const QString &text);
 
 private:
     template<typename Value> void set(Value &member, const Value &value, void (LiveSessionModel::*changed)());
@@ -181,6 +185,7 @@ private:
     void updateJoinedTexts(qsizetype first);
     void setFailureMessage(const QString &message);
     void finishEnding();
+    void announceState();
 
     SystemAudioCaptureController &m_controller;
     const LumaphoneSettings &m_settings;
@@ -191,8 +196,11 @@ private:
     JoinedText m_joinedSource {&LumaphoneCaptionLine::sourceText};
     JoinedText m_joinedTranslation {&LumaphoneCaptionLine::translatedText};
     TranscriptModel m_transcript {m_lines};
+    LineAnnouncements m_lineAnnouncements;
     SavedTranscriptFollower m_savedFollower;
     QTimer m_endPatience; ///< with the last translations
+    QTimer m_stateTurn; ///< once for all that changes in one turn
+    QString m_announcedState;
     SessionFacts m_facts;
     QString m_failureMessage;
     QString m_saveErrorMessage;

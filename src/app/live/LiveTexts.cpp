@@ -72,6 +72,30 @@ QString stageStateText(const SessionFacts &facts)
     Q_UNREACHABLE();
 }
 
+QString announcedState(const SessionFacts &facts, const QString &failure)
+{
+    switch (sessionPhase(facts)) {
+    case SessionPhase::running:
+    case SessionPhase::runningWithoutSound:
+        return QStringLiteral("正在聽");
+    case SessionPhase::unsaved:
+        return stageStateText(facts);
+    case SessionPhase::failed:
+        return failure;
+    case SessionPhase::idle:
+    case SessionPhase::starting:
+    case SessionPhase::restored:
+    case SessionPhase::saved: // the saving is told for itself
+        return {};
+    }
+    Q_UNREACHABLE();
+}
+
+QString announcedSaving(const QString &title)
+{
+    return QStringLiteral("已儲存：") + title;
+}
+
 QString withoutSoundText(LumaphoneAudioInputSource source)
 {
     return source == LumaphoneAudioInputSource::microphone

@@ -27,6 +27,10 @@ QString stageStateText(const SessionFacts &facts);
 /// What to check when nothing is heard.
 QString withoutSoundText(LumaphoneAudioInputSource source);
 
+// For those who listen instead of reading; empty where nothing is to be told.
+QString announcedState(const SessionFacts &facts, const QString &failure);
+QString announcedSaving(const QString &title);
+
 // The card with everything heard.
 bool hasPendingTranslation(const QList<LumaphoneCaptionLine> &lines);
 /// `failed`: how many lines remain without a translation.

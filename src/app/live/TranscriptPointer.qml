@@ -81,7 +81,7 @@ MouseArea {
         repeat: true
         running: pointer.isSelecting && (pointer.mouseY < 0 || pointer.mouseY > pointer.height)
         onTriggered: {
-            list.scrollBy(pointer.mouseY < 0 ? Math.max(-48, pointer.mouseY) : Math.min(48, pointer.mouseY - pointer.height));
+            pointer.list.scrollBy(pointer.mouseY < 0 ? Math.max(-48, pointer.mouseY) : Math.min(48, pointer.mouseY - pointer.height));
             pointer.extend();
         }
     }

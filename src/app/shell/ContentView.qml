@@ -295,7 +295,7 @@ FocusScope {
     Connections {
         target: content.session
 
-        function onLineFinished(text: string): void {
+        function onAnnounced(text: string): void {
             announcer.announce(text);
         }
     }

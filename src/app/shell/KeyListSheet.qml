@@ -24,6 +24,8 @@ Sheet {
         Layout.fillHeight: true
 
         Row {
+            id: sides
+
             width: parent?.width ?? 0
             spacing: Theme.wide
 
@@ -36,7 +38,7 @@ Sheet {
 
                     required property var modelData
 
-                    width: Math.floor((parent.width - parent.spacing) / 2)
+                    width: Math.floor((sides.width - sides.spacing) / 2)
                     spacing: Theme.space
 
                     Repeater {
