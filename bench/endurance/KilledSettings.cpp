@@ -18,6 +18,11 @@ const auto model = QStringLiteral("model");
 
 const auto fileName = QStringLiteral("settings.json");
 
+QString exact(double value)
+{
+    return QString::number(value, 'g', 17);
+}
+
 /// The settings of one process.
 struct OpenSettings
 {
@@ -43,9 +48,9 @@ public:
     {
         requireReadable();
         const OpenSettings open(path());
-        return {{fontSize, QString::number(open.settings.captionFontSize())},
-            {opacity, QString::number(open.settings.captionOpacity())},
-            {baseURL, open.settings.providerBaseURL()}, {model, open.settings.providerModel()}};
+        return {{fontSize, exact(open.settings.captionFontSize())},
+            {opacity, exact(open.settings.captionOpacity())}, {baseURL, open.settings.providerBaseURL()},
+            {model, open.settings.providerModel()}};
     }
 
     StoreChange plan(const StoreContents &held, int number, std::mt19937 &chance) const override

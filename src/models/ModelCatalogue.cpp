@@ -54,7 +54,7 @@ QString sha256(const json::Value &object)
         return {};
     }
     QString digits = json::text(object, "sha256").toLower();
-    static const QRegularExpression hexadecimal(QStringLiteral("^[0-9a-f]{64}$"));
+    static const QRegularExpression hexadecimal(QStringLiteral("\\A[0-9a-f]{64}\\z"));
     if (!hexadecimal.match(digits).hasMatch()) {
         reject(QStringLiteral("「%1」不是完整的 SHA-256（64 個十六進位數字）").arg(digits));
     }

@@ -268,6 +268,7 @@ private slots:
         QTest::newRow("address without a name") << QByteArray("model.bin.gz") << QByteArray();
         QTest::newRow("hash of other digits") << QByteArray("\"01234567") << QByteArray("\"0123wxyz");
         QTest::newRow("hash of too many digits") << QByteArray("\"01234567") << QByteArray("\"012345678");
+        QTest::newRow("hash with a line break") << QByteArray("abcdef\"}") << QByteArray("abcdef\\n\"}");
         QTest::newRow("negative size") << QByteArray("\"size\": 5") << QByteArray("\"size\": -5");
         QTest::newRow("size that no disk has")
             << QByteArray("\"size\": 5") << QByteArray("\"size\": 9000000000000000000");

@@ -68,7 +68,7 @@ private slots:
     void init()
     {
         m_server = std::make_unique<MisbehavingHttpServer>();
-        m_service = std::make_unique<OpenAICompatibleTranslationService>(10s);
+        m_service = std::make_unique<OpenAICompatibleTranslationService>(1min);
         m_configuration = {m_server->url(QStringLiteral("/v1")), key, QStringLiteral("m")};
     }
 
