@@ -47,15 +47,7 @@ QCoro::Task<bool> MicrophoneLivePipeline::requestMicrophoneAccessIfNeeded(
 
 QCoro::Task<> MicrophoneLivePipeline::start()
 {
-    const auto self = shared_from_this();
-    const int attempt = ++m_attempt;
-    try {
-        co_await run(attempt);
-    } catch (...) {
-        if (attempt == m_attempt) {
-            throw;
-        }
-    }
+    return m_attempts.start(shared_from_this(), &MicrophoneLivePipeline::run);
 }
 
 QCoro::Task<> MicrophoneLivePipeline::run(int attempt)
@@ -64,18 +56,18 @@ QCoro::Task<> MicrophoneLivePipeline::run(int attempt)
     if (!granted) {
         throw SystemAudioCaptureError(SystemAudioCaptureError::Case::microphonePermissionDenied);
     }
-    if (attempt != m_attempt) {
+    if (!m_attempts.isLatest(attempt)) {
         co_return;
     }
     co_await m_feed.transcriber().start(recognitionCandidates(m_sourceLanguage));
-    if (attempt != m_attempt) {
+    if (!m_attempts.isLatest(attempt)) {
         co_return;
     }
     const std::optional<SoundDevice> microphone = co_await m_capture->defaultInput();
     if (!microphone) {
         throw SystemAudioCaptureError(SystemAudioCaptureError::Case::microphoneUnavailable);
     }
-    if (attempt != m_attempt) {
+    if (!m_attempts.isLatest(attempt)) {
         co_return;
     }
     co_await m_recorder->start(
@@ -84,7 +76,7 @@ QCoro::Task<> MicrophoneLivePipeline::run(int attempt)
 
 QCoro::Task<> MicrophoneLivePipeline::stop()
 {
-    ++m_attempt;
+    m_attempts.begin();
     m_recorder->stop();
     m_feed.transcriber().stop();
     co_return;

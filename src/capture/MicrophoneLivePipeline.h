@@ -4,6 +4,7 @@
 #include "capture/LiveAudioFeed.h"
 #include "capture/LivePipelineServices.h"
 #include "capture/LumaphoneLiveAudioPipeline.h"
+#include "capture/StartAttempts.h"
 #include "capture/SystemAudioPipelineEvent.h"
 #include "language/AppleSystemSpeechLanguage.h"
 #include "platform/MicrophoneCapture.h"
@@ -40,7 +41,7 @@ private:
     const AppleSystemSpeechLanguage m_sourceLanguage;
     const std::shared_ptr<MicrophoneCapture> m_capture;
     const LiveAudioFeed m_feed;
-    int m_attempt = 0; ///< counts start() and stop(): a start that is not the latest one ends quietly
+    StartAttempts m_attempts;
     SerialQueue m_sampleQueue {"dev.lumaphone.microphone-audio-samples"};
     const std::unique_ptr<SoundRecorder> m_recorder;
 };

@@ -37,27 +37,19 @@ SoundFileLivePipeline::~SoundFileLivePipeline()
 
 QCoro::Task<> SoundFileLivePipeline::start()
 {
-    const auto self = shared_from_this();
-    const int attempt = ++m_attempt;
     m_reading.request_stop();
     m_reading = std::stop_source();
-    try {
-        co_await run(attempt);
-    } catch (...) {
-        if (attempt == m_attempt) {
-            throw;
-        }
-    }
+    return m_attempts.start(shared_from_this(), &SoundFileLivePipeline::run);
 }
 
 QCoro::Task<> SoundFileLivePipeline::run(int attempt)
 {
     const Reader reader = co_await open();
-    if (attempt != m_attempt) {
+    if (!m_attempts.isLatest(attempt)) {
         co_return;
     }
     co_await m_feed.transcriber().start(recognitionCandidates(m_sourceLanguage));
-    if (attempt != m_attempt) {
+    if (!m_attempts.isLatest(attempt)) {
         co_return;
     }
     switch (m_pace) {
@@ -86,7 +78,7 @@ QCoro::Task<SoundFileLivePipeline::Reader> SoundFileLivePipeline::open()
 QCoro::Task<> SoundFileLivePipeline::stop()
 {
     const auto self = shared_from_this();
-    ++m_attempt;
+    m_attempts.begin();
     m_reading.request_stop();
     m_feed.transcriber().stop();
     const Completion<> noticed(m_mainQueue);

@@ -5,6 +5,7 @@
 #include "capture/LivePipelineServices.h"
 #include "capture/LumaphoneLiveAudioPipeline.h"
 #include "capture/SoundFileReader.h"
+#include "capture/StartAttempts.h"
 #include "capture/SystemAudioPipelineEvent.h"
 #include "language/AppleSystemSpeechLanguage.h"
 #include "platform/Clock.h"
@@ -60,7 +61,7 @@ private:
     const std::shared_ptr<MainQueue> m_mainQueue;
     const LiveAudioFeed m_feed;
     const std::function<void()> m_onCompleted;
-    int m_attempt = 0; ///< counts start() and stop(): a start that is not the latest one ends quietly
+    StartAttempts m_attempts;
     std::stop_source m_reading;
     SerialQueue m_sampleQueue {"app.lumaphone.sound-file-samples"};
 };

@@ -66,15 +66,7 @@ QCoro::Task<bool> SystemAudioLivePipeline::requestScreenCaptureAccessIfNeeded(
 
 QCoro::Task<> SystemAudioLivePipeline::start()
 {
-    const auto self = shared_from_this();
-    const int attempt = ++m_attempt;
-    try {
-        co_await run(attempt);
-    } catch (...) {
-        if (attempt == m_attempt) {
-            throw;
-        }
-    }
+    return m_attempts.start(shared_from_this(), &SystemAudioLivePipeline::run);
 }
 
 QCoro::Task<> SystemAudioLivePipeline::run(int attempt)
@@ -87,11 +79,11 @@ QCoro::Task<> SystemAudioLivePipeline::run(int attempt)
     if (!output) {
         throw SystemAudioCaptureError(SystemAudioCaptureError::Case::noDisplay);
     }
-    if (attempt != m_attempt) {
+    if (!m_attempts.isLatest(attempt)) {
         co_return;
     }
     co_await m_feed.transcriber().start(recognitionCandidates(m_sourceLanguage));
-    if (attempt != m_attempt) {
+    if (!m_attempts.isLatest(attempt)) {
         co_return;
     }
     co_await m_recorder->start(
@@ -100,7 +92,7 @@ QCoro::Task<> SystemAudioLivePipeline::run(int attempt)
 
 QCoro::Task<> SystemAudioLivePipeline::stop()
 {
-    ++m_attempt;
+    m_attempts.begin();
     m_feed.transcriber().stop();
     m_recorder->stop();
     co_return;

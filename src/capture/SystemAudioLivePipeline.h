@@ -4,6 +4,7 @@
 #include "capture/LiveAudioFeed.h"
 #include "capture/LivePipelineServices.h"
 #include "capture/LumaphoneLiveAudioPipeline.h"
+#include "capture/StartAttempts.h"
 #include "capture/SystemAudioPipelineEvent.h"
 #include "language/AppleSystemSpeechLanguage.h"
 #include "platform/Clock.h"
@@ -44,7 +45,7 @@ private:
     const std::shared_ptr<ScreenAudioCapture> m_capture;
     const std::shared_ptr<Clock> m_clock;
     const LiveAudioFeed m_feed;
-    int m_attempt = 0; ///< counts start() and stop(): a start that is not the latest one ends quietly
+    StartAttempts m_attempts;
     SerialQueue m_sampleQueue {"app.lumaphone.system-audio-samples"};
     const std::unique_ptr<SoundRecorder> m_recorder;
 };

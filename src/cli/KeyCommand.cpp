@@ -83,7 +83,7 @@ QCoro::Task<> resolveAfter(
 }
 
 /// Whether the keychain says what it holds; complains if it does not. It asks the user nothing for that.
-QCoro::Task<bool> answers(KeyAccess access, const CommandStreams &streams)
+QCoro::Task<bool> answers(const KeyAccess &access, const CommandStreams &streams)
 {
     constexpr std::chrono::seconds longestWait {5};
     const ProviderKeyStore &store = access.settings.providerKey();
@@ -103,7 +103,7 @@ QCoro::Task<bool> answers(KeyAccess access, const CommandStreams &streams)
 
 /// Saves the key and returns what the keychain then holds: saving is silent, only reading tells what came of
 /// it.
-QCoro::Task<QString> saved(KeyAccess access, QString key)
+QCoro::Task<QString> keptAfterSaving(const KeyAccess &access, const QString &key)
 {
     ProviderKeyStore &store = access.settings.providerKey();
     const Completion<> ended(access.mainQueue);
@@ -112,7 +112,8 @@ QCoro::Task<QString> saved(KeyAccess access, QString key)
     co_await ended;
     const Completion<AddressedText> kept(access.mainQueue);
     store.read([kept](const AddressedText &read) { kept.resolve(read); });
-    co_return (co_await kept).text;
+    const AddressedText read = co_await kept;
+    co_return read.text;
 }
 
 } // namespace
@@ -133,7 +134,8 @@ QCoro::Task<ExitStatus> runKeySet(KeyAccess access, const CommandStreams &stream
     if (!co_await answers(access, streams)) {
         co_return exitFailure;
     }
-    if (co_await saved(access, key) != key) {
+    const QString kept = co_await keptAfterSaving(access, key);
+    if (kept != key) {
         streams.complain(QStringLiteral(
             "無法把 API Key 存入鑰匙圈。請確認 Secret Service（例如 GNOME Keyring）正在執行且已解鎖。"));
         co_return exitFailure;
@@ -148,7 +150,10 @@ QCoro::Task<ExitStatus> runKeyClear(KeyAccess access, const CommandStreams &stre
     if (!co_await answers(access, streams)) {
         co_return exitFailure;
     }
-    if (!(co_await saved(access, {})).isEmpty()) {
+    // With a name: the compiler destroys twice what is made in the awaiting expression.
+    const QString none;
+    const QString kept = co_await keptAfterSaving(access, none);
+    if (!kept.isEmpty()) {
         streams.complain(QStringLiteral("無法從鑰匙圈移除 API Key。"));
         co_return exitFailure;
     }
