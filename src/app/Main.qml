@@ -23,6 +23,7 @@ ApplicationWindow {
     required property GlossarySettingsModel glossary
     property ModelOffer modelOffer: null
     property DiagnosisModel diagnosis: null
+    property SoundTestModel soundTest: null
     /// Whether the desktop wants dark colours.
     property bool isDark: false
     readonly property alias content: view
@@ -54,6 +55,7 @@ ApplicationWindow {
         glossary: window.glossary
         modelOffer: window.modelOffer
         diagnosis: window.diagnosis
+        soundTest: window.soundTest
         onLeaveWanted: window.leave()
     }
 

@@ -3,6 +3,7 @@
 #include "LumaphoneVersion.h"
 #include "app/QmlEngineSetup.h"
 #include "machine/Machine.h"
+#include "session/SoundCheck.h"
 
 #include <QGuiApplication>
 #include <QPalette>
@@ -26,6 +27,7 @@ MainWindow::MainWindow(Machine &machine)
     , m_floatingCaptions(m_settings, [this] { return makePanel(); })
     , m_controller(machine.liveSession(m_settings, m_floatingCaptions))
     , m_session(m_controller, m_settings, machine.library(), machine.glossary())
+    , m_soundTest(m_controller, machine.soundCheck())
     , m_inspector(m_controller, m_settings, machine.glossary())
     , m_provider(m_settings, machine.mainQueue())
     , m_library(machine.library(), QLocale::system())
@@ -58,6 +60,7 @@ bool MainWindow::open()
         {QStringLiteral("glossary"), QVariant::fromValue(&m_glossary)},
         {QStringLiteral("modelOffer"), QVariant::fromValue(&m_modelOffer)},
         {QStringLiteral("diagnosis"), QVariant::fromValue(&m_diagnosis)},
+        {QStringLiteral("soundTest"), QVariant::fromValue(&m_soundTest)},
         {QStringLiteral("isDark"), isDark()},
     });
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Main.qml")));

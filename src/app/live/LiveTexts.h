@@ -26,6 +26,9 @@ QString languageStatusText(
 QString stageStateText(const SessionFacts &facts);
 /// What to check when nothing is heard.
 QString withoutSoundText(LumaphoneAudioInputSource source);
+/// What to do so that a test of sound has something to hear, and that it has heard it.
+QString soundWanted(LumaphoneAudioInputSource source);
+QString soundHeard();
 
 // The card with everything heard.
 bool hasPendingTranslation(const QList<LumaphoneCaptionLine> &lines);

@@ -8,15 +8,18 @@ Item {
     id: workspace
 
     required property LiveSessionModel session
+    /// Whether the sound can be tested on this machine.
+    property bool hasSoundTest: false
 
     signal saveTranscript
     signal discardTranscript
     signal startNew
+    signal soundTestWanted
 
     ColumnLayout {
         anchors.fill: parent
         anchors.margins: Theme.margin
-        anchors.bottomMargin: Theme.space
+        anchors.bottomMargin: Theme.gap
         spacing: Theme.space
 
         LiveSubtitleStage {
@@ -44,7 +47,10 @@ Item {
 
         LiveAudioStatusBar {
             Layout.fillWidth: true
+            Layout.preferredHeight: Theme.margin
             session: workspace.session
+            canTestSound: workspace.hasSoundTest && !workspace.session.isRunning && !workspace.session.isStarting
+            onSoundTestWanted: workspace.soundTestWanted()
         }
     }
 }

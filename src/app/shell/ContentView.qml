@@ -24,6 +24,8 @@ FocusScope {
     property ModelOffer modelOffer: null
     /// None where the machine cannot be looked at.
     property DiagnosisModel diagnosis: null
+    /// None where there is nothing to listen to.
+    property SoundTestModel soundTest: null
 
     property string workspaceMode: "live"
     property bool isInspectorVisible: true
@@ -33,7 +35,7 @@ FocusScope {
     readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible || licenceSheet.visible
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
-        || isModelSheetPresented || diagnosisSheet.visible || unsavedEdit.visible
+        || isModelSheetPresented || diagnosisSheet.visible || unsavedEdit.visible || soundTestSheet.visible
     /// Some Wayland desktops give the keyboard to every window that opens, the panel too.
     readonly property int panelKeys: floatingCaptions.hasKeyboard ? Qt.ApplicationShortcut : Qt.WindowShortcut
 
@@ -103,6 +105,8 @@ FocusScope {
                     onSaveTranscript: content.session.saveTranscript()
                     onDiscardTranscript: content.session.clearCaptions()
                     onStartNew: content.session.startNew()
+                    hasSoundTest: content.soundTest !== null
+                    onSoundTestWanted: soundTestSheet.open()
                 }
 
                 TranscriptLibraryWorkspace {
@@ -177,6 +181,12 @@ FocusScope {
 
     LicenceSheet {
         id: licenceSheet
+    }
+
+    SoundTestSheet {
+        id: soundTestSheet
+
+        test: content.soundTest
     }
 
     DiagnosisSheet {
