@@ -25,6 +25,7 @@ ApplicationWindow {
     property ModelOffer modelOffer: null
     property DiagnosisModel diagnosis: null
     property WelcomeModel welcome: null
+    property SoundTestModel soundTest: null
     /// Whether the desktop wants dark colours.
     property bool isDark: false
     /// The desktop's accent colour; transparent where it has none.
@@ -79,6 +80,7 @@ ApplicationWindow {
         modelOffer: window.modelOffer
         diagnosis: window.diagnosis
         welcome: window.welcome
+        soundTest: window.soundTest
         onLeaveWanted: window.leave()
         onCloseWanted: window.close()
     }

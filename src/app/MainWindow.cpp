@@ -3,6 +3,7 @@
 #include "LumaphoneVersion.h"
 #include "app/QmlEngineSetup.h"
 #include "machine/Machine.h"
+#include "session/SoundCheck.h"
 #include "storage/TranscriptLibraryStore.h"
 
 #include <QColor>
@@ -28,6 +29,7 @@ MainWindow::MainWindow(Machine &machine)
     , m_floatingCaptions(m_settings, machine.clock(), [this] { return makePanel(); })
     , m_controller(machine.liveSession(m_settings, m_floatingCaptions))
     , m_session(m_controller, m_settings, machine.library(), machine.glossary())
+    , m_soundTest(m_controller, machine.soundCheck())
     , m_inspector(m_controller, m_settings, machine.glossary())
     , m_provider(m_settings, machine.clock(), machine.mainQueue())
     , m_library(machine.library(), QLocale::system())
@@ -64,6 +66,7 @@ bool MainWindow::open()
         {QStringLiteral("modelOffer"), QVariant::fromValue(&m_modelOffer)},
         {QStringLiteral("diagnosis"), QVariant::fromValue(&m_diagnosis)},
         {QStringLiteral("welcome"), QVariant::fromValue(&m_welcome)},
+        {QStringLiteral("soundTest"), QVariant::fromValue(&m_soundTest)},
     });
     m_engine.setInitialProperties(properties);
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumaphone/Main.qml")));

@@ -8,6 +8,7 @@
 #include "app/inspector/ProviderSettingsModel.h"
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 #include "app/live/LiveSessionModel.h"
+#include "app/live/SoundTestModel.h"
 #include "app/models/ModelOffer.h"
 #include "app/models/ModelsModel.h"
 #include "app/welcome/WelcomeModel.h"
@@ -50,6 +51,7 @@ private:
     FloatingCaptionWindowController m_floatingCaptions;
     SystemAudioCaptureController m_controller;
     LiveSessionModel m_session;
+    SoundTestModel m_soundTest;
     InspectorModel m_inspector;
     ProviderSettingsModel m_provider;
     TranscriptLibraryWorkspaceModel m_library;

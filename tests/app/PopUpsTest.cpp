@@ -13,6 +13,17 @@ using namespace lumaphone::test;
 
 namespace {
 
+/// The tooltip that is shown; empty if there is none.
+QString tooltipIn(const QQuickWindow &window)
+{
+    for (const QObject *object : window.findChildren<QObject *>()) {
+        if (object->inherits("QQuickToolTip") && object->property("visible").toBool()) {
+            return object->property("text").toString();
+        }
+    }
+    return {};
+}
+
 /// The whole window, used by pointer and keyboard as a user does.
 struct Window
 {
@@ -46,16 +57,7 @@ struct Window
         item->forceActiveFocus(Qt::TabFocusReason);
         return waitUntil([item] { return item->hasActiveFocus(); });
     }
-    /// The tooltip that is shown; empty if there is none.
-    QString tooltip() const
-    {
-        for (const QObject *object : studio.window->findChildren<QObject *>()) {
-            if (object->inherits("QQuickToolTip") && object->property("visible").toBool()) {
-                return object->property("text").toString();
-            }
-        }
-        return {};
-    }
+    QString tooltip() const { return tooltipIn(*studio.window); }
     AppleSystemSpeechLanguage language() const { return studio.session.controller->sourceLanguage(); }
 };
 
@@ -100,6 +102,25 @@ private slots:
         settle();
         drawFrame(*window.studio.window);
         QCOMPARE(window.tooltip(), "");
+    }
+
+    void thePointerShowsWhatAPillHasNoRoomFor()
+    {
+        Studio studio("/dev/null/" + QString("a-folder-with-a-long-name-").repeated(8));
+        studio.open(QSize(1040, 680));
+        studio.live->startOrStop();
+        studio.settle();
+        studio.converse();
+        studio.live->startOrStop();
+        studio.settle();
+        studio.live->saveTranscript();
+        studio.settle();
+        drawFrame(*studio.window);
+        const QQuickItem *pill = studio.find("workspace.saveError");
+        QVERIFY(pill && pill->width() < pill->implicitWidth());
+        QTest::mouseMove(studio.window, QPoint(300, 100));
+        QTest::mouseMove(studio.window, pill->mapToScene({pill->width() / 2, pill->height() / 2}).toPoint());
+        QVERIFY(waitUntil([&] { return tooltipIn(*studio.window) == studio.live->saveErrorMessage(); }));
     }
 
     void aPickerIsOpenedAndAnsweredByPointer()

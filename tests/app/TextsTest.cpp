@@ -95,6 +95,9 @@ Texts expectedTexts()
         {"discardHelp", "丟掉這段字幕，不儲存"},
         {"startNewCaptions", "開始新的字幕"},
         {"updateRecord", "更新紀錄"},
+        {"soundTest", "測試聲音"},
+        {"soundTestHelp", "看看 Lumaphone 聽不聽得到聲音"},
+        {"soundTestSubtitle", "只看音量，不辨識也不錄下來；關掉這裡就停止。"},
         // The library.
         {"records", "字幕紀錄"},
         {"searchRecords", "搜尋字幕紀錄"},

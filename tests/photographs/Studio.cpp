@@ -1,6 +1,7 @@
 #include "photographs/Studio.h"
 
 #include "app/QmlEngineSetup.h"
+#include "session/SoundCheck.h"
 #include "support/FolderResources.h"
 #include "support/VisibleItems.h"
 
@@ -30,6 +31,23 @@ bool areSheetsAtRest(const QQuickWindow &window)
     });
 }
 
+/// The window when nothing in it moves any more; what never rests is taken as it is.
+QImage pictureAtRest(QQuickWindow &window)
+{
+    constexpr int mostFrames = 40;
+    constexpr int framesAtRest = 3;
+    QImage picture = window.grabWindow();
+    for (int frame = 0, same = 0; frame < mostFrames && same < framesAtRest; ++frame) {
+        drawFrame(window);
+        const QImage next = window.grabWindow();
+        same = next == picture ? same + 1 : 0;
+        picture = next;
+    }
+    return picture;
+}
+
+QStringList chosenPictures;
+
 } // namespace
 
 Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatience)
@@ -50,6 +68,10 @@ Studio::Studio(const QString &userFolder, std::chrono::milliseconds soundPatienc
     });
     live = std::make_unique<LiveSessionModel>(*session.controller, session.settings, *library, *glossaryStore,
         LivePatience {.withSilence = soundPatience});
+    soundTest = std::make_unique<SoundTestModel>(*session.controller,
+        std::make_unique<SoundCheck>(
+            session.screenAudio, session.microphone, session.clock, session.mainQueue),
+        soundPatience);
     inspector = std::make_unique<InspectorModel>(*session.controller, session.settings, *glossaryStore);
     provider = std::make_unique<ProviderSettingsModel>(session.settings, session.clock, session.mainQueue);
     workspace = std::make_unique<TranscriptLibraryWorkspaceModel>(*library, taiwan());
@@ -75,7 +97,13 @@ Studio::~Studio()
     workspace.reset();
     provider.reset();
     inspector.reset();
+    soundTest.reset();
     live.reset();
+}
+
+void Studio::setChosen(const QStringList &pictures)
+{
+    chosenPictures = pictures;
 }
 
 void Studio::open(QSize size)
@@ -96,6 +124,7 @@ void Studio::open(QSize size)
         {QStringLiteral("glossary"), QVariant::fromValue(glossary.get())},
         {QStringLiteral("modelOffer"), QVariant::fromValue(modelOffer.get())},
         {QStringLiteral("welcome"), QVariant::fromValue(welcome.get())},
+        {QStringLiteral("soundTest"), QVariant::fromValue(soundTest.get())},
         {QStringLiteral("width"), size.width()},
         {QStringLiteral("height"), size.height()},
     });
@@ -116,16 +145,17 @@ void Studio::photograph(const QString &target, const QString &name)
 {
     QDir().mkpath(target);
     for (const bool isDark : {false, true}) {
+        const QString picture = name + (isDark ? QStringLiteral("-dark") : QStringLiteral("-light"));
+        if (!chosenPictures.isEmpty() && !chosenPictures.contains(picture)) {
+            continue;
+        }
         window->setProperty("isDark", isDark);
         settle();
-        QTest::qWait(250); // for the animations of the controls
         if (!waitUntil([this] { return areSheetsAtRest(*window); })) {
             throw std::runtime_error("A sheet does not finish opening or closing.");
         }
-        const QString path
-            = QStringLiteral("%1/%2-%3.png")
-                  .arg(target, name, isDark ? QStringLiteral("dark") : QStringLiteral("light"));
-        if (!window->grabWindow().save(path)) {
+        const QString path = QStringLiteral("%1/%2.png").arg(target, picture);
+        if (!pictureAtRest(*window).save(path)) {
             throw std::runtime_error("A photograph could not be written: " + path.toStdString());
         }
     }

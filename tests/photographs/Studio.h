@@ -6,6 +6,7 @@
 #include "app/inspector/ProviderSettingsModel.h"
 #include "app/library/TranscriptLibraryWorkspaceModel.h"
 #include "app/live/LiveSessionModel.h"
+#include "app/live/SoundTestModel.h"
 #include "app/models/ModelOffer.h"
 #include "app/welcome/WelcomeModel.h"
 #include "glossary/LumaphoneGlossaryStore.h"
@@ -28,6 +29,9 @@ public:
     /// Where the session's draft and the user's files lie; a second studio in the same folder finds them.
     explicit Studio(const QString &folder, std::chrono::milliseconds soundPatience = std::chrono::hours(1));
     ~Studio();
+
+    /// The only pictures that are taken, by name; all if there are none.
+    static void setChosen(const QStringList &pictures);
 
     /// Opens the window.
     void open(QSize size = QSize(1280, 800));
@@ -60,6 +64,7 @@ public:
     std::unique_ptr<LumaphoneGlossaryStore> glossaryStore;
     std::unique_ptr<TranscriptLibraryStore> library;
     std::unique_ptr<LiveSessionModel> live;
+    std::unique_ptr<SoundTestModel> soundTest;
     std::unique_ptr<InspectorModel> inspector;
     std::unique_ptr<ProviderSettingsModel> provider;
     std::unique_ptr<TranscriptLibraryWorkspaceModel> workspace;

@@ -58,6 +58,7 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
     using Controller = SystemAudioCaptureController;
     connect(&controller, &Controller::isRunningChanged, this, [this] {
         m_soundWatch.setRunning(m_controller.isRunning());
+        m_soundMeter.rest();
         if (m_controller.isRunning()) {
             setFailureMessage({});
             set(m_saveErrorMessage, QString(), &LiveSessionModel::saveErrorMessageChanged);
@@ -79,6 +80,8 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
             update();
         });
     connect(&controller, &Controller::soundArrived, &m_soundWatch, &SoundWatch::soundArrived);
+    connect(&controller, &Controller::soundMeasured, &m_soundMeter, &SoundMeter::note);
+    connect(&m_soundMeter, &SoundMeter::levelChanged, this, &LiveSessionModel::soundLevelChanged);
     connect(&m_soundWatch, &SoundWatch::isWithoutSoundChanged, this, &LiveSessionModel::update);
     connect(&controller, &Controller::isBehindChanged, this, &LiveSessionModel::update);
     connect(&controller, &Controller::savedTranscriptIDChanged, this, &LiveSessionModel::update);

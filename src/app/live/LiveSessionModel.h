@@ -4,6 +4,7 @@
 #include "app/live/JoinedText.h"
 #include "app/live/LineAnnouncements.h"
 #include "app/live/SessionPhase.h"
+#include "app/live/SoundMeter.h"
 #include "app/live/SoundWatch.h"
 #include "app/live/TranscriptModel.h"
 #include "session/SavedTranscriptFollower.h"
@@ -66,6 +67,7 @@ class LiveSessionModel final : public QObject
     Q_PROPERTY(QString audioSourceTitle READ audioSourceTitle NOTIFY audioInputSourceChanged)
     Q_PROPERTY(QString audioSourceSymbol READ audioSourceSymbol NOTIFY audioInputSourceChanged)
     Q_PROPERTY(QString withoutSoundText READ withoutSoundText NOTIFY audioInputSourceChanged)
+    Q_PROPERTY(int soundLevel READ soundLevel NOTIFY soundLevelChanged)
     // The stage.
     Q_PROPERTY(QString sourceText READ sourceText NOTIFY sourceTextChanged)
     Q_PROPERTY(QString translationText READ translationText NOTIFY translationTextChanged)
@@ -117,6 +119,8 @@ public:
     QString audioSourceTitle() const { return title(m_controller.audioInputSource()); }
     QString audioSourceSymbol() const { return symbolName(m_controller.audioInputSource()); }
     QString withoutSoundText() const;
+    /// How loud it is, up to SoundMeter::steps.
+    int soundLevel() const { return m_soundMeter.level(); }
 
     const QString &sourceText() const { return m_sourceText; }
     const QString &translationText() const { return m_translationText; }
@@ -164,6 +168,7 @@ signals:
     void saveErrorMessageChanged();
     void sourceLanguageChanged();
     void audioInputSourceChanged();
+    void soundLevelChanged();
     void sourceTextChanged();
     void translationTextChanged();
     void stageLanguageChanged();
@@ -192,6 +197,7 @@ private:
     TranscriptLibraryStore &m_library;
     const LumaphoneGlossaryStore &m_glossary;
     SoundWatch m_soundWatch;
+    SoundMeter m_soundMeter;
     CaptionLinesModel m_lines;
     JoinedText m_joinedSource {&LumaphoneCaptionLine::sourceText};
     JoinedText m_joinedTranslation {&LumaphoneCaptionLine::translatedText};

@@ -103,6 +103,17 @@ QString withoutSoundText(LumaphoneAudioInputSource source)
         : QStringLiteral("系統音訊沒有聲音進來。請確認正在播放，而且沒有靜音。");
 }
 
+QString soundWanted(LumaphoneAudioInputSource source)
+{
+    return source == LumaphoneAudioInputSource::microphone ? QStringLiteral("對著麥克風說句話試試看。")
+                                                           : QStringLiteral("播放一段影片或音樂試試看。");
+}
+
+QString soundHeard()
+{
+    return QStringLiteral("聽得到聲音，可以開始了。");
+}
+
 bool hasPendingTranslation(const QList<LumaphoneCaptionLine> &lines)
 {
     return std::ranges::any_of(lines, &isPending);

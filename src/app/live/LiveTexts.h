@@ -26,6 +26,9 @@ QString languageStatusText(
 QString stageStateText(const SessionFacts &facts);
 /// What to check when nothing is heard.
 QString withoutSoundText(LumaphoneAudioInputSource source);
+/// What to do so that a test of sound has something to hear, and that it has heard it.
+QString soundWanted(LumaphoneAudioInputSource source);
+QString soundHeard();
 
 // For those who listen instead of reading; empty where nothing is to be told.
 QString announcedState(const SessionFacts &facts, const QString &failure);

@@ -8,10 +8,13 @@ Item {
     id: workspace
 
     required property LiveSessionModel session
+    /// Whether the sound can be tested on this machine.
+    property bool hasSoundTest: false
 
     signal saveTranscript
     signal discardTranscript
     signal startNew
+    signal soundTestWanted
 
     /// Scrolls the transcript, if the command of the KeyTable does that.
     function scroll(command: string): bool {
@@ -21,7 +24,7 @@ Item {
     ColumnLayout {
         anchors.fill: parent
         anchors.margins: Theme.margin
-        anchors.bottomMargin: Theme.space
+        anchors.bottomMargin: Theme.gap
         spacing: Theme.space
 
         LiveSubtitleStage {
@@ -51,7 +54,10 @@ Item {
 
         LiveAudioStatusBar {
             Layout.fillWidth: true
+            Layout.preferredHeight: Theme.margin
             session: workspace.session
+            canTestSound: workspace.hasSoundTest && !workspace.session.isRunning && !workspace.session.isStarting
+            onSoundTestWanted: workspace.soundTestWanted()
         }
     }
 }

@@ -28,6 +28,8 @@ FocusScope {
     property DiagnosisModel diagnosis: null
     /// None where nobody is welcomed.
     property WelcomeModel welcome: null
+    /// None where there is nothing to listen to.
+    property SoundTestModel soundTest: null
 
     property string workspaceMode: "live"
     property bool isInspectorVisible: true
@@ -37,7 +39,7 @@ FocusScope {
     readonly property bool isModelSheetPresented: modelRemoval.visible || modelOfferSheet.visible || licenceSheet.visible
     property bool didRequestStartupSystemAudioPermission: false
     readonly property bool isSheetPresented: isProviderSettingsPresented || isGlossaryPresented || isClearConfirmationPresented
-        || isModelSheetPresented || diagnosisSheet.visible || keyList.visible || unsavedEdit.visible || welcomeSheet.visible
+        || isModelSheetPresented || diagnosisSheet.visible || keyList.visible || unsavedEdit.visible || welcomeSheet.visible || soundTestSheet.visible
     /// Some Wayland desktops give the keyboard to every window that opens, the panel too.
     readonly property int panelKeys: floatingCaptions.hasKeyboard ? Qt.ApplicationShortcut : Qt.WindowShortcut
     readonly property bool isLive: workspaceMode === "live" && !isSheetPresented
@@ -143,6 +145,8 @@ FocusScope {
                     onSaveTranscript: content.session.saveTranscript()
                     onDiscardTranscript: content.session.clearCaptions()
                     onStartNew: content.session.startNew()
+                    hasSoundTest: content.soundTest !== null
+                    onSoundTestWanted: soundTestSheet.open()
                 }
 
                 TranscriptLibraryWorkspace {
@@ -219,6 +223,12 @@ FocusScope {
 
     LicenceSheet {
         id: licenceSheet
+    }
+
+    SoundTestSheet {
+        id: soundTestSheet
+
+        test: content.soundTest
     }
 
     DiagnosisSheet {

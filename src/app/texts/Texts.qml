@@ -81,6 +81,9 @@ QtObject {
     readonly property string discardHelp: "丟掉這段字幕，不儲存"
     readonly property string startNewCaptions: "開始新的字幕"
     readonly property string updateRecord: "更新紀錄"
+    readonly property string soundTest: "測試聲音"
+    readonly property string soundTestHelp: "看看 Lumaphone 聽不聽得到聲音"
+    readonly property string soundTestSubtitle: "只看音量，不辨識也不錄下來；關掉這裡就停止。"
 
     // The library.
     readonly property string records: "字幕紀錄"
