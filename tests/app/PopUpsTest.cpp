@@ -3,6 +3,7 @@
 #include "support/Coroutines.h"
 #include "support/VisibleItems.h"
 
+#include <QClipboard>
 #include <QGuiApplication>
 #include <QTest>
 
@@ -229,6 +230,91 @@ private slots:
         window.press(Qt::Key_Return);
         QVERIFY(window.comes("provider.save"));
         QVERIFY(window.goes("menu.provider"));
+    }
+
+    void everyPickerIsOpenedAndAnsweredByKeyboard_data()
+    {
+        QTest::addColumn<QString>("picker");
+        for (const char *picker :
+            {"languageMenu", "inspector.source.picker", "inspector.language.picker", "inspector.mode.picker",
+                "inspector.theme.picker", "inspector.display.picker", "glossary.new.mode"}) {
+            QTest::newRow(picker) << QString(picker);
+        }
+    }
+    void everyPickerIsOpenedAndAnsweredByKeyboard()
+    {
+        QFETCH(const QString, picker);
+        const Window window;
+        if (picker.startsWith("glossary")) {
+            QVERIFY(window.focus("moreSettings"));
+            window.press(Qt::Key_Space);
+            QVERIFY(window.comes("menu.glossary"));
+            window.press(Qt::Key_Down);
+            window.press(Qt::Key_Down);
+            window.press(Qt::Key_Return);
+            QVERIFY(waitUntil([&] { return window.studio.object("glossary").property("opened").toBool(); }));
+        }
+        QVERIFY(window.focus(picker));
+        const QQuickItem &item = *window.studio.find(picker);
+        const QString before = item.property("displayText").toString();
+        const bool isLast = item.property("currentIndex").toInt() == item.property("count").toInt() - 1;
+        window.press(Qt::Key_Space);
+        QVERIFY(window.comes(picker + ".choices"));
+        window.press(isLast ? Qt::Key_Up : Qt::Key_Down);
+        window.press(Qt::Key_Return);
+        QVERIFY(window.goes(picker + ".choices"));
+        QVERIFY(item.property("displayText").toString() != before);
+        QVERIFY(!window.studio.live->isRunning()); // the space bar was the picker's
+    }
+
+    void theMenusOfARecordAreOpenedAndAnsweredByKeyboard()
+    {
+        Window window;
+        Studio &studio = window.studio;
+        studio.live->startOrStop();
+        studio.settle();
+        studio.converse();
+        studio.live->startOrStop();
+        studio.settle();
+        studio.live->saveTranscript();
+        studio.content().setProperty("workspaceMode", "library");
+        QVERIFY(window.comes("library.copy"));
+        QVERIFY(window.focus("library.copy"));
+        window.press(Qt::Key_Space);
+        QVERIFY(window.comes("library.copy.translation"));
+        for (int step = 0; step < 3; ++step) {
+            window.press(Qt::Key_Down);
+        }
+        window.press(Qt::Key_Return);
+        QVERIFY(window.goes("library.copy.translation"));
+        QVERIFY(QGuiApplication::clipboard()->text().startsWith("早安。"));
+        QVERIFY(window.focus("library.export"));
+        window.press(Qt::Key_Return); // opens nothing: it is the space bar that presses a button
+        QVERIFY(!window.isShown("library.export.srt"));
+        window.press(Qt::Key_Space);
+        QVERIFY(window.comes("library.export.srt"));
+        window.press(Qt::Key_Escape);
+        QVERIFY(window.goes("library.export.srt"));
+        QVERIFY(waitUntil([&] { return studio.find("library.export")->hasActiveFocus(); }));
+    }
+
+    void theLastEntryOfAMenuIsReachedByKeyboard()
+    {
+        const Window window;
+        QVERIFY(window.focus("moreSettings"));
+        window.press(Qt::Key_Space);
+        QVERIFY(window.comes("menu.keys"));
+        // Upwards from none to the last; what cannot be used is passed over.
+        window.press(Qt::Key_Up);
+        for (int step = 0; step < 12 && !window.studio.find("menu.keys")->property("highlighted").toBool();
+             ++step) {
+            window.press(Qt::Key_Down);
+        }
+        window.press(Qt::Key_Return);
+        QVERIFY(window.comes("keys.close"));
+        QVERIFY(window.goes("menu.keys"));
+        window.press(Qt::Key_Escape);
+        QVERIFY(window.goes("keys.close"));
     }
 
     void aMenuIsLeftByEscapeAndByAClickBesideIt()

@@ -11,7 +11,8 @@ T.ScrollBar {
     padding: 3
     minimumSize: 0.06
     visible: policy !== T.ScrollBar.AlwaysOff && size < 1
-    Accessible.role: Accessible.ScrollBar
+    // The keyboard scrolls the view itself.
+    Accessible.ignored: true
 
     contentItem: Rectangle {
         implicitWidth: 6

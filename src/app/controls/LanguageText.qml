@@ -13,4 +13,5 @@ Text {
     wrapMode: Text.Wrap
     Accessible.role: Accessible.StaticText
     Accessible.name: text
+    Accessible.ignored: text === ""
 }

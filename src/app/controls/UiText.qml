@@ -9,4 +9,5 @@ Text {
     textFormat: Text.PlainText
     Accessible.role: Accessible.StaticText
     Accessible.name: text
+    Accessible.ignored: text === ""
 }
