@@ -37,8 +37,12 @@ LiveScores liveScores(const PlayedSession &session, const Playlist &playlist,
     std::vector<test::CaptionHistory> lines = session.trace().lines();
     std::erase_if(
         lines, [&part](const test::CaptionHistory &line) { return !part.contains(line.appeared()); });
-    scores.restlessness = test::restlessness(
-        lines, [language](const QString &text) { return test::spelledWords(text, language); });
+    const auto words = [language](const QString &text) {
+        return test::spelledWords(text, language);
+    };
+    scores.restlessness = test::restlessness(lines, words);
+    scores.newestCaption = newestCaptionScores(lines, words);
+    scores.readingPage = readingPageScores(lines, LiveScores::readLines, words);
     scores.restlessnessAsWritten = test::restlessness(lines, text::splitAtWhiteSpace);
     return scores;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bench/speech/PanelScores.h"
 #include "bench/speech/PlayedSession.h"
 #include "bench/speech/WordCount.h"
 #include "support/speech-scores/CaptionMeasures.h"
@@ -20,7 +21,11 @@ struct LiveScores
     std::size_t disturbed = 0; ///< recordings that the sound server did not play well; without delays
     QStringList delayTexts; ///< a line for each recording, to be read
     test::Restlessness restlessness;
+    PanelScores newestCaption; ///< on the panel as it opens
+    PanelScores readingPage; ///< on the panel of somebody who reads readLines
     test::Restlessness restlessnessAsWritten; ///< case and marks make other words
+
+    static constexpr int readLines = 3;
 
     void add(const QString &recording, const test::CaptionDelay &delay, bool isWhole);
 };

@@ -28,6 +28,14 @@ QString decimal(double value)
     return QString::number(value, 'f', 2);
 }
 
+QString panelText(const PanelScores &panel)
+{
+    const std::optional<double> shortest = panel.shortest();
+    return QStringLiteral("%1 / %2 (%3 rewritten)")
+        .arg(decimal(panel.erasure()), shortest ? decimal(*shortest) + QStringLiteral(" s") : nothing)
+        .arg(panel.rewritten);
+}
+
 /// Rows of the table, a cell for each column.
 class Rows
 {
@@ -108,6 +116,11 @@ void addLiveRows(Rows &rows, const SetCounts &sets)
         [](const LiveScores &live) { return decimal(live.restlessness.erasure()); });
     rows.addLive(QStringLiteral("Normalized erasure, case and marks counted"),
         [](const LiveScores &live) { return decimal(live.restlessnessAsWritten.erasure()); });
+    rows.addLive(QStringLiteral("On the panel, newest caption: erasure / shortest finished line"),
+        [](const LiveScores &live) { return panelText(live.newestCaption); });
+    rows.addLive(QStringLiteral("On the panel, %1 lines read: erasure / shortest finished line")
+                     .arg(LiveScores::readLines),
+        [](const LiveScores &live) { return panelText(live.readingPage); });
     rows.addLive(QStringLiteral("Lines opened per finished line"), [](const LiveScores &live) {
         return QStringLiteral("%1 (%2 of %3)")
             .arg(decimal(live.restlessness.openedPerFinished()))

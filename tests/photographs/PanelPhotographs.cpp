@@ -74,6 +74,8 @@ void photographLines(const QString &target)
     settings.setCaptionFontSize(28);
     studio.object(QStringLiteral("inspector.flickable")).setProperty("contentY", 600);
     studio.photograph(target, QStringLiteral("inspector-reading"));
+    studio.object(QStringLiteral("inspector.flickable")).setProperty("contentY", 1000);
+    studio.photograph(target, QStringLiteral("inspector-reading-preview"));
     studio.floatingCaptions->toggle();
     studio.floatingCaptions->panel()->setFrame({100, 1000, 820, 260});
     photographThemes(studio, target, QStringLiteral("reading-ready"));
