@@ -67,7 +67,7 @@ ExitStatus runKeySet(LumaphoneSettings &settings, const CommandStreams &streams)
     {
         const EchoOff silent;
         if (silent.isTerminal()) {
-            streams.messages(QStringLiteral("API Key：").toUtf8());
+            streams.messages(QStringLiteral("API 金鑰：").toUtf8());
         }
         key = text::trimmed(QString::fromUtf8(readLine()));
         if (silent.isTerminal()) {
@@ -76,17 +76,17 @@ ExitStatus runKeySet(LumaphoneSettings &settings, const CommandStreams &streams)
     }
     if (key.isEmpty()) {
         streams.complain(
-            QStringLiteral("沒有讀到 API Key。要移除已儲存的，請用「lumaphone-cli key clear」。"));
+            QStringLiteral("沒有讀到 API 金鑰。要移除已儲存的，請用「lumaphone-cli key clear」。"));
         return exitUsage;
     }
     settings.saveProviderAPIKey(key);
     // Saving is silent; only reading the key back tells whether the keychain took it.
     if (settings.providerConfiguration().apiKey != key) {
         streams.complain(QStringLiteral(
-            "無法把 API Key 存入鑰匙圈。請確認 Secret Service（例如 GNOME Keyring）正在執行且已解鎖。"));
+            "無法把 API 金鑰存入鑰匙圈。請確認 Secret Service（例如 GNOME Keyring）正在執行且已解鎖。"));
         return exitFailure;
     }
-    streams.print(QStringLiteral("API Key 已儲存到鑰匙圈。"));
+    streams.print(QStringLiteral("API 金鑰已儲存到鑰匙圈。"));
     return exitSuccess;
 }
 
@@ -94,17 +94,17 @@ ExitStatus runKeyClear(LumaphoneSettings &settings, const CommandStreams &stream
 {
     settings.saveProviderAPIKey({});
     if (!settings.providerConfiguration().apiKey.isEmpty()) {
-        streams.complain(QStringLiteral("無法從鑰匙圈移除 API Key。"));
+        streams.complain(QStringLiteral("無法從鑰匙圈移除 API 金鑰。"));
         return exitFailure;
     }
-    streams.print(QStringLiteral("鑰匙圈裡沒有 API Key 了。"));
+    streams.print(QStringLiteral("鑰匙圈裡沒有 API 金鑰了。"));
     return exitSuccess;
 }
 
 ExitStatus runKeyStatus(const LumaphoneSettings &settings, const CommandStreams &streams)
 {
-    streams.print(settings.hasProviderAPIKey() ? QStringLiteral("已儲存 API Key。")
-                                               : QStringLiteral("尚未儲存 API Key。"));
+    streams.print(settings.hasProviderAPIKey() ? QStringLiteral("已儲存 API 金鑰。")
+                                               : QStringLiteral("尚未儲存 API 金鑰。"));
     return exitSuccess;
 }
 

@@ -17,7 +17,7 @@ namespace {
 QString keyRefused()
 {
     return QStringLiteral(
-        "鑰匙圈沒有交出 API Key，這段時間不會再詢問。請解鎖鑰匙圈後再試一次，或重新儲存 API Key。");
+        "鑰匙圈沒有交出 API 金鑰，這段時間不會再詢問。請解鎖鑰匙圈後再試一次，或重新儲存 API 金鑰。");
 }
 
 QCoro::Task<> prepareSilently(LumaphoneAppleTranslationService &translator, QString source)

@@ -221,16 +221,16 @@ private slots:
             running->waitForEnd();
             return running;
         };
-        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("尚未儲存 API Key。\n").toUtf8());
+        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("尚未儲存 API 金鑰。\n").toUtf8());
         QCOMPARE(run({"key", "set"}, " sk-secret \n")->exitCode(), 0);
-        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("已儲存 API Key。\n").toUtf8());
+        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("已儲存 API 金鑰。\n").toUtf8());
 
         QCOMPARE(run({"settings", "set", "lumaphone.provider.baseURL", server.baseURL()})->exitCode(), 0);
         const auto captions = run({"caption", speech, "--translate", "custom"});
         QVERIFY2(captions->output().contains("  〔"), captions->messages());
 
         QCOMPARE(run({"key", "clear"})->exitCode(), 0);
-        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("尚未儲存 API Key。\n").toUtf8());
+        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("尚未儲存 API 金鑰。\n").toUtf8());
         QCOMPARE(run({"key", "set"}, "\n")->exitCode(), 2);
     }
 };
