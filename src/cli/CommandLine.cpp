@@ -125,7 +125,7 @@ CommandLine parseKey(const QStringList &list)
     if (arguments.wantsHelp()) {
         return ShowText {keyHelp()};
     }
-    const QString usage = QStringLiteral("key 的用法：set、clear 或 status；API Key 由標準輸入讀取");
+    const QString usage = QStringLiteral("key 的用法：set、clear 或 status；API 金鑰由標準輸入讀取");
     arguments.requirePositional(1, usage);
     const QString verb = action(arguments, usage);
     if (verb == QLatin1String("set")) {

@@ -16,7 +16,7 @@ QString programHelp()
   caption INPUT  聆聽系統音訊、麥克風或音訊檔，即時印出字幕
   models         安裝、檢查或移除翻譯與語音的模型
   settings       列出、讀取或變更設定
-  key            儲存、移除或查看翻譯服務的 API Key
+  key            儲存、移除或查看翻譯服務的 API 金鑰
   glossary       管理固定譯法的詞彙
   draft          查看或捨棄尚未儲存的字幕草稿
   library        儲存、搜尋、匯出或刪除字幕紀錄
@@ -97,7 +97,7 @@ QString keyHelp()
       lumaphone-cli key clear
       lumaphone-cli key status
 
-set 從標準輸入讀取一行 API Key（在終端機上不會顯示），存入鑰匙圈。Key 只會送到儲存時設定的位址，換了位址要再存一次。
+set 從標準輸入讀取一行 API 金鑰（在終端機上不會顯示），存入鑰匙圈。金鑰只會送到儲存時設定的位址，換了位址要再存一次。
 status 只說明是否已儲存、屬於哪個位址，不會顯示內容。
 )");
 }
@@ -107,7 +107,7 @@ QString doctorHelp()
     return QStringLiteral(R"(用法：lumaphone-cli doctor
 
 檢查這台電腦：聲音伺服器與裝置、每種語言的辨識與翻譯、離線模型、鑰匙圈、畫面與桌面入口。缺少什麼，就說明怎麼補上。
-不會啟動任何服務，也不會要求解鎖。印出的內容不含 API Key 與字幕，可以附在問題回報裡。
+不會啟動任何服務，也不會要求解鎖。印出的內容不含 API 金鑰與字幕，可以附在問題回報裡。
 
 ✓ 可以使用；– 沒有安裝；· 可以使用，但還少了些什麼；✗ 無法使用。
 

@@ -66,7 +66,7 @@ QString askForKey(const CommandStreams &streams)
 {
     const EchoOff silent;
     if (silent.isTerminal()) {
-        streams.messages(QStringLiteral("API Key：").toUtf8());
+        streams.messages(QStringLiteral("API 金鑰：").toUtf8());
     }
     QString key = text::trimmed(QString::fromUtf8(readLine()));
     if (silent.isTerminal()) {
@@ -123,12 +123,13 @@ QCoro::Task<ExitStatus> runKeySet(KeyAccess access, const CommandStreams &stream
     const QString key = askForKey(streams);
     if (key.isEmpty()) {
         streams.complain(
-            QStringLiteral("沒有讀到 API Key。要移除已儲存的，請用「lumaphone-cli key clear」。"));
+            QStringLiteral("沒有讀到 API 金鑰。要移除已儲存的，請用「lumaphone-cli key clear」。"));
         co_return exitUsage;
     }
     if (access.settings.providerKey().configuredAddress().isEmpty()) {
-        streams.complain(QStringLiteral("API Key 只會送到設定的位址，但 lumaphone.provider.baseURL 不是 http "
-                                        "或 https 位址。請先設定它。"));
+        streams.complain(
+            QStringLiteral("API 金鑰 只會送到設定的位址，但 lumaphone.provider.baseURL 不是 http "
+                           "或 https 位址。請先設定它。"));
         co_return exitFailure;
     }
     if (!co_await answers(access, streams)) {
@@ -137,11 +138,11 @@ QCoro::Task<ExitStatus> runKeySet(KeyAccess access, const CommandStreams &stream
     const QString kept = co_await keptAfterSaving(access, key);
     if (kept != key) {
         streams.complain(QStringLiteral(
-            "無法把 API Key 存入鑰匙圈。請確認 Secret Service（例如 GNOME Keyring）正在執行且已解鎖。"));
+            "無法把 API 金鑰 存入鑰匙圈。請確認 Secret Service（例如 GNOME Keyring）正在執行且已解鎖。"));
         co_return exitFailure;
     }
-    streams.print(
-        QStringLiteral("API Key 已儲存到鑰匙圈，只會送到 %1。").arg(access.settings.providerKey().address()));
+    streams.print(QStringLiteral("API 金鑰 已儲存到鑰匙圈，只會送到 %1。")
+                      .arg(access.settings.providerKey().address()));
     co_return exitSuccess;
 }
 
@@ -154,10 +155,10 @@ QCoro::Task<ExitStatus> runKeyClear(KeyAccess access, const CommandStreams &stre
     const QString none;
     const QString kept = co_await keptAfterSaving(access, none);
     if (!kept.isEmpty()) {
-        streams.complain(QStringLiteral("無法從鑰匙圈移除 API Key。"));
+        streams.complain(QStringLiteral("無法從鑰匙圈移除 API 金鑰。"));
         co_return exitFailure;
     }
-    streams.print(QStringLiteral("鑰匙圈裡沒有 API Key 了。"));
+    streams.print(QStringLiteral("鑰匙圈裡沒有 API 金鑰 了。"));
     co_return exitSuccess;
 }
 
@@ -168,11 +169,11 @@ QCoro::Task<ExitStatus> runKeyStatus(KeyAccess access, const CommandStreams &str
     }
     const LumaphoneSettings &settings = access.settings;
     if (!settings.hasProviderAPIKey()) {
-        streams.print(QStringLiteral("尚未儲存 API Key。"));
+        streams.print(QStringLiteral("尚未儲存 API 金鑰。"));
     } else if (settings.isProviderAPIKeyForEndpoint()) {
-        streams.print(QStringLiteral("已儲存 API Key，只會送到 %1。").arg(settings.providerKey().address()));
+        streams.print(QStringLiteral("已儲存 API 金鑰，只會送到 %1。").arg(settings.providerKey().address()));
     } else {
-        streams.print(QStringLiteral("已儲存的 API Key 屬於另一個位址，不會送到目前設定的 %1。")
+        streams.print(QStringLiteral("已儲存的 API 金鑰 屬於另一個位址，不會送到目前設定的 %1。")
                           .arg(settings.providerBaseURL()));
     }
     co_return exitSuccess;

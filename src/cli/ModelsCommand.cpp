@@ -167,7 +167,7 @@ QCoro::Task<ExitStatus> runModelsInstall(ModelsInstall command, const ModelStore
                 throw;
             }
             streams.complain(error.errorDescription());
-            streams.complain(QStringLiteral("若您接受，請加上 --accept-licence 再執行一次。"));
+            streams.complain(QStringLiteral("若要接受，請加上 --accept-licence 再執行一次。"));
             co_return exitFailure;
         }
         streams.print(QStringLiteral("%1 安裝完成。").arg(entry->id));

@@ -66,7 +66,7 @@ ExitStatus runSettingsSet(
     }
     if (setting->key == settingkeys::providerBaseURL && mayLackItsKey(settings)) {
         streams.complain(QStringLiteral(
-            "若已儲存 API Key：它只屬於先前的位址，不會送到新的位址。需要時請用「lumaphone-cli key "
+            "若已儲存 API 金鑰：它只屬於先前的位址，不會送到新的位址。需要時請用「lumaphone-cli key "
             "set」再存一次。"));
     }
     return exitSuccess;

@@ -130,7 +130,7 @@ Finding keyring(const KeyringFacts &keyring)
     switch (keyring.service) {
     case ServiceState::noBus:
     case ServiceState::missing:
-        return {State::advice, QStringLiteral("鑰匙圈：找不到；API Key 無法儲存"),
+        return {State::advice, QStringLiteral("鑰匙圈：找不到；API 金鑰無法儲存"),
             QStringLiteral("要使用自定義 API 時，請安裝 GNOME Keyring、KWallet 或 KeePassXC。")};
     case ServiceState::startable:
         return good(QStringLiteral("鑰匙圈：需要時會啟動"));
@@ -140,7 +140,7 @@ Finding keyring(const KeyringFacts &keyring)
     if (!keyring.isLocked) {
         return good(QStringLiteral("鑰匙圈：執行中"));
     }
-    return good(*keyring.isLocked ? QStringLiteral("鑰匙圈：已鎖定，讀取 API Key 時會請你解鎖")
+    return good(*keyring.isLocked ? QStringLiteral("鑰匙圈：已鎖定，讀取 API 金鑰時會要求解鎖")
                                   : QStringLiteral("鑰匙圈：可以使用"));
 }
 
@@ -171,7 +171,7 @@ QList<Finding> display(const DisplayFacts &display)
         good(display.desktop.isEmpty() ? QStringLiteral("畫面：%1").arg(how)
                                        : QStringLiteral("畫面：%1（%2）").arg(how, display.desktop))};
     if (display.program == Windows::x11) {
-        findings.append(good(QStringLiteral("浮動字幕：在所有視窗之上，位置由你擺放")));
+        findings.append(good(QStringLiteral("浮動字幕：在所有視窗之上，位置可以自由擺放")));
     } else if (display.hasLayerShell) {
         findings.append(good(QStringLiteral("浮動字幕：在所有視窗之上，可以在所在的螢幕內拖曳")));
     } else {

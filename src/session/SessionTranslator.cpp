@@ -19,13 +19,13 @@ namespace {
 QString keyRefused()
 {
     return QStringLiteral(
-        "鑰匙圈沒有交出 API Key，這段時間不會再詢問。請解鎖鑰匙圈後再試一次，或重新儲存 API Key。");
+        "鑰匙圈沒有交出 API 金鑰，這段時間不會再詢問。請解鎖鑰匙圈後再試一次，或重新儲存 API 金鑰。");
 }
 
 QString keyOfAnotherAddress(const QString &address)
 {
     return QStringLiteral(
-        "%1 需要 API Key，但已儲存的 Key 屬於另一個位址，沒有送出。請在 API 提供者的設定重新輸入 "
+        "%1 需要 API 金鑰，但已儲存的金鑰 屬於另一個位址，沒有送出。請在 API 提供者的設定重新輸入 "
         "Key 並儲存。")
         .arg(address);
 }

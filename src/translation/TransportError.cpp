@@ -48,12 +48,12 @@ TransportError TransportError::unsupportedAddress(const QUrl &address)
 TransportError TransportError::nameInAddress(const QUrl &address)
 {
     return {Reason::nameInAddress,
-        QStringLiteral("Base URL「%1」裡不能放帳號或密碼，請把金鑰存成 API Key。").arg(forPeople(address))};
+        QStringLiteral("Base URL「%1」裡不能放帳號或密碼，請改用 API 金鑰。").arg(forPeople(address))};
 }
 
 TransportError TransportError::unusableKey()
 {
-    return {Reason::unusableKey, QStringLiteral("API Key 含有換行或控制字元，無法傳送，請重新輸入。")};
+    return {Reason::unusableKey, QStringLiteral("API 金鑰含有換行或控制字元，無法傳送，請重新輸入。")};
 }
 
 TransportError TransportError::closedUnanswered(const QUrl &address)

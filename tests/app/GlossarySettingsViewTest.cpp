@@ -102,6 +102,7 @@ private slots:
         f.fill();
         const auto before = f.store.terms();
         auto &view = f.open();
+        QVERIFY(waitUntil([&] { return view.focusedName() == "glossary.new.source.field"; }));
         view.find("glossary.list")->forceActiveFocus();
         view.press(Qt::Key_Down);
         view.press(Qt::Key_Delete);
@@ -124,6 +125,7 @@ private slots:
     {
         Fixture f;
         auto &view = f.open();
+        QVERIFY(waitUntil([&] { return view.focusedName() == "glossary.new.source.field"; }));
         QVERIFY(view.type("glossary.new.source", "Qt"));
         QVERIFY(view.find("glossary.new.add")->isEnabled());
         QVERIFY(view.type("glossary.new.target", "Qt"));

@@ -112,10 +112,10 @@ Texts expectedTexts()
         {"titlePlaceholder", "字幕紀錄標題"},
         {"editLines", "編輯原文與譯文"},
         {"endEditing", "結束編輯"},
-        {"copyText", "拷貝文字"},
-        {"copyBoth", "拷貝原文與譯文"},
-        {"copySource", "拷貝原文"},
-        {"copyTranslation", "拷貝譯文"},
+        {"copyText", "複製文字"},
+        {"copyBoth", "複製原文與譯文"},
+        {"copySource", "複製原文"},
+        {"copyTranslation", "複製譯文"},
         {"exportRecord", "匯出"},
         {"exportTitle", "匯出字幕紀錄"},
         {"revert", "還原"},
@@ -231,7 +231,7 @@ Texts expectedTexts()
         // What the program finds on this machine.
         {"diagnosisTitle", "檢查這台電腦"},
         {"diagnosisSubtitle",
-            "檢查不會啟動任何服務，也不會要求解鎖。內容不含 API Key 與字幕，可以附在問題回報裡。"},
+            "檢查不會啟動任何服務，也不會要求解鎖。內容不含 API 金鑰與字幕，可以附在問題回報裡。"},
         {"checking", "正在檢查..."},
         {"checkAgain", "再檢查一次"},
         {"copy", "複製"},
@@ -383,7 +383,7 @@ private slots:
         row("library",
             {"紀錄庫", "搜尋字幕紀錄", "搜尋標題、備註、原文、譯文或術語", "選擇一筆字幕紀錄",
                 "儲存 live session 後，紀錄會出現在這裡。", "無法開啟這筆字幕紀錄", "開啟資料夾",
-                "字幕紀錄標題", "編輯原文與譯文", "拷貝文字", "拷貝原文與譯文", "拷貝原文", "拷貝譯文",
+                "字幕紀錄標題", "編輯原文與譯文", "複製文字", "複製原文與譯文", "複製原文", "複製譯文",
                 "匯出", "在檔案管理員中顯示", "刪除字幕紀錄", "還原", "儲存修改", "備註", "匯出字幕紀錄"});
         row("inspectorPanel",
             {"只放會影響這次字幕的控制。", "上一段已保留，先儲存或清除。", "輸入", "音訊來源", "原文語言",
@@ -411,7 +411,7 @@ private slots:
         row("keys", {"鍵盤快速鍵", "關閉"});
         row("diagnosis",
             {"檢查這台電腦",
-                "檢查不會啟動任何服務，也不會要求解鎖。內容不含 API Key 與字幕，可以附在問題回報裡。", "複製",
+                "檢查不會啟動任何服務，也不會要求解鎖。內容不含 API 金鑰與字幕，可以附在問題回報裡。", "複製",
                 "再檢查一次", "關閉"});
     }
     void everyViewSaysItsTexts()

@@ -30,6 +30,11 @@ struct Window
     {
         return waitUntil([&] { return isShown(name); });
     }
+    /// Once it has the keyboard it is open.
+    bool isWelcoming() const
+    {
+        return waitUntil([&] { return focusedName() == "welcome.done"; });
+    }
     bool goes(const QString &name) const
     {
         return waitUntil([&] { return !isShown(name); });
@@ -58,7 +63,7 @@ private slots:
     void aNewUserIsToldWhatThereIs()
     {
         const Window window;
-        QVERIFY(window.comes("welcome.done"));
+        QVERIFY(window.isWelcoming());
         QVERIFY(window.comes("welcome.bundled.3.model.status"));
         QCOMPARE(window.studio.find("welcome.bundled.3.model.status")->property("text"),
             QVariant("Lumaphone 內建，可離線使用"));
@@ -79,8 +84,7 @@ private slots:
     {
         QFETCH(const bool, byEscape);
         const Window window;
-        QVERIFY(window.comes("welcome.done"));
-        QVERIFY(waitUntil([&] { return window.focusedName() == "welcome.done"; }));
+        QVERIFY(window.isWelcoming());
         QVERIFY(!window.isKept());
         window.press(byEscape ? Qt::Key_Escape : Qt::Key_Space);
         QVERIFY(window.goes("welcome.done"));
@@ -98,7 +102,7 @@ private slots:
         QVERIFY(!window.isShown("welcome.done"));
         window.studio.click("moreSettings");
         window.studio.click("menu.welcome");
-        QVERIFY(window.comes("welcome.done"));
+        QVERIFY(window.isWelcoming());
         window.studio.click("welcome.done");
         QVERIFY(window.goes("welcome.done"));
     }
@@ -106,7 +110,7 @@ private slots:
     void whatIsChosenHoldsAtOnceAndNothingHasToBe()
     {
         const Window window;
-        QVERIFY(window.comes("welcome.done"));
+        QVERIFY(window.isWelcoming());
         window.studio.click("welcome.source");
         window.studio.click("welcome.source.choices.microphone");
         QCOMPARE(window.studio.inspector->audioInputSource(), QString("microphone"));
@@ -119,7 +123,7 @@ private slots:
     void noSessionBeginsBehindIt()
     {
         const Window window;
-        QVERIFY(window.comes("welcome.done"));
+        QVERIFY(window.isWelcoming());
         window.press(Qt::Key_Return, Qt::ControlModifier);
         QVERIFY(!window.studio.session.controller->isRunning());
     }
@@ -127,7 +131,7 @@ private slots:
     void inTheSmallestWindowTheKeyboardComesToEverythingAndItIsSeen()
     {
         const Window window(true, QSize(1040, 680));
-        QVERIFY(window.comes("welcome.done"));
+        QVERIFY(window.isWelcoming());
         const QQuickItem *sheet = window.studio.find("welcome.flickable");
         QVERIFY(QRectF(0, 0, 1040, 680)
                     .contains(window.studio.find("welcome.done")->mapRectToScene({0, 0, 10, 36})));

@@ -222,12 +222,12 @@ private slots:
             running->waitForEnd();
             return running;
         };
-        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("尚未儲存 API Key。\n").toUtf8());
+        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("尚未儲存 API 金鑰。\n").toUtf8());
         QCOMPARE(run({"settings", "set", "lumaphone.provider.baseURL", server.baseURL()})->exitCode(), 0);
         QCOMPARE(run({"key", "set"}, " sk-secret \n")->exitCode(), 0);
         const QString address = server.baseURL().section(u'/', 0, 2);
         QCOMPARE(run({"key", "status"})->output(),
-            QStringLiteral("已儲存 API Key，只會送到 %1。\n").arg(address).toUtf8());
+            QStringLiteral("已儲存 API 金鑰，只會送到 %1。\n").arg(address).toUtf8());
         const auto captions = run({"caption", speech, "--translate", "custom"});
         QVERIFY2(captions->output().contains("  〔"), captions->messages());
 
@@ -237,14 +237,14 @@ private slots:
         QCOMPARE(told->exitCode(), 0);
         QVERIFY2(told->messages().contains("lumaphone-cli key set"), told->messages());
         QCOMPARE(run({"key", "status"})->output(),
-            QStringLiteral("已儲存的 API Key 屬於另一個位址，不會送到目前設定的 %1。\n")
+            QStringLiteral("已儲存的 API 金鑰 屬於另一個位址，不會送到目前設定的 %1。\n")
                 .arg(other.baseURL())
                 .toUtf8());
         const auto withheld = run({"caption", speech, "--translate", "custom"});
         QVERIFY2(!withheld->output().contains("  〔"), withheld->output());
 
         QCOMPARE(run({"key", "clear"})->exitCode(), 0);
-        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("尚未儲存 API Key。\n").toUtf8());
+        QCOMPARE(run({"key", "status"})->output(), QStringLiteral("尚未儲存 API 金鑰。\n").toUtf8());
         QCOMPARE(run({"key", "set"}, "\n")->exitCode(), 2);
         QCOMPARE(run({"settings", "set", "lumaphone.provider.baseURL", "example.org"})->exitCode(), 0);
         QCOMPARE(run({"key", "set"}, "sk-secret\n")->exitCode(), 1);

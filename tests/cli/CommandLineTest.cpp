@@ -83,7 +83,7 @@ private slots:
         row("settings set without a value", {"settings", "set", "lumaphone.provider.model"},
             QStringLiteral("settings 的用法：list、get KEY 或 set KEY VALUE"));
         row("a key among the arguments", {"key", "set", "sk-123"},
-            QStringLiteral("key 的用法：set、clear 或 status；API Key 由標準輸入讀取"));
+            QStringLiteral("key 的用法：set、clear 或 status；API 金鑰由標準輸入讀取"));
         row("glossary without a term", {"glossary", "add"},
             QStringLiteral("glossary 的用法：list、add SOURCE、remove SOURCE、enable SOURCE、"
                            "disable SOURCE、import FILE 或 export FILE"));

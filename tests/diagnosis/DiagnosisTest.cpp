@@ -174,10 +174,10 @@ private slots:
         QTest::addColumn<QString>("display");
         QTest::addColumn<QString>("panel");
         QTest::newRow("X11") << int(Windows::x11) << int(Windows::x11) << false << "畫面：X11（GNOME）"
-                             << "浮動字幕：在所有視窗之上，位置由你擺放";
+                             << "浮動字幕：在所有視窗之上，位置可以自由擺放";
         QTest::newRow("XWayland") << int(Windows::wayland) << int(Windows::x11) << false
                                   << "畫面：Wayland，經由 XWayland（GNOME）"
-                                  << "浮動字幕：在所有視窗之上，位置由你擺放";
+                                  << "浮動字幕：在所有視窗之上，位置可以自由擺放";
         QTest::newRow("layer shell") << int(Windows::wayland) << int(Windows::wayland) << true
                                      << "畫面：Wayland（GNOME）"
                                      << "浮動字幕：在所有視窗之上，可以在所在的螢幕內拖曳";
@@ -229,7 +229,7 @@ private slots:
 
 桌面
   ✓ 畫面：X11（GNOME）
-  ✓ 浮動字幕：在所有視窗之上，位置由你擺放
+  ✓ 浮動字幕：在所有視窗之上，位置可以自由擺放
   ✓ 鑰匙圈：可以使用
   ✓ 桌面入口（xdg-desktop-portal）：可以使用
 )"));

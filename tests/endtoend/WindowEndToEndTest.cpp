@@ -137,7 +137,7 @@ private slots:
         const QTemporaryDir home;
         {
             User user(home.path(), onX11);
-            DO("choose inspector.theme.picker glass");
+            DO("choose inspector.source.picker microphone");
             user.program().signal(SIGTERM);
             QVERIFY(user.program().waitForEnd());
             QVERIFY(!user.program().crashed());
@@ -146,7 +146,7 @@ private slots:
         QFile settings(home.filePath("config/lumaphone/settings.json"));
         QVERIFY(settings.open(QIODevice::ReadOnly));
         const QByteArray stored = settings.readAll();
-        QVERIFY2(stored.contains("\"glass\""), stored);
+        QVERIFY2(stored.contains("\"microphone\""), stored);
     }
 
     void speechIsCaptionedTranslatedAndSaved()

@@ -64,7 +64,7 @@ private slots:
         QVERIFY(error);
         QCOMPARE(error->reason(), TransportError::Reason::unusableKey);
         QCOMPARE(
-            error->errorDescription(), QStringLiteral("API Key 含有換行或控制字元，無法傳送，請重新輸入。"));
+            error->errorDescription(), QStringLiteral("API 金鑰含有換行或控制字元，無法傳送，請重新輸入。"));
     }
 
     void onlyWebAddressesAreSupported_data()

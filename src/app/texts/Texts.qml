@@ -99,10 +99,10 @@ QtObject {
     readonly property string titlePlaceholder: "字幕紀錄標題"
     readonly property string editLines: "編輯原文與譯文"
     readonly property string endEditing: "結束編輯"
-    readonly property string copyText: "拷貝文字"
-    readonly property string copyBoth: "拷貝原文與譯文"
-    readonly property string copySource: "拷貝原文"
-    readonly property string copyTranslation: "拷貝譯文"
+    readonly property string copyText: "複製文字"
+    readonly property string copyBoth: "複製原文與譯文"
+    readonly property string copySource: "複製原文"
+    readonly property string copyTranslation: "複製譯文"
     readonly property string exportRecord: "匯出"
     readonly property string exportTitle: "匯出字幕紀錄"
     readonly property string revert: "還原"
@@ -221,7 +221,7 @@ QtObject {
 
     // What the program finds on this machine.
     readonly property string diagnosisTitle: "檢查這台電腦"
-    readonly property string diagnosisSubtitle: "檢查不會啟動任何服務，也不會要求解鎖。內容不含 API Key 與字幕，可以附在問題回報裡。"
+    readonly property string diagnosisSubtitle: "檢查不會啟動任何服務，也不會要求解鎖。內容不含 API 金鑰與字幕，可以附在問題回報裡。"
     readonly property string checking: "正在檢查..."
     readonly property string checkAgain: "再檢查一次"
     readonly property string copy: "複製"
