@@ -25,8 +25,7 @@ QString keyRefused()
 QString keyOfAnotherAddress(const QString &address)
 {
     return QStringLiteral(
-        "%1 需要 API 金鑰，但已儲存的金鑰 屬於另一個位址，沒有送出。請在 API 提供者的設定重新輸入 "
-        "Key 並儲存。")
+        "%1 需要 API 金鑰，但已儲存的金鑰屬於另一個位址，沒有送出。請在 API 提供者的設定重新輸入金鑰並儲存。")
         .arg(address);
 }
 

@@ -202,8 +202,8 @@ private slots:
         const QString address = server.url("");
         QCOMPARE(failure(),
             address
-                + " 需要 API 金鑰，但已儲存的金鑰 屬於另一個位址，沒有送出。請在 API 提供者的設定重新輸入 "
-                  "Key 並儲存。");
+                + " 需要 API 金鑰，但已儲存的金鑰屬於另一個位址，沒有送出。請在 API "
+                  "提供者的設定重新輸入金鑰並儲存。");
         QCOMPARE(failure(), "自定義 API 回傳 HTTP 500：broken");
     }
 
