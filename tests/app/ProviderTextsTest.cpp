@@ -50,7 +50,7 @@ private slots:
     void aKeyOfNoServerHasNoName()
     {
         QCOMPARE(providertexts::apiKeyStatusText(false, SavedKey::ofAnotherServer, "-"),
-            "已儲存的金鑰只屬於另一個位址，不會送到這個位址；這裡若需要金鑰，請重新貼上");
+            "已儲存的金鑰不屬於這個位址，不會送出；這裡若需要金鑰，請重新貼上");
     }
 
     void thePlaceholderSaysWhetherAKeyIsThere()

@@ -197,6 +197,11 @@ void photographProvider(const QString &target)
         throw std::runtime_error("The test of the provider did not end.");
     }
     studio.photograph(target, QStringLiteral("provider-success"));
+    studio.session.settings.setProviderBaseURL(LumaphoneSettings::defaultProviderBaseURL());
+    studio.session.settings.saveProviderAPIKey(QStringLiteral("sk-not-a-real-key"));
+    studio.provider->open();
+    studio.provider->setBaseURL(QStringLiteral("http://localhost:11434/v1"));
+    studio.photograph(target, QStringLiteral("provider-key-of-another-server"));
 }
 
 /// Saves a session of these lines, each a source with its translation.

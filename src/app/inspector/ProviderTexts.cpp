@@ -16,8 +16,10 @@ QString statusOfSaved(SavedKey saved, const QString &address)
     case SavedKey::ofThisServer:
         return QStringLiteral("已儲存於 macOS 鑰匙圈，測試與翻譯會沿用它");
     case SavedKey::ofAnotherServer:
-        return QStringLiteral("已儲存的金鑰只屬於 %1，不會送到這個位址；這裡若需要金鑰，請重新貼上")
-            .arg(address == noKeychainAddress ? QStringLiteral("另一個位址") : address);
+        return address == noKeychainAddress
+            ? QStringLiteral("已儲存的金鑰不屬於這個位址，不會送出；這裡若需要金鑰，請重新貼上")
+            : QStringLiteral("已儲存的金鑰只屬於 %1，不會送到這個位址；這裡若需要金鑰，請重新貼上")
+                  .arg(address);
     }
     Q_UNREACHABLE();
 }
