@@ -1,16 +1,20 @@
 #include "base/AtomicFile.h"
 #include "capture/SystemAudioCaptureError.h"
+#include "photographs/KeptPictures.h"
 #include "photographs/PanelPhotographs.h"
+#include "photographs/StagePhotographs.h"
 #include "photographs/Studio.h"
 #include "support/FileServer.h"
 #include "support/MisbehavingHttpServer.h"
 #include "support/PrivateDisplay.h"
 #include "support/ServedModels.h"
 
+#include <QDir>
 #include <QGuiApplication>
 #include <QTest>
 
 #include <cstdio>
+#include <optional>
 
 using namespace lumaphone;
 using namespace lumaphone::test;
@@ -418,17 +422,30 @@ void photographWelcome(const QString &target)
 
 int main(int argc, char *argv[])
 {
-    if (argc < 2 || argc > 3) {
-        std::fprintf(stderr, "Usage: lumaphone-photographs FOLDER [SUBJECT]\n");
+    const QString mode = argc == 4 ? QString::fromLocal8Bit(argv[1]) : QString();
+    const bool isRenewing = mode == QLatin1String("--renew");
+    const bool isComparing = mode == QLatin1String("--compare");
+    if (argc < 2 || argc > 4 || (argc == 4 && !isRenewing && !isComparing)) {
+        std::fprintf(stderr,
+            "Usage: lumaphone-photographs FOLDER [SUBJECT]\n"
+            "       lumaphone-photographs --compare|--renew KEPT FOLDER\n");
         return 2;
     }
-    const QString target = QString::fromLocal8Bit(argv[1]);
+    const QString target = QString::fromLocal8Bit(argv[argc == 4 ? 3 : 1]);
     try {
+        const auto kept
+            = argc == 4 ? std::optional<KeptPictures>(QString::fromLocal8Bit(argv[2])) : std::nullopt;
+        if (kept) {
+            QDir(target).removeRecursively();
+            Studio::setChosen(kept->names());
+        }
         // Room for the window at twice its size.
         const PrivateDisplay display(QSize(2720, 1800));
         const QGuiApplication application(argc, argv);
         const std::vector<std::pair<QString, void (*)(const QString &)>> subjects {
             {QStringLiteral("live"), &photographLive},
+            {QStringLiteral("stage"), &photographStage},
+            {QStringLiteral("sound"), &photographSound},
             {QStringLiteral("menus"), &photographMenus},
             {QStringLiteral("provider"), &photographProvider},
             {QStringLiteral("library"), &photographLibrary},
@@ -439,9 +456,17 @@ int main(int argc, char *argv[])
             {QStringLiteral("reading"), &photographReading},
         };
         for (const auto &[name, photographSubject] : subjects) {
-            if (argc == 2 || name == QString::fromLocal8Bit(argv[2])) {
+            if (kept ? kept->hasSubject(name) : argc == 2 || name == QString::fromLocal8Bit(argv[2])) {
                 photographSubject(target);
             }
+        }
+        if (isRenewing) {
+            kept->renew(target);
+        } else if (isComparing) {
+            const QStringList changes = kept->changes(target);
+            std::fprintf(stderr, "%s",
+                qPrintable(changes.join(u'\n') + (changes.isEmpty() ? QString() : QStringLiteral("\n"))));
+            return changes.isEmpty() ? 0 : 1;
         }
     } catch (const std::exception &error) {
         std::fprintf(stderr, "%s\n", error.what());
