@@ -9,6 +9,7 @@
 #include "support/RunningProgram.h"
 
 #include <QEventLoop>
+#include <QFile>
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -17,6 +18,7 @@
 
 #include <benchmark/benchmark.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <vector>
@@ -180,6 +182,87 @@ void searchTheLibrary(benchmark::State &state)
 }
 BENCHMARK(searchTheLibrary)->ArgName("first")->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(10);
 BENCHMARK(searchTheLibrary)->ArgName("first")->Arg(0)->Unit(benchmark::kMillisecond)->Iterations(270);
+
+/// A library of two sessions with so many lines each.
+void saveSessions(Studio &studio, int lines)
+{
+    for (int session = 0; session < 2; ++session) {
+        LiveTranscript live;
+        live.startedAt = studio.session.clock->now();
+        live.sourceLanguage = AppleSystemSpeechLanguage::japanese;
+        for (int line = 0; line < lines; ++line) {
+            live.lines.append(
+                {QUuid::createUuid(), QStringLiteral("これは%1番目の文で、字幕の一行になります。").arg(line),
+                    QStringLiteral("這是第%1個句子，會成為一行字幕。").arg(line),
+                    AppleSystemSpeechLanguage::japanese, live.startedAt->addSecs(15 * line), true});
+        }
+        studio.library->save(live, studio.session.settings);
+        studio.advance(std::chrono::minutes(1));
+    }
+}
+
+double residentMegabytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    const double pages = file.readAll().split(' ').at(1).toDouble();
+    return pages * static_cast<double>(::sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+/// From one session of 5,000 lines to the other, until its first lines are seen.
+void openARecord(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    Studio studio(folder.path());
+    saveSessions(studio, 5000);
+    studio.open();
+    studio.content().setProperty("workspaceMode", QStringLiteral("library"));
+    waitUntil([&] { return !studio.workspace->isPreparingSearch(); });
+    const double before = residentMegabytes();
+    FrameTimes frames;
+    for (auto _ : state) {
+        frames.measure(
+            *studio.window, [&] { studio.workspace->selectRow(1 - studio.workspace->selectedRow()); });
+    }
+    frames.report(state);
+    state.counters["grown_mb"] = residentMegabytes() - before;
+}
+BENCHMARK(openARecord)->Unit(benchmark::kMillisecond)->Iterations(20);
+
+/// Through an opened session of 5,000 lines while it is read or edited, back and forth.
+void scrollARecord(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    Studio studio(folder.path());
+    saveSessions(studio, 5000);
+    studio.open();
+    studio.content().setProperty("workspaceMode", QStringLiteral("library"));
+    waitUntil([&] { return !studio.workspace->isPreparingSearch(); });
+    studio.workspace->setEditingTranscript(state.range(1) == 1);
+    studio.settle();
+    auto *reader = qobject_cast<QQuickItem *>(&studio.object(QStringLiteral("library.reader")));
+    double step = static_cast<double>(state.range(0));
+    const double before = residentMegabytes();
+    FrameTimes frames;
+    for (auto _ : state) {
+        frames.measure(*studio.window, [&] {
+            const double y = reader->property("contentY").toDouble();
+            reader->setProperty("contentY", std::max(0.0, y + step));
+        });
+        if (reader->property("contentY").toDouble() <= 0.0 || reader->property("atYEnd").toBool()) {
+            step = -step;
+        }
+    }
+    frames.report(state);
+    state.counters["grown_mb"] = residentMegabytes() - before;
+}
+BENCHMARK(scrollARecord)
+    ->ArgNames({"pixels", "editing"})
+    ->ArgsProduct({{20, 200, 2000, 50000}, {0, 1}})
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(300);
 
 void aPartialResult(benchmark::State &state)
 {
