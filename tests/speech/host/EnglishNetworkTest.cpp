@@ -58,29 +58,9 @@ QStringList finalsOf(const std::vector<Heard> &heard)
     return finals;
 }
 
-/// What loading and hearing a sentence ends with; empty if all is well.
 QString errorWith(const SpeechInstallation &broken)
 {
-    try {
-        hear(broken, Samples(16000));
-    } catch (const SpeechFrameworkError &error) {
-        return error.errorDescription();
-    }
-    return {};
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("cannot write %s", qPrintable(path));
-    }
+    return test::errorWith(broken, {SpokenLanguage::english}, Samples(16000));
 }
 
 void put(SpeechInstallation &installed, const QString &name, const QString &path)

@@ -85,4 +85,35 @@ inline void feed(StreamingRecognizer &recognizer, std::span<const std::int16_t> 
     }
 }
 
+/// What loading and hearing these samples ends with; empty if all is well.
+inline QString errorWith(const SpeechInstallation &installation, const std::vector<SpokenLanguage> &languages,
+    std::span<const std::int16_t> samples)
+{
+    HeardTexts heard;
+    HostedRecognizer recognizer(installation, languages, heard.sink());
+    try {
+        recognizer.load();
+        feed(recognizer, samples);
+        recognizer.finish();
+    } catch (const SpeechFrameworkError &error) {
+        return error.errorDescription();
+    }
+    return {};
+}
+
+/// Of a model's file; nothing if it cannot be read.
+inline QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline void write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        qFatal("cannot write %s", qPrintable(path));
+    }
+}
+
 } // namespace lumaphone::test

@@ -17,33 +17,10 @@ SpeechInstallation installation()
     return toyInstallation(QStringLiteral(LUMAPHONE_SPEECH_HOST), QStringLiteral(LUMAPHONE_SPEECH_RUNTIME));
 }
 
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("cannot write %s", qPrintable(path));
-    }
-}
-
-/// What loading and recognising a phrase ends with; empty if all is well.
 QString errorWith(const SpeechInstallation &broken)
 {
-    HeardTexts heard;
-    HostedRecognizer recognizer(broken, {SpokenLanguage::japanese, SpokenLanguage::english}, heard.sink());
-    try {
-        recognizer.load();
-        feed(recognizer, speak(toyPhrases().front()));
-        recognizer.finish();
-    } catch (const SpeechFrameworkError &error) {
-        return error.errorDescription();
-    }
-    return {};
+    return test::errorWith(
+        broken, {SpokenLanguage::japanese, SpokenLanguage::english}, speak(toyPhrases().front()));
 }
 
 /// `part`: "network", "tokens" or "detector".
