@@ -1,5 +1,6 @@
-// What the window costs: a partial result with few and with many lines, the frames of scrolling and of
-// searching, and the first frame after the start. A screen of 60 Hz leaves 16.7 ms for a frame.
+// What the window costs: a partial result with few and with many lines, the frames of scrolling, finding,
+// selecting and new lines in a long session and of searching the library, and the first frame after the
+// start. A screen of 60 Hz leaves 16.7 ms for a frame.
 #include "base/AtomicFile.h"
 #include "photographs/Studio.h"
 #include "storage/TranscriptIndex.h"
@@ -59,32 +60,52 @@ double mainThreadMs()
     return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
 
-/// The main thread's work for each of many frames, from what causes it until it can be seen.
+/// The main thread's work for each of many frames, from what causes it until it can be seen; and what is left
+/// of it without the rendering, which a graphics card takes over where there is one.
 class FrameTimes
 {
 public:
     template<typename Action> void measure(QQuickWindow &window, Action cause)
     {
+        double rendering = 0;
+        double since = 0;
+        const QObject context;
+        QObject::connect(
+            &window, &QQuickWindow::beforeRendering, &context, [&] { since = mainThreadMs(); },
+            Qt::DirectConnection);
+        QObject::connect(
+            &window, &QQuickWindow::afterRendering, &context, [&] { rendering += mainThreadMs() - since; },
+            Qt::DirectConnection);
         const double before = mainThreadMs();
         cause();
+        window.update(); // a frame comes even where nothing changes
         nextFrame(window);
-        m_times.push_back(mainThreadMs() - before);
+        const double all = mainThreadMs() - before;
+        m_times.push_back(all);
+        m_withoutRendering.push_back(all - rendering);
     }
     void report(benchmark::State &state)
     {
-        std::sort(m_times.begin(), m_times.end());
-        const auto at = [this](double share) {
-            return m_times.at(static_cast<std::size_t>(share * static_cast<double>(m_times.size() - 1)));
-        };
-        state.counters["median_ms"] = at(0.5);
-        state.counters["p95_ms"] = at(0.95);
-        state.counters["worst_ms"] = at(1);
+        report(state, m_times, "");
+        report(state, m_withoutRendering, "unrendered_");
         state.counters["late"] = static_cast<double>(
             std::count_if(m_times.begin(), m_times.end(), [](double time) { return time > 1000.0 / 60; }));
     }
 
 private:
+    static void report(benchmark::State &state, std::vector<double> &times, const std::string &name)
+    {
+        std::sort(times.begin(), times.end());
+        const auto at = [&times](double share) {
+            return times.at(static_cast<std::size_t>(share * static_cast<double>(times.size() - 1)));
+        };
+        state.counters[name + "median_ms"] = at(0.5);
+        state.counters[name + "p95_ms"] = at(0.95);
+        state.counters[name + "worst_ms"] = at(1);
+    }
+
     std::vector<double> m_times;
+    std::vector<double> m_withoutRendering;
 };
 
 /// Through a session of 5,000 lines, by so many pixels for each frame, from its end to its beginning and
@@ -94,15 +115,13 @@ void scrollASession(benchmark::State &state)
     Studio studio(QStringLiteral("/dev/null"));
     studio.open();
     fill(studio, 5000);
-    auto *list = qobject_cast<QQuickItem *>(&studio.object(QStringLiteral("card.lines")));
+    QObject *list = &studio.object(QStringLiteral("card.lines"));
     double step = -static_cast<double>(state.range(0));
     FrameTimes frames;
     for (auto _ : state) {
         const double former = list->property("contentY").toDouble();
-        frames.measure(*studio.window, [&] {
-            QMetaObject::invokeMethod(list, "scrollBy", Q_ARG(double, step));
-            list->update(); // a frame comes even at the end of the list
-        });
+        frames.measure(
+            *studio.window, [&] { QMetaObject::invokeMethod(list, "scrollBy", Q_ARG(double, step)); });
         if (list->property("contentY").toDouble() == former) {
             step = -step;
         }
@@ -117,6 +136,94 @@ BENCHMARK(scrollASession)
     ->Arg(50000)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(600);
+
+void reveal(Studio &studio, int row)
+{
+    if (row >= 0) {
+        QMetaObject::invokeMethod(&studio.object(QStringLiteral("card.lines")), "reveal", Q_ARG(int, row));
+    }
+}
+
+/// Letter by letter in the find bar over a session of 5,000 lines: texts that all, some and no lines contain.
+void findInASession(benchmark::State &state)
+{
+    Studio studio(QStringLiteral("/dev/null"));
+    studio.open();
+    fill(studio, 5000);
+    TranscriptModel &transcript = *studio.live->transcript();
+    const QStringList typed {QStringLiteral("字"), QStringLiteral("字幕"), QStringLiteral("第1"),
+        QStringLiteral("第12"), QStringLiteral("第123"), QStringLiteral("第1234"), QStringLiteral("水"),
+        QString()};
+    FrameTimes frames;
+    qsizetype next = 0;
+    for (auto _ : state) {
+        frames.measure(*studio.window, [&] {
+            transcript.search(typed[next], static_cast<int>(next) * 600);
+            reveal(studio, transcript.foundRow());
+        });
+        next = (next + 1) % typed.size();
+    }
+    frames.report(state);
+}
+BENCHMARK(findInASession)->Unit(benchmark::kMillisecond)->Iterations(240);
+
+/// From one occurrence to the next, of 20,000 in 5,000 lines.
+void lookAtTheNext(benchmark::State &state)
+{
+    Studio studio(QStringLiteral("/dev/null"));
+    studio.open();
+    fill(studio, 5000);
+    TranscriptModel &transcript = *studio.live->transcript();
+    transcript.search(QStringLiteral("字"), 0);
+    FrameTimes frames;
+    for (auto _ : state) {
+        frames.measure(*studio.window, [&] {
+            transcript.lookAtNext(7);
+            reveal(studio, transcript.foundRow());
+        });
+    }
+    frames.report(state);
+}
+BENCHMARK(lookAtTheNext)->Unit(benchmark::kMillisecond)->Iterations(300);
+
+/// All of 5,000 lines, and none again.
+void selectASession(benchmark::State &state)
+{
+    Studio studio(QStringLiteral("/dev/null"));
+    studio.open();
+    fill(studio, 5000);
+    TranscriptModel &transcript = *studio.live->transcript();
+    FrameTimes frames;
+    for (auto _ : state) {
+        frames.measure(*studio.window,
+            [&] { transcript.hasSelection() ? transcript.clearSelection() : transcript.selectAll(); });
+    }
+    frames.report(state);
+}
+BENCHMARK(selectASession)->Unit(benchmark::kMillisecond)->Iterations(200);
+
+/// A finished line with its translation behind 5,000 others, while nothing or something is looked for.
+void addToASession(benchmark::State &state)
+{
+    Studio studio(QStringLiteral("/dev/null"));
+    studio.open();
+    fill(studio, 5000);
+    if (state.range(0) == 1) {
+        studio.live->transcript()->search(QStringLiteral("字"), 4999);
+    }
+    FrameTimes frames;
+    int line = 5000;
+    for (auto _ : state) {
+        const QString text = QStringLiteral("これは%1番目の文で、字幕の一行になります。").arg(++line);
+        frames.measure(*studio.window, [&] { studio.session.speech(text, true); });
+        state.PauseTiming();
+        studio.session.clock->advance(std::chrono::seconds(15));
+        studio.settle();
+        state.ResumeTiming();
+    }
+    frames.report(state);
+}
+BENCHMARK(addToASession)->ArgName("finding")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(200);
 
 /// A library whose index alone is there, with sessions of twenty lines.
 void writeIndex(const QString &folder, int count)

@@ -74,10 +74,15 @@ std::optional<QString> LineAnnouncements::textOf(const LumaphoneCaptionLine &lin
 
 bool LineAnnouncements::isAnyReadyBehindFirst() const
 {
-    return std::any_of(m_waiting.begin() + 1, m_waiting.end(), [this](const Waiting &waiting) {
-        const LumaphoneCaptionLine *line = find(waiting.line);
-        return line && textOf(*line);
-    });
+    // Nothing behind the first has been told. One walk, however many wait.
+    const auto &lines = m_controller.captionLines();
+    const QUuid &first = m_waiting.front().line;
+    for (auto line = lines.rbegin(); line != lines.rend() && line->id != first; ++line) {
+        if (line->isFinal && textOf(*line)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace lumaphone
