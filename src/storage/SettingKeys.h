@@ -21,8 +21,8 @@ inline const auto captionSilence = QStringLiteral("lumaphone.caption.silence");
 inline const auto providerBaseURL = QStringLiteral("lumaphone.provider.baseURL");
 inline const auto providerModel = QStringLiteral("lumaphone.provider.model");
 
-// What nobody sets by name: where the floating panel was, the server that a key without an address of its own was
-// saved for, what is being installed, and what the user does not want to see again.
+// What nobody sets by name: where the floating panel was, the server that a key without an address of its own
+// was saved for, what is being installed, and what the user does not want to see again.
 inline const auto captionFrame = QStringLiteral("lumaphone.caption.frame");
 inline const auto captionOutput = QStringLiteral("lumaphone.caption.output");
 inline const auto formerProviderAddress = QStringLiteral("lumaphone.provider.formerAddress");

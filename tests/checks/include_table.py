@@ -41,7 +41,7 @@ TABLE = {
     "app/controls": "app/texts language",
     "app/diagnosis": "app/controls app/texts diagnosis base",
     "app/floating": "app/controls app/texts session storage platform/display platform base",
-    "app/glossary": "app/controls app/texts glossary base",
+    "app/glossary": "app/controls app/keys app/texts glossary base",
     "app/library": "app/controls app/keys app/texts storage base",
     "app/live": "app/controls app/keys app/texts session storage glossary language base",
     "app/models": "app/controls app/texts storage models platform language base",

@@ -58,7 +58,7 @@ QtObject {
     // Behind text that the reader has marked.
     readonly property color selection: isDark ? "#3d4683" : "#cdd4fb"
     readonly property color found: isDark ? "#4a3f1f" : "#fdf0c4"
-    readonly property color foundHere: isDark ? "#7d631a" : "#ffd665"
+    readonly property color foundHere: isDark ? (isHighContrast ? "#665010" : "#7d631a") : "#ffd665"
 
     // The grid.
     readonly property int half: 4

@@ -6,6 +6,7 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Lumaphone.Controls
 import Lumaphone.Glossary
+import Lumaphone.Keys
 import Lumaphone.Texts
 
 /// Manages the glossary: new terms above, the list below, import and export at the bottom. A glossary file can be dropped
@@ -194,9 +195,9 @@ Sheet {
             onActed: sheet.undoDeletion()
         }
 
-        Shortcut {
+        CommandShortcut {
+            command: "undoDeletion"
             enabled: deletion.visible && !sheet.settings.isEditing
-            sequence: "Ctrl+Z"
             onActivated: sheet.undoDeletion()
         }
 

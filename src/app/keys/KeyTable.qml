@@ -85,6 +85,21 @@ QtObject {
             ]
         },
         {
+            "name": "glossary",
+            "title": Texts.glossary,
+            "rows": [
+                {
+                    "text": Texts.keyUndoDeletion,
+                    "commands": [
+                        {
+                            "name": "undoDeletion",
+                            "keys": ["Ctrl+Z"]
+                        }
+                    ]
+                }
+            ]
+        },
+        {
             "name": "window",
             "title": Texts.keysOfWindow,
             "rows": [

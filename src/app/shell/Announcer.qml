@@ -26,6 +26,7 @@ Item {
         Item {
             property string text
 
+            objectName: visible ? "announcer.notice" : ""
             visible: false
             Accessible.role: Accessible.Notification
             Accessible.name: text

@@ -10,6 +10,8 @@ T.Control {
     /// "live" or "library".
     required property string selection
 
+    property bool isPressed: false
+
     signal picked(workspace: string)
 
     implicitWidth: implicitContentWidth + 2 * padding
@@ -21,20 +23,18 @@ T.Control {
 
     contentItem: Row {
         SwitcherSegment {
-            id: liveSegment
-
             objectName: "workspace.live"
             text: Texts.live
             isChosen: switcher.selection === "live"
+            onDownChanged: switcher.isPressed = down
             onClicked: switcher.picked("live")
         }
 
         SwitcherSegment {
-            id: librarySegment
-
             objectName: "workspace.library"
             text: Texts.library
             isChosen: switcher.selection === "library"
+            onDownChanged: switcher.isPressed = down
             onClicked: switcher.picked("library")
         }
     }
@@ -47,6 +47,6 @@ T.Control {
     HelpTip {
         text: Texts.switchWorkspaces
         isWanted: switcher.hovered
-        isPressed: liveSegment.down || librarySegment.down
+        isPressed: switcher.isPressed
     }
 }

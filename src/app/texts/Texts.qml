@@ -71,8 +71,8 @@ QtObject {
     readonly property string findPrevious: "上一處（Shift+F3）"
     readonly property string closeFind: "關閉尋找（Esc）"
     readonly property string notFound: "找不到"
-    readonly property string copyLine: "拷貝這一句和譯文"
-    readonly property string copySelection: "拷貝選取的文字"
+    readonly property string copyLine: "複製這一句和譯文"
+    readonly property string copySelection: "複製選取的文字"
     readonly property string selectAll: "全選"
     readonly property string theseCaptions: "這段字幕"
     readonly property string notSavedYet: "這段字幕還沒儲存。"
@@ -151,7 +151,6 @@ QtObject {
     readonly property string holdCaptions: "暫停浮動字幕"
     readonly property string followCaptions: "繼續浮動字幕"
     readonly property string holdOrFollowCaptions: "暫停 / 繼續浮動字幕"
-    readonly property string newest: "最新"
 
     // The sheet of the provider.
     readonly property string providerTitle: "自定義 API 提供者"
@@ -185,6 +184,7 @@ QtObject {
     readonly property string exportGlossaryTitle: "匯出術語表"
     readonly property string exportFilter: "YAML (*.yaml)"
     readonly property string undoDeletion: "復原"
+    readonly property string keyUndoDeletion: "放回剛刪除的術語"
     readonly property string undoDeletionHelp: "把刪除的術語放回去（Ctrl+Z）"
     readonly property string editTerm: "編輯術語"
     readonly property string editTermSubtitle: "調整固定譯法後，下一次翻譯就會套用。"
@@ -273,7 +273,7 @@ QtObject {
     }
     /// What leads back to the newest line of the panel, where so many wait.
     function newestLines(waiting: int): string {
-        return waiting > 0 ? newest + " · 還有 " + waiting + " 句" : newest;
+        return waiting > 0 ? "最新 · 還有 " + waiting + " 句" : "最新";
     }
     /// A name with its state, as it is read aloud.
     function stated(name: string, state: string): string {
