@@ -10,6 +10,7 @@
 #include "support/NotingFileViewer.h"
 
 #include <QCommandLineParser>
+#include <QSet>
 #include <QTemporaryDir>
 
 #include <unistd.h>
@@ -82,7 +83,9 @@ private:
     {
         auto &made = m_session.make();
         const auto look = [this](qsizetype index) {
-            if (const LumaphoneCaptionLine &line = controller().captionLines().at(index); line.isFinal) {
+            // Lines of a saved session may still change until the next one begins.
+            if (const LumaphoneCaptionLine &line = controller().captionLines().at(index);
+                line.isFinal && !m_saved.contains(line.id)) {
                 m_shown.insert(line.id, line.sourceText);
             }
         };
@@ -180,6 +183,7 @@ private:
         }
         for (auto line = m_shown.cbegin(); line != m_shown.cend(); ++line) {
             lose(kept.value(line.key()) != line.value(), line.value());
+            m_saved.insert(line.key());
         }
         m_shownInAll += m_shown.size();
         m_shown.clear();
@@ -218,6 +222,7 @@ private:
         .locale = QLocale::c(),
     }};
     QHash<QUuid, QString> m_shown; ///< the final lines of this session
+    QSet<QUuid> m_saved; ///< those of the sessions before
     qsizetype m_shownInAll = 0;
     int m_sentences = 0;
     int m_lost = 0;
