@@ -117,10 +117,20 @@ private:
 
     void advance(int milliseconds) { m_session.clock->advance(std::chrono::milliseconds(milliseconds)); }
 
+    /// One that nobody takes for a correction of another.
+    QString newSentence()
+    {
+        constexpr int firstIdeograph = 0x4e00;
+        QString sentence = QString::number(++m_sentences);
+        for (int count = 0; count < 20; ++count) {
+            sentence += QChar(firstIdeograph + oneOf(0, 5000, m_chance));
+        }
+        return sentence;
+    }
+
     void speak()
     {
-        const QString sentence
-            = QStringLiteral("%1番の発言で、まだ誰も言っていないことです").arg(++m_sentences * 7919);
+        const QString sentence = newSentence();
         for (qsizetype length = 4; length < sentence.size(); length += oneOf(2, 8, m_chance)) {
             m_session.speech(sentence.left(length), false);
             advance(oneOf(100, 600, m_chance));
