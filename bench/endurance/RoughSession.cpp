@@ -380,9 +380,14 @@ bool RoughSession::compareLibrary()
         // Lines that revise each other are saved as one.
         const bool isRevised = std::any_of(saved.cbegin(), saved.cend(),
             [&line](const QString &other) { return fallbackIsRevisionOfCurrentPartial(line, other); });
-        if (!saved.contains(line)) {
-            merged += isRevised ? 1 : 0;
-            m_lost += isRevised ? 0 : 1;
+        if (saved.contains(line)) {
+            continue;
+        }
+        if (isRevised) {
+            ++merged;
+        } else {
+            ++m_lost;
+            tell(QStringLiteral("Not in the library: \"%1\"").arg(line));
         }
     }
     tell(QStringLiteral("Final lines shown: %1; in %2 saved sessions %3 lines, %4 merged on saving; lost: %5")
