@@ -55,6 +55,23 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
     connect(&m_savedFollower, &SavedTranscriptFollower::failed, this, [this](const QString &message) {
         set(m_saveErrorMessage, message, &LiveSessionModel::saveErrorMessageChanged);
     });
+    follow(controller);
+    followSound(controller);
+    for (const auto changed :
+        {&CaptionLinesModel::hasPendingTranslationChanged, &CaptionLinesModel::failedCountChanged}) {
+        connect(&m_lines, changed, this, &LiveSessionModel::cardStatusTextChanged);
+    }
+    connect(&m_lineAnnouncements, &LineAnnouncements::announced, this, &LiveSessionModel::announced);
+    m_stateTurn.setSingleShot(true);
+    m_stateTurn.setInterval(0);
+    connect(&m_stateTurn, &QTimer::timeout, this, &LiveSessionModel::announceState);
+    m_soundWatch.setRunning(controller.isRunning());
+    updateJoinedTexts(0);
+    update();
+}
+
+void LiveSessionModel::follow(const SystemAudioCaptureController &controller)
+{
     using Controller = SystemAudioCaptureController;
     connect(&controller, &Controller::isRunningChanged, this, [this] {
         m_soundWatch.setRunning(m_controller.isRunning());
@@ -79,10 +96,6 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
             }
             update();
         });
-    connect(&controller, &Controller::soundArrived, &m_soundWatch, &SoundWatch::soundArrived);
-    connect(&controller, &Controller::soundMeasured, &m_soundMeter, &SoundMeter::note);
-    connect(&m_soundMeter, &SoundMeter::levelChanged, this, &LiveSessionModel::soundLevelChanged);
-    connect(&m_soundWatch, &SoundWatch::isWithoutSoundChanged, this, &LiveSessionModel::update);
     connect(&controller, &Controller::isBehindChanged, this, &LiveSessionModel::update);
     connect(&controller, &Controller::savedTranscriptIDChanged, this, &LiveSessionModel::update);
     connect(
@@ -103,20 +116,18 @@ LiveSessionModel::LiveSessionModel(SystemAudioCaptureController &controller,
         updateStage();
         emit audioInputSourceChanged();
     });
-    for (const auto changed :
-        {&CaptionLinesModel::hasPendingTranslationChanged, &CaptionLinesModel::failedCountChanged}) {
-        connect(&m_lines, changed, this, &LiveSessionModel::cardStatusTextChanged);
-    }
     connect(&controller, &Controller::lineInserted, this, &LiveSessionModel::updateJoinedTexts);
     connect(&controller, &Controller::lineChanged, this, &LiveSessionModel::updateJoinedTexts);
     connect(&controller, &Controller::linesReset, this, [this] { updateJoinedTexts(0); });
-    connect(&m_lineAnnouncements, &LineAnnouncements::announced, this, &LiveSessionModel::announced);
-    m_stateTurn.setSingleShot(true);
-    m_stateTurn.setInterval(0);
-    connect(&m_stateTurn, &QTimer::timeout, this, &LiveSessionModel::announceState);
-    m_soundWatch.setRunning(controller.isRunning());
-    updateJoinedTexts(0);
-    update();
+}
+
+void LiveSessionModel::followSound(const SystemAudioCaptureController &controller)
+{
+    using Controller = SystemAudioCaptureController;
+    connect(&controller, &Controller::soundArrived, &m_soundWatch, &SoundWatch::soundArrived);
+    connect(&controller, &Controller::soundMeasured, &m_soundMeter, &SoundMeter::note);
+    connect(&m_soundMeter, &SoundMeter::levelChanged, this, &LiveSessionModel::soundLevelChanged);
+    connect(&m_soundWatch, &SoundWatch::isWithoutSoundChanged, this, &LiveSessionModel::update);
 }
 
 template<typename Value>

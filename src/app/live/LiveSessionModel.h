@@ -184,6 +184,8 @@ signals:
 
 private:
     template<typename Value> void set(Value &member, const Value &value, void (LiveSessionModel::*changed)());
+    void follow(const SystemAudioCaptureController &controller);
+    void followSound(const SystemAudioCaptureController &controller);
     void update();
     void updateStage();
     /// The lines from `first` on have changed.
