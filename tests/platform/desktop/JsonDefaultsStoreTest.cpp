@@ -85,13 +85,14 @@ private:
     int m_count = 0;
 };
 
-/// Wakes nobody.
+/// Wakes nobody until it is asked to.
 class OversleepingClock final : public Clock
 {
 public:
     QDateTime now() const override { return {}; }
     std::chrono::nanoseconds monotonic() const override { return elapsed; }
     QCoro::Task<> sleepFor(std::chrono::nanoseconds duration) override { return m_asleep.sleepFor(duration); }
+    void wake() { m_asleep.advance(elapsed); }
 
     std::chrono::nanoseconds elapsed {0};
 
@@ -521,6 +522,8 @@ void JsonDefaultsStoreTest::aBusyProgramWritesWithoutBeingWoken()
     store.setObject(fontSize, 41.0);
     clock->elapsed = JsonDefaultsStore::longestDelay;
     store.setObject(fontSize, 42.0);
+    QCOMPARE(storedFontSize(), 42.0);
+    clock->wake();
     QCOMPARE(storedFontSize(), 42.0);
 }
 
