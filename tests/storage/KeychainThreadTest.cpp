@@ -90,15 +90,18 @@ private slots:
     {
         Fixture f;
         auto thread = f.thread(0ms);
+        const auto begun = std::make_shared<Gate>();
         const auto ended = std::make_shared<Gate>();
         thread->runner()(
             KeychainCall::changes,
-            [answer = f.answer, ended, keychain = f.keychain] {
+            [answer = f.answer, begun, ended, keychain = f.keychain] {
+                begun->open();
                 answer->wait();
                 keychain->calls.append("too late");
                 ended->open();
             },
             [] {});
+        begun->wait();
         thread.reset();
         QVERIFY(f.keychain->calls.isEmpty());
         f.answer->open();
