@@ -22,7 +22,7 @@ struct KeychainThread::State
     };
 
     const std::shared_ptr<KeychainServices> services;
-    const std::shared_ptr<MainQueue> mainQueue;
+    std::shared_ptr<MainQueue> mainQueue; ///< none once the owner has left the thread behind
     std::mutex mutex;
     std::condition_variable changed;
     std::deque<Item> items; ///< the first one is under way
@@ -55,6 +55,9 @@ struct KeychainThread::State
             lock.unlock();
             work();
             lock.lock();
+            if (!mainQueue) {
+                break;
+            }
             mainQueue->post(std::move(items.front().done));
             items.pop_front();
             changed.notify_all();
@@ -88,6 +91,9 @@ KeychainThread::~KeychainThread()
     m_state->services->abandon();
     lock.lock();
     const bool hasEnded = m_state->changed.wait_for(lock, m_patience, [this] { return m_state->hasEnded; });
+    // What belongs to the main thread ends in it.
+    const std::shared_ptr<MainQueue> mainQueue = std::move(m_state->mainQueue);
+    const std::deque<State::Item> unanswered = std::move(m_state->items);
     lock.unlock();
     if (hasEnded) {
         m_thread.join();
