@@ -116,9 +116,13 @@ private slots:
         studio.settle();
         studio.live->saveTranscript();
         studio.settle();
-        drawFrame(*studio.window);
-        const QQuickItem *pill = studio.find("workspace.saveError");
-        QVERIFY(pill && pill->width() < pill->implicitWidth());
+        const auto elidedPill = [&studio] {
+            drawFrame(*studio.window);
+            const QQuickItem *found = studio.find("workspace.saveError");
+            return found && found->width() < found->implicitWidth() ? found : nullptr;
+        };
+        QVERIFY(waitUntil([&] { return elidedPill() != nullptr; }));
+        const QQuickItem *pill = elidedPill();
         QTest::mouseMove(studio.window, QPoint(300, 100));
         QTest::mouseMove(studio.window, pill->mapToScene({pill->width() / 2, pill->height() / 2}).toPoint());
         QVERIFY(waitUntil([&] { return tooltipIn(*studio.window) == studio.live->saveErrorMessage(); }));

@@ -20,7 +20,7 @@ struct TranscriptMatch
     int from = 0;
     int to = 0;
 
-    auto operator<=>(const TranscriptMatch &) const = default;
+    auto operator<=>(const TranscriptMatch &) const = default; // NOLINT(modernize-use-nullptr)
 };
 
 /// Every occurrence of a text in the lines of a transcript, whatever its case, and the one that is looked at.

@@ -14,7 +14,7 @@ struct TranscriptPosition
     int row = 0;
     int offset = 0; ///< in UTF-16 units
 
-    auto operator<=>(const TranscriptPosition &) const = default;
+    auto operator<=>(const TranscriptPosition &) const = default; // NOLINT(modernize-use-nullptr)
 };
 
 /// A part of a text, from one offset to another.
