@@ -105,29 +105,6 @@ private slots:
         QCOMPARE(window.tooltip(), "");
     }
 
-    void thePointerShowsWhatAPillHasNoRoomFor()
-    {
-        Studio studio("/dev/null/" + QString("a-folder-with-a-long-name-").repeated(8));
-        studio.open(QSize(1040, 680));
-        studio.live->startOrStop();
-        studio.settle();
-        studio.converse();
-        studio.live->startOrStop();
-        studio.settle();
-        studio.live->saveTranscript();
-        studio.settle();
-        const auto elidedPill = [&studio] {
-            drawFrame(*studio.window);
-            const QQuickItem *found = studio.find("workspace.saveError");
-            return found && found->width() < found->implicitWidth() ? found : nullptr;
-        };
-        QVERIFY(waitUntil([&] { return elidedPill() != nullptr; }));
-        const QQuickItem *pill = elidedPill();
-        QTest::mouseMove(studio.window, QPoint(300, 100));
-        QTest::mouseMove(studio.window, pill->mapToScene({pill->width() / 2, pill->height() / 2}).toPoint());
-        QVERIFY(waitUntil([&] { return tooltipIn(*studio.window) == studio.live->saveErrorMessage(); }));
-    }
-
     void aPickerIsOpenedAndAnsweredByPointer()
     {
         const Window window;
