@@ -147,6 +147,29 @@ private slots:
         QCOMPARE(captions.exitCode(), 0);
     }
 
+    void anOutputThatHasGoneIsWaitedForAndHeardAgain()
+    {
+        PrivateSoundServer server;
+        const int output = server.addOutput("speakers");
+        RunningProgram captions(program, captionCommand("system"));
+        QVERIFY(waitUntilRecording(server));
+        const QStringList files = PrivateSoundServer::speechFiles().mid(0, 2);
+        const auto before = server.play(files.constFirst());
+        QVERIFY(waitUntilPlayed(before));
+        QVERIFY2(waitUntilHeard(captions, heardInFiles({files.constFirst()})), captions.output());
+        server.unloadModule(output);
+        QVERIFY2(test::waitUntil([&] { return captions.output().contains("中斷了，正在等它回來"); }, 30000),
+            captions.output());
+        server.addOutput("speakers");
+        QVERIFY2(waitUntilRecording(server), captions.messages());
+        const auto after = server.play(files.constLast());
+        QVERIFY(waitUntilPlayed(after));
+        QVERIFY2(waitUntilHeard(captions, heardInFiles({files.constLast()})), captions.output());
+        captions.signal(SIGINT);
+        QVERIFY(captions.waitForEnd());
+        QCOMPARE(captions.exitCode(), 0);
+    }
+
     void theMicrophoneIsCaptioned()
     {
         PrivateSoundServer server;
