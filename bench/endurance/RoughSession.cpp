@@ -151,11 +151,20 @@ RoughSession::Incident RoughSession::nextIncident()
     return all.at(choice(m_chance)).incident;
 }
 
+/// Each once before any comes again: a sentence that is said twice within seconds is taken for a correction
+/// of the first, and neither is what this looks for.
+void RoughSession::playNextRecording()
+{
+    if (m_unplayed.isEmpty()) {
+        m_unplayed = test::PrivateSoundServer::speechFiles();
+        std::shuffle(m_unplayed.begin(), m_unplayed.end(), m_chance);
+    }
+    m_playback.emplace(m_sound.play(m_unplayed.takeLast(), m_output));
+}
+
 void RoughSession::speak()
 {
-    const QStringList files = test::PrivateSoundServer::speechFiles();
-    m_playback.emplace(
-        m_sound.play(files.at(oneOf(0, static_cast<int>(files.size()) - 1, m_chance)), m_output));
+    playNextRecording();
     count(QStringLiteral("recordings played"));
     passUntil([this] { return m_playback->isFinished(); }, 30s);
     m_playback.reset();
@@ -234,9 +243,7 @@ void RoughSession::stopHost()
 
 void RoughSession::killProgram()
 {
-    const QStringList files = test::PrivateSoundServer::speechFiles();
-    m_playback.emplace(
-        m_sound.play(files.at(oneOf(0, static_cast<int>(files.size()) - 1, m_chance)), m_output));
+    playNextRecording();
     pass(std::chrono::milliseconds(oneOf(0, 6000, m_chance)));
     m_program->signal(SIGKILL);
     count(QStringLiteral("kills of the program"));
@@ -249,9 +256,7 @@ void RoughSession::killProgram()
 /// In the very moment in which it shows one.
 void RoughSession::killProgramAtALine()
 {
-    const QStringList files = test::PrivateSoundServer::speechFiles();
-    m_playback.emplace(
-        m_sound.play(files.at(oneOf(0, static_cast<int>(files.size()) - 1, m_chance)), m_output));
+    playNextRecording();
     const auto shown = m_shown.size();
     passUntil([&] { return m_shown.size() > shown || !m_program->isRunning(); }, 12s);
     m_program->signal(SIGKILL);
@@ -301,8 +306,20 @@ void RoughSession::readLines()
     for (qsizetype end = output.indexOf('\n', m_read); end >= 0; end = output.indexOf('\n', m_read)) {
         const json::Value event = json::parse(output.mid(m_read, end - m_read));
         m_read = end + 1;
-        if (json::text(event, "event") == QLatin1String("line") && json::boolean(event, "isFinal")) {
-            m_shown.insert(json::text(event, "id"), json::text(event, "sourceText"));
+        if (json::text(event, "event") != QLatin1String("line")) {
+            continue;
+        }
+        const QString id = json::text(event, "id");
+        const QString text = json::text(event, "sourceText");
+        const auto known = m_shown.find(id);
+        if (known != m_shown.end() && *known != text) {
+            count(QStringLiteral("final lines that were written anew"));
+            tell(QStringLiteral("Written anew at %1 s: \"%2\", now: \"%3\"")
+                     .arg(secondsSinceStart(), 0, 'f', 1)
+                     .arg(*known, text));
+        }
+        if (known != m_shown.end() || json::boolean(event, "isFinal")) {
+            m_shown.insert(id, text);
         }
     }
 }

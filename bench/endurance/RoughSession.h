@@ -39,6 +39,7 @@ private:
     bool isListening() const;
     bool isCalm() const;
 
+    void playNextRecording();
     void speak();
     void keepSilent();
     void switchOutput();
@@ -72,11 +73,13 @@ private:
     test::PrivateSoundServer m_sound;
     test::MisbehavingHttpServer m_server;
     QString m_output = QStringLiteral("speakers");
+    QStringList m_unplayed; ///< recordings
     std::optional<test::SoundPlayback> m_playback;
     std::unique_ptr<test::RunningProgram> m_program;
     std::vector<KnownProcess> m_family; ///< what the program has started
     qsizetype m_read = 0; ///< of what the program has printed
-    QHash<QString, QString> m_shown; ///< the final lines of this program, by their identities
+    QHash<QString, QString>
+        m_shown; ///< what has been final of this program, as it was shown last, by its identities
     QStringList m_allShown; ///< those of all
     int m_lost = 0;
     int m_unexpected = 0; ///< ends, and ends that did not come
