@@ -118,8 +118,8 @@ QString SystemAudioCaptureController::systemAudioErrorMessage(const std::excepti
 void SystemAudioCaptureController::requestSystemAudioAccessIfNeeded()
 {
     const auto sayStatus = [self = QPointer(this)](const QString &status) {
-        if (self) {
-            self->say(status);
+        if (auto *const alive = self.data()) {
+            alive->say(status);
         }
     };
     m_access.request(LumaphoneAudioInputSource::systemAudio, sayStatus);
