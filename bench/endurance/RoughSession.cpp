@@ -9,6 +9,7 @@
 #include "session/LumaphoneSessionDraftStore.h"
 #include "session/SessionTexts.h"
 #include "session/revision/RevisionRule.h"
+#include "speech/hosted/HostRecovery.h"
 #include "storage/TranscriptLibraryStore.h"
 #include "support/NotingFileViewer.h"
 
@@ -223,9 +224,13 @@ void RoughSession::changeEndpoint()
 void RoughSession::killHost()
 {
     const auto host = speechHostOf(static_cast<pid_t>(m_program->processId()));
-    // One that dies while it loads is a failed start.
-    if (host && isListening()) {
+    const auto minuteAgo = Clock::now() - 1min;
+    const auto killsOfTheMinute = std::count_if(
+        m_hostKills.begin(), m_hostKills.end(), [&](Clock::time_point kill) { return kill > minuteAgo; });
+    // One that dies while it loads is a failed start, and one that dies often is given up.
+    if (host && isListening() && killsOfTheMinute < HostRecovery::restartsPerMinute) {
         ::kill(*host, SIGKILL);
+        m_hostKills.push_back(Clock::now());
         count(QStringLiteral("kills of the speech host"));
     }
     pass(std::chrono::milliseconds(oneOf(0, 1000, m_chance)));

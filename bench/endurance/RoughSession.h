@@ -83,6 +83,7 @@ private:
     QStringList m_allShown; ///< those of all
     int m_lost = 0;
     int m_unexpected = 0; ///< ends, and ends that did not come
+    std::vector<std::chrono::steady_clock::time_point> m_hostKills;
     QStringList m_left; ///< processes
     double m_slowestEnd = 0;
     std::vector<Use> m_uses; ///< of the calm part
