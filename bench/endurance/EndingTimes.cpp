@@ -52,17 +52,18 @@ bool run(const QCoreApplication &application)
     EndingTrials trials(display ? EndedProgram::window : EndedProgram::terminal, seed);
     TextTable table(
         {QString(), QStringLiteral("rounds"), QStringLiteral("median"), QStringLiteral("greatest")});
-    bool isWell = true;
+    bool isWell = rounds > 0;
     for (const EndingState &state : endingStates()) {
         if (!parser.positionalArguments().isEmpty() && !parser.positionalArguments().contains(state.name)) {
             continue;
         }
         tellProgress(state.title);
         std::vector<double> times;
+        double greatest = 0;
         for (int round = 0; round < rounds; ++round) {
             times.push_back(trials.secondsToEnd(state));
+            greatest = std::max(greatest, times.back());
         }
-        const double greatest = *std::max_element(times.begin(), times.end());
         table.add(
             {state.title, QString::number(times.size()), seconds(percentile(times, 0.5)), seconds(greatest)});
         isWell = isWell && greatest < longestSeconds;
