@@ -44,6 +44,17 @@ void fill(Studio &studio, int lines)
     studio.settle();
 }
 
+/// The open window with such a session.
+struct SpokenStudio : Studio
+{
+    explicit SpokenStudio(int lines)
+        : Studio(QStringLiteral("/dev/null"))
+    {
+        open();
+        fill(*this, lines);
+    }
+};
+
 /// Until the frame that shows what has changed is ready. The processor time is that of the main thread, which
 /// renders as well; the toolkit waits some milliseconds for further changes before it does.
 void nextFrame(QQuickWindow &window)
@@ -112,9 +123,7 @@ private:
 /// back.
 void scrollASession(benchmark::State &state)
 {
-    Studio studio(QStringLiteral("/dev/null"));
-    studio.open();
-    fill(studio, 5000);
+    SpokenStudio studio(5000);
     QObject *list = &studio.object(QStringLiteral("card.lines"));
     double step = -static_cast<double>(state.range(0));
     FrameTimes frames;
@@ -147,9 +156,7 @@ void reveal(Studio &studio, int row)
 /// Letter by letter in the find bar over a session of 5,000 lines: texts that all, some and no lines contain.
 void findInASession(benchmark::State &state)
 {
-    Studio studio(QStringLiteral("/dev/null"));
-    studio.open();
-    fill(studio, 5000);
+    SpokenStudio studio(5000);
     TranscriptModel &transcript = *studio.live->transcript();
     const QStringList typed {QStringLiteral("字"), QStringLiteral("字幕"), QStringLiteral("第1"),
         QStringLiteral("第12"), QStringLiteral("第123"), QStringLiteral("第1234"), QStringLiteral("水"),
@@ -170,9 +177,7 @@ BENCHMARK(findInASession)->Unit(benchmark::kMillisecond)->Iterations(240);
 /// From one occurrence to the next, of 20,000 in 5,000 lines.
 void lookAtTheNext(benchmark::State &state)
 {
-    Studio studio(QStringLiteral("/dev/null"));
-    studio.open();
-    fill(studio, 5000);
+    SpokenStudio studio(5000);
     TranscriptModel &transcript = *studio.live->transcript();
     transcript.search(QStringLiteral("字"), 0);
     FrameTimes frames;
@@ -189,9 +194,7 @@ BENCHMARK(lookAtTheNext)->Unit(benchmark::kMillisecond)->Iterations(300);
 /// All of 5,000 lines, and none again.
 void selectASession(benchmark::State &state)
 {
-    Studio studio(QStringLiteral("/dev/null"));
-    studio.open();
-    fill(studio, 5000);
+    SpokenStudio studio(5000);
     TranscriptModel &transcript = *studio.live->transcript();
     FrameTimes frames;
     for (auto _ : state) {
@@ -205,9 +208,7 @@ BENCHMARK(selectASession)->Unit(benchmark::kMillisecond)->Iterations(200);
 /// A finished line with its translation behind 5,000 others, while nothing or something is looked for.
 void addToASession(benchmark::State &state)
 {
-    Studio studio(QStringLiteral("/dev/null"));
-    studio.open();
-    fill(studio, 5000);
+    SpokenStudio studio(5000);
     if (state.range(0) == 1) {
         studio.live->transcript()->search(QStringLiteral("字"), 4999);
     }
@@ -374,9 +375,7 @@ BENCHMARK(scrollARecord)
 void aPartialResult(benchmark::State &state)
 {
     QTemporaryDir folder;
-    Studio studio(QStringLiteral("/dev/null"));
-    studio.open();
-    fill(studio, static_cast<int>(state.range(0)));
+    SpokenStudio studio(static_cast<int>(state.range(0)));
     const QString sentence = QStringLiteral(
         "ちょっと待って、今のアイデアはとても良いと思いますから、もう一度詳しく説明してください。");
     qsizetype length = 1;

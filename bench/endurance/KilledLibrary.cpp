@@ -2,11 +2,7 @@
 #include "bench/speech/Chance.h"
 #include "bench/speech/Waiting.h"
 #include "platform/desktop/SystemClock.h"
-#include "storage/LumaphoneSettings.h"
-#include "storage/TranscriptLibraryStore.h"
-#include "support/MemoryDefaultsStore.h"
-#include "support/MemoryKeychain.h"
-#include "support/NotingFileViewer.h"
+#include "support/LibraryOnDisk.h"
 
 #include <QSet>
 
@@ -19,24 +15,10 @@ namespace {
 constexpr int mostRecords = 40;
 
 /// The library of one process.
-struct OpenLibrary
+struct OpenLibrary : test::LibraryOnDisk<SystemClock>
 {
-    SystemClock clock;
-    test::NotingFileViewer viewer;
-    test::MemoryDefaultsStore defaults;
-    test::MemoryKeychain keychain;
-    LumaphoneSettings settings {defaults, keychain};
-    TranscriptLibraryStore store;
-
     explicit OpenLibrary(const QString &root)
-        : store({
-            .layout = TranscriptLibraryLayout::at(root),
-            .areRevisions = [](const QString &, const QString &) { return false; },
-            .clock = clock,
-            .fileViewer = viewer,
-            .makeUuid = &QUuid::createUuid,
-            .locale = QLocale::c(),
-        })
+        : LibraryOnDisk(root)
     {
         if (store.lastErrorMessage()) {
             throw BenchError(*store.lastErrorMessage());

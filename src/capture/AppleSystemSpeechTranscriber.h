@@ -2,11 +2,10 @@
 
 #include "base/DetachedTasks.h"
 #include "base/MainQueue.h"
-#include "capture/AnalysisEnd.h"
 #include "capture/AppleSystemSpeechTranscriberDelegate.h"
-#include "capture/AppleSystemSpeechTranscriberEntry.h"
-#include "capture/AudioConverter.h"
-#include "capture/PcmBufferPool.h"
+#include "capture/SpeechPreparation.h"
+#include "capture/TranscriberInput.h"
+#include "capture/TranscriptionTasks.h"
 #include "language/AppleSystemSpeechLanguage.h"
 #include "platform/AudioSampleBuffer.h"
 #include "platform/SpeechFramework.h"
@@ -14,13 +13,10 @@
 #include <QCoroTask>
 
 #include <chrono>
-#include <exception>
+#include <cstddef>
 #include <functional>
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <stop_token>
-#include <thread>
 #include <vector>
 
 namespace lumaphone {
@@ -68,66 +64,16 @@ public:
     void finishInput(std::function<void()> ended);
 
 private:
-    using Entry = AppleSystemSpeechTranscriberEntry;
-    enum class LanguageFallback { notAllowed, allowed };
-    struct Superseded;
-    struct PreparedSession
-    {
-        std::vector<Entry> entries;
-        std::shared_ptr<SpeechAnalyzer> analyzer;
-    };
-
     AppleSystemSpeechTranscriber(std::shared_ptr<SpeechFramework> framework,
         std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<DetachedTasks> detachedTasks);
 
-    QCoro::Task<bool> requestAuthorization();
-    QCoro::Task<PreparedSession> prepareTranscribers(
-        std::vector<AppleSystemSpeechLanguage> languages, int attempt);
-    QCoro::Task<std::optional<PreparedSession>> tryToPrepare(
-        std::vector<AppleSystemSpeechLanguage> languages, LanguageFallback fallback, int attempt);
-    QCoro::Task<PreparedSession> prepare(
-        std::vector<AppleSystemSpeechLanguage> languages, LanguageFallback fallback, int attempt);
-    QCoro::Task<std::vector<Entry>> makeTranscriberEntries(
-        std::vector<AppleSystemSpeechLanguage> languages, LanguageFallback fallback, int attempt);
-    QCoro::Task<> reserve(QString locale, int attempt);
-    QCoro::Task<std::shared_ptr<SpeechAnalyzer>> prepareAnalyzer(std::vector<Entry> entries, int attempt);
-    void throwIfSuperseded(int attempt) const;
-
-    void run(PreparedSession session);
-    void startAnalyzeTask(std::shared_ptr<AnalyzerInputStream> input);
-    void startResultTask(const Entry &entry);
+    void run(const PreparedSpeech &speech);
     void endSession();
-    void endPreparation();
-    void endTasks();
-    void releaseReservations(std::vector<QString> locales);
 
-    std::shared_ptr<PcmBuffer> pcmBuffer(const AudioSampleBuffer &sample);
-    AudioConverter *audioConverter(const AudioStreamDescription &source);
-    std::shared_ptr<PcmBuffer> remainingSound();
-    void resetReusablePCMBuffers();
-
-    const std::shared_ptr<SpeechFramework> m_framework;
-    const std::shared_ptr<MainQueue> m_mainQueue;
-    const std::shared_ptr<DetachedTasks> m_detachedTasks;
-
-    // Main thread.
     std::weak_ptr<AppleSystemSpeechTranscriberDelegate> m_delegate;
-    std::shared_ptr<SpeechAnalyzer> m_preparedAnalyzer; ///< while it loads
-    std::shared_ptr<SpeechAnalyzer> m_analyzer;
-    std::vector<std::shared_ptr<SpeechModule>> m_transcribers;
-    std::jthread m_analyzeTask;
-    std::vector<std::jthread> m_resultTasks;
-    std::vector<QString> m_reservedLocales;
-    int m_attempt = 0; ///< counts start() and stop(): a start that is not the latest one ends quietly
-
-    // Shared with the capture queue.
-    std::mutex m_conversionLock;
-    std::shared_ptr<AnalyzerInputStream> m_inputContinuation;
-    std::shared_ptr<const SpeechAnalyzer> m_listeningAnalyzer;
-    std::shared_ptr<AnalysisEnd> m_analysisEnd;
-    std::unique_ptr<AudioConverter> m_audioBufferConverter;
-    std::optional<AudioStreamDescription> m_audioBufferConverterSourceFormat;
-    PcmBufferPool m_reusablePCMBuffers;
+    SpeechPreparation m_preparation;
+    TranscriptionTasks m_tasks;
+    TranscriberInput m_input; ///< shared with the capture queue
 };
 
 } // namespace lumaphone

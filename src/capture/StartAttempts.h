@@ -6,8 +6,8 @@
 
 namespace lumaphone {
 
-/// Counts the starts and stops of a pipeline: a start that is not the latest of them ends quietly. Part of
-/// the pipeline; main thread.
+/// Counts the starts and stops of one thing, such as a pipeline: a start that is not the latest of them ends
+/// quietly. Part of that thing; main thread.
 class StartAttempts
 {
 public:

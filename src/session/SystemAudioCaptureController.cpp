@@ -1,8 +1,8 @@
 #include "session/SystemAudioCaptureController.h"
 
 #include "base/LocalizedError.h"
+#include "base/SetAndNotify.h"
 #include "base/Text.h"
-#include "capture/SystemAudioCaptureError.h"
 #include "session/SessionTexts.h"
 #include "storage/LumaphoneSettings.h"
 #include "translation/provider/ProviderCapabilities.h"
@@ -11,92 +11,99 @@
 
 namespace lumaphone {
 
-namespace {
-
-QCoro::Task<> stopAndDrop(std::shared_ptr<LumaphoneLiveAudioPipeline> pipeline)
-{
-    co_await pipeline->stop();
-}
-
-SystemAudioCaptureError permissionDenied(LumaphoneAudioInputSource source)
-{
-    using Case = SystemAudioCaptureError::Case;
-    return SystemAudioCaptureError(source == LumaphoneAudioInputSource::microphone
-            ? Case::microphonePermissionDenied
-            : Case::screenAudioPermissionDenied);
-}
-
-} // namespace
-
 SystemAudioCaptureController::SystemAudioCaptureController(
     LiveSessionCollaborators collaborators, QObject *parent)
     : QObject(parent)
     , m_settings(collaborators.settings)
-    , m_floatingCaptions(collaborators.floatingCaptions)
     , m_transcriptProcessor(std::move(collaborators.transcriptProcessor))
-    , m_draftStore(std::move(collaborators.draftStore))
     , m_translator(std::move(collaborators.translator))
-    , m_access(std::move(collaborators.access))
     , m_makePipeline(std::move(collaborators.makePipeline))
     , m_clock(std::move(collaborators.clock))
-    , m_mainQueue(std::move(collaborators.mainQueue))
     , m_merger([this](const QString &current,
                    const QString &incoming) { return m_transcriptProcessor.isRevision(current, incoming); },
           *m_clock, collaborators.makeUuid)
-    , m_scheduler(m_translator, m_clock, collaborators.makeUuid, m_merger.list(), *this)
+    , m_mirror(collaborators.floatingCaptions, m_merger.list())
+    , m_keeper(std::move(collaborators.draftStore), m_clock, m_merger.list())
+    , m_scheduler(m_translator, m_clock, collaborators.makeUuid, m_merger.list())
     , m_providerChanges(m_settings)
+    , m_status(texts::initialStatus())
+    , m_capture(std::move(collaborators.access), std::move(collaborators.mainQueue),
+          {.source = [this] { return m_audioInputSource; },
+              .isReady = [this] { return canStartLiveTranslation(); },
+              .makePipeline =
+                  [this](LumaphoneAudioInputSource source, SystemAudioPipelineEventHandler onEvent) {
+                      return makePipeline(source, std::move(onEvent));
+                  }})
     , m_sourceLanguage(m_settings.sourceLanguage())
     , m_audioInputSource(m_settings.audioInputSource())
-    , m_status(texts::initialStatus())
     , m_lastSampleSummary(texts::sampleHint(m_audioInputSource))
     , m_translatedText(texts::translationHint())
 {
     m_merger.setListener(this);
-    connect(&m_providerChanges, &ProviderChanges::happened, this, [this] { m_scheduler.providerChanged(); });
+    forwardChanges();
+    followCapture();
+    followTranslations();
     restoreDraftIfAvailable();
 }
 
 SystemAudioCaptureController::~SystemAudioCaptureController()
 {
     m_merger.setListener(nullptr);
-    if (const auto running = pipeline()) {
-        stopAndDrop(running);
-    }
 }
 
-template<typename Value>
-void SystemAudioCaptureController::set(
-    Value &member, const Value &value, void (SystemAudioCaptureController::*changed)())
+void SystemAudioCaptureController::forwardChanges()
 {
-    if (member == value) {
-        return;
-    }
-    member = value;
-    emit(this->*changed)();
+    connect(&m_status, &SessionStatus::changed, this, &Self::statusChanged);
+    connect(&m_keeper, &SessionKeeper::startedAtChanged, this, &Self::sessionStartedAtChanged);
+    connect(&m_keeper, &SessionKeeper::endedAtChanged, this, &Self::sessionEndedAtChanged);
+    connect(&m_keeper, &SessionKeeper::savedTranscriptIDChanged, this, &Self::savedTranscriptIDChanged);
+    connect(&m_keeper, &SessionKeeper::savedTranscriptTitleChanged, this, &Self::savedTranscriptTitleChanged);
+    connect(&m_keeper, &SessionKeeper::restoredDraftMessageChanged, this, &Self::restoredDraftMessageChanged);
 }
 
-void SystemAudioCaptureController::say(const QString &status)
+void SystemAudioCaptureController::followCapture()
 {
-    if (!m_isOutputAwaited) {
-        set(m_status, status, &SystemAudioCaptureController::statusChanged);
-    }
+    connect(&m_capture, &SessionCapture::isStartingChanged, this, &Self::isStartingChanged);
+    connect(&m_capture, &SessionCapture::isRunningChanged, this, &Self::isRunningChanged);
+    connect(&m_capture, &SessionCapture::said, &m_status, &SessionStatus::say);
+    connect(&m_capture, &SessionCapture::began, this, &Self::beginSession);
+    connect(&m_capture, &SessionCapture::foundNotReady, this, &Self::refuseWithoutProvider);
+    connect(&m_capture, &SessionCapture::failed, this, &Self::failToStart);
+    connect(&m_capture, &SessionCapture::reported, this, &Self::handlePipelineEvent);
+}
+
+void SystemAudioCaptureController::followTranslations()
+{
+    using Scheduler = TranslationScheduler;
+    connect(&m_scheduler, &Scheduler::translationArrived, this, &Self::takeTranslation);
+    connect(&m_scheduler, &Scheduler::passedOverLineTranslated, this, &Self::takePassedOverTranslation);
+    connect(&m_scheduler, &Scheduler::translationFailed, this, &Self::takeFailure);
+    connect(&m_scheduler, &Scheduler::passedOverLineFailed, this, &Self::takePassedOverFailure);
+    connect(&m_scheduler, &Scheduler::lateTranslationArrived, this,
+        [this](const QUuid &transcript, const CaptionTranslation &translation) {
+            emit savedLineTranslated(transcript, translation.text, translation.translation);
+        });
+    connect(&m_scheduler, &Scheduler::translationStatesChanged, this, &Self::translationStatesChanged);
+    connect(&m_scheduler, &Scheduler::paused, this, [this] { m_status.say(texts::translationPaused()); });
+    connect(&m_scheduler, &Scheduler::rested, this, &Self::translationsSettled);
+    connect(&m_providerChanges, &ProviderChanges::happened, &m_scheduler, &Scheduler::providerChanged);
 }
 
 void SystemAudioCaptureController::setSourceLanguage(AppleSystemSpeechLanguage language)
 {
     m_settings.setSourceLanguage(language);
-    set(m_sourceLanguage, language, &SystemAudioCaptureController::sourceLanguageChanged);
+    setAndNotify(this, m_sourceLanguage, language, &Self::sourceLanguageChanged);
 }
 
 void SystemAudioCaptureController::setAudioInputSource(LumaphoneAudioInputSource source)
 {
     m_settings.setAudioInputSource(source);
-    set(m_audioInputSource, source, &SystemAudioCaptureController::audioInputSourceChanged);
+    setAndNotify(this, m_audioInputSource, source, &Self::audioInputSourceChanged);
 }
 
 bool SystemAudioCaptureController::hasUnsavedTranscript() const
 {
-    return !isRunning() && !m_savedTranscriptID && !captionLines().isEmpty();
+    return !isRunning() && !savedTranscriptID() && !captionLines().isEmpty();
 }
 
 bool SystemAudioCaptureController::canStartLiveTranslation() const
@@ -115,19 +122,9 @@ QString SystemAudioCaptureController::systemAudioErrorMessage(const std::excepti
     return texts::systemAudioErrorMessage(localizedDescription(error), m_audioInputSource);
 }
 
-void SystemAudioCaptureController::requestSystemAudioAccessIfNeeded()
-{
-    const auto sayStatus = [self = QPointer(this)](const QString &status) {
-        if (auto *const alive = self.data()) {
-            alive->say(status);
-        }
-    };
-    m_access.request(LumaphoneAudioInputSource::systemAudio, sayStatus);
-}
-
 void SystemAudioCaptureController::start()
 {
-    if (!std::holds_alternative<Idle>(m_state)) {
+    if (!m_capture.isIdle()) {
         return;
     }
     if (hasUnsavedTranscript()) {
@@ -135,64 +132,7 @@ void SystemAudioCaptureController::start()
             texts::panelUnsavedTranscript(), texts::unsavedTranscript(), SessionFailure::unsavedTranscript);
         return;
     }
-    enter(Starting {});
-    QMetaObject::invokeMethod(
-        this, [this, attempt = ++m_attempt] { startSession(this, attempt); }, Qt::QueuedConnection);
-}
-
-SystemAudioCaptureController *SystemAudioCaptureController::wanting(
-    const QPointer<SystemAudioCaptureController> &self, int attempt)
-{
-    SystemAudioCaptureController *controller = self.data();
-    const bool isWanting = controller && controller->m_attempt == attempt
-        && !std::holds_alternative<Idle>(controller->m_state);
-    return isWanting ? controller : nullptr;
-}
-
-QCoro::Task<> SystemAudioCaptureController::startSession(
-    QPointer<SystemAudioCaptureController> self, int attempt)
-{
-    std::exception_ptr failure;
-    try {
-        auto *controller = wanting(self, attempt);
-        if (!controller) {
-            co_return;
-        }
-        const LumaphoneAudioInputSource source = controller->m_audioInputSource;
-        const auto sayStatus = [self, attempt](const QString &status) {
-            if (auto *stillWanting = wanting(self, attempt)) {
-                stillWanting->say(status);
-            }
-        };
-        const CaptureAccess access = controller->m_access;
-        const bool isGranted = co_await access.request(source, sayStatus);
-        controller = wanting(self, attempt);
-        if (!controller) {
-            co_return;
-        }
-        if (!isGranted) {
-            throw permissionDenied(source);
-        }
-        if (!controller->canStartLiveTranslation()) {
-            controller->dropPipeline();
-            controller->refuseToStart(texts::panelProvider(controller->m_settings.processingMode()),
-                texts::providerNotReady(), SessionFailure::providerNotReady);
-            co_return;
-        }
-        const auto pipeline = controller->makePipeline(source, controller->eventHandler(attempt));
-        controller->enter(Starting {pipeline});
-        controller->say(texts::preparing(source));
-        co_await pipeline->start();
-        controller = wanting(self, attempt);
-        if (controller) {
-            controller->beginSession();
-        }
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    if (auto *controller = failure ? wanting(self, attempt) : nullptr) {
-        controller->failToStart(failure);
-    }
+    m_capture.begin();
 }
 
 std::shared_ptr<LumaphoneLiveAudioPipeline> SystemAudioCaptureController::makePipeline(
@@ -201,39 +141,21 @@ std::shared_ptr<LumaphoneLiveAudioPipeline> SystemAudioCaptureController::makePi
     return m_makePipeline(source, m_sourceLanguage, std::move(onEvent));
 }
 
-SystemAudioPipelineEventHandler SystemAudioCaptureController::eventHandler(int attempt)
-{
-    return [queue = m_mainQueue, self = QPointer(this), attempt](const SystemAudioPipelineEvent &event) {
-        queue->post([self, attempt, event] {
-            if (auto *controller = wanting(self, attempt)) {
-                controller->handlePipelineEvent(event);
-            }
-        });
-    };
-}
-
 void SystemAudioCaptureController::beginSession()
 {
-    using Self = SystemAudioCaptureController;
-    enter(Running {pipeline()});
-    set(m_sampleBufferCount, qint64(0), &Self::sampleBufferCountChanged);
-    set(m_transcript, QString(), &Self::transcriptChanged);
-    set(m_detectedLanguage, {}, &Self::detectedLanguageChanged);
-    leaveSavedLines();
-    m_scheduler.reset();
-    m_merger.resetCaptionLines({});
-    m_merger.clearCurrentLine();
-    set(m_sessionStartedAt, std::optional(m_clock->now()), &Self::sessionStartedAtChanged);
-    set(m_sessionEndedAt, {}, &Self::sessionEndedAtChanged);
-    forgetSavedTranscript();
-    m_draftStore.clear();
-    set(m_translatedText, texts::awaitingSpeech(m_audioInputSource), &Self::translatedTextChanged);
-    set(m_lastSampleSummary, texts::sampleHint(m_audioInputSource), &Self::lastSampleSummaryChanged);
-    say(startStatusText());
+    setAndNotify(this, m_sampleBufferCount, 0, &Self::sampleBufferCountChanged);
+    setAndNotify(this, m_transcript, {}, &Self::transcriptChanged);
+    setAndNotify(this, m_detectedLanguage, {}, &Self::detectedLanguageChanged);
+    leaveLines();
+    m_keeper.begin();
+    setAndNotify(
+        this, m_translatedText, texts::awaitingSpeech(m_audioInputSource), &Self::translatedTextChanged);
+    setAndNotify(
+        this, m_lastSampleSummary, texts::sampleHint(m_audioInputSource), &Self::lastSampleSummaryChanged);
+    m_status.say(startStatusText());
     m_translator->askAgain();
     m_translator->warm(recognitionCandidates(m_sourceLanguage).front());
-    m_isPanelShowingError = false;
-    m_floatingCaptions.show(texts::panelStarted(m_audioInputSource),
+    m_mirror.showNotice(texts::panelStarted(m_audioInputSource),
         texts::panelStartedDetail(m_audioInputSource, m_sourceLanguage));
 }
 
@@ -243,127 +165,71 @@ void SystemAudioCaptureController::failToStart(const std::exception_ptr &error)
     refuseToStart(texts::panelStartFailed(), systemAudioErrorMessage(error), SessionFailure::startFailed);
 }
 
+void SystemAudioCaptureController::refuseWithoutProvider()
+{
+    dropPipeline();
+    refuseToStart(texts::panelProvider(m_settings.processingMode()), texts::providerNotReady(),
+        SessionFailure::providerNotReady);
+}
+
 void SystemAudioCaptureController::refuseToStart(
     const QString &panelText, const QString &message, SessionFailure reason)
 {
-    say(message);
-    m_isPanelShowingError = false;
-    m_floatingCaptions.show(panelText, message);
+    m_status.say(message);
+    m_mirror.showNotice(panelText, message);
     emit sessionFailed(message, reason);
-}
-
-std::shared_ptr<LumaphoneLiveAudioPipeline> SystemAudioCaptureController::pipeline() const
-{
-    if (const auto *starting = std::get_if<Starting>(&m_state)) {
-        return starting->pipeline;
-    }
-    if (const auto *running = std::get_if<Running>(&m_state)) {
-        return running->pipeline;
-    }
-    return nullptr;
 }
 
 void SystemAudioCaptureController::dropPipeline()
 {
-    const auto dropped = pipeline();
-    ++m_attempt;
-    if (dropped) {
-        stopAndDrop(dropped);
-    }
-    set(m_isBehind, false, &SystemAudioCaptureController::isBehindChanged);
-    m_isOutputAwaited = false;
-    enter(Idle {});
-}
-
-void SystemAudioCaptureController::enter(State state)
-{
-    const bool wasRunning = isRunning();
-    const bool wasStarting = isStarting();
-    m_state = std::move(state);
-    if (wasStarting != isStarting()) {
-        emit isStartingChanged();
-    }
-    if (wasRunning != isRunning()) {
-        emit isRunningChanged();
-    }
+    setAndNotify(this, m_isBehind, false, &Self::isBehindChanged);
+    m_status.awaitNothing();
+    m_capture.end();
 }
 
 void SystemAudioCaptureController::stop(bool updateStatus)
 {
     m_merger.finalizeOpenCaptionLine();
     dropPipeline();
-    if (!captionLines().isEmpty() && !m_sessionEndedAt) {
-        set(m_sessionEndedAt, std::optional(m_clock->now()),
-            &SystemAudioCaptureController::sessionEndedAtChanged);
-    }
+    m_keeper.end();
     if (updateStatus) {
         if (captionLines().isEmpty()) {
-            say(texts::stoppedWithoutLines());
-        } else if (m_savedTranscriptID) {
-            say(texts::stoppedAndSaved(m_savedTranscriptTitle));
+            m_status.say(texts::stoppedWithoutLines());
+        } else if (savedTranscriptID()) {
+            m_status.say(texts::stoppedAndSaved(savedTranscriptTitle()));
         } else {
-            say(texts::stoppedWithLines());
+            m_status.say(texts::stoppedWithLines());
         }
     }
     saveDraftIfNeeded();
     m_scheduler.finishRemaining();
-    clearPanelError();
+    m_mirror.clearTranslationError();
 }
 
 void SystemAudioCaptureController::clearCaptions()
 {
-    using Self = SystemAudioCaptureController;
-    set(m_transcript, QString(), &Self::transcriptChanged);
-    set(m_translatedText, texts::translationHint(), &Self::translatedTextChanged);
-    leaveSavedLines();
+    setAndNotify(this, m_transcript, {}, &Self::transcriptChanged);
+    setAndNotify(this, m_translatedText, texts::translationHint(), &Self::translatedTextChanged);
+    leaveLines();
+    m_keeper.forget();
+    m_status.say(texts::cleared(isRunning()));
+    m_mirror.clearTranslationError();
+}
+
+void SystemAudioCaptureController::leaveLines()
+{
+    if (savedTranscriptID()) {
+        m_scheduler.translateLater(*savedTranscriptID());
+    }
+    m_scheduler.reset();
     m_merger.resetCaptionLines({});
     m_merger.clearCurrentLine();
-    m_scheduler.reset();
-    forgetSavedTranscript();
-    m_draftStore.clear();
-    say(texts::cleared(isRunning()));
-    clearPanelError();
 }
 
 void SystemAudioCaptureController::markTranscriptSaved(const QUuid &id, const QString &title)
 {
-    using Self = SystemAudioCaptureController;
-    set(m_savedTranscriptID, std::optional(id), &Self::savedTranscriptIDChanged);
-    set(m_savedTranscriptTitle, std::optional(title), &Self::savedTranscriptTitleChanged);
-    set(m_restoredDraftMessage, {}, &Self::restoredDraftMessageChanged);
-    say(texts::saved(title));
-}
-
-void SystemAudioCaptureController::translateAgain()
-{
-    m_scheduler.tryAgain();
-}
-
-void SystemAudioCaptureController::translateAgain(const QUuid &line)
-{
-    if (const auto index = m_merger.list().firstIndexOf(line)) {
-        m_scheduler.tryAgain(captionLines().at(*index));
-    }
-}
-
-void SystemAudioCaptureController::leaveSavedLines()
-{
-    if (!m_savedTranscriptID) {
-        return;
-    }
-    for (const LumaphoneCaptionLine &line : captionLines()) {
-        if (translationOf(line).state == TranslationState::pending) {
-            m_scheduler.translateLater(*m_savedTranscriptID, line);
-        }
-    }
-}
-
-void SystemAudioCaptureController::forgetSavedTranscript()
-{
-    using Self = SystemAudioCaptureController;
-    set(m_savedTranscriptID, {}, &Self::savedTranscriptIDChanged);
-    set(m_savedTranscriptTitle, {}, &Self::savedTranscriptTitleChanged);
-    set(m_restoredDraftMessage, {}, &Self::restoredDraftMessageChanged);
+    m_keeper.markSaved(id, title);
+    m_status.say(texts::saved(title));
 }
 
 void SystemAudioCaptureController::handlePipelineEvent(const SystemAudioPipelineEvent &event)
@@ -373,18 +239,17 @@ void SystemAudioCaptureController::handlePipelineEvent(const SystemAudioPipeline
 
 void SystemAudioCaptureController::handle(const pipeline_event::AudioSample &event)
 {
-    using Self = SystemAudioCaptureController;
     if (m_sampleBufferCount == std::numeric_limits<qint64>::max()) {
         qFatal("The count of sample buffers overflowed.");
     }
-    set(m_sampleBufferCount, m_sampleBufferCount + 1, &Self::sampleBufferCountChanged);
-    set(m_lastSampleSummary, event.summary.detail, &Self::lastSampleSummaryChanged);
+    setAndNotify(this, m_sampleBufferCount, m_sampleBufferCount + 1, &Self::sampleBufferCountChanged);
+    setAndNotify(this, m_lastSampleSummary, event.summary.detail, &Self::lastSampleSummaryChanged);
     if (!event.summary.isSilent) {
         emit soundArrived();
     }
     emit soundMeasured(event.summary.peak);
     if (m_transcript.isEmpty()) {
-        say(texts::samplesReceived(m_sampleBufferCount, m_audioInputSource));
+        m_status.say(texts::samplesReceived(m_sampleBufferCount, m_audioInputSource));
     }
 }
 
@@ -395,15 +260,8 @@ void SystemAudioCaptureController::handle(const pipeline_event::Speech &event)
 
 void SystemAudioCaptureController::handle(const pipeline_event::Pace &event)
 {
-    set(m_isBehind, event.isBehind, &SystemAudioCaptureController::isBehindChanged);
-    say(event.isBehind ? texts::fellBehind() : texts::caughtUp());
-}
-
-void SystemAudioCaptureController::handle(const pipeline_event::Awaited &event)
-{
-    m_isOutputAwaited = false;
-    say(event.output ? texts::outputAwaited(*event.output) : texts::outputReturned());
-    m_isOutputAwaited = event.output.has_value();
+    setAndNotify(this, m_isBehind, event.isBehind, &Self::isBehindChanged);
+    m_status.say(event.isBehind ? texts::fellBehind() : texts::caughtUp());
 }
 
 void SystemAudioCaptureController::handle(const pipeline_event::Failed &event)
@@ -416,36 +274,18 @@ void SystemAudioCaptureController::handle(const pipeline_event::Failed &event)
 void SystemAudioCaptureController::handleSpeech(
     const QString &text, AppleSystemSpeechLanguage language, bool isFinal)
 {
-    using Self = SystemAudioCaptureController;
     const QString trimmed = text::trimmed(text);
     if (trimmed.isEmpty()) {
         return;
     }
-    set(m_detectedLanguage, std::optional(language), &Self::detectedLanguageChanged);
-    set(m_transcript, trimmed, &Self::transcriptChanged);
-    say(m_translator->translates() ? texts::recognized(isFinal) : texts::recognizedOnly(isFinal));
+    setAndNotify(this, m_detectedLanguage, std::optional(language), &Self::detectedLanguageChanged);
+    setAndNotify(this, m_transcript, trimmed, &Self::transcriptChanged);
+    m_status.say(m_translator->translates() ? texts::recognized(isFinal) : texts::recognizedOnly(isFinal));
     m_merger.upsertCaptionLine(trimmed, language, isFinal);
-    updateFloatingCaptionForLiveSource(trimmed, language);
+    m_mirror.updateFloatingCaptionForLiveSource(trimmed, language);
     m_scheduler.scheduleTranslation(trimmed, language, isFinal);
     if (isFinal) {
         m_merger.clearCurrentLine();
-    }
-}
-
-void SystemAudioCaptureController::updateFloatingCaptionForLiveSource(
-    const QString &text, AppleSystemSpeechLanguage language)
-{
-    if (const auto index = m_merger.list().newestIndexOf(text)) {
-        const LumaphoneCaptionLine &line = captionLines().at(*index);
-        const QString translation = text::trimmed(line.translatedText);
-        if (!translation.isEmpty() && !isPending(line)) {
-            showOnPanel({text, translation, language});
-            return;
-        }
-    }
-    if (m_floatingCaptions.isOpen()) {
-        // A new partial result never blanks the last translation.
-        m_floatingCaptions.showSpoken(text, language, m_floatingCaptions.currentTranslationText());
     }
 }
 
@@ -459,73 +299,41 @@ void SystemAudioCaptureController::updateCaptionTranslation(const QString &trans
 void SystemAudioCaptureController::publish(const CaptionTranslation &translation)
 {
     if (text::canonicallyEqual(translation.text, m_transcript)) {
-        set(m_translatedText, translation.translation, &SystemAudioCaptureController::translatedTextChanged);
-        if (!m_restoredDraftMessage) {
-            say(texts::translated(translation.language, m_translator->providerName()));
+        setAndNotify(this, m_translatedText, translation.translation, &Self::translatedTextChanged);
+        if (!restoredDraftMessage()) {
+            m_status.say(texts::translated(translation.language, m_translator->providerName()));
         }
     }
-    if (m_floatingCaptions.isOpen()) {
-        showOnPanel(translation);
-    }
+    m_mirror.showTranslation(translation);
 }
 
 void SystemAudioCaptureController::followSaved(const CaptionTranslation &translation)
 {
-    if (m_savedTranscriptID) {
-        emit savedLineTranslated(*m_savedTranscriptID, translation.text, translation.translation);
+    if (savedTranscriptID()) {
+        emit savedLineTranslated(*savedTranscriptID(), translation.text, translation.translation);
     }
 }
 
-void SystemAudioCaptureController::showOnPanel(const CaptionTranslation &translation)
-{
-    m_isPanelShowingError = false;
-    m_floatingCaptions.showSpoken(translation.text, translation.language, translation.translation);
-}
-
-void SystemAudioCaptureController::clearPanelError()
-{
-    if (!m_isPanelShowingError || !m_floatingCaptions.isOpen()) {
-        return;
-    }
-    if (captionLines().isEmpty()) {
-        m_isPanelShowingError = false;
-        m_floatingCaptions.show({}, {});
-        return;
-    }
-    const LumaphoneCaptionLine &newest = captionLines().constLast();
-    showOnPanel(
-        {newest.sourceText, isPending(newest) ? QString() : newest.translatedText, newest.sourceLanguage});
-}
-
-void SystemAudioCaptureController::translationArrived(const CaptionTranslation &translation)
+void SystemAudioCaptureController::takeTranslation(const CaptionTranslation &translation)
 {
     updateCaptionTranslation(translation.translation, translation.text);
     publish(translation);
     followSaved(translation);
 }
 
-void SystemAudioCaptureController::translationWasKnown(const CaptionTranslation &translation)
-{
-    const auto index = m_merger.list().newestIndexOf(translation.text);
-    if (index && isPending(captionLines().at(*index))) {
-        translationArrived(translation);
-    }
-}
-
-void SystemAudioCaptureController::translationFailed(const QString &text, const QString &description)
+void SystemAudioCaptureController::takeFailure(const QString &text, const QString &description)
 {
     const QString provider = m_translator->providerName();
-    set(m_translatedText, texts::translationFailed(provider, description),
-        &SystemAudioCaptureController::translatedTextChanged);
-    say(texts::translationFailedStatus(provider, description));
+    setAndNotify(this, m_translatedText, texts::translationFailed(provider, description),
+        &Self::translatedTextChanged);
+    m_status.say(texts::translationFailedStatus(provider, description));
     if (isRunning()) {
-        m_isPanelShowingError = true;
-        m_floatingCaptions.show(texts::panelTranslationFailed(provider), description);
+        m_mirror.showTranslationError(texts::panelTranslationFailed(provider), description);
     }
     emit captionTranslationFailed(text, description);
 }
 
-void SystemAudioCaptureController::passedOverLineTranslated(
+void SystemAudioCaptureController::takePassedOverTranslation(
     const QUuid &line, const CaptionTranslation &translation)
 {
     const auto index = m_merger.list().firstIndexOf(line);
@@ -541,31 +349,10 @@ void SystemAudioCaptureController::passedOverLineTranslated(
     followSaved(translation);
 }
 
-void SystemAudioCaptureController::passedOverLineFailed(const QString &text, const QString &description)
+void SystemAudioCaptureController::takePassedOverFailure(const QString &text, const QString &description)
 {
-    say(texts::translationFailedStatus(m_translator->providerName(), description));
+    m_status.say(texts::translationFailedStatus(m_translator->providerName(), description));
     emit captionTranslationFailed(text, description);
-}
-
-void SystemAudioCaptureController::lateTranslationArrived(
-    const QUuid &transcript, const CaptionTranslation &translation)
-{
-    emit savedLineTranslated(transcript, translation.text, translation.translation);
-}
-
-void SystemAudioCaptureController::translationStatesDidChange()
-{
-    emit translationStatesChanged();
-}
-
-void SystemAudioCaptureController::translationPaused()
-{
-    say(texts::translationPaused());
-}
-
-void SystemAudioCaptureController::translationRested()
-{
-    emit translationsSettled();
 }
 
 void SystemAudioCaptureController::captionLineInserted(qsizetype index)
@@ -589,40 +376,19 @@ void SystemAudioCaptureController::captionLinesReset()
     emit captionLinesChanged();
 }
 
-void SystemAudioCaptureController::saveDraftIfNeeded()
-{
-    if (m_savedTranscriptID || captionLines().isEmpty()) {
-        m_draftStore.clear();
-        return;
-    }
-    m_draftStore.save({
-        .lines = captionLines(),
-        .sourceLanguage = m_sourceLanguage,
-        .detectedLanguage = m_detectedLanguage,
-        .startedAt = m_sessionStartedAt,
-        .endedAt = m_sessionEndedAt,
-        .updatedAt = m_clock->now(),
-    });
-}
-
 void SystemAudioCaptureController::restoreDraftIfAvailable()
 {
-    using Self = SystemAudioCaptureController;
-    const auto draft = m_draftStore.load();
-    if (!draft || draft->lines.isEmpty()) {
+    const auto draft = m_keeper.restoreDraft();
+    if (!draft) {
         return;
     }
     setSourceLanguage(draft->sourceLanguage);
-    set(m_detectedLanguage, draft->detectedLanguage, &Self::detectedLanguageChanged);
+    setAndNotify(this, m_detectedLanguage, draft->detectedLanguage, &Self::detectedLanguageChanged);
     m_merger.resetCaptionLines(draft->lines);
-    set(m_sessionStartedAt, draft->startedAt, &Self::sessionStartedAtChanged);
-    set(m_sessionEndedAt, draft->endedAt, &Self::sessionEndedAtChanged);
-    set(m_savedTranscriptID, {}, &Self::savedTranscriptIDChanged);
-    set(m_savedTranscriptTitle, {}, &Self::savedTranscriptTitleChanged);
-    set(m_transcript, draft->lines.constLast().sourceText, &Self::transcriptChanged);
-    set(m_translatedText, draft->lines.constLast().translatedText, &Self::translatedTextChanged);
-    set(m_restoredDraftMessage, std::optional(texts::draftRestored()), &Self::restoredDraftMessageChanged);
-    say(texts::draftRestoredStatus());
+    setAndNotify(this, m_transcript, draft->lines.constLast().sourceText, &Self::transcriptChanged);
+    setAndNotify(
+        this, m_translatedText, draft->lines.constLast().translatedText, &Self::translatedTextChanged);
+    m_status.say(texts::draftRestoredStatus());
     m_scheduler.translateRestored();
 }
 

@@ -8,24 +8,26 @@
 #include "session/CaptionLineMerger.h"
 #include "session/CaptionTranslator.h"
 #include "session/CaptureAccess.h"
+#include "session/FloatingCaptionMirror.h"
 #include "session/FloatingCaptionPresenter.h"
 #include "session/LumaphoneSessionDraftStore.h"
 #include "session/LumaphoneTranscriptProcessor.h"
 #include "session/ProviderChanges.h"
+#include "session/SessionCapture.h"
 #include "session/SessionFailure.h"
+#include "session/SessionKeeper.h"
+#include "session/SessionStatus.h"
 #include "session/TranslationScheduler.h"
 #include "storage/LumaphoneAudioInputSource.h"
 
 #include <QDateTime>
 #include <QObject>
-#include <QPointer>
 #include <QUuid>
 
 #include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <variant>
 
 namespace lumaphone {
 
@@ -52,9 +54,7 @@ struct LiveSessionCollaborators
 };
 
 /// The live session: what the interface observes, and what it asks for. Main thread.
-class SystemAudioCaptureController final : public QObject,
-                                           private CaptionLineListener,
-                                           private TranslationReceiver
+class SystemAudioCaptureController final : public QObject, private CaptionLineListener
 {
     Q_OBJECT
     Q_PROPERTY(lumaphone::AppleSystemSpeechLanguage sourceLanguage READ sourceLanguage WRITE setSourceLanguage
@@ -90,12 +90,12 @@ public:
     void setAudioInputSource(LumaphoneAudioInputSource source);
     /// Of the newest recognised text.
     const std::optional<AppleSystemSpeechLanguage> &detectedLanguage() const { return m_detectedLanguage; }
-    bool isRunning() const { return std::holds_alternative<Running>(m_state); }
+    bool isRunning() const { return m_capture.isRunning(); }
     /// From start() until the session runs or could not start.
-    bool isStarting() const { return std::holds_alternative<Starting>(m_state); }
+    bool isStarting() const { return m_capture.isStarting(); }
     /// Whether recognition is seconds behind the sound.
     bool isBehind() const { return m_isBehind; }
-    const QString &status() const { return m_status; }
+    const QString &status() const { return m_status.text(); }
     /// Received in this session.
     qint64 sampleBufferCount() const { return m_sampleBufferCount; }
     const QString &lastSampleSummary() const { return m_lastSampleSummary; }
@@ -104,12 +104,12 @@ public:
     /// The newest translation, or a hint.
     const QString &translatedText() const { return m_translatedText; }
     const QList<LumaphoneCaptionLine> &captionLines() const { return m_merger.captionLines(); }
-    const std::optional<QDateTime> &sessionStartedAt() const { return m_sessionStartedAt; }
-    const std::optional<QDateTime> &sessionEndedAt() const { return m_sessionEndedAt; }
+    const std::optional<QDateTime> &sessionStartedAt() const { return m_keeper.startedAt(); }
+    const std::optional<QDateTime> &sessionEndedAt() const { return m_keeper.endedAt(); }
     /// The library record this session was saved as.
-    const std::optional<QUuid> &savedTranscriptID() const { return m_savedTranscriptID; }
-    const std::optional<QString> &savedTranscriptTitle() const { return m_savedTranscriptTitle; }
-    const std::optional<QString> &restoredDraftMessage() const { return m_restoredDraftMessage; }
+    const std::optional<QUuid> &savedTranscriptID() const { return m_keeper.savedTranscriptID(); }
+    const std::optional<QString> &savedTranscriptTitle() const { return m_keeper.savedTranscriptTitle(); }
+    const std::optional<QString> &restoredDraftMessage() const { return m_keeper.restoredDraftMessage(); }
 
     /// Whether some text still waits for its translation, also after a stop().
     bool isTranslating() const { return !m_scheduler.isResting(); }
@@ -126,7 +126,7 @@ public:
 
     /// Asks for the right to capture the computer's sound, unless it is there. Returns at once; every step is
     /// a status.
-    void requestSystemAudioAccessIfNeeded();
+    void requestSystemAudioAccessIfNeeded() { m_capture.requestSystemAudioAccess(); }
     /// Returns at once; the session begins when access is granted and the pipeline captures.
     void start();
     /// Ends the session, or its beginning. What was recognised is still translated.
@@ -134,14 +134,14 @@ public:
     void clearCaptions();
     /// Tries failed translations once more: those of all lines, or of one. By itself that happens when the
     /// provider in use has changed.
-    void translateAgain();
-    void translateAgain(const QUuid &line);
+    void translateAgain() { m_scheduler.tryAgain(); }
+    void translateAgain(const QUuid &line) { m_scheduler.tryAgain(line); }
     /// A model for translation on the device has come or gone.
     void translationModelsChanged() { m_providerChanges.noteModelChange(); }
     /// The library has saved the session under this identity.
     void markTranscriptSaved(const QUuid &id, const QString &title);
     /// A save point of the draft: keeps the session, unless the library has it.
-    void saveDraftIfNeeded();
+    void saveDraftIfNeeded() { m_keeper.saveDraftIfNeeded(m_sourceLanguage, m_detectedLanguage); }
     /// Takes whatever a pipeline reports.
     void handlePipelineEvent(const SystemAudioPipelineEvent &event);
 
@@ -184,105 +184,64 @@ signals:
     void linesReset();
 
 private:
-    struct Idle
-    {
-    };
-    struct Starting
-    {
-        std::shared_ptr<LumaphoneLiveAudioPipeline> pipeline; ///< none while access is asked for
-    };
-    struct Running
-    {
-        std::shared_ptr<LumaphoneLiveAudioPipeline> pipeline;
-    };
-    using State = std::variant<Idle, Starting, Running>;
+    using Self = SystemAudioCaptureController;
 
-    static QCoro::Task<> startSession(QPointer<SystemAudioCaptureController> self, int attempt);
-    /// The controller, if it is still there and the session of that attempt has not ended.
-    static SystemAudioCaptureController *wanting(
-        const QPointer<SystemAudioCaptureController> &self, int attempt);
+    void forwardChanges();
+    void followCapture();
+    void followTranslations();
+
     std::shared_ptr<LumaphoneLiveAudioPipeline> makePipeline(
         LumaphoneAudioInputSource source, SystemAudioPipelineEventHandler onEvent) const;
-    /// Brings a pipeline's events to the main thread, as long as the session they belong to is wanted.
-    SystemAudioPipelineEventHandler eventHandler(int attempt);
     void beginSession();
     void failToStart(const std::exception_ptr &error);
+    void refuseWithoutProvider();
     void refuseToStart(const QString &panelText, const QString &message, SessionFailure reason);
     /// Becomes idle and lets the pipeline stop by itself.
     void dropPipeline();
-    std::shared_ptr<LumaphoneLiveAudioPipeline> pipeline() const;
-    void enter(State state);
 
     void handle(const pipeline_event::AudioSample &event);
     void handle(const pipeline_event::Speech &event);
     void handle(const pipeline_event::Pace &event);
-    void handle(const pipeline_event::Awaited &event);
+    void handle(const pipeline_event::Awaited &event) { m_status.awaitOutput(event.output); }
     void handle(const pipeline_event::Failed &event);
     void handleSpeech(const QString &text, AppleSystemSpeechLanguage language, bool isFinal);
-    void updateFloatingCaptionForLiveSource(const QString &text, AppleSystemSpeechLanguage language);
     void updateCaptionTranslation(const QString &translation, const QString &text);
     /// Publishes a translation whose line has it already.
     void publish(const CaptionTranslation &translation);
     void followSaved(const CaptionTranslation &translation);
-    /// Lets what a saved session still waits for be translated behind the next one.
-    void leaveSavedLines();
-    void forgetSavedTranscript();
-    void showOnPanel(const CaptionTranslation &translation);
-    /// A translation's error leaves the panel, where the newest line takes its place.
-    void clearPanelError();
-
+    /// Empties the session, of which the library may have a record that still waits for translations.
+    void leaveLines();
     void restoreDraftIfAvailable();
 
     void captionLineInserted(qsizetype index) override;
     void captionLineChanged(qsizetype index) override;
     void captionLinesReset() override;
-    void translationArrived(const CaptionTranslation &translation) override;
-    void translationFailed(const QString &text, const QString &description) override;
-    void translationWasKnown(const CaptionTranslation &translation) override;
-    void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation) override;
-    void passedOverLineFailed(const QString &text, const QString &description) override;
-    void lateTranslationArrived(const QUuid &transcript, const CaptionTranslation &translation) override;
-    void translationStatesDidChange() override;
-    void translationPaused() override;
-    void translationRested() override;
-
-    /// While an output is waited for, that remains the status.
-    void say(const QString &status);
-    /// Changes a published property, and tells if it differs.
-    template<typename Value>
-    void set(Value &member, const Value &value, void (SystemAudioCaptureController::*changed)());
+    void takeTranslation(const CaptionTranslation &translation);
+    void takePassedOverTranslation(const QUuid &line, const CaptionTranslation &translation);
+    void takeFailure(const QString &text, const QString &description);
+    void takePassedOverFailure(const QString &text, const QString &description);
 
     LumaphoneSettings &m_settings;
-    FloatingCaptionPresenter &m_floatingCaptions;
     const LumaphoneTranscriptProcessor m_transcriptProcessor;
-    LumaphoneSessionDraftStore m_draftStore;
     const std::shared_ptr<CaptionTranslator> m_translator;
-    const CaptureAccess m_access;
     const LivePipelineMaker m_makePipeline;
     const std::shared_ptr<Clock> m_clock;
-    const std::shared_ptr<MainQueue> m_mainQueue;
     CaptionLineMerger m_merger;
+    FloatingCaptionMirror m_mirror;
+    SessionKeeper m_keeper;
     TranslationScheduler m_scheduler;
     ProviderChanges m_providerChanges;
+    SessionStatus m_status;
+    SessionCapture m_capture;
 
-    State m_state;
-    int m_attempt = 0; ///< counts what begins or ends a session: events and steps of an older one are void
     AppleSystemSpeechLanguage m_sourceLanguage;
     LumaphoneAudioInputSource m_audioInputSource;
     std::optional<AppleSystemSpeechLanguage> m_detectedLanguage;
-    QString m_status;
     qint64 m_sampleBufferCount = 0;
     QString m_lastSampleSummary;
     QString m_transcript;
     QString m_translatedText;
-    std::optional<QDateTime> m_sessionStartedAt;
-    std::optional<QDateTime> m_sessionEndedAt;
-    std::optional<QUuid> m_savedTranscriptID;
-    std::optional<QString> m_savedTranscriptTitle;
-    std::optional<QString> m_restoredDraftMessage;
     bool m_isBehind = false;
-    bool m_isOutputAwaited = false;
-    bool m_isPanelShowingError = false; ///< of a translation
 };
 
 } // namespace lumaphone

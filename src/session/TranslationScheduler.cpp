@@ -19,13 +19,11 @@ AppleSystemSpeechLanguage languageOf(const LumaphoneCaptionLine &line)
 } // namespace
 
 TranslationScheduler::TranslationScheduler(std::shared_ptr<CaptionTranslator> translator,
-    std::shared_ptr<Clock> clock, UuidGenerator makeUuid, const CaptionLineList &lines,
-    TranslationReceiver &receiver)
+    std::shared_ptr<Clock> clock, UuidGenerator makeUuid, const CaptionLineList &lines)
     : m_translator(std::move(translator))
     , m_clock(std::move(clock))
     , m_makeUuid(std::move(makeUuid))
     , m_lines(lines)
-    , m_receiver(receiver)
 {
 }
 
@@ -38,7 +36,10 @@ void TranslationScheduler::scheduleTranslation(
     const QString &text, AppleSystemSpeechLanguage language, bool isFinal)
 {
     if (m_lastTranslation && text::canonicallyEqual(text, m_lastTranslation->text)) {
-        m_receiver.translationWasKnown(*m_lastTranslation);
+        const auto newest = m_lines.newestIndexOf(text);
+        if (newest && isPending(m_lines.lines().at(*newest))) {
+            emit translationArrived(*m_lastTranslation);
+        }
         return;
     }
     const bool isInFlight
@@ -53,7 +54,7 @@ void TranslationScheduler::scheduleTranslation(
         // The older line has its turn again when all is quiet.
         m_inFlight->stop.request_stop();
     }
-    m_receiver.translationStatesDidChange();
+    emit translationStatesChanged();
     startWorker();
 }
 
@@ -83,16 +84,17 @@ void TranslationScheduler::tryAgain()
     }
     m_outcomes.trustAgain();
     m_translator->askAgain();
-    m_receiver.translationStatesDidChange();
+    emit translationStatesChanged();
     startWorker();
 }
 
-void TranslationScheduler::tryAgain(const LumaphoneCaptionLine &line)
+void TranslationScheduler::tryAgain(const QUuid &line)
 {
-    if (translationOf(line).state == TranslationState::failed) {
-        m_outcomes.giveSecondChance(line, languageOf(line));
+    const auto index = m_lines.firstIndexOf(line);
+    if (index && translationOf(m_lines.lines().at(*index)).state == TranslationState::failed) {
+        m_outcomes.giveSecondChance(m_lines.lines().at(*index), languageOf(m_lines.lines().at(*index)));
         m_translator->askAgain();
-        m_receiver.translationStatesDidChange();
+        emit translationStatesChanged();
         startWorker();
     }
 }
@@ -103,10 +105,14 @@ void TranslationScheduler::providerChanged()
     tryAgain();
 }
 
-void TranslationScheduler::translateLater(const QUuid &transcript, const LumaphoneCaptionLine &line)
+void TranslationScheduler::translateLater(const QUuid &transcript)
 {
-    m_late.push_back({line.sourceText, languageOf(line), transcript});
-    startWorker();
+    for (const LumaphoneCaptionLine &line : m_lines.lines()) {
+        if (translationOf(line).state == TranslationState::pending) {
+            m_late.push_back({line.sourceText, languageOf(line), transcript});
+            startWorker();
+        }
+    }
 }
 
 void TranslationScheduler::reset()
@@ -255,7 +261,7 @@ QCoro::Task<> TranslationScheduler::processPendingTranslations(
             }
         } else {
             scheduler->m_translationWorkerID.reset();
-            scheduler->m_receiver.translationRested();
+            emit scheduler->rested();
         }
     }
 }
@@ -283,7 +289,7 @@ void TranslationScheduler::receive(const Request &request, const Answer &answer)
     } else if (!request.stop.stop_requested()) {
         receiveFailure(request, std::get<Failure>(answer));
     }
-    m_receiver.translationStatesDidChange();
+    emit translationStatesChanged();
 }
 
 void TranslationScheduler::receiveTranslation(const Request &request, const QString &translation)
@@ -292,14 +298,14 @@ void TranslationScheduler::receiveTranslation(const Request &request, const QStr
     m_outcomes.noteSuccess(request.text, request.language);
     if (const auto *later = std::get_if<Later>(&request.purpose)) {
         m_late.pop_front();
-        m_receiver.lateTranslationArrived(later->transcript, arrived);
+        emit lateTranslationArrived(later->transcript, arrived);
         return;
     }
     if (const auto *passedOver = std::get_if<PassedOver>(&request.purpose)) {
-        m_receiver.passedOverLineTranslated(passedOver->line, arrived);
+        emit passedOverLineTranslated(passedOver->line, arrived);
     } else {
         m_lastTranslation = arrived;
-        m_receiver.translationArrived(arrived);
+        emit translationArrived(arrived);
     }
     noteWhatStaysPending(request);
 }
@@ -330,9 +336,9 @@ void TranslationScheduler::receiveFailure(const Request &request, const Failure 
         m_outcomes.noteFailure(request.text, request.language, failure.description);
     }
     if (request.isForNewest() && !failure.wasTold) {
-        m_receiver.translationFailed(request.text, failure.description);
+        emit translationFailed(request.text, failure.description);
     } else if (!wasTold) {
-        m_receiver.passedOverLineFailed(request.text, failure.description);
+        emit passedOverLineFailed(request.text, failure.description);
     }
     if (!failure.hasTimedOut) {
         m_outcomes.noteReply();
@@ -341,7 +347,7 @@ void TranslationScheduler::receiveFailure(const Request &request, const Failure 
         m_latest.reset();
         m_outcomes.noteTimeOut(failure.description, 1);
     } else if (m_outcomes.noteTimeOut(failure.description)) {
-        m_receiver.translationPaused();
+        emit paused();
     }
 }
 

@@ -4,9 +4,9 @@
 #include "language/AppleSystemSpeechLanguage.h"
 #include "platform/Clock.h"
 #include "session/CaptionLineList.h"
+#include "session/CaptionTranslation.h"
 #include "session/CaptionTranslator.h"
 #include "session/TranslationOutcomes.h"
-#include "session/TranslationReceiver.h"
 
 #include <QObject>
 #include <QPointer>
@@ -26,14 +26,16 @@ namespace lumaphone {
 /// time, and a text that failed is tried again only when it is asked for. Main thread.
 class TranslationScheduler final : public QObject
 {
+    Q_OBJECT
+
 public:
     /// A burst of partial results is translated when it has lasted this long.
     static constexpr std::chrono::milliseconds burstDuration {450};
     static constexpr std::chrono::milliseconds pollInterval {70};
 
-    /// Lines and receiver outlive the scheduler.
+    /// The lines outlive the scheduler.
     TranslationScheduler(std::shared_ptr<CaptionTranslator> translator, std::shared_ptr<Clock> clock,
-        UuidGenerator makeUuid, const CaptionLineList &lines, TranslationReceiver &receiver);
+        UuidGenerator makeUuid, const CaptionLineList &lines);
     ~TranslationScheduler() override;
 
     /// Makes `text`, trimmed, the pending one.
@@ -47,11 +49,12 @@ public:
     /// Tries once more what has failed. The first failure in a language stands for all others of that
     /// language, so that a provider that is of no use still is asked once.
     void tryAgain();
-    void tryAgain(const LumaphoneCaptionLine &line);
+    void tryAgain(const QUuid &line);
     /// The same when another provider is asked from now on, also for what is under way.
     void providerChanged();
-    /// The line's session was saved as `transcript` and leaves the list: its translation still is to follow.
-    void translateLater(const QUuid &transcript, const LumaphoneCaptionLine &line);
+    /// The session was saved as `transcript`, and its lines leave the list: the translations that are pending
+    /// still are to follow.
+    void translateLater(const QUuid &transcript);
     /// Forgets everything but what is to follow saved sessions. A request under way is given up, and its
     /// answer ignored.
     void reset();
@@ -60,6 +63,23 @@ public:
     LineTranslation translationOf(const LumaphoneCaptionLine &line) const;
     /// Whether no worker runs: nothing is pending, nothing is under way.
     bool isResting() const { return !m_translationWorkerID; }
+
+signals:
+    /// Of the newest text. It is known already when the same text is scheduled again.
+    void translationArrived(const CaptionTranslation &translation);
+    void translationFailed(const QString &text, const QString &description);
+    /// A line that newer texts had passed over has its translation.
+    void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation);
+    void passedOverLineFailed(const QString &text, const QString &description);
+    /// A line that was on the screen when its session was saved has its translation.
+    void lateTranslationArrived(const QUuid &transcript, const CaptionTranslation &translation);
+    /// What is known of lines without a translation has changed.
+    void translationStatesChanged();
+    /// The provider has left several requests in a row unanswered: only new texts are tried, until one of
+    /// them succeeds or the user asks. Told once.
+    void paused();
+    /// Nothing is left to translate.
+    void rested();
 
 private:
     struct Pending
@@ -137,7 +157,6 @@ private:
     std::shared_ptr<Clock> m_clock;
     UuidGenerator m_makeUuid;
     const CaptionLineList &m_lines;
-    TranslationReceiver &m_receiver;
     std::optional<QUuid> m_translationWorkerID;
     std::optional<Pending> m_latest;
     std::optional<Request> m_inFlight;

@@ -1,6 +1,6 @@
+#include "app/OnPrivateDisplay.h"
 #include "photographs/Studio.h"
 #include "support/Coroutines.h"
-#include "support/PrivateDisplay.h"
 #include "support/VisibleItems.h"
 
 #include <QGuiApplication>
@@ -67,12 +67,7 @@ private:
 
 int main(int argc, char *argv[])
 {
-    const PrivateDisplay display;
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    qputenv("QT_QUICK_BACKEND", "software");
-    const QGuiApplication application(argc, argv);
-    FloatingCaptionBesideDialogsTest test(display);
-    return QTest::qExec(&test, argc, argv);
+    return runOnPrivateDisplay<FloatingCaptionBesideDialogsTest>(argc, argv);
 }
 
 #include "FloatingCaptionBesideDialogsTest.moc"

@@ -1,8 +1,8 @@
 #include "app/floating/FloatingCaptionPanel.h"
 
+#include "app/OnPrivateDisplay.h"
 #include "app/floating/FloatingCaptionPlacement.h"
 #include "support/Coroutines.h"
-#include "support/PrivateDisplay.h"
 
 #include <QGuiApplication>
 #include <QQmlEngine>
@@ -299,12 +299,7 @@ private:
 
 int main(int argc, char *argv[])
 {
-    const PrivateDisplay display;
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    qputenv("QT_QUICK_BACKEND", "software");
-    const QGuiApplication application(argc, argv);
-    FloatingCaptionPanelTest test(display);
-    return QTest::qExec(&test, argc, argv);
+    return runOnPrivateDisplay<FloatingCaptionPanelTest>(argc, argv);
 }
 
 #include "FloatingCaptionPanelTest.moc"

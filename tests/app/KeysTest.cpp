@@ -43,15 +43,7 @@ struct Window
         QTest::keyRelease(studio.window, Qt::Key_Space);
         settle();
     }
-    bool focus(const QString &name) const
-    {
-        QQuickItem *item = studio.find(name);
-        if (item == nullptr) {
-            return false;
-        }
-        item->forceActiveFocus(Qt::TabFocusReason);
-        return waitUntil([item] { return item->hasActiveFocus(); });
-    }
+    bool focus(const QString &name) const { return studio.focus(name); }
     bool isRunning() const { return studio.live->isRunning(); }
     QString focused() const
     {

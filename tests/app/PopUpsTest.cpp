@@ -48,16 +48,7 @@ struct Window
         settle();
         drawFrame(*studio.window);
     }
-    /// Gives the keyboard to what Tab comes to.
-    bool focus(const QString &name) const
-    {
-        QQuickItem *item = studio.find(name);
-        if (item == nullptr) {
-            return false;
-        }
-        item->forceActiveFocus(Qt::TabFocusReason);
-        return waitUntil([item] { return item->hasActiveFocus(); });
-    }
+    bool focus(const QString &name) const { return studio.focus(name); }
     QString tooltip() const { return tooltipIn(*studio.window); }
     AppleSystemSpeechLanguage language() const { return studio.session.controller->sourceLanguage(); }
 };

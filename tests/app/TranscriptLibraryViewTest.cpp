@@ -33,6 +33,16 @@ struct Fixture : LibraryFixture
             QVariantMap {{"workspace", QVariant::fromValue(workspace.get())}});
         return *view;
     }
+    /// The lines come to be edited, and the keyboard to the note before them.
+    bool editFromTheNote()
+    {
+        const bool isEditing = view->click("library.edit")
+            && waitUntil([this] { return view->isShown("transcriptLine.source"); });
+        if (isEditing) {
+            view->find("library.note.field")->forceActiveFocus();
+        }
+        return isEditing;
+    }
     /// Three sessions, the newest of them with a note and terms.
     TranscriptRecordMetadata fill()
     {
@@ -341,9 +351,7 @@ private slots:
         Fixture f;
         f.save("四十段", sentences(40));
         auto &view = f.open();
-        QVERIFY(view.click("library.edit"));
-        QVERIFY(waitUntil([&] { return view.isShown("transcriptLine.source"); }));
-        view.find("library.note.field")->forceActiveFocus();
+        QVERIFY(f.editFromTheNote());
         for (int line = 1; line <= 40; ++line) {
             for (const QString &name : {QStringLiteral("第 %1 段原文").arg(line),
                      QStringLiteral("第 %1 段台灣繁中譯文").arg(line)}) {
@@ -362,9 +370,7 @@ private slots:
         Fixture f;
         f.save("三段", sentences(3));
         auto &view = f.open();
-        QVERIFY(view.click("library.edit"));
-        QVERIFY(waitUntil([&] { return view.isShown("transcriptLine.source"); }));
-        view.find("library.note.field")->forceActiveFocus();
+        QVERIFY(f.editFromTheNote());
         view.press(Qt::Key_Tab);
         view.press(Qt::Key_Tab);
         view.press(Qt::Key_Tab);
@@ -383,9 +389,7 @@ private slots:
         Fixture f;
         const auto record = f.save("兩百段", sentences(200));
         auto &view = f.open();
-        QVERIFY(view.click("library.edit"));
-        QVERIFY(waitUntil([&] { return view.isShown("transcriptLine.source"); }));
-        view.find("library.note.field")->forceActiveFocus();
+        QVERIFY(f.editFromTheNote());
         view.press(Qt::Key_Tab);
         auto *reader = view.find("library.reader");
         reader->setProperty("contentY", 9000);
@@ -406,9 +410,7 @@ private slots:
         Fixture f;
         f.save("三段", sentences(3));
         auto &view = f.open();
-        QVERIFY(view.click("library.edit"));
-        QVERIFY(waitUntil([&] { return view.isShown("transcriptLine.source"); }));
-        view.find("library.note.field")->forceActiveFocus();
+        QVERIFY(f.editFromTheNote());
         view.press(Qt::Key_Tab);
         QCOMPARE(view.focusedName(), QString("transcriptLine.source.field"));
         view.press(Qt::Key_Escape);

@@ -2,6 +2,7 @@
 
 #include "app/QmlEngineSetup.h"
 #include "session/SoundCheck.h"
+#include "support/Coroutines.h"
 #include "support/FolderResources.h"
 #include "support/VisibleItems.h"
 
@@ -175,6 +176,16 @@ void Studio::click(const QString &name) const
     if (!clickOn(*window, name)) {
         throw std::runtime_error("There is nothing to click on: " + name.toStdString());
     }
+}
+
+bool Studio::focus(const QString &name) const
+{
+    QQuickItem *item = find(name);
+    if (item == nullptr) {
+        return false;
+    }
+    item->forceActiveFocus(Qt::TabFocusReason);
+    return waitUntil([item] { return item->hasActiveFocus(); });
 }
 
 QQuickItem *Studio::find(const QString &name) const

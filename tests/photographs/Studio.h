@@ -44,6 +44,9 @@ public:
     QQuickItem *find(const QString &name) const;
     /// Clicks on it; none is an error.
     void click(const QString &name) const;
+    /// Gives it the keyboard, as Tab does when it comes to it. False if there is none, or it does not take
+    /// it.
+    bool focus(const QString &name) const;
     QObject &content() const;
     /// Lets the window and the session come to rest.
     void settle();

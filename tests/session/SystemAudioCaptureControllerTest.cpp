@@ -509,6 +509,23 @@ private slots:
         QVERIFY(!controller.status().contains(t("壞了")));
     }
 
+    void eventsOfTheSessionBeforeAreIgnored()
+    {
+        LiveSession session;
+        auto &controller = session.started();
+        const auto tellOfOldSession = session.nextPipeline->onEvent;
+        controller.stop(true);
+        session.nextPipeline = std::make_shared<ScriptedPipeline>();
+        controller.start();
+        settle();
+        QVERIFY(controller.isRunning());
+        tellOfOldSession(pipeline_event::Speech {t("はい"), japanese, true});
+        tellOfOldSession(pipeline_event::Failed {t("壞了")});
+        settle();
+        QVERIFY(controller.isRunning());
+        QVERIFY(controller.captionLines().isEmpty());
+    }
+
     void aFailureEndsTheSessionAndKeepsItsLines()
     {
         LiveSession session;
@@ -543,14 +560,19 @@ private slots:
     void anOutputThatIsWaitedForIsTheStatusUntilItIsBack()
     {
         LiveSession session;
+        session.translator->plan = [](const QString &) {
+            return ScriptedTranslator::Plan {2s, QString()};
+        };
         auto &controller = session.started();
         session.final("はい");
         session.nextPipeline->onEvent(pipeline_event::Awaited {t("耳機")});
         settle();
+        QVERIFY(controller.isTranslating());
         const QString waiting = t("聲音輸出「耳機」中斷了，正在等它回來；已有的字幕都還在。");
         QCOMPARE(controller.status(), waiting);
-        session.clock->advance(15s); // the translation arrives
-        QCOMPARE(session.requested().size(), 1);
+        session.clock->advance(15s);
+        QVERIFY(!controller.isTranslating());
+        QCOMPARE(controller.translatedText(), session.translationOfLine(0));
         QCOMPARE(controller.status(), waiting);
         QVERIFY(controller.isRunning());
         session.nextPipeline->onEvent(pipeline_event::Awaited {});

@@ -66,46 +66,34 @@ struct RestoredSession
     LiveSession session {folder.path()};
 };
 
-/// Gives the lines their translations, as a session does.
-class SilentReceiver final : public TranslationReceiver
+/// A session runs, and its first line cannot be translated.
+void failToTranslate(LiveSession &session)
 {
-public:
-    explicit SilentReceiver(CaptionLineList &lines)
-        : m_lines(lines)
-    {
-    }
+    session.translator->plan = [](const QString &) {
+        return ScriptedTranslator::Plan {1s, t("斷線")};
+    };
+    session.started();
+    session.final("一番目の文です");
+    session.clock->advance(2s);
+}
 
-    void translationArrived(const CaptionTranslation &translation) override
-    {
-        give(m_lines.newestIndexOf(translation.text), translation);
-    }
-    void translationFailed(const QString &, const QString &) override { }
-    void translationWasKnown(const CaptionTranslation &translation) override
-    {
-        translationArrived(translation);
-    }
-    void passedOverLineTranslated(const QUuid &line, const CaptionTranslation &translation) override
-    {
-        give(m_lines.firstIndexOf(line), translation);
-    }
-    void passedOverLineFailed(const QString &, const QString &) override { }
-    void lateTranslationArrived(const QUuid &, const CaptionTranslation &) override { }
-    void translationStatesDidChange() override { }
-    void translationPaused() override { }
-    void translationRested() override { }
-
-private:
-    void give(std::optional<qsizetype> index, const CaptionTranslation &translation)
-    {
-        if (index && text::canonicallyEqual(m_lines.lines().at(*index).sourceText, translation.text)) {
-            LumaphoneCaptionLine line = m_lines.lines().at(*index);
+/// Gives the lines the translations of a scheduler, as a session does.
+void giveTranslations(const TranslationScheduler &scheduler, CaptionLineList &lines)
+{
+    using Scheduler = TranslationScheduler;
+    const auto give = [&lines](std::optional<qsizetype> index, const CaptionTranslation &translation) {
+        if (index && text::canonicallyEqual(lines.lines().at(*index).sourceText, translation.text)) {
+            LumaphoneCaptionLine line = lines.lines().at(*index);
             line.translatedText = translation.translation;
-            m_lines.replace(*index, line);
+            lines.replace(*index, line);
         }
-    }
-
-    CaptionLineList &m_lines;
-};
+    };
+    QObject::connect(&scheduler, &Scheduler::translationArrived, &scheduler,
+        [=, &lines](const auto &translation) { give(lines.newestIndexOf(translation.text), translation); });
+    QObject::connect(&scheduler, &Scheduler::passedOverLineTranslated, &scheduler,
+        [=, &lines](
+            const QUuid &line, const auto &translation) { give(lines.firstIndexOf(line), translation); });
+}
 
 } // namespace
 
@@ -799,12 +787,7 @@ private slots:
     void thePanelKeepsNoErrorOfATranslationAfterTheSession()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return ScriptedTranslator::Plan {1s, t("斷線")};
-        };
-        session.started();
-        session.final("一番目の文です");
-        session.clock->advance(2s);
+        failToTranslate(session);
         QCOMPARE(session.panel.shown.constLast(), t("Apple Translation 無法完成 | 斷線"));
         session.controller->stop(true);
         QCOMPARE(session.panel.shown.constLast(), t("一番目の文です | "));
@@ -816,12 +799,7 @@ private slots:
     void thePanelKeepsNoErrorOfLinesThatAreGone()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return ScriptedTranslator::Plan {1s, t("斷線")};
-        };
-        session.started();
-        session.final("一番目の文です");
-        session.clock->advance(2s);
+        failToTranslate(session);
         QCOMPARE(session.panel.shown.constLast(), t("Apple Translation 無法完成 | 斷線"));
         session.controller->clearCaptions();
         QCOMPARE(session.panel.shown.constLast(), t(" | "));
@@ -867,10 +845,9 @@ private slots:
                 line.translatedText = below(3) == 0 ? line.translatedText : pending;
                 damaged.append(line);
             }
-            SilentReceiver receiver(lines);
             lines.reset(damaged);
-            TranslationScheduler scheduler(
-                session.translator, session.clock, countedUuids(), lines, receiver);
+            TranslationScheduler scheduler(session.translator, session.clock, countedUuids(), lines);
+            giveTranslations(scheduler, lines);
             if (isRestored) {
                 scheduler.translateRestored();
             }

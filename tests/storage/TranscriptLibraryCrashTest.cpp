@@ -1,10 +1,6 @@
-#include "storage/LumaphoneSettings.h"
-#include "storage/TranscriptLibraryStore.h"
 #include "support/ChildProcess.h"
 #include "support/CountedUuids.h"
-#include "support/MemoryDefaultsStore.h"
-#include "support/MemoryKeychain.h"
-#include "support/NotingFileViewer.h"
+#include "support/LibraryOnDisk.h"
 #include "support/VirtualClock.h"
 
 #include <QCoreApplication>
@@ -78,26 +74,9 @@ int mkdir(const char *path, mode_t mode) noexcept
 namespace {
 
 /// The library as the parent and the child see it.
-struct Library
+struct Library : LibraryOnDisk<VirtualClock>
 {
-    VirtualClock clock;
-    NotingFileViewer viewer;
-    MemoryDefaultsStore defaults;
-    MemoryKeychain keychain;
-    LumaphoneSettings settings {defaults, keychain};
-    TranscriptLibraryStore store;
-
-    explicit Library(const QString &root)
-        : store({
-            .layout = TranscriptLibraryLayout::at(root),
-            .areRevisions = [](const QString &, const QString &) { return false; },
-            .clock = clock,
-            .fileViewer = viewer,
-            .makeUuid = &QUuid::createUuid,
-            .locale = QLocale::c(),
-        })
-    {
-    }
+    using LibraryOnDisk::LibraryOnDisk;
 
     TranscriptRecordMetadata save(uint identity, const char *text)
     {

@@ -2,6 +2,7 @@
 
 #include "app/library/TranscriptTexts.h"
 #include "base/ExportFile.h"
+#include "base/SetAndNotify.h"
 #include "base/Text.h"
 #include "storage/TranscriptExport.h"
 #include "storage/TranscriptLibraryStore.h"
@@ -36,14 +37,9 @@ TranscriptLibraryWorkspaceModel::TranscriptLibraryWorkspaceModel(
     , m_records(locale)
     , m_errorMessage(store.lastErrorMessage().value_or(QString()))
 {
-    connect(&m_store, &TranscriptLibraryStore::recordsChanged, this,
-        &TranscriptLibraryWorkspaceModel::recordsDidChange);
-    connect(&m_draftLines, &TranscriptLinesModel::edited, this, [this] {
-        m_linesAreEdited = true;
-        updateUnsavedEdits();
-    });
-    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
-        &TranscriptLibraryWorkspaceModel::finishEditing);
+    forwardChanges();
+    connect(&m_store, &TranscriptLibraryStore::recordsChanged, this, &Self::recordsDidChange);
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &Self::finishEditing);
     connect(&m_preparation, &QTimer::timeout, this, [this] {
         if (m_store.prepareSearch(std::chrono::milliseconds(4))) {
             m_preparation.stop();
@@ -54,15 +50,14 @@ TranscriptLibraryWorkspaceModel::TranscriptLibraryWorkspaceModel(
 
 TranscriptLibraryWorkspaceModel::~TranscriptLibraryWorkspaceModel() = default;
 
-template<typename Value, typename Signal>
-bool TranscriptLibraryWorkspaceModel::set(Value &member, const Value &value, Signal changed)
+void TranscriptLibraryWorkspaceModel::forwardChanges()
 {
-    if (member == value) {
-        return false;
-    }
-    member = value;
-    emit(this->*changed)();
-    return true;
+    connect(&m_opened, &EditedTranscript::isLoadedChanged, this, &Self::isLoadedChanged);
+    connect(&m_opened, &EditedTranscript::loadedMetadataChanged, this, &Self::loadedMetadataChanged);
+    connect(&m_opened, &EditedTranscript::titleChanged, this, &Self::titleChanged);
+    connect(&m_opened, &EditedTranscript::noteChanged, this, &Self::noteChanged);
+    connect(&m_opened, &EditedTranscript::isEditingChanged, this, &Self::isEditingTranscriptChanged);
+    connect(&m_opened, &EditedTranscript::hasUnsavedEditsChanged, this, &Self::hasUnsavedEditsChanged);
 }
 
 /// Runs an operation; its failure becomes the error message, which a success clears.
@@ -80,7 +75,7 @@ template<typename Operation> bool TranscriptLibraryWorkspaceModel::attempt(Opera
 
 void TranscriptLibraryWorkspaceModel::setSearchText(const QString &text)
 {
-    if (set(m_searchText, text, &TranscriptLibraryWorkspaceModel::searchTextChanged)) {
+    if (setAndNotify(this, m_searchText, text, &Self::searchTextChanged)) {
         updateList();
     }
 }
@@ -104,44 +99,20 @@ QString TranscriptLibraryWorkspaceModel::selectedID() const
     return m_selectedId ? m_selectedId->toString(QUuid::WithoutBraces) : QString();
 }
 
-std::optional<TranscriptRecordMetadata> TranscriptLibraryWorkspaceModel::loadedMetadata() const
-{
-    return m_loaded ? std::optional(m_loaded->metadata) : std::nullopt;
-}
-
-void TranscriptLibraryWorkspaceModel::setTitle(const QString &title)
-{
-    if (set(m_title, title, &TranscriptLibraryWorkspaceModel::titleChanged)) {
-        updateUnsavedEdits();
-    }
-}
-
-void TranscriptLibraryWorkspaceModel::setNote(const QString &note)
-{
-    if (set(m_note, note, &TranscriptLibraryWorkspaceModel::noteChanged)) {
-        updateUnsavedEdits();
-    }
-}
-
 QString TranscriptLibraryWorkspaceModel::subtitle() const
 {
-    return m_loaded ? metadataSubtitle(m_loaded->metadata, m_locale) : QString();
+    const auto metadata = loadedMetadata();
+    return metadata ? metadataSubtitle(*metadata, m_locale) : QString();
 }
 
 QStringList TranscriptLibraryWorkspaceModel::glossaryTerms() const
 {
     QStringList chips;
-    if (m_loaded) {
-        const QList<SavedGlossaryTerm> &terms = m_loaded->metadata.glossaryTerms;
+    if (const auto metadata = loadedMetadata()) {
+        const QList<SavedGlossaryTerm> &terms = metadata->glossaryTerms;
         std::transform(terms.begin(), terms.end(), std::back_inserter(chips), chipText);
     }
     return chips;
-}
-
-void TranscriptLibraryWorkspaceModel::setEditingTranscript(bool isEditing)
-{
-    set(m_isEditingTranscript, isEditing && isLoaded(),
-        &TranscriptLibraryWorkspaceModel::isEditingTranscriptChanged);
 }
 
 QString TranscriptLibraryWorkspaceModel::pendingDeleteTitle() const
@@ -180,32 +151,24 @@ void TranscriptLibraryWorkspaceModel::selectRow(int row)
 
 bool TranscriptLibraryWorkspaceModel::saveEdits()
 {
-    if (!m_loaded) {
+    if (!isLoaded()) {
         return false;
     }
-    const TranscriptDocument edited = draft();
+    TranscriptDocument edited = m_opened.draft();
     const QScopedValueRollback<bool> saving(m_isSaving, true);
     const bool isSaved = attempt([&] { m_store.update(edited); });
     if (isSaved) {
-        m_loaded = edited;
         if (const TranscriptRecordMetadata *record = selectedRecord()) {
-            m_loaded->metadata = *record;
+            edited.metadata = *record;
         }
-        m_linesAreEdited = false;
-        updateUnsavedEdits();
-        emit loadedMetadataChanged();
+        m_opened.noteSaved(edited);
     }
     return isSaved;
 }
 
-void TranscriptLibraryWorkspaceModel::revertEdits()
-{
-    show(std::optional(m_loaded));
-}
-
 bool TranscriptLibraryWorkspaceModel::finishEditing()
 {
-    return !m_hasUnsavedEdits || saveEdits();
+    return !hasUnsavedEdits() || saveEdits();
 }
 
 void TranscriptLibraryWorkspaceModel::copyText(const QString &text) const
@@ -215,17 +178,17 @@ void TranscriptLibraryWorkspaceModel::copyText(const QString &text) const
 
 void TranscriptLibraryWorkspaceModel::copySourceText() const
 {
-    copyText(draft().sourceText());
+    copyText(m_opened.draft().sourceText());
 }
 
 void TranscriptLibraryWorkspaceModel::copyTranslationText() const
 {
-    copyText(draft().translationText());
+    copyText(m_opened.draft().translationText());
 }
 
 void TranscriptLibraryWorkspaceModel::copyBilingualText() const
 {
-    copyText(draft().bilingualText());
+    copyText(m_opened.draft().bilingualText());
 }
 
 QVariantList TranscriptLibraryWorkspaceModel::exportFormats()
@@ -248,17 +211,17 @@ QUrl TranscriptLibraryWorkspaceModel::exportFile(const QString &format) const
 {
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     return QUrl::fromLocalFile(
-        documents + QLatin1Char('/') + safeFilename(m_title) + QLatin1Char('.') + format);
+        documents + QLatin1Char('/') + safeFilename(title()) + QLatin1Char('.') + format);
 }
 
 bool TranscriptLibraryWorkspaceModel::exportRecord(const QString &format, const QUrl &file)
 {
     const std::optional<TranscriptExport> wanted = transcriptExport(format);
-    if (!m_loaded || !wanted) {
+    if (!isLoaded() || !wanted) {
         return false;
     }
     try {
-        lumaphone::exportFile(file.toLocalFile(), exported(draft(), *wanted, m_locale));
+        lumaphone::exportFile(file.toLocalFile(), exported(m_opened.draft(), *wanted, m_locale));
     } catch (const LocalizedError &error) {
         setErrorMessage(error.errorDescription());
         return false;
@@ -319,7 +282,7 @@ void TranscriptLibraryWorkspaceModel::recordsDidChange()
     const TranscriptRecordMetadata *record = selectedRecord();
     if (record == nullptr) {
         clearSelection();
-    } else if (m_loaded && !m_isSaving && m_loaded->metadata != *record) {
+    } else if (isLoaded() && !m_isSaving && loadedMetadata() != *record) {
         reload();
     }
 }
@@ -328,20 +291,13 @@ void TranscriptLibraryWorkspaceModel::updateList()
 {
     m_records.setRecords(m_store.filteredRecords(m_searchText));
     updateSelectedRow();
-    set(m_shownEmptyListText, emptyListText(), &TranscriptLibraryWorkspaceModel::emptyListTextChanged);
+    setAndNotify(this, m_shownEmptyListText, emptyListText(), &Self::emptyListTextChanged);
 }
 
 void TranscriptLibraryWorkspaceModel::updateSelectedRow()
 {
-    set(m_selectedRow, m_selectedId ? m_records.rowOf(*m_selectedId) : -1,
-        &TranscriptLibraryWorkspaceModel::selectedRowChanged);
-}
-
-void TranscriptLibraryWorkspaceModel::updateUnsavedEdits()
-{
-    const bool differs = m_loaded
-        && (m_linesAreEdited || m_title != m_loaded->metadata.title || m_note != m_loaded->metadata.note);
-    set(m_hasUnsavedEdits, differs, &TranscriptLibraryWorkspaceModel::hasUnsavedEditsChanged);
+    setAndNotify(
+        this, m_selectedRow, m_selectedId ? m_records.rowOf(*m_selectedId) : -1, &Self::selectedRowChanged);
 }
 
 void TranscriptLibraryWorkspaceModel::open(const QUuid &id)
@@ -349,70 +305,39 @@ void TranscriptLibraryWorkspaceModel::open(const QUuid &id)
     const bool isAnother = std::exchange(m_selectedId, id) != id;
     std::optional<TranscriptDocument> document;
     attempt([&] { document = m_store.loadRecord(id); });
-    show(document);
+    m_opened.show(document);
     if (isAnother) {
         updateSelectedRow();
         emit selectedIDChanged();
     }
 }
 
-/// Takes over what was saved elsewhere; what the user has changed here stays.
 void TranscriptLibraryWorkspaceModel::reload()
 {
-    const bool titleIsEdited = m_title != m_loaded->metadata.title;
-    const bool noteIsEdited = m_note != m_loaded->metadata.note;
     TranscriptDocument stored;
-    if (!attempt([&] { stored = m_store.loadRecord(*m_selectedId); })) {
-        return;
+    if (attempt([&] { stored = m_store.loadRecord(*m_selectedId); })) {
+        m_opened.takeOver(stored);
     }
-    m_loaded = stored;
-    if (!titleIsEdited) {
-        setTitle(stored.metadata.title);
-    }
-    if (!noteIsEdited) {
-        setNote(stored.metadata.note);
-    }
-    if (!m_linesAreEdited) {
-        m_draftLines.setLines(stored.lines);
-    }
-    updateUnsavedEdits();
-    emit loadedMetadataChanged();
 }
 
 void TranscriptLibraryWorkspaceModel::clearSelection()
 {
     if (m_selectedId) {
         m_selectedId.reset();
-        show(std::nullopt);
+        m_opened.show(std::nullopt);
         updateSelectedRow();
         emit selectedIDChanged();
     }
 }
 
-void TranscriptLibraryWorkspaceModel::show(const std::optional<TranscriptDocument> &document)
-{
-    const bool wasLoaded = isLoaded();
-    m_loaded = document;
-    m_linesAreEdited = false;
-    setEditingTranscript(false);
-    setTitle(document ? document->metadata.title : QString());
-    setNote(document ? document->metadata.note : QString());
-    m_draftLines.setLines(document ? document->lines : QList<SavedTranscriptLine>());
-    updateUnsavedEdits();
-    emit loadedMetadataChanged();
-    if (wasLoaded != isLoaded()) {
-        emit isLoadedChanged();
-    }
-}
-
 void TranscriptLibraryWorkspaceModel::setPendingDelete(const std::optional<TranscriptRecordMetadata> &record)
 {
-    set(m_pendingDelete, record, &TranscriptLibraryWorkspaceModel::pendingDeleteChanged);
+    setAndNotify(this, m_pendingDelete, record, &Self::pendingDeleteChanged);
 }
 
 void TranscriptLibraryWorkspaceModel::setErrorMessage(const QString &message)
 {
-    set(m_errorMessage, message, &TranscriptLibraryWorkspaceModel::errorMessageChanged);
+    setAndNotify(this, m_errorMessage, message, &Self::errorMessageChanged);
 }
 
 const TranscriptRecordMetadata *TranscriptLibraryWorkspaceModel::selectedRecord() const
@@ -421,16 +346,6 @@ const TranscriptRecordMetadata *TranscriptLibraryWorkspaceModel::selectedRecord(
     const auto found = std::find_if(records.begin(), records.end(),
         [this](const TranscriptRecordMetadata &record) { return record.id == m_selectedId; });
     return found == records.end() ? nullptr : &*found;
-}
-
-/// The opened document with what the user has changed.
-TranscriptDocument TranscriptLibraryWorkspaceModel::draft() const
-{
-    TranscriptDocument document = m_loaded.value_or(TranscriptDocument());
-    document.metadata.title = m_title;
-    document.metadata.note = m_note;
-    document.lines = m_draftLines.lines();
-    return document;
 }
 
 } // namespace lumaphone

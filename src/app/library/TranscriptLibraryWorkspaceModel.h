@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/library/EditedTranscript.h"
 #include "app/library/TranscriptLibraryModel.h"
-#include "app/library/TranscriptLinesModel.h"
 #include "storage/TranscriptDocument.h"
 
 #include <QCoroTask>
@@ -65,21 +65,21 @@ public:
     /// -1 if nothing is selected or the search leaves the selected record out.
     int selectedRow() const { return m_selectedRow; }
     /// Whether the selected record could be read.
-    bool isLoaded() const { return m_loaded.has_value(); }
-    std::optional<TranscriptRecordMetadata> loadedMetadata() const;
+    bool isLoaded() const { return m_opened.isLoaded(); }
+    std::optional<TranscriptRecordMetadata> loadedMetadata() const { return m_opened.loadedMetadata(); }
 
-    const QString &title() const { return m_title; }
-    void setTitle(const QString &title);
-    const QString &note() const { return m_note; }
-    void setNote(const QString &note);
-    TranscriptLinesModel *draftLines() { return &m_draftLines; }
+    const QString &title() const { return m_opened.title(); }
+    void setTitle(const QString &title) { m_opened.setTitle(title); }
+    const QString &note() const { return m_opened.note(); }
+    void setNote(const QString &note) { m_opened.setNote(note); }
+    TranscriptLinesModel *draftLines() { return m_opened.lines(); }
     QString subtitle() const;
     /// The record's terms as the chips show them, such as "原文 → 譯文".
     QStringList glossaryTerms() const;
 
-    bool isEditingTranscript() const { return m_isEditingTranscript; }
-    void setEditingTranscript(bool isEditing);
-    bool hasUnsavedEdits() const { return m_hasUnsavedEdits; }
+    bool isEditingTranscript() const { return m_opened.isEditing(); }
+    void setEditingTranscript(bool isEditing) { m_opened.setEditing(isEditing); }
+    bool hasUnsavedEdits() const { return m_opened.hasUnsavedEdits(); }
     const QString &errorMessage() const { return m_errorMessage; }
     const std::optional<TranscriptRecordMetadata> &pendingDelete() const { return m_pendingDelete; }
     bool hasPendingDelete() const { return m_pendingDelete.has_value(); }
@@ -94,7 +94,7 @@ public:
     /// Saves title, note and lines. False, with an error message, if that fails.
     Q_INVOKABLE bool saveEdits();
     /// Takes back what has not been saved.
-    Q_INVOKABLE void revertEdits();
+    Q_INVOKABLE void revertEdits() { m_opened.revert(); }
     /// Saves what has not been saved, if anything. False if that fails.
     Q_INVOKABLE bool finishEditing();
 
@@ -138,38 +138,31 @@ signals:
     void pendingDeleteChanged();
 
 private:
-    template<typename Value, typename Signal> bool set(Value &member, const Value &value, Signal changed);
+    using Self = TranscriptLibraryWorkspaceModel;
+
     template<typename Operation> bool attempt(Operation operation);
 
+    void forwardChanges();
     void recordsDidChange();
     void updateList();
     void updateSelectedRow();
-    void updateUnsavedEdits();
     void open(const QUuid &id);
     void reload();
     void clearSelection();
-    void show(const std::optional<TranscriptDocument> &document);
     void setPendingDelete(const std::optional<TranscriptRecordMetadata> &record);
     void setErrorMessage(const QString &message);
     const TranscriptRecordMetadata *selectedRecord() const;
-    TranscriptDocument draft() const;
     QCoro::Task<> reveal(TranscriptRecordMetadata record);
 
     TranscriptLibraryStore &m_store;
     QTimer m_preparation;
     QLocale m_locale;
     TranscriptLibraryModel m_records;
-    TranscriptLinesModel m_draftLines;
+    EditedTranscript m_opened;
     QString m_searchText;
     QString m_shownEmptyListText;
     std::optional<QUuid> m_selectedId;
     int m_selectedRow = -1;
-    std::optional<TranscriptDocument> m_loaded; ///< as it was read or saved last
-    QString m_title;
-    QString m_note;
-    bool m_linesAreEdited = false;
-    bool m_hasUnsavedEdits = false;
-    bool m_isEditingTranscript = false;
     bool m_isSaving = false;
     QString m_errorMessage;
     std::optional<TranscriptRecordMetadata> m_pendingDelete;

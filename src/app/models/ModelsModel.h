@@ -1,8 +1,7 @@
 #pragma once
 
-#include "app/models/DownloadPace.h"
 #include "app/models/InstallationMemory.h"
-#include "models/ModelGroup.h"
+#include "app/models/ModelItem.h"
 #include "models/ModelInstaller.h"
 
 #include <QAbstractListModel>
@@ -12,7 +11,6 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <stop_token>
 
 namespace lumaphone {
@@ -85,28 +83,12 @@ signals:
     void installationEnded(const QString &text);
 
 private:
-    struct Row
-    {
-        ModelGroup group;
-        bool isQueued = false;
-        std::optional<ModelProgress> progress;
-        DownloadPace pace;
-        qint64 later = 0; ///< bytes that its other models take, as far as they are known
-        QString errorText;
-    };
     struct Running;
 
-    ModelState stateOf(const Row &row) const;
-    QString statusText(const Row &row) const;
-    void note(Row &row, const ModelProgress &progress);
-    /// How much is to be fetched, or what it becomes, as the end of a sentence; empty if nobody knows.
-    QString sizeText(const Row &row) const;
-    bool hasLicence(const Row &row) const;
-    QList<const ModelEntry *> missing(QList<const ModelEntry *> entries) const;
     /// The row's models that no other row uses, and that can be removed.
-    QList<const ModelEntry *> ownEntries(const Row &row) const;
-    bool isRemovable(const Row &row) const;
-    QString removalText(const Row &row) const;
+    QList<const ModelEntry *> ownEntries(const ModelItem &item) const;
+    bool isRemovable(const ModelItem &item) const;
+    QString removalText(const ModelItem &item) const;
     int findRow(ModelKind kind, const QString &language) const;
     void changed(int row, const QList<int> &roles = {});
     void startNext();
@@ -117,7 +99,7 @@ private:
     ModelInstaller m_installer;
     InstallationMemory m_memory;
     MonotonicTime m_time;
-    QList<Row> m_rows;
+    QList<ModelItem> m_items; ///< row by row
     std::deque<std::shared_ptr<Running>> m_queue; ///< the first one is running
 };
 

@@ -1,7 +1,7 @@
 #include "speech/host/OfflineNetwork.h"
 
-#include "speech/host/ConfigurationBlock.h"
-#include "speech/host/HostFailure.h"
+#include "speech/host/RecognizerConfiguration.h"
+#include "speech/host/RuntimeCalls.h"
 #include "speech/host/Segmenter.h"
 
 namespace lumaphone::host {
@@ -9,20 +9,19 @@ namespace lumaphone::host {
 namespace {
 
 // Offsets in the library's OfflineRecognizerConfig.
-struct OfflineLayout
+constexpr std::size_t offlineModel = RecognizerLayout::firstOfModel;
+constexpr RecognizerLayout offlineLayout {.tokens = offlineModel + 96,
+    .threadCount = offlineModel + 104,
+    .provider = offlineModel + 112,
+    .decodingMethod = 528};
+struct OfflineFilesLayout
 {
     enum : std::size_t {
-        sampleRate = 0,
-        featureDimension = 4,
-        tokens = 8 + 96,
-        threadCount = 8 + 104,
-        provider = 8 + 112,
-        senseVoiceModel = 8 + 152,
-        senseVoiceLanguage = 8 + 160,
-        senseVoiceNormalizes = 8 + 168,
-        moonshineEncoder = 8 + 176 + 8,
-        moonshineDecoder = 8 + 176 + 32, // the merged one; the others' places stay empty
-        decodingMethod = 528,
+        senseVoiceModel = offlineModel + 152,
+        senseVoiceLanguage = offlineModel + 160,
+        senseVoiceNormalizes = offlineModel + 168,
+        moonshineEncoder = offlineModel + 176 + 8,
+        moonshineDecoder = offlineModel + 176 + 32, // the merged one; the others' places stay empty
     };
 };
 
@@ -50,16 +49,16 @@ void setFiles(ConfigurationBlock &block, const Network &network, const std::stri
         if (network.files.size() != 1) {
             break;
         }
-        block.setText(OfflineLayout::senseVoiceModel, network.files.front());
-        block.setText(OfflineLayout::senseVoiceLanguage, language.empty() ? "auto" : language);
-        block.setInteger(OfflineLayout::senseVoiceNormalizes, 1);
+        block.setText(OfflineFilesLayout::senseVoiceModel, network.files.front());
+        block.setText(OfflineFilesLayout::senseVoiceLanguage, language.empty() ? "auto" : language);
+        block.setInteger(OfflineFilesLayout::senseVoiceNormalizes, 1);
         return;
     case NetworkKind::moonshine:
         if (network.files.size() != 2) {
             break;
         }
-        block.setText(OfflineLayout::moonshineEncoder, network.files[0]);
-        block.setText(OfflineLayout::moonshineDecoder, network.files[1]);
+        block.setText(OfflineFilesLayout::moonshineEncoder, network.files[0]);
+        block.setText(OfflineFilesLayout::moonshineDecoder, network.files[1]);
         return;
     case NetworkKind::streamingCtc:
     case NetworkKind::streamingTransducer:
@@ -69,16 +68,10 @@ void setFiles(ConfigurationBlock &block, const Network &network, const std::stri
         FailureKind::network, "a network of whole segments has one file, or an encoder and a decoder");
 }
 
-ConfigurationBlock configurationOf(const Network &network, const std::string &language, int threads)
+ConfigurationBlock offlineConfiguration(const Network &network, const std::string &language, int threads)
 {
-    ConfigurationBlock block;
-    block.setInteger(OfflineLayout::sampleRate, static_cast<std::int32_t>(samplesPerSecond));
-    block.setInteger(OfflineLayout::featureDimension, 80);
-    block.setText(OfflineLayout::tokens, network.tokens);
-    block.setInteger(OfflineLayout::threadCount, threads);
-    block.setText(OfflineLayout::provider, "cpu");
+    ConfigurationBlock block = recognizerConfiguration(offlineLayout, network, threads);
     setFiles(block, network, language);
-    block.setText(OfflineLayout::decodingMethod, "greedy_search");
     return block;
 }
 
@@ -90,15 +83,9 @@ OfflineNetwork::OfflineNetwork(
     , m_kind(network.kind)
     , m_recognizer(nullptr, runtime.destroyOfflineRecognizer)
 {
-    const ConfigurationBlock block = configurationOf(network, language, threads);
-    try {
-        m_recognizer.reset(m_runtime.createOfflineRecognizer(block.data()));
-    } catch (const std::exception &error) {
-        throw HostFailure(FailureKind::network, error.what());
-    }
-    if (!m_recognizer) {
-        throw HostFailure(FailureKind::network, network.files.front());
-    }
+    const ConfigurationBlock block = offlineConfiguration(network, language, threads);
+    m_recognizer.reset(makeOf(network.files.front(), FailureKind::network,
+        [&] { return m_runtime.createOfflineRecognizer(block.data()); }));
 }
 
 Hearing OfflineNetwork::decode(std::int64_t, std::span<const float> samples, bool isComplete)
@@ -114,13 +101,13 @@ Hearing OfflineNetwork::decode(std::int64_t, std::span<const float> samples, boo
 
 Hearing OfflineNetwork::hear(std::span<const float> samples) const
 {
-    try {
-        const std::unique_ptr<const void, void (*)(const void *)> stream(
+    return callRuntime(FailureKind::decoding, [&]() -> Hearing {
+        const SpeechRuntime::Handle stream(
             m_runtime.createOfflineStream(m_recognizer.get()), m_runtime.destroyOfflineStream);
         m_runtime.acceptWaveformOffline(stream.get(), static_cast<std::int32_t>(samplesPerSecond),
             samples.data(), static_cast<std::int32_t>(samples.size()));
         m_runtime.decodeOfflineStream(m_recognizer.get(), stream.get());
-        const std::unique_ptr<const void, void (*)(const void *)> result(
+        const SpeechRuntime::Handle result(
             m_runtime.getOfflineStreamResult(stream.get()), m_runtime.destroyOfflineRecognizerResult);
         if (!result) {
             return {};
@@ -128,9 +115,7 @@ Hearing OfflineNetwork::hear(std::span<const float> samples) const
         return {textAt(result.get(), OfflineResultLayout::text),
             unmarked(textAt(result.get(), OfflineResultLayout::language)),
             unmarked(textAt(result.get(), OfflineResultLayout::event))};
-    } catch (const std::exception &error) {
-        throw HostFailure(FailureKind::decoding, error.what());
-    }
+    });
 }
 
 } // namespace lumaphone::host

@@ -4,7 +4,9 @@
 #include "speech/host/SpeechRuntime.h"
 #include "speech/protocol/SpeechHostMessages.h"
 
-#include <memory>
+#include <cstdint>
+#include <span>
+#include <string>
 
 namespace lumaphone::host {
 
@@ -25,7 +27,7 @@ private:
 
     const SpeechRuntime &m_runtime;
     const NetworkKind m_kind;
-    std::unique_ptr<const void, void (*)(const void *)> m_recognizer;
+    SpeechRuntime::Handle m_recognizer;
 };
 
 } // namespace lumaphone::host

@@ -22,6 +22,8 @@ public:
 
     using Object = void *;
     using ConstObject = const void *;
+    /// An object together with the function that destroys it.
+    using Handle = std::unique_ptr<const void, void (*)(ConstObject)>;
 
     ConstObject (*createOfflineRecognizer)(const void *configuration);
     void (*destroyOfflineRecognizer)(ConstObject recognizer);

@@ -1,7 +1,7 @@
 #include "speech/host/StreamingNetwork.h"
 
-#include "speech/host/ConfigurationBlock.h"
-#include "speech/host/HostFailure.h"
+#include "speech/host/RecognizerConfiguration.h"
+#include "speech/host/RuntimeCalls.h"
 #include "speech/host/Segmenter.h"
 
 #include <vector>
@@ -11,19 +11,18 @@ namespace lumaphone::host {
 namespace {
 
 // Offsets in the library's OnlineRecognizerConfig.
-struct OnlineLayout
+constexpr std::size_t onlineModel = RecognizerLayout::firstOfModel;
+constexpr RecognizerLayout onlineLayout {.tokens = onlineModel + 48,
+    .threadCount = onlineModel + 56,
+    .provider = onlineModel + 64,
+    .decodingMethod = 144};
+struct OnlineFilesLayout
 {
     enum : std::size_t {
-        sampleRate = 0,
-        featureDimension = 4,
-        encoder = 8 + 0,
-        decoder = 8 + 8,
-        joiner = 8 + 16,
-        tokens = 8 + 48,
-        threadCount = 8 + 56,
-        provider = 8 + 64,
-        nemoCtc = 8 + 120,
-        decodingMethod = 144,
+        encoder = onlineModel + 0,
+        decoder = onlineModel + 8,
+        joiner = onlineModel + 16,
+        nemoCtc = onlineModel + 120,
     };
 };
 
@@ -32,26 +31,20 @@ constexpr std::size_t onlineResultText = 0;
 // Networks look a little ahead: the end of a segment is followed by so much silence.
 constexpr std::size_t lookAhead = samplesPerSecond;
 
-ConfigurationBlock configurationOf(const Network &network, int threads)
+ConfigurationBlock onlineConfiguration(const Network &network, int threads)
 {
     const bool isTransducer = network.kind == NetworkKind::streamingTransducer;
     if (network.files.size() != (isTransducer ? 3 : 1)) {
         throw HostFailure(FailureKind::network, "a streaming network has one file, a transducer three");
     }
-    ConfigurationBlock block;
-    block.setInteger(OnlineLayout::sampleRate, static_cast<std::int32_t>(samplesPerSecond));
-    block.setInteger(OnlineLayout::featureDimension, 80);
+    ConfigurationBlock block = recognizerConfiguration(onlineLayout, network, threads);
     if (isTransducer) {
-        block.setText(OnlineLayout::encoder, network.files[0]);
-        block.setText(OnlineLayout::decoder, network.files[1]);
-        block.setText(OnlineLayout::joiner, network.files[2]);
+        block.setText(OnlineFilesLayout::encoder, network.files[0]);
+        block.setText(OnlineFilesLayout::decoder, network.files[1]);
+        block.setText(OnlineFilesLayout::joiner, network.files[2]);
     } else {
-        block.setText(OnlineLayout::nemoCtc, network.files[0]);
+        block.setText(OnlineFilesLayout::nemoCtc, network.files[0]);
     }
-    block.setText(OnlineLayout::tokens, network.tokens);
-    block.setInteger(OnlineLayout::threadCount, threads);
-    block.setText(OnlineLayout::provider, "cpu");
-    block.setText(OnlineLayout::decodingMethod, "greedy_search");
     return block;
 }
 
@@ -62,20 +55,14 @@ StreamingNetwork::StreamingNetwork(const SpeechRuntime &runtime, const Network &
     , m_recognizer(nullptr, runtime.destroyOnlineRecognizer)
     , m_stream(nullptr, runtime.destroyOnlineStream)
 {
-    const ConfigurationBlock block = configurationOf(network, threads);
-    try {
-        m_recognizer.reset(m_runtime.createOnlineRecognizer(block.data()));
-    } catch (const std::exception &error) {
-        throw HostFailure(FailureKind::network, error.what());
-    }
-    if (!m_recognizer) {
-        throw HostFailure(FailureKind::network, network.files.front());
-    }
+    const ConfigurationBlock block = onlineConfiguration(network, threads);
+    m_recognizer.reset(makeOf(network.files.front(), FailureKind::network,
+        [&] { return m_runtime.createOnlineRecognizer(block.data()); }));
 }
 
 Hearing StreamingNetwork::decode(std::int64_t start, std::span<const float> samples, bool isComplete)
 {
-    try {
+    return callRuntime(FailureKind::decoding, [&] {
         if (!m_stream || m_start != start) {
             m_stream.reset(m_runtime.createOnlineStream(m_recognizer.get()));
             m_start = start;
@@ -90,7 +77,8 @@ Hearing StreamingNetwork::decode(std::int64_t start, std::span<const float> samp
         while (m_runtime.isOnlineStreamReady(m_recognizer.get(), m_stream.get()) != 0) {
             m_runtime.decodeOnlineStream(m_recognizer.get(), m_stream.get());
         }
-        const Handle result(m_runtime.getOnlineStreamResult(m_recognizer.get(), m_stream.get()),
+        const SpeechRuntime::Handle result(
+            m_runtime.getOnlineStreamResult(m_recognizer.get(), m_stream.get()),
             m_runtime.destroyOnlineRecognizerResult);
         Hearing hearing;
         hearing.text = result ? textAt(result.get(), onlineResultText) : std::string();
@@ -98,9 +86,7 @@ Hearing StreamingNetwork::decode(std::int64_t start, std::span<const float> samp
             m_stream.reset();
         }
         return hearing;
-    } catch (const std::exception &error) {
-        throw HostFailure(FailureKind::decoding, error.what());
-    }
+    });
 }
 
 void StreamingNetwork::accept(std::span<const float> samples)

@@ -4,7 +4,9 @@
 #include "speech/host/SpeechRuntime.h"
 #include "speech/protocol/SpeechHostMessages.h"
 
-#include <memory>
+#include <cstddef>
+#include <cstdint>
+#include <span>
 
 namespace lumaphone::host {
 
@@ -19,13 +21,11 @@ public:
     bool hearsFromTheStart() const override { return false; }
 
 private:
-    using Handle = std::unique_ptr<const void, void (*)(const void *)>;
-
     void accept(std::span<const float> samples);
 
     const SpeechRuntime &m_runtime;
-    Handle m_recognizer;
-    Handle m_stream; ///< of the segment under way
+    SpeechRuntime::Handle m_recognizer;
+    SpeechRuntime::Handle m_stream; ///< of the segment under way
     std::int64_t m_start = 0;
     std::size_t m_heard = 0; ///< of its samples
 };

@@ -1,7 +1,7 @@
 #include "speech/host/VoiceDetector.h"
 
 #include "speech/host/ConfigurationBlock.h"
-#include "speech/host/HostFailure.h"
+#include "speech/host/RuntimeCalls.h"
 #include "speech/host/Segmenter.h"
 
 #include <algorithm>
@@ -49,19 +49,13 @@ VoiceDetector::VoiceDetector(const SpeechRuntime &runtime, const std::string &mo
     block.setInteger(DetectorLayout::sampleRate, static_cast<std::int32_t>(samplesPerSecond));
     block.setInteger(DetectorLayout::threadCount, 1);
     block.setText(DetectorLayout::provider, "cpu");
-    try {
-        m_detector.reset(m_runtime.createVoiceActivityDetector(block.data(), bufferSeconds));
-    } catch (const std::exception &error) {
-        throw HostFailure(FailureKind::voiceDetector, error.what());
-    }
-    if (!m_detector) {
-        throw HostFailure(FailureKind::voiceDetector, modelFile);
-    }
+    m_detector.reset(makeOf(modelFile, FailureKind::voiceDetector,
+        [&] { return m_runtime.createVoiceActivityDetector(block.data(), bufferSeconds); }));
 }
 
 bool VoiceDetector::isSpeech(std::span<const float> samples)
 {
-    try {
+    return callRuntime(FailureKind::voiceDetector, [&] {
         m_runtime.voiceActivityDetectorAcceptWaveform(
             m_detector.get(), samples.data(), static_cast<std::int32_t>(samples.size()));
         // It collects segments of its own, which nobody needs.
@@ -70,9 +64,7 @@ bool VoiceDetector::isSpeech(std::span<const float> samples)
         }
         m_assumedSpeech = std::max(0, m_assumedSpeech - 1);
         return m_runtime.voiceActivityDetectorDetected(m_detector.get()) != 0 || m_assumedSpeech > 0;
-    } catch (const std::exception &error) {
-        throw HostFailure(FailureKind::voiceDetector, error.what());
-    }
+    });
 }
 
 void VoiceDetector::forgetSound()

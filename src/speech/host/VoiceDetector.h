@@ -24,7 +24,7 @@ public:
 
 private:
     const SpeechRuntime &m_runtime;
-    std::unique_ptr<const void, void (*)(const void *)> m_detector;
+    SpeechRuntime::Handle m_detector;
     int m_assumedSpeech = 0; ///< windows for which it cannot know yet
 };
 
