@@ -11,7 +11,7 @@ namespace {
 
 constexpr int reduction = 4;
 constexpr int block = 8; ///< in pixels of kept pictures
-constexpr int slack = 2; ///< in pixels of photographs
+constexpr int slack = 4; ///< in pixels of photographs
 constexpr double tolerance = 9;
 
 double distance(QRgb a, QRgb b)

@@ -441,6 +441,8 @@ int main(int argc, char *argv[])
         }
         // Room for the window at twice its size.
         const PrivateDisplay display(QSize(2720, 1800));
+        // Away from the window, where it would look as if somebody were about to click.
+        display.control({QStringLiteral("mousemove"), QStringLiteral("2719"), QStringLiteral("1799")});
         const QGuiApplication application(argc, argv);
         const std::vector<std::pair<QString, void (*)(const QString &)>> subjects {
             {QStringLiteral("live"), &photographLive},
