@@ -138,6 +138,27 @@ private slots:
         QCOMPARE(window.tooltip(), "");
     }
 
+    void thePointerShowsWhatAPillHasNoRoomFor()
+    {
+        Studio studio("/dev/null/" + QString("a-folder-with-a-long-name-").repeated(8));
+        studio.open(QSize(1040, 680));
+        studio.live->startOrStop();
+        studio.settle();
+        studio.converse();
+        studio.live->startOrStop();
+        studio.settle();
+        studio.live->saveTranscript();
+        studio.settle();
+        drawFrame(*studio.window);
+        const QQuickItem *pill = studio.find("workspace.saveError");
+        QVERIFY(pill != nullptr);
+        const QRectF place = pill->mapRectToScene({0, 0, pill->width(), pill->height()});
+        QVERIFY(place.width() > 100 && place.right() <= studio.find("card.status")->mapToScene({}).x());
+        QTest::mouseMove(studio.window, QPoint(300, 100));
+        QTest::mouseMove(studio.window, place.center().toPoint());
+        QVERIFY(waitUntil([&] { return shownTooltip(*studio.window) == studio.live->saveErrorMessage(); }));
+    }
+
     void aPickerIsOpenedAndAnsweredByPointer()
     {
         const Window window;
