@@ -18,6 +18,16 @@ const QString interpreter = QStringLiteral("/usr/bin/python3");
 const QStringList lookForLibrary {QStringLiteral("-c"),
     QStringLiteral("import gi; gi.require_version('Atspi', '2.0'); from gi.repository import Atspi")};
 
+/// "DEPTH|ROLE|STATES|NAME".
+AccessibleItem item(const QString &line)
+{
+    const auto part = [&line](int index) {
+        return line.section(QLatin1Char('|'), index, index);
+    };
+    return {part(0).toInt(), part(1), part(2).split(QLatin1Char(','), Qt::SkipEmptyParts),
+        line.section(QLatin1Char('|'), 3)};
+}
+
 } // namespace
 
 AccessibilityBus::AccessibilityBus()
@@ -79,7 +89,7 @@ const QStringList &AccessibilityBus::focused()
     return m_focused;
 }
 
-QStringList AccessibilityBus::walk()
+QList<AccessibleItem> AccessibilityBus::walk()
 {
     m_items.clear();
     m_hasWalked = false;
@@ -90,7 +100,7 @@ QStringList AccessibilityBus::walk()
             return m_hasWalked;
         },
         accessibilityPatienceMs);
-    return m_hasWalked ? m_items : QStringList();
+    return m_hasWalked ? m_items : QList<AccessibleItem>();
 }
 
 void AccessibilityBus::read()
@@ -104,7 +114,7 @@ void AccessibilityBus::read()
         } else if (word == QStringLiteral("focused")) {
             m_focused.append(rest);
         } else if (word == QStringLiteral("item")) {
-            m_items.append(rest);
+            m_items.append(item(rest));
         } else {
             m_isReady = m_isReady || word == QStringLiteral("ready");
             m_hasWalked = m_hasWalked || word == QStringLiteral("walked");

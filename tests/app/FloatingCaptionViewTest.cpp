@@ -8,6 +8,7 @@
 #include "support/VirtualClock.h"
 #include "support/VisibleItems.h"
 
+#include <QAccessible>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QImage>
@@ -47,6 +48,12 @@ struct Fixture
     int pixelSize(const char *line) const
     {
         return view.find(line)->property("font").value<QFont>().pixelSize();
+    }
+    /// What a screen reader says of the panel.
+    QString read()
+    {
+        drawFrame(view.window());
+        return QAccessible::queryAccessibleInterface(view.window().rootObject())->text(QAccessible::Name);
     }
     /// What a photograph of the panel shows, once it has been drawn anew.
     QImage picture()
@@ -321,6 +328,77 @@ private slots:
         QCOMPARE(f.view.textOf("floatingCaption.newest"), QString("最新"));
     }
 
+    void everyButtonSaysWhatItDoesUntilItIsPressed_data()
+    {
+        QTest::addColumn<QSize>("panel");
+        QTest::addColumn<int>("turned");
+        QTest::addColumn<QString>("help");
+        QTest::newRow("floatingCaption.hold") << QSize(820, 400) << 0 << "暫停浮動字幕";
+        QTest::newRow("floatingCaption.newest") << QSize(820, 400) << 120 << "回到最新一句";
+        QTest::newRow("floatingCaption.grow") << QSize(360, 96) << 0 << "放大面板，顯示整句字幕";
+    }
+    void everyButtonSaysWhatItDoesUntilItIsPressed()
+    {
+        QFETCH(const QSize, panel);
+        QFETCH(const int, turned);
+        QFETCH(const QString, help);
+        ReadingFixture f(2);
+        QQuickWindow &window = f.view.window();
+        hurryTooltips(window);
+        f.view.window().rootObject()->setProperty("isInteractive", true);
+        window.resize(panel);
+        QTRY_COMPARE(window.size(), panel);
+        f.reader.turnWheel(turned);
+        QTest::mouseMove(&window, {panel.width() / 2, panel.height() / 2});
+        QVERIFY(waitUntil([&] { return f.view.isShown(QTest::currentDataTag()); }));
+        QCOMPARE(shownTooltip(window), "");
+        drawFrame(window);
+        const QQuickItem *button = f.view.find(QTest::currentDataTag());
+        const QPoint there = button->mapToScene({button->width() / 2, button->height() / 2}).toPoint();
+        QTest::mouseMove(&window, there);
+        QVERIFY(waitUntil([&] { return shownTooltip(window) == help; }));
+        QTest::mousePress(&window, Qt::LeftButton, {}, there);
+        QVERIFY(waitUntil([&] { return shownTooltip(window).isEmpty(); }));
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, there);
+        settle();
+        drawFrame(window);
+        QCOMPARE(shownTooltip(window), "");
+    }
+
+    void aScreenReaderReadsWhatIsShown()
+    {
+        Fixture f;
+        f.show("原", "譯");
+        QCOMPARE(f.read(), "原\n譯");
+        f.settings.setCaptionOrder(FloatingCaptionOrder::translationFirst);
+        QCOMPARE(f.read(), "譯\n原");
+        f.settings.setCaptionDisplayMode(FloatingCaptionDisplayMode::sourceOnly);
+        QCOMPARE(f.read(), "原");
+        f.settings.setCaptionDisplayMode(FloatingCaptionDisplayMode::translationOnly);
+        f.show("原", "");
+        QCOMPARE(f.read(), "");
+    }
+
+    void aScreenReaderReadsAllLinesOfAPage()
+    {
+        ReadingFixture f(2);
+        QCOMPARE(f.read(), "2番目\n第2句\n3番目\n第3句");
+        f.settings.setCaptionOrder(FloatingCaptionOrder::translationFirst);
+        QCOMPARE(f.read(), "第2句\n2番目\n第3句\n3番目");
+        f.settings.setCaptionDisplayMode(FloatingCaptionDisplayMode::translationOnly);
+        QCOMPARE(f.read(), "第2句\n第3句");
+        f.reader.turnWheel(120);
+        QCOMPARE(f.read(), "第1句\n第2句");
+        f.reader.follow();
+        // The older line has no room any more.
+        f.view.window().resize(820, 80);
+        QTRY_COMPARE(f.view.window().height(), 80);
+        QCOMPARE(f.read(), "第3句");
+        f.settings.setCaptionLines(0);
+        f.show("a", "b");
+        QCOMPARE(f.read(), "b");
+    }
+
     void inSilenceTheTextsLeaveAndTheCardStays()
     {
         Fixture f;
@@ -332,7 +410,9 @@ private slots:
         reader.noteSaid("a", "b");
         f.show("原", "譯");
         QVERIFY(pixelsLike(Qt::white, f.picture(), QRect(300, 40, 220, 100)) > 50);
+        QCOMPARE(f.read(), "原\n譯");
         clock->advance(std::chrono::seconds(5));
+        QCOMPARE(f.read(), "");
         QVERIFY(waitUntil(
             [&] { return pixelsLike(Qt::black, f.picture(), QRect(300, 40, 221, 101)) == 220 * 100; }));
         reader.noteSaid("c", "d");

@@ -14,17 +14,6 @@ using namespace lumaphone::test;
 
 namespace {
 
-/// The tooltip that is shown; empty if there is none.
-QString tooltipIn(const QQuickWindow &window)
-{
-    for (const QObject *object : window.findChildren<QObject *>()) {
-        if (object->inherits("QQuickToolTip") && object->property("visible").toBool()) {
-            return object->property("text").toString();
-        }
-    }
-    return {};
-}
-
 /// The whole window, used by pointer and keyboard as a user does.
 struct Window
 {
@@ -49,7 +38,55 @@ struct Window
         drawFrame(*studio.window);
     }
     bool focus(const QString &name) const { return studio.focus(name); }
-    QString tooltip() const { return tooltipIn(*studio.window); }
+    bool opens(const QString &sheet) const
+    {
+        return waitUntil([&] { return studio.object(sheet).property("opened").toBool(); });
+    }
+    /// Opens a sheet from the menu, by keyboard.
+    bool openFromMenu(const QString &entry, const QString &sheet) const
+    {
+        if (!focus("moreSettings")) {
+            return false;
+        }
+        press(Qt::Key_Space);
+        if (!comes(entry)) {
+            return false;
+        }
+        for (int step = 0; step < 12 && !studio.find(entry)->property("highlighted").toBool(); ++step) {
+            press(Qt::Key_Down);
+        }
+        press(Qt::Key_Return);
+        return opens(sheet);
+    }
+    /// Opens the sheet with that control, if it is in one.
+    bool reach(const QString &control) const
+    {
+        if (control.startsWith("welcome")) {
+            return openFromMenu("menu.welcome", "welcome");
+        }
+        if (!control.startsWith("glossary")) {
+            return true;
+        }
+        studio.glossaryStore->add({.id = QUuid::createUuid(),
+            .source = "tea",
+            .target = "茶",
+            .mode = LumaphoneGlossaryTermMode::translate,
+            .note = {},
+            .isEnabled = true,
+            .caseSensitive = false});
+        if (!openFromMenu("menu.glossary", "glossary")) {
+            return false;
+        }
+        if (!control.startsWith("glossaryEditor")) {
+            return true;
+        }
+        if (!focus("glossary.list")) {
+            return false;
+        }
+        press(Qt::Key_Return);
+        return opens("glossaryEditor");
+    }
+    QString tooltip() const { return shownTooltip(*studio.window); }
     AppleSystemSpeechLanguage language() const { return studio.session.controller->sourceLanguage(); }
 };
 
@@ -73,11 +110,7 @@ private slots:
     {
         QFETCH(const QString, help);
         const Window window;
-        for (QObject *object : window.studio.window->findChildren<QObject *>()) {
-            if (object->inherits("QQuickToolTip")) {
-                object->setProperty("delay", 0); // so that one that came back would be there at once
-            }
-        }
+        hurryTooltips(*window.studio.window);
         QQuickItem *control = window.studio.find(QTest::currentDataTag());
         const QPoint there = control->mapToScene({control->width() / 2, control->height() / 2}).toPoint();
         const QPoint elsewhere(300, 600);
@@ -94,6 +127,27 @@ private slots:
         settle();
         drawFrame(*window.studio.window);
         QCOMPARE(window.tooltip(), "");
+    }
+
+    void thePointerShowsWhatAPillHasNoRoomFor()
+    {
+        Studio studio("/dev/null/" + QString("a-folder-with-a-long-name-").repeated(8));
+        studio.open(QSize(1040, 680));
+        studio.live->startOrStop();
+        studio.settle();
+        studio.converse();
+        studio.live->startOrStop();
+        studio.settle();
+        studio.live->saveTranscript();
+        studio.settle();
+        drawFrame(*studio.window);
+        const QQuickItem *pill = studio.find("workspace.saveError");
+        QVERIFY(pill != nullptr);
+        const QRectF place = pill->mapRectToScene({0, 0, pill->width(), pill->height()});
+        QVERIFY(place.width() > 100 && place.right() <= studio.find("card.status")->mapToScene({}).x());
+        QTest::mouseMove(studio.window, QPoint(300, 100));
+        QTest::mouseMove(studio.window, place.center().toPoint());
+        QVERIFY(waitUntil([&] { return shownTooltip(*studio.window) == studio.live->saveErrorMessage(); }));
     }
 
     void aPickerIsOpenedAndAnsweredByPointer()
@@ -209,7 +263,9 @@ private slots:
         QTest::addColumn<QString>("picker");
         for (const char *picker :
             {"languageMenu", "inspector.source.picker", "inspector.language.picker", "inspector.mode.picker",
-                "inspector.theme.picker", "inspector.display.picker", "glossary.new.mode"}) {
+                "inspector.theme.picker", "inspector.display.picker", "inspector.order.picker",
+                "inspector.font.picker", "inspector.lines.picker", "inspector.silence.picker",
+                "glossary.new.mode", "glossaryEditor.mode", "welcome.source", "welcome.language"}) {
             QTest::newRow(picker) << QString(picker);
         }
     }
@@ -217,19 +273,19 @@ private slots:
     {
         QFETCH(const QString, picker);
         const Window window;
-        if (picker.startsWith("glossary")) {
-            QVERIFY(window.focus("moreSettings"));
-            window.press(Qt::Key_Space);
-            QVERIFY(window.comes("menu.glossary"));
-            window.press(Qt::Key_Down);
-            window.press(Qt::Key_Down);
-            window.press(Qt::Key_Return);
-            QVERIFY(waitUntil([&] { return window.studio.object("glossary").property("opened").toBool(); }));
-        }
+        QVERIFY(window.reach(picker));
         QVERIFY(window.focus(picker));
         const QQuickItem &item = *window.studio.find(picker);
         const QString before = item.property("displayText").toString();
         const bool isLast = item.property("currentIndex").toInt() == item.property("count").toInt() - 1;
+        window.press(Qt::Key_Space);
+        QVERIFY(window.comes(picker + ".choices"));
+        window.press(isLast ? Qt::Key_Up : Qt::Key_Down);
+        QCOMPARE(item.property("displayText").toString(), before); // nothing is chosen yet
+        window.press(Qt::Key_Escape);
+        QVERIFY(window.goes(picker + ".choices"));
+        QVERIFY(window.isShown(picker)); // nor has a sheet gone with the choices
+        QCOMPARE(item.property("displayText").toString(), before);
         window.press(Qt::Key_Space);
         QVERIFY(window.comes(picker + ".choices"));
         window.press(isLast ? Qt::Key_Up : Qt::Key_Down);

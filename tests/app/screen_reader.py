@@ -3,8 +3,8 @@
     said TEXT               a notification has appeared
     focused ROLE|NAME       the keyboard has come to something
 
-To "walk" on the standard input it goes through everything that the application shows and prints "item ROLE|STATES|NAME" for each,
-then "walked".
+To "walk" on the standard input it goes through everything that the application shows and prints "item DEPTH|ROLE|STATES|NAME" for
+each, then "walked".
 """
 import sys
 
@@ -34,14 +34,20 @@ def shown(item):
     return states.contains(Atspi.StateType.SHOWING) or item.get_role() == Atspi.Role.APPLICATION
 
 
-def walk(item):
+def name_of(item):
+    """Nothing is told of a secret field; people hear what it is in."""
+    is_secret = item.get_role() == Atspi.Role.PASSWORD_TEXT
+    return (item.get_parent() if is_secret else item).get_name() or ""
+
+
+def walk(item, depth=0):
     states = item.get_state_set()
     held = [name for name in STATES if states.contains(getattr(Atspi.StateType, name))]
-    say("item", "|".join((item.get_role_name(), ",".join(held), item.get_name() or "")))
+    say("item", "|".join((str(depth), item.get_role_name(), ",".join(held), name_of(item))))
     for index in range(item.get_child_count()):
         child = item.get_child_at_index(index)
         if child is not None and shown(child):
-            walk(child)
+            walk(child, depth + 1)
 
 
 def on_event(event):
@@ -51,7 +57,7 @@ def on_event(event):
     try:
         source.clear_cache()
         if event.type.startswith("object:state-changed:focused"):
-            say("focused", f"{source.get_role_name()}|{source.get_name() or ''}")
+            say("focused", f"{source.get_role_name()}|{name_of(source)}")
         elif source.get_role() == Atspi.Role.NOTIFICATION:
             say("said", source.get_name())
     except GLib.Error:

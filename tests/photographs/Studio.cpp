@@ -48,6 +48,8 @@ QImage pictureAtRest(QQuickWindow &window)
 }
 
 QStringList chosenPictures;
+bool isContrastHigh = false;
+bool areWindowsSmallest = false;
 
 } // namespace
 
@@ -107,8 +109,21 @@ void Studio::setChosen(const QStringList &pictures)
     chosenPictures = pictures;
 }
 
+void Studio::setHighContrast(bool isHigh)
+{
+    isContrastHigh = isHigh;
+}
+
+void Studio::setSmallest(bool isSmallest)
+{
+    areWindowsSmallest = isSmallest;
+}
+
 void Studio::open(QSize size)
 {
+    if (areWindowsSmallest) {
+        size = QSize(1040, 680);
+    }
     modelStore = std::make_unique<ModelStore>(
         folder + QStringLiteral("/Models"), catalogue, std::make_shared<FolderResources>(m_program.path()));
     models = std::make_unique<ModelsModel>(*modelStore, session.mainQueue);
@@ -125,7 +140,9 @@ void Studio::open(QSize size)
         {QStringLiteral("glossary"), QVariant::fromValue(glossary.get())},
         {QStringLiteral("modelOffer"), QVariant::fromValue(modelOffer.get())},
         {QStringLiteral("welcome"), QVariant::fromValue(welcome.get())},
+        {QStringLiteral("diagnosis"), QVariant::fromValue(diagnosis.get())},
         {QStringLiteral("soundTest"), QVariant::fromValue(soundTest.get())},
+        {QStringLiteral("isHighContrast"), isContrastHigh},
         {QStringLiteral("width"), size.width()},
         {QStringLiteral("height"), size.height()},
     });

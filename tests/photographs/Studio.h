@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/diagnosis/DiagnosisModel.h"
 #include "app/floating/FloatingCaptionWindowController.h"
 #include "app/glossary/GlossarySettingsModel.h"
 #include "app/inspector/InspectorModel.h"
@@ -32,6 +33,10 @@ public:
 
     /// The only pictures that are taken, by name; all if there are none.
     static void setChosen(const QStringList &pictures);
+    /// Whether windows look as on a desktop that asks for more contrast.
+    static void setHighContrast(bool isHigh);
+    /// Whether windows are as small as they can be, whatever size is asked for.
+    static void setSmallest(bool isSmallest);
 
     /// Opens the window.
     void open(QSize size = QSize(1280, 800));
@@ -77,6 +82,8 @@ public:
     std::unique_ptr<ModelOffer> modelOffer;
     /// Nobody is welcomed without it; to be made before open().
     std::unique_ptr<WelcomeModel> welcome;
+    /// The machine cannot be looked at without it; to be made before open().
+    std::unique_ptr<DiagnosisModel> diagnosis;
     std::unique_ptr<FloatingCaptionWindowController> floatingCaptions;
     std::unique_ptr<QQmlApplicationEngine> engine;
     QQuickWindow *window = nullptr;

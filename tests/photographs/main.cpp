@@ -422,19 +422,25 @@ void photographWelcome(const QString &target)
 
 int main(int argc, char *argv[])
 {
-    const QString mode = argc == 4 ? QString::fromLocal8Bit(argv[1]) : QString();
-    const bool isRenewing = mode == QLatin1String("--renew");
-    const bool isComparing = mode == QLatin1String("--compare");
-    if (argc < 2 || argc > 4 || (argc == 4 && !isRenewing && !isComparing)) {
+    QStringList arguments;
+    for (int index = 1; index < argc; ++index) {
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+    }
+    const bool isRenewing = arguments.removeOne(QStringLiteral("--renew"));
+    const bool isComparing = arguments.removeOne(QStringLiteral("--compare"));
+    const bool isKeeping = isRenewing || isComparing;
+    Studio::setHighContrast(arguments.removeOne(QStringLiteral("--high-contrast")));
+    Studio::setSmallest(arguments.removeOne(QStringLiteral("--smallest")));
+    if (arguments.isEmpty() || arguments.size() > 2 || (isKeeping && arguments.size() != 2)) {
         std::fprintf(stderr,
-            "Usage: lumaphone-photographs FOLDER [SUBJECT]\n"
+            "Usage: lumaphone-photographs [--high-contrast] [--smallest] FOLDER [SUBJECT]\n"
             "       lumaphone-photographs --compare|--renew KEPT FOLDER\n");
         return 2;
     }
-    const QString target = QString::fromLocal8Bit(argv[argc == 4 ? 3 : 1]);
+    const QString &target = isKeeping ? arguments[1] : arguments[0];
+    const QString subject = !isKeeping && arguments.size() == 2 ? arguments[1] : QString();
     try {
-        const auto kept
-            = argc == 4 ? std::optional<KeptPictures>(QString::fromLocal8Bit(argv[2])) : std::nullopt;
+        const auto kept = isKeeping ? std::optional<KeptPictures>(arguments[0]) : std::nullopt;
         if (kept) {
             QDir(target).removeRecursively();
             Studio::setChosen(kept->names());
@@ -458,7 +464,7 @@ int main(int argc, char *argv[])
             {QStringLiteral("reading"), &photographReading},
         };
         for (const auto &[name, photographSubject] : subjects) {
-            if (kept ? kept->hasSubject(name) : argc == 2 || name == QString::fromLocal8Bit(argv[2])) {
+            if (kept ? kept->hasSubject(name) : subject.isEmpty() || name == subject) {
                 photographSubject(target);
             }
         }

@@ -25,6 +25,27 @@ inline QQuickItem *findVisible(QQuickItem *item, const QString &objectName)
     return item->objectName() == objectName ? item : nullptr;
 }
 
+/// The text of the tooltip that is shown; empty if there is none.
+inline QString shownTooltip(const QQuickWindow &window)
+{
+    for (const QObject *object : window.findChildren<QObject *>()) {
+        if (object->inherits("QQuickToolTip") && object->property("visible").toBool()) {
+            return object->property("text").toString();
+        }
+    }
+    return {};
+}
+
+/// Lets tooltips come as soon as the pointer rests, those too that should not come.
+inline void hurryTooltips(const QQuickWindow &window)
+{
+    for (QObject *object : window.findChildren<QObject *>()) {
+        if (object->inherits("QQuickToolTip")) {
+            object->setProperty("delay", 0);
+        }
+    }
+}
+
 /// Whatever has changed has its place when a frame has been drawn.
 inline void drawFrame(QQuickWindow &window)
 {

@@ -28,10 +28,16 @@ T.ItemDelegate {
         if (choice.list)
             choice.list.widestChoice = Math.max(choice.list.widestChoice, choice.wanted);
     }
+    onHighlightedChanged: {
+        if (choice.highlighted && choice.list?.visible)
+            ScreenReader.comeTo(choice);
+    }
 
     Accessible.role: Accessible.ListItem
     Accessible.name: modelData.title
     Accessible.selected: isChosen
+    Accessible.focusable: true
+    Accessible.focused: highlighted
 
     contentItem: RowLayout {
         spacing: Theme.unit

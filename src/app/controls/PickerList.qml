@@ -3,6 +3,8 @@ import QtQuick.Templates as T
 
 /// The opened list of a PopUpPicker.
 ListView {
+    /// What is chosen, for those who cannot see it.
+    required property string title
     required property int chosenIndex
     /// Each choice says how wide it is: asking for what they take would go round in a circle, as they fill the list.
     property real widestChoice: 0
@@ -13,4 +15,6 @@ ListView {
     highlightMoveDuration: 0
     boundsBehavior: Flickable.StopAtBounds
     T.ScrollBar.vertical: AppScrollBar {}
+    Accessible.role: Accessible.List
+    Accessible.name: title
 }

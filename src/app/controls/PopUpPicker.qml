@@ -81,9 +81,16 @@ T.ComboBox {
         height: Math.min(implicitContentHeight + topPadding + bottomPadding, 360)
         padding: 6
         margins: Theme.unit
+        // Its own item is the dialog that a screen reader comes to.
+        onAboutToShow: contentItem.parent.Accessible.name = picker.help
+        onClosed: {
+            if (picker.activeFocus)
+                ScreenReader.comeTo(picker);
+        }
 
         contentItem: PickerList {
             objectName: picker.objectName + ".choices"
+            title: picker.help
             chosenIndex: picker.currentIndex
             model: picker.delegateModel
             currentIndex: picker.highlightedIndex

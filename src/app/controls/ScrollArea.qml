@@ -9,6 +9,8 @@ Rectangle {
     default property alias content: page.data
     /// Before the names of its parts.
     property string name
+    /// What it is, for those who cannot see it.
+    required property string title
     /// For the keyboard.
     readonly property alias flickable: flickable
 
@@ -39,6 +41,8 @@ Rectangle {
         clip: true
         activeFocusOnTab: true
         T.ScrollBar.vertical: AppScrollBar {}
+        Accessible.role: Accessible.Document
+        Accessible.name: area.title
 
         Keys.onPressed: event => {
             const distances = {

@@ -34,11 +34,16 @@ T.Popup {
             sheet.initialFocus.forceActiveFocus();
     }
 
+    // Its own item is the dialog that a screen reader comes to.
+    Binding {
+        target: sheet.contentItem.parent.Accessible
+        property: "name"
+        value: sheet.title
+    }
+
     FocusScope {
         anchors.fill: parent
         focus: true
-        Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
 
         ColumnLayout {
             id: column

@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Lumaphone.Controls
 
 /// One of a few values that are all in view. `clicked` asks to choose it.
-T.AbstractButton {
+T.TabButton {
     id: segment
 
     property bool isChosen: false
@@ -15,11 +15,14 @@ T.AbstractButton {
     font.family: Theme.fontFamily
     font.pixelSize: Theme.body
     font.bold: isChosen
+    checked: isChosen
 
-    Accessible.role: Accessible.PageTab
     Accessible.name: text
     Accessible.selected: isChosen
     Accessible.onPressAction: segment.clicked()
+
+    // What is shown is what was decided, not what was clicked.
+    onToggled: segment.checked = Qt.binding(() => segment.isChosen)
 
     contentItem: Text {
         horizontalAlignment: Text.AlignHCenter

@@ -35,6 +35,10 @@ FocusScope {
 
     implicitWidth: 240
     implicitHeight: column.implicitHeight
+    // The toolkit tells nothing of a secret field but what it is in.
+    Accessible.role: Accessible.Grouping
+    Accessible.name: box.accessibleName
+    Accessible.ignored: !box.isSecret
 
     ColumnLayout {
         id: column
@@ -75,8 +79,7 @@ FocusScope {
 
             Accessible.role: Accessible.EditableText
             Accessible.name: box.accessibleName === "" ? placeholder.text : box.accessibleName
-            // The toolkit does not tell the name of a secret field.
-            Accessible.description: box.isSecret ? Texts.listed(box.accessibleName, placeholder.text) : placeholder.text
+            Accessible.description: placeholder.text
             Accessible.passwordEdit: box.isSecret
 
             onTextEdited: box.edited()

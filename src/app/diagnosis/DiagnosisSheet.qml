@@ -25,6 +25,7 @@ Sheet {
         id: area
 
         name: "diagnosis"
+        title: sheet.title
         Layout.fillWidth: true
         Layout.fillHeight: true
         // The sheet does not jump when the answers are there.

@@ -26,13 +26,20 @@ Item {
     readonly property bool isWhole: showsSource === source.visible && (!showsSource || source.isWhole) && (!showsTranslation
         || translation.isWhole)
 
+    readonly property bool isSourceShown: showsSource && room.showsSource
+    /// What is read there, from the top to the bottom.
+    readonly property string shownText: {
+        const texts = [isSourceShown ? sourceText : "", showsTranslation ? translationText : ""];
+        return (style.isTranslationFirst ? texts.reverse() : texts).filter(text => text !== "").join("\n");
+    }
+
     implicitHeight: (source.visible ? source.height : 0) + (translation.visible ? translation.height : 0)
 
     CaptionLine {
         id: source
 
         objectName: "floatingCaption.source"
-        visible: pair.showsSource && pair.room.showsSource
+        visible: pair.isSourceShown
         y: pair.style.isTranslationFirst && translation.visible ? translation.height : 0
         width: pair.width
         text: pair.sourceText

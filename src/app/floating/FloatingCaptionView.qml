@@ -31,7 +31,7 @@ Item {
     implicitWidth: 820
     implicitHeight: 180
     Accessible.role: Accessible.StaticText
-    Accessible.name: (style.showsSourceText ? style.sourceLine + "\n" : "") + (style.showsTranslationText ? style.translationLine : "")
+    Accessible.name: isQuiet ? "" : isReading ? lines.shownText : pair.shownText
 
     FloatingCaptionLook {
         id: captionLook

@@ -50,4 +50,10 @@ T.AbstractButton {
         radius: height / 2
         color: button.well
     }
+
+    HelpTip {
+        text: button.help
+        isWanted: button.isOffered && button.hovered
+        isPressed: button.down
+    }
 }

@@ -15,6 +15,16 @@ Item {
     readonly property captionRoom room: look.roomIn(height, style.wantsSourceText ? sourceSample.leastHeight : 0,
         style.showsTranslationText ? translationSample.leastHeight : 0)
     readonly property real wantedHeight: column.implicitHeight + 2 * style.verticalPadding
+    /// What is read there, from the top to the bottom.
+    readonly property string shownText: {
+        const texts = [];
+        for (let row = 0; row < lines.count; ++row) {
+            const line = lines.itemAt(row) as CaptionPair;
+            if (line?.opacity > 0)
+                texts.push(line.shownText);
+        }
+        return texts.join("\n");
+    }
     readonly property bool isWhole: column.implicitHeight <= room.textHeight
 
     CaptionLineFit {
@@ -45,6 +55,8 @@ Item {
         spacing: Math.round(reading.style.translationFontSize * reading.style.lineSpacing * 0.35)
 
         Repeater {
+            id: lines
+
             model: reading.rows
 
             CaptionPair {

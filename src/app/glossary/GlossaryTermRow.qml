@@ -29,6 +29,12 @@ T.ItemDelegate {
     Accessible.role: Accessible.ListItem
     Accessible.name: source + (target === "" ? "" : " → " + target)
     Accessible.description: Texts.listed(detail, isTermEnabled ? Texts.isEnabled : Texts.isDisabled)
+    Accessible.focusable: true
+    Accessible.focused: isCurrent
+    onIsCurrentChanged: {
+        if (row.isCurrent)
+            ScreenReader.comeTo(row);
+    }
     onDoubleClicked: row.edited()
     // Else it would be a click; the list knows the other keys.
     Keys.onSpacePressed: row.switched()

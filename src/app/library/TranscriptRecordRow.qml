@@ -11,6 +11,8 @@ T.ItemDelegate {
     required property bool isSelected
     /// Whether the list it is in has the keyboard.
     property bool isListFocused: false
+    /// Whether the keyboard is here.
+    readonly property bool isCurrent: isSelected && isListFocused
 
     implicitHeight: texts.implicitHeight + 2 * Theme.gap
     horizontalPadding: Theme.gap
@@ -23,6 +25,12 @@ T.ItemDelegate {
     Accessible.description: subtitle
     Accessible.selectable: true
     Accessible.selected: isSelected
+    Accessible.focusable: true
+    Accessible.focused: isCurrent
+    onIsCurrentChanged: {
+        if (row.isCurrent)
+            ScreenReader.comeTo(row);
+    }
     Accessible.onPressAction: row.clicked()
 
     Column {
@@ -61,7 +69,7 @@ T.ItemDelegate {
 
         Rectangle {
             anchors.fill: parent
-            visible: row.isSelected && row.isListFocused
+            visible: row.isCurrent
             radius: parent.radius
             color: "transparent"
             border.width: 2

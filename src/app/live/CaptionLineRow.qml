@@ -44,6 +44,10 @@ Item {
     Accessible.selected: isSelected
     Accessible.focusable: true
     Accessible.focused: isCurrent
+    onIsCurrentChanged: {
+        if (row.isCurrent)
+            ScreenReader.comeTo(row);
+    }
 
     Rectangle {
         anchors.fill: parent

@@ -86,8 +86,22 @@ Card {
                 Accessible.role: Accessible.Heading
             }
 
+            // As wide as what is left of the row, whatever a pill in it says.
             Item {
                 Layout.fillWidth: true
+                implicitHeight: saveError.implicitHeight
+
+                StatusPill {
+                    id: saveError
+
+                    objectName: "workspace.saveError"
+                    anchors.right: parent.right
+                    visible: text !== ""
+                    maximumWidth: parent.width
+                    text: card.session.saveErrorMessage
+                    systemImage: "exclamationmark.triangle.fill"
+                    tone: Chip.Tone.Danger
+                }
             }
 
             StatusPill {
@@ -96,17 +110,6 @@ Card {
                 text: card.session.restoredDraftMessage
                 systemImage: "arrow.counterclockwise.circle.fill"
                 tone: Chip.Tone.Accent
-            }
-
-            StatusPill {
-                objectName: "workspace.saveError"
-                Layout.fillWidth: true
-                Layout.maximumWidth: implicitWidth
-                visible: text !== ""
-                maximumWidth: card.width
-                text: card.session.saveErrorMessage
-                systemImage: "exclamationmark.triangle.fill"
-                tone: Chip.Tone.Danger
             }
 
             StatusPill {

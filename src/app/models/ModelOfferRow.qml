@@ -33,6 +33,7 @@ Rectangle {
             Layout.fillWidth: true
             text: row.title
             wrapMode: Text.Wrap
+            Accessible.ignored: true
         }
 
         RowLayout {

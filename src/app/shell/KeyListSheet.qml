@@ -20,6 +20,7 @@ Sheet {
         id: area
 
         name: "keys"
+        title: sheet.title
         Layout.fillWidth: true
         Layout.fillHeight: true
 

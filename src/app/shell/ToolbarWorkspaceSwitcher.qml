@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import Lumaphone.Controls
 import Lumaphone.Texts
 
 /// Switches between the two workspaces. `picked` asks to change `selection`.
-T.Control {
+Rectangle {
     id: switcher
 
     /// "live" or "library".
@@ -14,14 +13,18 @@ T.Control {
 
     signal picked(workspace: string)
 
-    implicitWidth: implicitContentWidth + 2 * padding
+    implicitWidth: segments.implicitWidth + 6
     implicitHeight: Theme.controlHeight
-    padding: 3
-    hoverEnabled: true
+    radius: Theme.radius
+    color: Theme.well
     Accessible.role: Accessible.PageTabList
     Accessible.name: Texts.switchWorkspaces
 
-    contentItem: Row {
+    Row {
+        id: segments
+
+        anchors.centerIn: parent
+
         SwitcherSegment {
             objectName: "workspace.live"
             text: Texts.live
@@ -39,14 +42,13 @@ T.Control {
         }
     }
 
-    background: Rectangle {
-        radius: Theme.radius
-        color: Theme.well
+    HoverHandler {
+        id: pointer
     }
 
     HelpTip {
         text: Texts.switchWorkspaces
-        isWanted: switcher.hovered
+        isWanted: pointer.hovered
         isPressed: switcher.isPressed
     }
 }
