@@ -92,7 +92,8 @@ T.ComboBox {
             objectName: picker.objectName + ".choices"
             title: picker.help
             chosenIndex: picker.currentIndex
-            model: picker.delegateModel
+            // Choices that outlived it would be destroyed twice along with the picker while a screen reader listens.
+            model: picker.popup.visible ? picker.delegateModel : null
             currentIndex: picker.highlightedIndex
         }
 
