@@ -16,6 +16,12 @@ from gi.repository import Atspi, GLib  # noqa: E402
 STATES = ("FOCUSABLE", "FOCUSED", "SELECTABLE", "SELECTED", "CHECKED")
 
 
+def role_of(item):
+    """Its role's name, which newer buses have made shorter."""
+    name = item.get_role_name()
+    return {"button": "push button", "push button menu": "push button"}.get(name, name)
+
+
 def say(*words):
     print(*(" ".join(str(word).split()) for word in words), flush=True)
 
@@ -43,7 +49,7 @@ def name_of(item):
 def walk(item, depth=0):
     states = item.get_state_set()
     held = [name for name in STATES if states.contains(getattr(Atspi.StateType, name))]
-    say("item", "|".join((str(depth), item.get_role_name(), ",".join(held), name_of(item))))
+    say("item", "|".join((str(depth), role_of(item), ",".join(held), name_of(item))))
     for index in range(item.get_child_count()):
         child = item.get_child_at_index(index)
         if child is not None and shown(child):
@@ -57,7 +63,7 @@ def on_event(event):
     try:
         source.clear_cache()
         if event.type.startswith("object:state-changed:focused"):
-            say("focused", f"{source.get_role_name()}|{name_of(source)}")
+            say("focused", f"{role_of(source)}|{name_of(source)}")
         elif source.get_role() == Atspi.Role.NOTIFICATION:
             say("said", source.get_name())
     except GLib.Error:
