@@ -97,7 +97,7 @@ private slots:
     {
         const auto line = [this] {
             for (const AccessibleItem &item : m_bus->walk()) {
-                if (item.told() == QStringLiteral("list item|四。 譯:四。")) {
+                if (item.told() == QStringLiteral("list item|第10。 譯:第10。")) {
                     return item;
                 }
             }
