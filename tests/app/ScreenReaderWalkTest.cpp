@@ -213,12 +213,14 @@ private slots:
     void theMenu()
     {
         m_studio->click("moreSettings");
-        const QStringList entries {"menu item|自定義 API 提供者…", "menu item|術語表…", "menu item|字幕",
+        const QStringList entries {"menu item|自定義 API 提供者…", "menu item|術語表…",
             "menu item|開啟浮動字幕", "menu item|關閉浮動字幕", "menu item|暫停浮動字幕",
             "menu item|認識 Lumaphone…", "menu item|檢查這台電腦…", "menu item|鍵盤快速鍵…"};
         QStringList found;
         QVERIFY(comes([&] {
             found = toldOf(m_bus->walk()).filter("menu item|");
+            // Some toolkits tell of a heading as well.
+            found.removeAll("menu item|字幕");
             return !found.isEmpty();
         }));
         QCOMPARE(found, entries);

@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Lumaphone.Controls
 
-/// A menu in the program's look; its entries are AppMenuItem and AppMenuSeparator.
+/// A menu in the program's look; its entries are AppMenuItem and AppMenuSeparator. Its title is for those who
+/// cannot see it.
 T.Menu {
     id: menu
 
@@ -13,6 +14,13 @@ T.Menu {
     overlap: 1
 
     delegate: AppMenuItem {}
+
+    // Its own item is what a screen reader comes to.
+    Binding {
+        target: menu.contentItem.parent.Accessible
+        property: "name"
+        value: menu.title
+    }
 
     contentItem: ListView {
         implicitHeight: contentHeight

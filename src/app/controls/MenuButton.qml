@@ -10,4 +10,10 @@ ToolbarIconButton {
     isSelected: menu && menu.visible
     onClicked: menu.visible ? menu.close() : menu.popup(button, button.width - menu.implicitWidth, button.height + Theme.half)
     Accessible.role: Accessible.ButtonMenu
+
+    Binding {
+        target: button.menu
+        property: "title"
+        value: button.help
+    }
 }

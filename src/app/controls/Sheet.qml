@@ -73,12 +73,13 @@ T.Popup {
                     }
                 }
 
-                ColumnLayout {
+                Column {
                     Layout.fillWidth: true
+                    Layout.alignment: Qt.AlignVCenter
                     spacing: Theme.half
 
                     UiText {
-                        Layout.fillWidth: true
+                        width: parent?.width ?? 0
                         text: sheet.title
                         font.pixelSize: Theme.heading
                         font.bold: true
@@ -87,7 +88,7 @@ T.Popup {
                     }
 
                     UiText {
-                        Layout.fillWidth: true
+                        width: parent?.width ?? 0
                         visible: sheet.subtitle !== ""
                         text: sheet.subtitle
                         color: Theme.textSecondary

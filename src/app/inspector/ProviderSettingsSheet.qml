@@ -72,6 +72,8 @@ Sheet {
             spacing: 6
 
             Symbol {
+                Layout.alignment: Qt.AlignTop
+                Layout.topMargin: 2
                 name: "key.fill"
                 size: 14
                 color: Theme.textSoft

@@ -10,6 +10,8 @@ AppMenu {
     required property TranscriptModel transcript
     property int row: -1
 
+    title: Texts.keyLineMenu
+
     signal findWanted
 
     AppMenuItem {
