@@ -168,6 +168,9 @@ void Studio::photograph(const QString &target, const QString &name)
             continue;
         }
         window->setProperty("isDark", isDark);
+        // The last click has left the toolkit a pointer there.
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(window, &leave);
         settle();
         if (!waitUntil([this] { return areSheetsAtRest(*window); })) {
             throw std::runtime_error("A sheet does not finish opening or closing.");
