@@ -71,72 +71,81 @@ Card {
             onClosed: card.leaveFinding()
         }
 
-        RowLayout {
+        // Not a layout: one whose parts come and go while the session runs left them lying where they were.
+        Item {
             Layout.fillWidth: true
             Layout.leftMargin: Theme.margin
             Layout.rightMargin: Theme.space
             Layout.preferredHeight: 52
             visible: !card.isFinding
-            spacing: 6
 
             UiText {
+                id: heading
+
+                anchors.verticalCenter: parent.verticalCenter
                 text: Texts.justHeard
                 font.pixelSize: Theme.title
                 font.bold: true
                 Accessible.role: Accessible.Heading
             }
 
-            // As wide as what is left of the row, whatever a pill in it says.
-            Item {
-                Layout.fillWidth: true
-                implicitHeight: saveError.implicitHeight
+            StatusPill {
+                objectName: "workspace.saveError"
+                anchors.right: state.left
+                anchors.rightMargin: state.spacing
+                anchors.verticalCenter: parent.verticalCenter
+                visible: text !== ""
+                // What the row leaves, whatever it says.
+                maximumWidth: state.x - heading.width - 2 * state.spacing
+                text: card.session.saveErrorMessage
+                systemImage: "exclamationmark.triangle.fill"
+                tone: Chip.Tone.Danger
+            }
+
+            Row {
+                id: state
+
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 6
 
                 StatusPill {
-                    id: saveError
-
-                    objectName: "workspace.saveError"
-                    anchors.right: parent.right
+                    objectName: "workspace.restored"
+                    anchors.verticalCenter: parent.verticalCenter
                     visible: text !== ""
-                    maximumWidth: parent.width
-                    text: card.session.saveErrorMessage
-                    systemImage: "exclamationmark.triangle.fill"
-                    tone: Chip.Tone.Danger
+                    text: card.session.restoredDraftMessage
+                    systemImage: "arrow.counterclockwise.circle.fill"
+                    tone: Chip.Tone.Accent
                 }
-            }
 
-            StatusPill {
-                objectName: "workspace.restored"
-                visible: text !== ""
-                text: card.session.restoredDraftMessage
-                systemImage: "arrow.counterclockwise.circle.fill"
-                tone: Chip.Tone.Accent
-            }
+                StatusPill {
+                    objectName: "card.status"
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: card.lines.count > 0
+                    text: card.session.cardStatusText
+                    systemImage: card.lines.hasPendingTranslation ? "" : card.lines.failedCount > 0 ? "exclamationmark.circle.fill" : "checkmark.circle.fill"
+                    tone: card.lines.hasPendingTranslation ? Chip.Tone.Neutral : card.lines.failedCount > 0 ? Chip.Tone.Warning : Chip.Tone.Success
+                }
 
-            StatusPill {
-                objectName: "card.status"
-                visible: card.lines.count > 0
-                text: card.session.cardStatusText
-                systemImage: card.lines.hasPendingTranslation ? "" : card.lines.failedCount > 0 ? "exclamationmark.circle.fill" : "checkmark.circle.fill"
-                tone: card.lines.hasPendingTranslation ? Chip.Tone.Neutral : card.lines.failedCount > 0 ? Chip.Tone.Warning : Chip.Tone.Success
-            }
+                ActionButton {
+                    objectName: "card.translateAgain"
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: card.lines.failedCount > 0
+                    isCompact: true
+                    systemImage: "arrow.triangle.2.circlepath"
+                    text: Texts.translateAllAgain
+                    help: Texts.translateAllAgainHelp
+                    onClicked: card.session.translateAgain()
+                }
 
-            ActionButton {
-                objectName: "card.translateAgain"
-                Layout.leftMargin: Theme.half
-                visible: card.lines.failedCount > 0
-                isCompact: true
-                systemImage: "arrow.triangle.2.circlepath"
-                text: Texts.translateAllAgain
-                help: Texts.translateAllAgainHelp
-                onClicked: card.session.translateAgain()
-            }
-
-            ToolbarIconButton {
-                objectName: "card.find"
-                visible: card.lines.count > 0
-                systemImage: "magnifyingglass"
-                help: Texts.findHelp
-                onClicked: card.find()
+                ToolbarIconButton {
+                    objectName: "card.find"
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: card.lines.count > 0
+                    systemImage: "magnifyingglass"
+                    help: Texts.findHelp
+                    onClicked: card.find()
+                }
             }
         }
 
