@@ -78,8 +78,7 @@ private:
     std::unique_ptr<test::RunningProgram> m_program;
     std::vector<KnownProcess> m_family; ///< what the program has started
     qsizetype m_read = 0; ///< of what the program has printed
-    QHash<QString, QString>
-        m_shown; ///< what has been final of this program, as it was shown last, by its identities
+    QHash<QString, QString> m_shown; ///< what was final of this program, as last shown, by identity
     QStringList m_allShown; ///< those of all
     int m_lost = 0;
     int m_unexpected = 0; ///< ends, and ends that did not come

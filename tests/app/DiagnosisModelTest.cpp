@@ -1,5 +1,6 @@
 #include "app/diagnosis/DiagnosisModel.h"
 
+#include "app/MachineWithoutSound.h"
 #include "app/OffscreenTest.h"
 #include "app/ViewUnderTest.h"
 #include "support/Coroutines.h"
@@ -14,18 +15,6 @@ namespace diagnosismodeltest {
 
 using namespace lumaphone;
 using namespace lumaphone::test;
-
-namespace {
-
-MachineFacts machineWithoutSound()
-{
-    MachineFacts machine;
-    machine.program = "Lumaphone 1.0";
-    machine.sound.problem = "無法連線到聲音伺服器：Connection refused";
-    return machine;
-}
-
-} // namespace
 
 class DiagnosisModelTest : public QObject
 {

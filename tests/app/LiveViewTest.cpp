@@ -386,11 +386,7 @@ private slots:
         QVERIFY(inTheWay.open(QIODevice::WriteOnly));
         Studio studio(folder.path());
         studio.open();
-        studio.live->startOrStop();
-        studio.settle();
-        studio.converse();
-        studio.live->startOrStop();
-        studio.settle();
+        studio.holdSession();
         studio.live->saveTranscript();
         studio.settle();
         const auto *said = qobject_cast<QQuickItem *>(&studio.object("workspace.saveError"));

@@ -1,6 +1,7 @@
 #include "app/OffscreenTest.h"
 #include "photographs/Studio.h"
 #include "support/Coroutines.h"
+#include "support/GlossaryTerms.h"
 #include "support/VisibleItems.h"
 
 #include <QClipboard>
@@ -67,13 +68,7 @@ struct Window
         if (!control.startsWith("glossary")) {
             return true;
         }
-        studio.glossaryStore->add({.id = QUuid::createUuid(),
-            .source = "tea",
-            .target = "茶",
-            .mode = LumaphoneGlossaryTermMode::translate,
-            .note = {},
-            .isEnabled = true,
-            .caseSensitive = false});
+        studio.glossaryStore->add(translated("tea", "茶"));
         if (!openFromMenu("menu.glossary", "glossary")) {
             return false;
         }
@@ -133,11 +128,7 @@ private slots:
     {
         Studio studio("/dev/null/" + QString("a-folder-with-a-long-name-").repeated(8));
         studio.open(QSize(1040, 680));
-        studio.live->startOrStop();
-        studio.settle();
-        studio.converse();
-        studio.live->startOrStop();
-        studio.settle();
+        studio.holdSession();
         studio.live->saveTranscript();
         studio.settle();
         drawFrame(*studio.window);
@@ -299,11 +290,7 @@ private slots:
     {
         Window window;
         Studio &studio = window.studio;
-        studio.live->startOrStop();
-        studio.settle();
-        studio.converse();
-        studio.live->startOrStop();
-        studio.settle();
+        studio.holdSession();
         studio.live->saveTranscript();
         studio.content().setProperty("workspaceMode", "library");
         QVERIFY(window.comes("library.copy"));

@@ -1,6 +1,8 @@
+#include "app/MachineWithoutSound.h"
 #include "app/ScreenReaderProgram.h"
 #include "photographs/Studio.h"
 #include "support/Coroutines.h"
+#include "support/GlossaryTerms.h"
 #include "support/NeededPrograms.h"
 #include "support/VisibleItems.h"
 
@@ -81,14 +83,6 @@ QStringList inspector()
         "push button|管理術語", "push button|清除目前字幕"};
 }
 
-MachineFacts machineWithoutSound()
-{
-    MachineFacts machine;
-    machine.program = "Lumaphone 1.0";
-    machine.sound.problem = "無法連線到聲音伺服器：Connection refused";
-    return machine;
-}
-
 } // namespace
 
 /// A screen reader's walk through everything that the window can show: what it is told of each control, in
@@ -158,13 +152,7 @@ private slots:
 
     void theGlossary()
     {
-        m_studio->glossaryStore->add({.id = QUuid::createUuid(),
-            .source = "tea",
-            .target = "茶",
-            .mode = LumaphoneGlossaryTermMode::translate,
-            .note = {},
-            .isEnabled = true,
-            .caseSensitive = false});
+        m_studio->glossaryStore->add(translated("tea", "茶"));
         m_studio->content().setProperty("isGlossaryPresented", true);
         hear("glossary", "dialog|術語表",
             {"text|新術語的原文", "text|新術語的固定譯法", "combo box|模式", "check box|大小寫敏感",

@@ -260,4 +260,13 @@ void Studio::converse()
         QStringLiteral("等一下，剛剛那個點子也太可以了吧？"), japanese, false);
 }
 
+void Studio::holdSession()
+{
+    live->startOrStop();
+    settle();
+    converse();
+    live->startOrStop();
+    settle();
+}
+
 } // namespace lumaphone::test

@@ -63,6 +63,8 @@ public:
         bool isFinal = true);
     /// A conversation of a few lines, the last of them still open.
     void converse();
+    /// Starts, converses and stops.
+    void holdSession();
 
     /// Which models there are; to be changed before open().
     ModelCatalogue catalogue = catalogueWithSmallBundle();

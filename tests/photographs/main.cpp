@@ -140,10 +140,7 @@ void photographLive(const QString &target)
     {
         Studio studio(QStringLiteral("/dev/null"));
         studio.open();
-        start(studio);
-        studio.converse();
-        studio.live->startOrStop();
-        studio.settle();
+        studio.holdSession();
         studio.live->saveTranscript();
         studio.settle();
         if (studio.live->saveErrorMessage().isEmpty()) {
