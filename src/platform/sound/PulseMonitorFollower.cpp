@@ -6,10 +6,16 @@
 
 namespace lumaphone {
 
+using namespace std::chrono_literals;
+
 namespace {
 
 /// How long the server may take to name the successor of an output that has gone.
-constexpr std::chrono::seconds successionLimit {1};
+constexpr std::chrono::milliseconds successionLimit = 1s;
+/// How often a default is asked for that the server may not have told of.
+constexpr std::chrono::milliseconds inquiryInterval = 1s;
+/// The same while there is nothing to record.
+constexpr std::chrono::milliseconds searchInterval = 250ms;
 
 QString readable(const std::string &name)
 {
@@ -20,35 +26,50 @@ QString readable(const std::string &name)
 
 PulseMonitorFollower::PulseMonitorFollower(const PulseOptions &options, std::stop_token stop,
     const pa_sample_spec &sampleSpec, PulseRecorder::Sink sink, AwaitedHandler onAwaited)
-    : m_connection(options, std::move(stop))
+    : m_options(options)
+    , m_stop(std::move(stop))
+    , m_connection(m_options, m_stop)
+    , m_isPipeWire(m_connection.serverName().contains(u"PipeWire"))
     , m_sampleSpec(sampleSpec)
     , m_sink(std::move(sink))
     , m_onAwaited(std::move(onAwaited))
-    , m_returnLimit(options.returnLimit)
 {
 }
 
 void PulseMonitorFollower::start(const std::string &sinkName)
 {
-    // Opening a stream causes events of its own; only the server's own entry tells of a new default.
-    m_watch = m_connection.watch(PA_SUBSCRIPTION_MASK_SERVER | PA_SUBSCRIPTION_MASK_SINK,
+    // Opening a stream causes events of its own; only the server's own entry tells of a new default. Where
+    // PipeWire keeps that to itself, the streams that move along give it away.
+    const std::uint32_t followers
+        = m_isPipeWire ? PA_SUBSCRIPTION_MASK_SINK_INPUT : PA_SUBSCRIPTION_MASK_NULL;
+    m_watch = m_connection.watch(PA_SUBSCRIPTION_MASK_SERVER | PA_SUBSCRIPTION_MASK_SINK | followers,
         [this](pa_subscription_event_type_t event, std::uint32_t) {
-            if ((event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) == PA_SUBSCRIPTION_EVENT_SERVER) {
-                m_connection.change([this] { m_defaultMayHaveChanged = true; });
-            } else if ((event & PA_SUBSCRIPTION_EVENT_TYPE_MASK) != PA_SUBSCRIPTION_EVENT_CHANGE) {
-                m_connection.change([this] { m_outputsMayHaveChanged = true; });
-            }
+            const auto facility = event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK;
+            const auto kind = event & PA_SUBSCRIPTION_EVENT_TYPE_MASK;
+            m_connection.change([&] {
+                if (facility == PA_SUBSCRIPTION_EVENT_SERVER) {
+                    m_defaultMayHaveChanged = true;
+                } else if (facility == PA_SUBSCRIPTION_EVENT_SINK && kind != PA_SUBSCRIPTION_EVENT_CHANGE) {
+                    m_outputsMayHaveChanged = true;
+                } else {
+                    m_hasStirred = true;
+                }
+            });
         });
     record(sinkName);
 }
 
 void PulseMonitorFollower::follow()
 {
+    const auto hasNews = [this] {
+        return m_defaultMayHaveChanged || m_outputsMayHaveChanged || m_recorder->hasEnded();
+    };
     for (;;) {
-        m_connection.waitUntil(
-            [this] { return m_defaultMayHaveChanged || m_outputsMayHaveChanged || m_recorder->hasEnded(); });
-        goToDefault();
-        prepareOthers();
+        m_connection.waitUntil([&] { return hasNews() || m_hasStirred; }, inquiryInterval);
+        if (m_connection.waitUntil(hasNews, 0ms) || hasUntoldDefault()) {
+            goToDefault();
+            prepareOthers();
+        }
     }
 }
 
@@ -81,7 +102,7 @@ void PulseMonitorFollower::goToDefault()
         if (!std::exchange(isAwaited, true)) {
             m_onAwaited(m_sinkTitle);
         }
-        if (!waitForChange(beginning + m_returnLimit)) {
+        if (!waitForChange(beginning + m_options.returnLimit)) {
             throw CaptureServiceError(QStringLiteral("等不到聲音輸出「%1」回來。").arg(m_sinkTitle) + reason);
         }
     }
@@ -96,14 +117,17 @@ bool PulseMonitorFollower::hasOutputGone()
     });
 }
 
-/// Of the outputs or the default; false once the deadline has passed.
+/// Of the outputs or the default, or until it is time to look again; false once the deadline has passed.
 bool PulseMonitorFollower::waitForChange(std::chrono::steady_clock::time_point deadline)
 {
     const auto rest
         = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-    return rest.count() > 0
-        && m_connection.waitUntil(
-            [this] { return m_defaultMayHaveChanged || m_outputsMayHaveChanged; }, rest);
+    if (rest.count() <= 0) {
+        return false;
+    }
+    m_connection.waitUntil([this] { return m_defaultMayHaveChanged || m_outputsMayHaveChanged; },
+        std::min(rest, searchInterval));
+    return true;
 }
 
 std::string PulseMonitorFollower::currentDefault()
@@ -112,7 +136,30 @@ std::string PulseMonitorFollower::currentDefault()
         m_defaultMayHaveChanged = false;
         m_outputsMayHaveChanged = false;
     });
-    return m_connection.defaultSinkName();
+    return askForDefault();
+}
+
+/// PipeWire 0.3 now and then leaves a connection with a default that was, for good; a new one is told the
+/// truth.
+std::string PulseMonitorFollower::askForDefault()
+{
+    return m_isPipeWire ? PulseConnection(m_options, m_stop).defaultSinkName()
+                        : m_connection.defaultSinkName();
+}
+
+/// False as well if the server gives no answer: while sound flows, that ends nothing.
+bool PulseMonitorFollower::hasUntoldDefault()
+{
+    m_connection.change([this] { m_hasStirred = false; });
+    if (!m_isPipeWire) {
+        return false;
+    }
+    try {
+        const std::string name = askForDefault();
+        return !name.empty() && name != m_sinkName;
+    } catch (const CaptureServiceError &) {
+        return false;
+    }
 }
 
 /// The new monitor is open and checked before the old one is closed.

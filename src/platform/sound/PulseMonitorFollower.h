@@ -46,14 +46,19 @@ private:
     void prepareOthers();
     std::unique_ptr<PulseRecorder> recorderOf(const PulseSource &monitor);
     std::string currentDefault();
+    std::string askForDefault();
+    bool hasUntoldDefault();
 
+    const PulseOptions m_options;
+    const std::stop_token m_stop;
     PulseConnection m_connection;
+    const bool m_isPipeWire;
     const pa_sample_spec m_sampleSpec;
     const PulseRecorder::Sink m_sink;
     const AwaitedHandler m_onAwaited;
-    const std::chrono::milliseconds m_returnLimit;
     bool m_defaultMayHaveChanged = true; ///< under the connection's lock
     bool m_outputsMayHaveChanged = true; ///< under the connection's lock
+    bool m_hasStirred = false; ///< under the connection's lock: something may have followed a new default
     std::string m_sinkName;
     QString m_sinkTitle; ///< for people
     std::unique_ptr<PulseRecorder> m_recorder;
