@@ -143,8 +143,14 @@ std::string PulseMonitorFollower::currentDefault()
 /// truth.
 std::string PulseMonitorFollower::askForDefault()
 {
-    return m_isPipeWire ? PulseConnection(m_options, m_stop).defaultSinkName()
-                        : m_connection.defaultSinkName();
+    if (m_isPipeWire) {
+        try {
+            return PulseConnection(m_options, m_stop).defaultSinkName();
+        } catch (const CaptureServiceError &) {
+            // If the server has gone, the old connection knows it best.
+        }
+    }
+    return m_connection.defaultSinkName();
 }
 
 /// False as well if the server gives no answer: while sound flows, that ends nothing.
