@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace lumaphone {
@@ -17,6 +18,9 @@ public:
 
     /// The keyboard has come to something that does not have it itself, such as a row of the list that has.
     Q_INVOKABLE static void comeTo(QObject *item);
+    /// To be called by a row of a list when its `index` has changed: rows are found in the order in which
+    /// they were made or used again, and not in the one in which they are seen.
+    Q_INVOKABLE static void keepInOrder(QQuickItem *row);
 };
 
 } // namespace lumaphone

@@ -153,7 +153,6 @@ Sheet {
             Keys.onDeletePressed: sheet.deleteTerm(currentIndex)
 
             delegate: GlossaryTermRow {
-                required property int index
                 required property bool isEnabled
 
                 width: list.width

@@ -9,6 +9,7 @@ import Lumaphone.Texts
 T.ItemDelegate {
     id: row
 
+    required property int index
     required property string source
     required property string target
     required property string detail
@@ -35,6 +36,8 @@ T.ItemDelegate {
         if (row.isCurrent)
             ScreenReader.comeTo(row);
     }
+    onIndexChanged: ScreenReader.keepInOrder(row)
+    Component.onCompleted: ScreenReader.keepInOrder(row)
     onDoubleClicked: row.edited()
     // Else it would be a click; the list knows the other keys.
     Keys.onSpacePressed: row.switched()

@@ -109,7 +109,6 @@ FocusScope {
 
                         delegate: TranscriptRecordRow {
                             required property string recordId
-                            required property int index
 
                             width: list.width
                             objectName: "library.record." + index

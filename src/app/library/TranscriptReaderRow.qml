@@ -38,7 +38,11 @@ FocusScope {
 
     implicitHeight: (row.line?.implicitHeight ?? 0) + Theme.margin
     onIsEditingChanged: row.build()
-    Component.onCompleted: row.build()
+    onIndexChanged: ScreenReader.keepInOrder(row)
+    Component.onCompleted: {
+        row.build();
+        ScreenReader.keepInOrder(row);
+    }
 
     Component {
         id: readable

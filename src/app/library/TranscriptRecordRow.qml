@@ -6,6 +6,7 @@ import Lumaphone.Controls
 T.ItemDelegate {
     id: row
 
+    required property int index
     required property string title
     required property string subtitle
     required property bool isSelected
@@ -13,6 +14,9 @@ T.ItemDelegate {
     property bool isListFocused: false
     /// Whether the keyboard is here.
     readonly property bool isCurrent: isSelected && isListFocused
+
+    onIndexChanged: ScreenReader.keepInOrder(row)
+    Component.onCompleted: ScreenReader.keepInOrder(row)
 
     implicitHeight: texts.implicitHeight + 2 * Theme.gap
     horizontalPadding: Theme.gap

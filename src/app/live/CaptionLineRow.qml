@@ -48,6 +48,8 @@ Item {
         if (row.isCurrent)
             ScreenReader.comeTo(row);
     }
+    onIndexChanged: ScreenReader.keepInOrder(row)
+    Component.onCompleted: ScreenReader.keepInOrder(row)
 
     Rectangle {
         anchors.fill: parent
