@@ -21,6 +21,10 @@ const QStringList rolesOfNothing {"unknown", "invalid", "filler"};
 /// What is only read.
 const QStringList rolesOfTexts {"label", "heading", "panel", "alert", "image", "status bar", "tool bar"};
 
+/// What cannot be used while nothing has been said.
+const QStringList withoutSession {
+    "push button|儲存字幕紀錄", "push button|開始新的字幕", "push button|清除目前字幕"};
+
 const QString mainWindow = QStringLiteral("frame|Lumaphone");
 
 QStringList toldOf(const QList<AccessibleItem> &items)
@@ -83,6 +87,16 @@ QStringList inspector()
         "push button|管理術語", "push button|清除目前字幕"};
 }
 
+/// Without the inspector.
+QStringList library(const QString &edit)
+{
+    return commandBar("開始", "儲存字幕紀錄", "開始新的字幕", "展開 Inspector")
+        + QStringList {"text|搜尋字幕紀錄", "list|字幕紀錄", "list item|讀書會", "list item|設計週會",
+            "text|標題", "push button|" + edit, "push button|複製文字", "push button|匯出",
+            "push button|在檔案管理員中顯示", "push button|刪除字幕紀錄", "list|字幕內容", "text|備註",
+            "list|命中的術語"};
+}
+
 } // namespace
 
 /// A screen reader's walk through everything that the window can show: what it is told of each control, in
@@ -126,8 +140,7 @@ private slots:
                 + QStringList {"push button|複製全部原文", "push button|複製全部台灣繁中",
                     "list|剛剛聽到的內容", "push button|測試聲音"}
                 + inspector(),
-            {"push button|儲存字幕紀錄", "push button|開始新的字幕", "push button|清除目前字幕",
-                "push button|複製全部原文", "push button|複製全部台灣繁中"});
+            withoutSession + QStringList {"push button|複製全部原文", "push button|複製全部台灣繁中"});
     }
 
     void theTestOfSound()
@@ -233,6 +246,43 @@ private slots:
         QVERIFY(isComeTo("list item|自定義 API"));
         QTest::keyClick(m_studio->window, Qt::Key_Escape);
         QVERIFY(isComeTo("combo box|處理模式"));
+    }
+
+    void theLibrary()
+    {
+        m_studio->save("設計週會", AppleSystemSpeechLanguage::japanese, {{"一。", "譯一。"}, {"二", "譯二"}});
+        m_studio->save("讀書會", AppleSystemSpeechLanguage::korean, {{"三", "譯三"}});
+        m_studio->content().setProperty("isInspectorVisible", false);
+        m_studio->click("workspace.library");
+        m_studio->workspace->selectRow(1);
+        hear({}, mainWindow,
+            library("編輯原文與譯文") + QStringList {"list item|1。一。譯一。", "list item|2。二。譯二"},
+            withoutSession);
+        focus("library.list");
+        QTest::keyClick(m_studio->window, Qt::Key_Up);
+        QVERIFY(isComeTo("list item|讀書會"));
+        QTest::keyClick(m_studio->window, Qt::Key_Down);
+        QVERIFY(isComeTo("list item|設計週會"));
+    }
+
+    void theReaderWhileEditing()
+    {
+        m_studio->workspace->setEditingTranscript(true);
+        focus("library.search");
+        hear({}, mainWindow,
+            library("結束編輯")
+                + QStringList {"text|第 1 段原文", "text|第 1 段台灣繁中譯文", "text|第 2 段原文",
+                    "text|第 2 段台灣繁中譯文"},
+            withoutSession);
+        m_studio->workspace->setEditingTranscript(false);
+    }
+
+    void theDeletionOfARecord()
+    {
+        m_studio->workspace->requestDelete();
+        hear("library.deleteAlert", "dialog|刪除字幕紀錄？", {"push button|取消", "push button|刪除"});
+        m_studio->click("workspace.live");
+        m_studio->content().setProperty("isInspectorVisible", true);
     }
 
     void aSessionThatHasEnded()

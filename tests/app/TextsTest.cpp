@@ -343,6 +343,7 @@ private slots:
         row("listed", "保留原文", "已停用", "保留原文，已停用");
         row("followed", "聲音伺服器", "請啟動它", "聲音伺服器。請啟動它");
         row("followed", "聲音伺服器", "", "聲音伺服器");
+        row("followed", "お元気ですか？", "你好嗎？", "お元気ですか？你好嗎？");
     }
     void sentencesNameWhatTheyAreAbout()
     {

@@ -269,4 +269,26 @@ void Studio::holdSession()
     settle();
 }
 
+TranscriptRecordMetadata Studio::save(
+    const QString &title, AppleSystemSpeechLanguage language, const QList<std::pair<QString, QString>> &lines)
+{
+    LiveTranscript transcript;
+    transcript.sourceLanguage = language;
+    transcript.startedAt = session.clock->now();
+    for (const auto &[source, translation] : lines) {
+        session.clock->advance(std::chrono::minutes(1));
+        transcript.lines.append(
+            {QUuid::createUuid(), source, translation, language, session.clock->now(), true});
+    }
+    const TranscriptRecordMetadata saved = library->save(transcript, session.settings);
+    TranscriptDocument document = library->loadRecord(saved.id);
+    document.metadata.title = title;
+    document.metadata.glossaryTerms
+        = {{QUuid::createUuid(), QStringLiteral("Lumaphone"), {}, LumaphoneGlossaryTermMode::preserve},
+            {QUuid::createUuid(), QStringLiteral("企画"), QStringLiteral("企劃"),
+                LumaphoneGlossaryTermMode::translate}};
+    library->update(document);
+    return saved;
+}
+
 } // namespace lumaphone::test

@@ -66,6 +66,10 @@ public:
     /// Starts, converses and stops.
     void holdSession();
 
+    /// Puts a record of these lines into the library, each a source with its translation, with two terms.
+    TranscriptRecordMetadata save(const QString &title, AppleSystemSpeechLanguage language,
+        const QList<std::pair<QString, QString>> &lines);
+
     /// Which models there are; to be changed before open().
     ModelCatalogue catalogue = catalogueWithSmallBundle();
     LiveSession session;

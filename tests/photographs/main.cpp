@@ -205,39 +205,16 @@ void photographProvider(const QString &target)
     studio.photograph(target, QStringLiteral("provider-key-of-another-server"));
 }
 
-/// Saves a session of these lines, each a source with its translation.
-TranscriptRecordMetadata save(Studio &studio, const QString &title, AppleSystemSpeechLanguage language,
-    const QList<std::pair<QString, QString>> &lines)
-{
-    LiveTranscript live;
-    live.sourceLanguage = language;
-    live.startedAt = studio.session.clock->now();
-    for (const auto &[source, translation] : lines) {
-        studio.session.clock->advance(std::chrono::minutes(1));
-        live.lines.append(
-            {QUuid::createUuid(), source, translation, language, studio.session.clock->now(), true});
-    }
-    const TranscriptRecordMetadata saved = studio.library->save(live, studio.session.settings);
-    TranscriptDocument document = studio.library->loadRecord(saved.id);
-    document.metadata.title = title;
-    document.metadata.glossaryTerms
-        = {{QUuid::createUuid(), QStringLiteral("Lumaphone"), {}, LumaphoneGlossaryTermMode::preserve},
-            {QUuid::createUuid(), QStringLiteral("企画"), QStringLiteral("企劃"),
-                LumaphoneGlossaryTermMode::translate}};
-    studio.library->update(document);
-    return saved;
-}
-
 void fillLibrary(Studio &studio)
 {
     using Language = AppleSystemSpeechLanguage;
-    save(studio, QStringLiteral("發表會直播"), Language::english,
+    studio.save(QStringLiteral("發表會直播"), Language::english,
         {{QStringLiteral("Good morning, everyone."), QStringLiteral("各位早安。")},
             {QStringLiteral("Today we have three things to show you."),
                 QStringLiteral("今天有三樣東西要給大家看。")}});
-    save(studio, QStringLiteral("讀書會：第三章"), Language::korean,
+    studio.save(QStringLiteral("讀書會：第三章"), Language::korean,
         {{QStringLiteral("안녕하세요, 지금부터 시작하겠습니다."), QStringLiteral("大家好，現在開始。")}});
-    save(studio, QStringLiteral("設計週會：字幕面板與快捷鍵"), Language::japanese,
+    studio.save(QStringLiteral("設計週會：字幕面板與快捷鍵"), Language::japanese,
         {{QStringLiteral("おはようございます。今日は新しい企画について話します。"),
              QStringLiteral("早安。今天要來談新的企劃。")},
             {QStringLiteral("まず来月の予定から確認しましょう。"),
@@ -270,7 +247,7 @@ void photographLibrary(const QString &target)
     studio.workspace->cancelDelete();
     QMetaObject::invokeMethod(&studio.object(QStringLiteral("library.deleteAlert")), "close");
     const TranscriptRecordMetadata broken
-        = save(studio, QStringLiteral("面試錄音"), AppleSystemSpeechLanguage::english,
+        = studio.save(QStringLiteral("面試錄音"), AppleSystemSpeechLanguage::english,
             {{QStringLiteral("Tell me about yourself."), QStringLiteral("請介紹一下你自己。")}});
     const QString lines
         = QStringLiteral("%1/Transcripts/sessions/%2/lines.json").arg(user.path(), broken.folderName);

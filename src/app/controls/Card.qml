@@ -7,6 +7,8 @@ T.Pane {
     padding: 0
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    // A frame that is nothing by itself.
+    Accessible.ignored: Accessible.name === ""
 
     background: Rectangle {
         radius: Theme.radiusLarge

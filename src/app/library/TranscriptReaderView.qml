@@ -44,12 +44,14 @@ ListView {
     /// Tab leads from row to row, from the note to the first and from the last to what comes after the transcript.
     function leaveRow(index: int, isForward: bool): void {
         const next = index + (isForward ? 1 : -1);
-        if (next < 0)
+        if (next < 0) {
             note.field.forceActiveFocus(Qt.BacktabFocusReason);
-        else if (next < reader.count)
+        } else if (next < reader.count) {
             reader.enterRow(next, isForward);
-        else
+        } else {
+            rest.focus = true; // where the keyboard comes back to
             note.field.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
+        }
     }
     function leaveNote(isForward: bool): void {
         if (isForward)

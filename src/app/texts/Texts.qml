@@ -285,6 +285,7 @@ QtObject {
     }
     /// Sentences that follow each other, as they are read aloud.
     function followed(one: string, other: string): string {
-        return other === "" ? one : one + "。" + other;
+        const isEnded = /[。．.！!？?…]$/.test(one);
+        return other === "" ? one : one + (isEnded ? "" : "。") + other;
     }
 }
