@@ -319,15 +319,21 @@ double residentMegabytes()
     return pages * static_cast<double>(::sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
+/// With two sessions of 5,000 lines each.
+void openLibrary(Studio &studio)
+{
+    saveSessions(studio, 5000);
+    studio.open();
+    studio.content().setProperty("workspaceMode", QStringLiteral("library"));
+    waitUntil([&] { return !studio.workspace->isPreparingSearch(); });
+}
+
 /// From one session of 5,000 lines to the other, until its first lines are seen.
 void openARecord(benchmark::State &state)
 {
     const QTemporaryDir folder;
     Studio studio(folder.path());
-    saveSessions(studio, 5000);
-    studio.open();
-    studio.content().setProperty("workspaceMode", QStringLiteral("library"));
-    waitUntil([&] { return !studio.workspace->isPreparingSearch(); });
+    openLibrary(studio);
     const double before = residentMegabytes();
     FrameTimes frames;
     for (auto _ : state) {
@@ -344,10 +350,7 @@ void scrollARecord(benchmark::State &state)
 {
     const QTemporaryDir folder;
     Studio studio(folder.path());
-    saveSessions(studio, 5000);
-    studio.open();
-    studio.content().setProperty("workspaceMode", QStringLiteral("library"));
-    waitUntil([&] { return !studio.workspace->isPreparingSearch(); });
+    openLibrary(studio);
     studio.workspace->setEditingTranscript(state.range(1) == 1);
     studio.settle();
     auto *reader = qobject_cast<QQuickItem *>(&studio.object(QStringLiteral("library.reader")));

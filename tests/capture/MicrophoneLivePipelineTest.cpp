@@ -1,10 +1,7 @@
 #include "capture/MicrophoneLivePipeline.h"
 
 #include "capture/AppleSystemSpeechTranscriberError.h"
-#include "capture/FakeSpeechFramework.h"
-#include "capture/RecordedPipelineEvents.h"
-#include "capture/SystemAudioCaptureError.h"
-#include "support/Coroutines.h"
+#include "capture/PipelineUnderTest.h"
 #include "support/FakeMicrophoneCapture.h"
 #include "support/TestSound.h"
 #include "support/program/TestProgram.h"
@@ -24,51 +21,19 @@ const QStringList startSteps {QStringLiteral("default input"), QStringLiteral("s
 
 } // namespace
 
-class MicrophoneLivePipelineTest : public QObject
+class MicrophoneLivePipelineTest : public QObject,
+                                   private PipelineUnderTest<MicrophoneLivePipeline, FakeMicrophoneCapture>
 {
     Q_OBJECT
-
-private:
-    std::shared_ptr<FakeSpeechFramework> m_framework;
-    std::shared_ptr<FakeMicrophoneCapture> m_capture;
-    std::shared_ptr<DetachedTasks> m_detachedTasks;
-    std::unique_ptr<RecordedPipelineEvents> m_events;
-    std::shared_ptr<MicrophoneLivePipeline> m_pipeline;
-
-    FakeRecording &recording() const { return m_capture->recording(); }
-    void start() { test::waitFor(m_pipeline->start()); }
-    void stop() { test::waitFor(m_pipeline->stop()); }
-
-    std::optional<CaptureCase> failureOfStart()
-    {
-        const auto error = thrownBy<SystemAudioCaptureError>([this] { start(); });
-        return error ? std::optional(error->errorCase()) : std::nullopt;
-    }
-
-    bool ownerHears(const QStringList &lines)
-    {
-        return waitUntil([&] { return m_events->lines() == lines; });
-    }
 
 private slots:
     void init()
     {
-        m_framework = std::make_shared<FakeSpeechFramework>();
-        m_capture = std::make_shared<FakeMicrophoneCapture>();
-        m_detachedTasks = std::make_shared<DetachedTasks>();
-        m_events = std::make_unique<RecordedPipelineEvents>();
-        const LivePipelineServices services {m_framework, MainQueue::create(), m_detachedTasks, QLocale::c()};
+        makeFakes();
         m_pipeline = MicrophoneLivePipeline::create(
-            AppleSystemSpeechLanguage::english, m_capture, services, m_events->handler());
+            AppleSystemSpeechLanguage::english, m_capture, services(), m_events.handler());
     }
-
-    void cleanup()
-    {
-        m_pipeline = nullptr;
-        m_detachedTasks = nullptr;
-        settle();
-        QCOMPARE(m_framework->reserved(), QStringList());
-    }
+    void cleanup() { drop(); }
 
     void makingOneAsksForNothing()
     {
@@ -160,7 +125,7 @@ private slots:
         start();
         TestSound sound({48000, 2, SampleType::float32, true}, std::vector<double>(960, 0.5));
         recording().deliver(sound.buffer());
-        QCOMPARE(m_events->lines(),
+        QCOMPARE(m_events.lines(),
             QStringList {QStringLiteral("audio 960 frames, 48000 Hz, 2 channel, duration 0.020s")});
         recording().deliver(sound.buffer());
         QVERIFY(waitUntil([&] { return m_framework->analyzer().inputs() > 0; }));
@@ -175,10 +140,10 @@ private slots:
         sound.buffer().isValid = true;
         sound.buffer().dataIsReady = false;
         recording().deliver(sound.buffer());
-        QCOMPARE(m_events->count(), 0);
+        QCOMPARE(m_events.count(), 0);
         sound.buffer().dataIsReady = true;
         recording().deliver(sound.buffer());
-        QCOMPARE(m_events->count(), 1);
+        QCOMPARE(m_events.count(), 1);
         QVERIFY(waitUntil([&] { return m_framework->analyzer().inputs() == 1; }));
     }
 
@@ -224,17 +189,11 @@ private slots:
 
     void theLatestOfTwoStartsRecords()
     {
-        recording().startGate.close();
-        auto first = m_pipeline->start();
-        auto second = m_pipeline->start();
-        recording().startGate.open();
-        test::waitFor(std::move(first));
-        test::waitFor(std::move(second));
+        startTwice();
         QCOMPARE(recording().steps.count(QStringLiteral("start mic")), 2);
         QCOMPARE(recording().steps.count(QStringLiteral("stop")), 1);
-        QVERIFY(recording().isRunning());
-        QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
-        QVERIFY(m_events->lines().isEmpty());
+        verifyThatOneRuns();
+        QVERIFY(m_events.lines().isEmpty());
     }
 
     void stoppingEndsTheRecordingAndTheTranscriber()
@@ -242,10 +201,8 @@ private slots:
         start();
         stop();
         QCOMPARE(recording().steps, startSteps + QStringList {QStringLiteral("stop")});
-        QVERIFY(!recording().isRunning());
-        QVERIFY(!recording().hasReceiver());
+        verifyThatNothingRuns();
         QVERIFY(!recording().queue());
-        QVERIFY(m_framework->reserved().isEmpty());
     }
 
     void stoppingBeforeStartingOrTwiceIsFine()
@@ -277,9 +234,7 @@ private slots:
         stop();
         gate.open();
         test::waitFor(std::move(starting));
-        QVERIFY(!recording().isRunning());
-        QVERIFY(!recording().hasReceiver());
-        QVERIFY(m_framework->reserved().isEmpty());
+        verifyThatNothingRuns();
     }
 
     void aPipelineCanBeDroppedWhileRunning()

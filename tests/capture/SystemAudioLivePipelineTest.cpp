@@ -1,10 +1,7 @@
 #include "capture/SystemAudioLivePipeline.h"
 
 #include "capture/AppleSystemSpeechTranscriberError.h"
-#include "capture/FakeSpeechFramework.h"
-#include "capture/RecordedPipelineEvents.h"
-#include "capture/SystemAudioCaptureError.h"
-#include "support/Coroutines.h"
+#include "capture/PipelineUnderTest.h"
 #include "support/FakeScreenAudioCapture.h"
 #include "support/TestSound.h"
 #include "support/VirtualClock.h"
@@ -24,58 +21,28 @@ const QStringList startSteps {QStringLiteral("default output"), QStringLiteral("
 
 } // namespace
 
-class SystemAudioLivePipelineTest : public QObject
+class SystemAudioLivePipelineTest : public QObject,
+                                    private PipelineUnderTest<SystemAudioLivePipeline, FakeScreenAudioCapture>
 {
     Q_OBJECT
 
 private:
-    std::shared_ptr<FakeSpeechFramework> m_framework;
-    std::shared_ptr<FakeScreenAudioCapture> m_capture;
     std::shared_ptr<VirtualClock> m_clock;
-    std::shared_ptr<DetachedTasks> m_detachedTasks;
-    std::unique_ptr<RecordedPipelineEvents> m_events;
-    std::shared_ptr<SystemAudioLivePipeline> m_pipeline;
 
     void makePipeline(AppleSystemSpeechLanguage language)
     {
-        const LivePipelineServices services {m_framework, MainQueue::create(), m_detachedTasks, QLocale::c()};
         m_pipeline
-            = SystemAudioLivePipeline::create(language, m_capture, m_clock, services, m_events->handler());
-    }
-
-    FakeRecording &recording() const { return m_capture->recording(); }
-    void start() { test::waitFor(m_pipeline->start()); }
-    void stop() { test::waitFor(m_pipeline->stop()); }
-
-    bool ownerHears(const QStringList &lines)
-    {
-        return waitUntil([&] { return m_events->lines() == lines; });
-    }
-
-    std::optional<SystemAudioCaptureError::Case> failureOfStart()
-    {
-        const auto error = thrownBy<SystemAudioCaptureError>([this] { start(); });
-        return error ? std::optional(error->errorCase()) : std::nullopt;
+            = SystemAudioLivePipeline::create(language, m_capture, m_clock, services(), m_events.handler());
     }
 
 private slots:
     void init()
     {
-        m_framework = std::make_shared<FakeSpeechFramework>();
-        m_capture = std::make_shared<FakeScreenAudioCapture>();
+        makeFakes();
         m_clock = std::make_shared<VirtualClock>();
-        m_detachedTasks = std::make_shared<DetachedTasks>();
-        m_events = std::make_unique<RecordedPipelineEvents>();
         makePipeline(AppleSystemSpeechLanguage::english);
     }
-
-    void cleanup()
-    {
-        m_pipeline = nullptr;
-        m_detachedTasks = nullptr;
-        settle();
-        QCOMPARE(m_framework->reserved(), QStringList());
-    }
+    void cleanup() { drop(); }
 
     void makingOneAsksForNothing()
     {
@@ -220,7 +187,7 @@ private slots:
         QCOMPARE(m_framework->reserved().isEmpty(), atOutput);
         stop();
         QVERIFY(m_framework->reserved().isEmpty());
-        QVERIFY(m_events->lines().isEmpty());
+        QVERIFY(m_events.lines().isEmpty());
     }
 
     void anErrorOfTheTranscriberEndsTheStartBeforeCapturing()
@@ -237,7 +204,7 @@ private slots:
         start();
         TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
         recording().deliver(sound.buffer());
-        QCOMPARE(m_events->lines(),
+        QCOMPARE(m_events.lines(),
             QStringList {QStringLiteral("audio 320 frames, 16000 Hz, 1 channel, duration 0.020s")});
         QVERIFY(waitUntil([&] { return m_framework->analyzer().samples().size() == 320; }));
     }
@@ -248,7 +215,7 @@ private slots:
         TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
         sound.buffer().durationSeconds.reset();
         recording().deliver(sound.buffer());
-        QVERIFY(m_events->lines().constFirst().endsWith(QStringLiteral("duration 0.000s")));
+        QVERIFY(m_events.lines().constFirst().endsWith(QStringLiteral("duration 0.000s")));
     }
 
     void someBuffersAreSkippedSilently_data()
@@ -268,10 +235,10 @@ private slots:
         skipped.buffer().isValid = isValid;
         skipped.buffer().dataIsReady = isReady;
         recording().deliver(skipped.buffer());
-        QCOMPARE(m_events->count(), 0);
+        QCOMPARE(m_events.count(), 0);
         TestSound sound(analysisDescription, std::vector<double>(320, 0.5));
         recording().deliver(sound.buffer());
-        QCOMPARE(m_events->count(), 1);
+        QCOMPARE(m_events.count(), 1);
         QVERIFY(waitUntil([&] { return m_framework->analyzer().inputs() == 1; }));
         QCOMPARE(m_framework->analyzer().samples().size(), std::size_t(320));
     }
@@ -328,9 +295,7 @@ private slots:
         start();
         stop();
         QCOMPARE(recording().steps, startSteps + QStringList {QStringLiteral("stop")});
-        QVERIFY(!recording().isRunning());
-        QVERIFY(!recording().hasReceiver());
-        QVERIFY(m_framework->reserved().isEmpty());
+        verifyThatNothingRuns();
     }
 
     void stoppingBeforeStartingOrTwiceIsFine()
@@ -349,25 +314,18 @@ private slots:
         stop();
         start();
         QCOMPARE(recording().steps, startSteps + QStringList {QStringLiteral("stop")} + startSteps);
-        QVERIFY(recording().isRunning());
-        QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
+        verifyThatOneRuns();
     }
 
     void theLatestOfTwoStartsRecords()
     {
-        recording().startGate.close();
-        auto first = m_pipeline->start();
-        auto second = m_pipeline->start();
-        recording().startGate.open();
-        test::waitFor(std::move(first));
-        test::waitFor(std::move(second));
+        startTwice();
         QCOMPARE(recording().steps,
             (startSteps
                 + QStringList {QStringLiteral("default output"), QStringLiteral("stop"),
                     QStringLiteral("start speakers")}));
-        QVERIFY(recording().isRunning());
-        QCOMPARE(m_framework->reserved(), QStringList {QStringLiteral("en_US")});
-        QVERIFY(m_events->lines().isEmpty());
+        verifyThatOneRuns();
+        QVERIFY(m_events.lines().isEmpty());
     }
 
     void aStopDuringTheStartLeavesNothingRunning_data()
@@ -395,13 +353,11 @@ private slots:
         m_framework->reservationGate.open();
         recording().startGate.open();
         test::waitFor(std::move(starting));
-        QVERIFY(m_framework->reserved().isEmpty());
+        verifyThatNothingRuns();
         QCOMPARE(recording().steps.contains(QStringLiteral("start speakers")),
             where == QStringLiteral("recording"));
         QCOMPARE(recording().steps.count(QStringLiteral("stop")),
             recording().steps.count(QStringLiteral("start speakers")));
-        QVERIFY(!recording().isRunning());
-        QVERIFY(!recording().hasReceiver());
     }
 
     void aPipelineCanBeDroppedWhileRunning()

@@ -1,4 +1,4 @@
-#include "base/Json.h"
+#include "cli/JsonLines.h"
 #include "support/Coroutines.h"
 #include "support/MisbehavingHttpServer.h"
 #include "support/MuteSecretService.h"
@@ -92,15 +92,7 @@ private slots:
         QCOMPARE(user.run({"settings", "set", "lumaphone.processingMode", "customAPI"})->exitCode(), 0);
         const auto captions = user.run({"caption", speech, "--format", "jsonl"});
         QCOMPARE(captions->exitCode(), 0);
-        QString source;
-        QString translation;
-        for (const QByteArray &line : captions->outputLines()) {
-            const json::Value event = json::parse(line);
-            if (json::text(event, "event") == "line" && json::boolean(event, "isFinal")) {
-                source = json::text(event, "sourceText");
-                translation = json::text(event, "translatedText");
-            }
-        }
+        const auto [source, translation] = test::lastFinalLine(captions->outputLines());
         QVERIFY(!source.isEmpty());
         QVERIFY2(translation.contains(source), qPrintable(translation));
     }

@@ -1,4 +1,4 @@
-#include "base/Json.h"
+#include "cli/JsonLines.h"
 #include "support/RunningProgram.h"
 #include "support/WavFile.h"
 #include "support/program/TestProgram.h"
@@ -77,15 +77,7 @@ private slots:
             = run({"caption", sound, "--language", "english", "--translate", "apple", "--format", "jsonl"});
         QCOMPARE(captions->messages(), QByteArray());
         QCOMPARE(captions->exitCode(), 0);
-        QString source;
-        QString translation;
-        for (const QByteArray &line : captions->outputLines()) {
-            const json::Value event = json::parse(line);
-            if (json::text(event, "event") == "line" && json::boolean(event, "isFinal")) {
-                source = json::text(event, "sourceText");
-                translation = json::text(event, "translatedText");
-            }
-        }
+        const auto [source, translation] = test::lastFinalLine(captions->outputLines());
         QCOMPARE(plain(source), QStringLiteral("go forward ten meters"));
         QCOMPARE(translation, QStringLiteral("請往前走十公尺。"));
     }

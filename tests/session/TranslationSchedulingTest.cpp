@@ -30,6 +30,23 @@ ScriptedTranslator::Plan after(std::chrono::milliseconds delay, bool endsWhenSto
     return {delay, QString(), endsWhenStopped};
 }
 
+/// Lets each translation take so long.
+void takeFor(const LiveSession &session, std::chrono::milliseconds delay, bool endsWhenStopped = true)
+{
+    session.translator->plan = [=](const QString &) {
+        return after(delay, endsWhenStopped);
+    };
+}
+
+/// Final texts, one right after the other.
+void sayAll(LiveSession &session, const std::vector<const char *> &texts)
+{
+    for (const char *text : texts) {
+        session.final(text);
+        session.clock->advance(20ms);
+    }
+}
+
 /// A session of lines without translations, found again after a crash.
 struct RestoredSession
 {
@@ -175,9 +192,7 @@ private slots:
     void theTextUnderWayIsNotRequestedAgain()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return after(1s);
-        };
+        takeFor(session, 1s);
         session.started();
         session.final("はい");
         session.clock->advance(100ms);
@@ -204,9 +219,7 @@ private slots:
     void aNewerTextWaitsForTheOneUnderWay()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return after(2s);
-        };
+        takeFor(session, 2s);
         session.started();
         session.final("一番目の文です");
         session.clock->advance(20ms);
@@ -223,14 +236,9 @@ private slots:
     void passedOverFinalLinesAreCaughtUpOldestFirst()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return after(2s);
-        };
+        takeFor(session, 2s);
         session.started();
-        for (const char *text : {"一番目の文です", "Second sentence", "세 번째 문장", "Fourth one of all"}) {
-            session.final(text);
-            session.clock->advance(20ms);
-        }
+        sayAll(session, {"一番目の文です", "Second sentence", "세 번째 문장", "Fourth one of all"});
         session.clock->advance(20s);
         QCOMPARE(session.requested(),
             (QStringList {
@@ -290,14 +298,9 @@ private slots:
     {
         QFETCH(bool, endsWhenStopped);
         LiveSession session;
-        session.translator->plan = [=](const QString &) {
-            return after(2s, endsWhenStopped);
-        };
+        takeFor(session, 2s, endsWhenStopped);
         session.started();
-        for (const char *text : {"一番目の文です", "Second sentence", "세 번째 문장"}) {
-            session.final(text);
-            session.clock->advance(20ms);
-        }
+        sayAll(session, {"一番目の文です", "Second sentence", "세 번째 문장"});
         session.clock->advance(4500ms);
         QCOMPARE(session.requested().constLast(), t("Second sentence"));
         session.final("Quite another one");
@@ -359,10 +362,7 @@ private slots:
                 500ms, text == t("Second sentence") ? t("壞了") : QString(), true};
         };
         session.started();
-        for (const char *text : {"一番目の文です", "Second sentence", "세 번째 문장"}) {
-            session.final(text);
-            session.clock->advance(20ms);
-        }
+        sayAll(session, {"一番目の文です", "Second sentence", "세 번째 문장"});
         session.clock->advance(60s);
         QCOMPARE(session.requested().count(t("Second sentence")), 1);
         QCOMPARE(session.translationOfLine(1), pending);
@@ -373,9 +373,7 @@ private slots:
     void clearingGivesUpWhatIsUnderWay()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return after(1h, false);
-        };
+        takeFor(session, 1h, false);
         session.started();
         session.final("一番目の文です");
         session.clock->advance(1s);
@@ -411,9 +409,7 @@ private slots:
         session.clock->advance(1s);
         session.controller->clearCaptions();
         // The same words in the next line: the late answer is not theirs.
-        session.translator->plan = [](const QString &) {
-            return after(20s);
-        };
+        takeFor(session, 20s);
         session.final("一番目の文です");
         const QString status = session.controller->status();
         session.clock->advance(10s);
@@ -459,9 +455,7 @@ private slots:
     void aTranslationOfAnOlderTextLeavesTheNewestsStatusAlone()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return after(1s);
-        };
+        takeFor(session, 1s);
         session.started();
         session.final("一番目の文です");
         session.clock->advance(500ms);
@@ -475,9 +469,7 @@ private slots:
     void theNewestOfEqualLinesGetsTheTranslation()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return after(30s);
-        };
+        takeFor(session, 30s);
         session.started();
         session.final("はい");
         session.clock->advance(15s);
@@ -491,9 +483,7 @@ private slots:
     void stoppingLetsTheWorkerFinish()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return after(2s);
-        };
+        takeFor(session, 2s);
         session.started();
         session.final("一番目の文です");
         session.clock->advance(20ms);
@@ -515,9 +505,7 @@ private slots:
     void aControllerThatIsGoneEndsItsWorker()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return after(2s);
-        };
+        takeFor(session, 2s);
         session.started();
         session.final("一番目の文です");
         session.clock->advance(100ms);
@@ -757,10 +745,7 @@ private slots:
             return plan;
         };
         session.started();
-        for (const char *text : {"一番目の文です", "Second sentence", "세 번째 문장", "四番目です"}) {
-            session.final(text);
-            session.clock->advance(20ms);
-        }
+        sayAll(session, {"一番目の文です", "Second sentence", "세 번째 문장", "四番目です"});
         session.controller->stop(true);
         session.clock->advance(60s);
         QVERIFY(!session.controller->isTranslating());
@@ -876,14 +861,9 @@ private slots:
     void whatASavedSessionWaitsForComesBehindTheNextOne()
     {
         LiveSession session;
-        session.translator->plan = [](const QString &) {
-            return after(2s);
-        };
+        takeFor(session, 2s);
         session.started();
-        for (const char *text : {"一番目の文です", "Second sentence", "세 번째 문장"}) {
-            session.final(text);
-            session.clock->advance(20ms);
-        }
+        sayAll(session, {"一番目の文です", "Second sentence", "세 번째 문장"});
         session.controller->stop(true);
         QStringList late;
         connect(session.controller.get(), &SystemAudioCaptureController::savedLineTranslated, this,
