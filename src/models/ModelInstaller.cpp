@@ -11,13 +11,14 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QNetworkAccessManager>
-#include <QStorageInfo>
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace lumaphone {
@@ -60,15 +61,20 @@ void demandConsent(const ModelEntry &entry, LicenceConsent consent)
 /// What is known of the sizes must fit on the disk.
 void demandSpace(const ModelEntry &entry, const QString &folder, qint64 alreadyThere)
 {
-    qint64 needed = -alreadyThere;
+    // Not asked of the toolkit, which knows mounted devices only: in a container the root may be none.
+    std::error_code failure;
+    const auto space = std::filesystem::space(QFile::encodeName(folder).toStdString(), failure);
+    if (failure) {
+        return;
+    }
+    auto free = alreadyThere + static_cast<qint64>(space.available);
     for (const ModelDownload &download : entry.downloads) {
-        needed += download.size.value_or(0);
+        free -= download.size.value_or(0);
         for (const ModelFile &file : download.files) {
-            needed += file.size.value_or(0);
+            free -= file.size.value_or(0);
         }
     }
-    const QStorageInfo storage(folder);
-    if (storage.isValid() && storage.bytesAvailable() < needed) {
+    if (free < 0) {
         throw ModelError(ModelError::Case::diskFull, entry.title);
     }
 }

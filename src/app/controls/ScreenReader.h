@@ -18,8 +18,8 @@ public:
 
     /// The keyboard has come to something that does not have it itself, such as a row of the list that has.
     Q_INVOKABLE static void comeTo(QObject *item);
-    /// To be called by a row of a list when its `index` has changed: rows are found in the order in which
-    /// they were made or used again, and not in the one in which they are seen.
+    /// Puts the rows of a list into the order in which they are seen; they are found in the one in which
+    /// they were made or used again. To be called by a row whose `index` has changed.
     Q_INVOKABLE static void keepInOrder(QQuickItem *row);
 };
 
