@@ -509,9 +509,10 @@ private slots:
     {
         Views views;
         views.speakAndStop();
-        views.model->copyText(views.model->joinedTranslatedText());
+        views.model->joinedTranslatedText()->copy();
         QCOMPARE(QGuiApplication::clipboard()->text(), "譯:おはようございます。");
-        QCOMPARE(views.model->joinedSourceText(), "おはようございます。");
+        views.model->joinedSourceText()->copy();
+        QCOMPARE(QGuiApplication::clipboard()->text(), "おはようございます。");
     }
 
     void anUnknownLanguageIsIgnored()

@@ -2,21 +2,24 @@
 
 #include "base/Text.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+
 #include <algorithm>
 
 namespace lumaphone {
 
-JoinedText::JoinedText(QString LumaphoneCaptionLine::*side)
-    : m_side(side)
+JoinedText::JoinedText(QString LumaphoneCaptionLine::*side, QObject *parent)
+    : QObject(parent)
+    , m_side(side)
 {
 }
 
-bool JoinedText::follow(const QList<LumaphoneCaptionLine> &lines, qsizetype first)
+void JoinedText::follow(const QList<LumaphoneCaptionLine> &lines, qsizetype first)
 {
+    const bool wasEmpty = isEmpty();
     const auto kept = std::min(size_t(first), m_ends.size());
-    const qsizetype end = kept == 0 ? 0 : m_ends[kept - 1];
-    const QString former = m_text.mid(end);
-    m_text.truncate(end);
+    m_text.truncate(kept == 0 ? 0 : m_ends[kept - 1]);
     m_ends.resize(kept);
     for (qsizetype line = qsizetype(kept); line < lines.size(); ++line) {
         const QString paragraph = text::trimmed(lines[line].*m_side);
@@ -26,7 +29,14 @@ bool JoinedText::follow(const QList<LumaphoneCaptionLine> &lines, qsizetype firs
         }
         m_ends.push_back(m_text.size());
     }
-    return QStringView(m_text).mid(end) != former;
+    if (isEmpty() != wasEmpty) {
+        emit isEmptyChanged();
+    }
+}
+
+void JoinedText::copy() const
+{
+    QGuiApplication::clipboard()->setText(m_text);
 }
 
 } // namespace lumaphone

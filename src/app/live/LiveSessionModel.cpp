@@ -8,9 +8,6 @@
 #include "storage/LumaphoneSettings.h"
 #include "storage/TranscriptLibraryStore.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
-
 #include <utility>
 
 namespace lumaphone {
@@ -188,12 +185,8 @@ void LiveSessionModel::updateStage()
 void LiveSessionModel::updateJoinedTexts(qsizetype first)
 {
     const auto &lines = m_controller.captionLines();
-    if (m_joinedSource.follow(lines, first)) {
-        emit joinedSourceTextChanged();
-    }
-    if (m_joinedTranslation.follow(lines, first)) {
-        emit joinedTranslatedTextChanged();
-    }
+    m_joinedSource.follow(lines, first);
+    m_joinedTranslation.follow(lines, first);
 }
 
 void LiveSessionModel::setFailureMessage(const QString &message)
@@ -330,11 +323,6 @@ void LiveSessionModel::setSourceLanguage(const QString &language)
 void LiveSessionModel::requestSystemAudioAccessIfNeeded()
 {
     m_controller.requestSystemAudioAccessIfNeeded();
-}
-
-void LiveSessionModel::copyText(const QString &text) const
-{
-    QGuiApplication::clipboard()->setText(text);
 }
 
 } // namespace lumaphone

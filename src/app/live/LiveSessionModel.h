@@ -81,8 +81,8 @@ class LiveSessionModel final : public QObject
     Q_PROPERTY(lumaphone::CaptionLinesModel *lines READ lines CONSTANT)
     Q_PROPERTY(lumaphone::TranscriptModel *transcript READ transcript CONSTANT)
     Q_PROPERTY(QString cardStatusText READ cardStatusText NOTIFY cardStatusTextChanged)
-    Q_PROPERTY(QString joinedSourceText READ joinedSourceText NOTIFY joinedSourceTextChanged)
-    Q_PROPERTY(QString joinedTranslatedText READ joinedTranslatedText NOTIFY joinedTranslatedTextChanged)
+    Q_PROPERTY(lumaphone::JoinedText *joinedSourceText READ joinedSourceText CONSTANT)
+    Q_PROPERTY(lumaphone::JoinedText *joinedTranslatedText READ joinedTranslatedText CONSTANT)
 
 public:
     /// Everything given must outlive the model.
@@ -137,8 +137,8 @@ public:
     /// The same lines with what their reader marks in them.
     TranscriptModel *transcript() { return &m_transcript; }
     QString cardStatusText() const;
-    const QString &joinedSourceText() const { return m_joinedSource.text(); }
-    const QString &joinedTranslatedText() const { return m_joinedTranslation.text(); }
+    JoinedText *joinedSourceText() { return &m_joinedSource; }
+    JoinedText *joinedTranslatedText() { return &m_joinedTranslation; }
 
     /// Starts a session, or ends the one that runs or starts. Unsaved lines are not lost: the controller
     /// refuses then.
@@ -156,7 +156,6 @@ public:
     Q_INVOKABLE void translateLineAgain(int row);
     Q_INVOKABLE void setSourceLanguage(const QString &language);
     Q_INVOKABLE void requestSystemAudioAccessIfNeeded();
-    Q_INVOKABLE void copyText(const QString &text) const;
 
 signals:
     void ended();
@@ -176,8 +175,6 @@ signals:
     void isStageTranslatedChanged();
     void languageStatusTextChanged();
     void cardStatusTextChanged();
-    void joinedSourceTextChanged();
-    void joinedTranslatedTextChanged();
     /// Worth telling someone who listens instead of reading: a finished line, and how the session goes on.
     /// Each comes once, in order.
     void announced(const QString &text);

@@ -166,7 +166,6 @@ Card {
                 height: parent.height
                 title: Texts.source
                 text: card.session.joinedSourceText
-                onCopied: text => card.session.copyText(text)
             }
 
             TranscriptPane {
@@ -178,7 +177,6 @@ Card {
                 text: card.session.joinedTranslatedText
                 isPrimary: true
                 description: card.lines.count > 0 ? Texts.translationsComing : ""
-                onCopied: text => card.session.copyText(text)
             }
 
             TranscriptListView {

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Lumaphone.Controls
+import Lumaphone.Live
 import Lumaphone.Texts
 
 /// One side of the transcript, as high as its column: at the top what it is, and a way to copy all of its text. The lines lie over it.
@@ -11,11 +12,9 @@ Item {
     /// Shown while there is no text.
     property string description
     /// All that is read in this column.
-    required property string text
+    required property JoinedText text
     property bool isPrimary: false
     readonly property real headHeight: 40
-
-    signal copied(text: string)
 
     implicitHeight: headHeight
     Accessible.role: Accessible.Grouping
@@ -36,7 +35,7 @@ Item {
 
         UiText {
             Layout.fillWidth: true
-            text: pane.text === "" ? pane.description : ""
+            text: pane.text.isEmpty ? pane.description : ""
             font.pixelSize: Theme.small
             color: Theme.textSoft
             elide: Text.ElideRight
@@ -48,8 +47,8 @@ Item {
             implicitHeight: 30
             systemImage: "doc.on.doc"
             help: Texts.copyAllOf(pane.title)
-            isDisabled: pane.text === ""
-            onClicked: pane.copied(pane.text)
+            isDisabled: pane.text.isEmpty
+            onClicked: pane.text.copy()
         }
     }
 }
