@@ -12,6 +12,7 @@
 #include "speech/hosted/HostRecovery.h"
 #include "storage/TranscriptLibraryStore.h"
 #include "support/NotingFileViewer.h"
+#include "translation/OpenAICompatibleTranslationService.h"
 
 #include <QTimer>
 
@@ -28,6 +29,8 @@ using Clock = std::chrono::steady_clock;
 
 const auto key = QStringLiteral("sk-trial");
 constexpr double longestEndSeconds = 3;
+/// Of a session that ends by itself: one request may still run into its time-out.
+constexpr auto longestWaitForTranslations = OpenAICompatibleTranslationService::defaultTimeout + 15s;
 constexpr double mostGrowthMB = 20;
 constexpr std::size_t leastLooks = 40;
 constexpr std::chrono::seconds betweenNotes(2);
@@ -190,7 +193,7 @@ void RoughSession::killSoundServer()
 {
     m_sound.kill();
     count(QStringLiteral("deaths of the sound server"));
-    passUntil([this] { return !m_program->isRunning(); }, 30s);
+    passUntil([this] { return !m_program->isRunning(); }, longestWaitForTranslations);
     m_sound.start();
     startSounds();
     if (m_program->isRunning()) {
