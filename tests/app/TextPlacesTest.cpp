@@ -66,7 +66,7 @@ private slots:
         for (const double width : {90.0, 133.5, 200.0, 421.0, 2000.0}) {
             item->setProperty("width", width);
             const TextSetting setting {text, item->property("font").value<QFont>(), width, lineHeight};
-            const QList<QRectF> places = placesOf(setting, 0, int(text.size()));
+            const QList<QRectF> places = LaidOutText(setting).places(0, int(text.size()));
             QCOMPARE(places.size(), item->property("lineCount").toInt());
             QCOMPARE(places.last().bottom(), item->property("contentHeight").toDouble());
             double widest = 0;
@@ -81,34 +81,35 @@ private slots:
     {
         const TextSetting setting {
             "予算は先週の会議で決まった通り、二百万円です。", fontOf("japanese"), 120, lineHeight};
+        const LaidOutText text(setting);
         for (int offset = 0; offset < setting.text.size(); ++offset) {
-            const QList<QRectF> places = placesOf(setting, offset, offset + 1);
+            const QList<QRectF> places = text.places(offset, offset + 1);
             QCOMPARE(places.size(), 1);
             const QRectF place = places.first();
-            QCOMPARE(offsetAt(setting, {place.left() + place.width() * 0.25, place.center().y()}), offset);
+            QCOMPARE(text.offset({place.left() + place.width() * 0.25, place.center().y()}), offset);
         }
     }
 
     void besideTheTextIsItsNearestEnd()
     {
-        const TextSetting setting {"二百万円です。", fontOf("japanese"), 400, lineHeight};
-        QCOMPARE(offsetAt(setting, {-5, 5}), 0);
-        QCOMPARE(offsetAt(setting, {50, -5}), 0);
-        QCOMPARE(offsetAt(setting, {399, 5}), 7);
-        QCOMPARE(offsetAt(setting, {0, 90}), 7);
-        QCOMPARE(offsetAt({QString(), setting.font, 400, lineHeight}, {5, 5}), 0);
-        QVERIFY(placesOf(setting, 3, 3).isEmpty());
+        const LaidOutText text({"二百万円です。", fontOf("japanese"), 400, lineHeight});
+        QCOMPARE(text.offset({-5, 5}), 0);
+        QCOMPARE(text.offset({50, -5}), 0);
+        QCOMPARE(text.offset({399, 5}), 7);
+        QCOMPARE(text.offset({0, 90}), 7);
+        QVERIFY(text.places(3, 3).isEmpty());
+        QCOMPARE(LaidOutText({QString(), fontOf("japanese"), 400, lineHeight}).offset({5, 5}), 0);
     }
 
-    void aMarkOverTwoLinesHasTwoPlaces()
+    void aPartOverTwoLinesHasTwoPlaces()
     {
-        const QString text = "予算は先週の会議で決まった通り、二百万円です。";
-        const QVariantList places = TextPlaces::places(
-            text, fontOf("japanese"), 120, lineHeight, {QVariantMap {{"from", 5}, {"to", 10}, {"kind", 2}}});
+        const LaidOutText text(
+            {"予算は先週の会議で決まった通り、二百万円です。", fontOf("japanese"), 120, lineHeight});
+        const QList<QRectF> places = text.places(5, 10);
         QCOMPARE(places.size(), 2);
-        QCOMPARE(places[1].toMap()["place"].toRectF().top(), lineHeight);
-        QCOMPARE(places[1].toMap()["kind"].toInt(), 2);
-        QVERIFY(TextPlaces::places(text, fontOf("japanese"), 120, lineHeight, {}).isEmpty());
+        QCOMPARE(places[0].top(), 0);
+        QCOMPARE(places[1].top(), lineHeight);
+        QCOMPARE(places[1].left(), 0);
     }
 };
 

@@ -21,6 +21,22 @@ CaptionLinesModel::CaptionLinesModel(const SystemAudioCaptureController &control
     reset();
 }
 
+const QString &CaptionLinesModel::sourceText(int row) const
+{
+    return m_controller.captionLines().at(row).sourceText;
+}
+
+QString CaptionLinesModel::translation(int row) const
+{
+    return hasTranslation(row) ? m_controller.captionLines().at(row).translatedText : QString();
+}
+
+bool CaptionLinesModel::hasTranslation(int row) const
+{
+    const TranslationState state = m_rows.at(size_t(row)).translation;
+    return state != TranslationState::pending && state != TranslationState::failed;
+}
+
 int CaptionLinesModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : count();

@@ -46,6 +46,12 @@ public:
     /// Whether some line has a translation side that is not blank.
     bool hasTranslatedText() const { return m_translated > 0; }
 
+    /// What was said in a row.
+    const QString &sourceText(int row) const;
+    /// Its translation; empty where there is none, whatever a view shows in its place.
+    QString translation(int row) const;
+    bool hasTranslation(int row) const;
+
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;

@@ -1,85 +1,61 @@
 #include "app/live/TextPlaces.h"
 
-#include <QTextLayout>
 #include <QTextOption>
-#include <QVariantMap>
 
 #include <algorithm>
+#include <cmath>
 
 namespace lumaphone {
 
-namespace {
-
-void layOut(QTextLayout &layout, const TextSetting &setting)
+LaidOutText::LaidOutText(const TextSetting &setting)
+    : m_lineHeight(setting.lineHeight)
 {
     QString text = setting.text;
     text.replace(QLatin1Char('\n'), QChar::LineSeparator);
-    layout.setText(text);
-    layout.setFont(setting.font);
+    m_layout.setText(text);
+    m_layout.setFont(setting.font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setUseDesignMetrics(true); // as the item does
-    layout.setTextOption(option);
-    layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+    m_layout.setTextOption(option);
+    m_layout.beginLayout();
+    for (QTextLine line = m_layout.createLine(); line.isValid(); line = m_layout.createLine()) {
         line.setLineWidth(setting.width);
     }
-    layout.endLayout();
+    m_layout.endLayout();
 }
 
-} // namespace
-
-QList<QRectF> placesOf(const TextSetting &setting, int from, int to)
+QList<QRectF> LaidOutText::places(int from, int to) const
 {
-    QTextLayout layout;
-    layOut(layout, setting);
     QList<QRectF> places;
-    for (int number = 0; number < layout.lineCount(); ++number) {
-        const QTextLine line = layout.lineAt(number);
+    for (int number = 0; number < m_layout.lineCount(); ++number) {
+        const QTextLine line = m_layout.lineAt(number);
         const int first = std::max(from, line.textStart());
         const int last = std::min(to, line.textStart() + line.textLength());
         if (first < last) {
             const double left = line.cursorToX(first);
             const double right = line.cursorToX(last);
-            places.append(QRectF(std::min(left, right), number * setting.lineHeight, std::abs(right - left),
-                setting.lineHeight));
+            places.append(
+                QRectF(std::min(left, right), number * m_lineHeight, std::abs(right - left), m_lineHeight));
         }
     }
     return places;
 }
 
-int offsetAt(const TextSetting &setting, QPointF point)
+int LaidOutText::offset(QPointF point) const
 {
-    QTextLayout layout;
-    layOut(layout, setting);
-    const int count = layout.lineCount();
+    const int count = m_layout.lineCount();
     if (count == 0 || point.y() < 0) {
         return 0;
     }
-    const auto number = static_cast<int>(point.y() / setting.lineHeight);
-    return number >= count ? static_cast<int>(setting.text.size())
-                           : layout.lineAt(number).xToCursor(point.x(), QTextLine::CursorBetweenCharacters);
-}
-
-QVariantList TextPlaces::places(
-    const QString &text, const QFont &font, double width, double lineHeight, const QVariantList &marks)
-{
-    QVariantList places;
-    for (const QVariant &mark : marks) {
-        const QVariantMap map = mark.toMap();
-        const QList<QRectF> found = placesOf({text, font, width, lineHeight},
-            map.value(QStringLiteral("from")).toInt(), map.value(QStringLiteral("to")).toInt());
-        for (const QRectF &place : found) {
-            places.append(QVariantMap {{QStringLiteral("place"), place},
-                {QStringLiteral("kind"), map.value(QStringLiteral("kind"))}});
-        }
-    }
-    return places;
+    const auto number = static_cast<int>(point.y() / m_lineHeight);
+    return number >= count ? static_cast<int>(m_layout.text().size())
+                           : m_layout.lineAt(number).xToCursor(point.x(), QTextLine::CursorBetweenCharacters);
 }
 
 int TextPlaces::offset(const QString &text, const QFont &font, double width, double lineHeight, QPointF point)
 {
-    return offsetAt({text, font, width, lineHeight}, point);
+    return LaidOutText({text, font, width, lineHeight}).offset(point);
 }
 
 } // namespace lumaphone

@@ -5,7 +5,7 @@
 #include <QPointF>
 #include <QRectF>
 #include <QString>
-#include <QVariantList>
+#include <QTextLayout>
 #include <QtQml/qqmlregistration.h>
 
 namespace lumaphone {
@@ -19,12 +19,23 @@ struct TextSetting
     double lineHeight = 0;
 };
 
-/// Where the text from one offset to another stands, a rectangle for each line.
-QList<QRectF> placesOf(const TextSetting &setting, int from, int to);
-/// Before which character a point lies.
-int offsetAt(const TextSetting &setting, QPointF point);
+/// A text in its lines.
+class LaidOutText
+{
+public:
+    explicit LaidOutText(const TextSetting &setting);
 
-/// The same for views.
+    /// Where the text from one offset to another stands, a rectangle for each line.
+    QList<QRectF> places(int from, int to) const;
+    /// Before which character a point lies.
+    int offset(QPointF point) const;
+
+private:
+    double m_lineHeight;
+    QTextLayout m_layout;
+};
+
+/// For views.
 class TextPlaces final : public QObject
 {
     Q_OBJECT
@@ -34,10 +45,7 @@ class TextPlaces final : public QObject
 public:
     using QObject::QObject;
 
-    /// The rectangles of `marks`, which are maps with "from", "to" and "kind", as maps with "place" and
-    /// "kind".
-    Q_INVOKABLE static QVariantList places(
-        const QString &text, const QFont &font, double width, double lineHeight, const QVariantList &marks);
+    /// Before which character of a text a point lies.
     Q_INVOKABLE static int offset(
         const QString &text, const QFont &font, double width, double lineHeight, QPointF point);
 };

@@ -45,6 +45,7 @@ void copy(const QString &text)
 
 TranscriptModel::TranscriptModel(CaptionLinesModel &lines, QObject *parent)
     : QIdentityProxyModel(parent)
+    , m_lines(lines)
 {
     // What is marked follows before a view hears of the change.
     connect(&lines, &QAbstractItemModel::rowsAboutToBeInserted, this,
@@ -108,18 +109,15 @@ QVariantList TranscriptModel::marks(int row, bool isInTranslation) const
 
 QString TranscriptModel::textOf(int row, Extent column) const
 {
-    const QModelIndex line = index(row, 0);
-    if (column == Extent::source) {
-        return line.data(CaptionLinesModel::SourceTextRole).toString();
+    if (row < 0 || row >= m_lines.count()) {
+        return {};
     }
-    return hasTranslation(row) ? line.data(CaptionLinesModel::TranslatedTextRole).toString() : QString();
+    return column == Extent::source ? m_lines.sourceText(row) : m_lines.translation(row);
 }
 
 bool TranscriptModel::hasTranslation(int row) const
 {
-    const QModelIndex line = index(row, 0);
-    return line.isValid() && !line.data(CaptionLinesModel::IsPendingRole).toBool()
-        && !line.data(CaptionLinesModel::IsFailedRole).toBool();
+    return row >= 0 && row < m_lines.count() && m_lines.hasTranslation(row);
 }
 
 void TranscriptModel::makeRoom(int row)

@@ -96,6 +96,7 @@ private:
     template<typename Change> void changeSelection(Change change);
     void tellMarks(int first, int last);
 
+    const CaptionLinesModel &m_lines;
     TranscriptSelection m_selection;
     TranscriptFinder m_finder;
     int m_currentRow = -1;
