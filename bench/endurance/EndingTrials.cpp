@@ -103,13 +103,9 @@ double EndingTrials::terminalSeconds(Kind kind)
 
 double EndingTrials::windowSeconds(Kind kind)
 {
-    QList<std::pair<QString, QString>> environment {
-        {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb")},
-        {QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software")}};
-    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
-        environment.append({QString::fromLatin1(name), qEnvironmentVariable(name)});
-    }
-    test::User user(qEnvironmentVariable("HOME"), environment);
+    test::User user(qEnvironmentVariable("HOME"),
+        {{QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb")},
+            {QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software")}});
     const auto demand = [&user](const char *command) {
         if (!user.does(command)) {
             throw BenchError(QString::fromUtf8(command) + QStringLiteral(": ") + user.seen);

@@ -20,9 +20,12 @@ const auto program = QStringLiteral(LUMAPHONE_BUILD_BIN_DIR "/lumaphone-cli");
 TrialUser::TrialUser()
 {
     qputenv("HOME", m_home.path().toUtf8());
-    for (const char *name :
-        {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"}) {
-        const QString folder = m_home.filePath(QString::fromLatin1(name));
+    // Where the window of a test::User looks, too.
+    const std::pair<const char *, const char *> folders[]
+        = {{"XDG_CONFIG_HOME", "config"}, {"XDG_DATA_HOME", "data"}, {"XDG_CACHE_HOME", "cache"},
+            {"XDG_STATE_HOME", "state"}, {"XDG_RUNTIME_DIR", "runtime"}};
+    for (const auto &[name, place] : folders) {
+        const QString folder = m_home.filePath(QString::fromLatin1(place));
         QDir().mkpath(folder);
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv(name, folder.toUtf8());
