@@ -5,14 +5,30 @@
 
 #include <QQuickWindow>
 #include <QSGRectangleNode>
+#include <QSGTransformNode>
 #include <QVariantMap>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace lumaphone {
 
 namespace {
+
+/// Without a graphics card nothing is painted behind an opaque rectangle, not even behind a pixel of which it
+/// covers a part.
+QColor hardlyTransparent(QColor color)
+{
+    color.setAlpha(std::min(color.alpha(), 254));
+    return color;
+}
+
+QRectF onWholePixels(const QRectF &place)
+{
+    const double left = std::round(place.left());
+    return {left, place.top(), std::round(place.right()) - left, place.height()};
+}
 
 /// A rectangle whose corners lack a pixel, which looks rounded at the size of a word.
 void appendRounded(const QRectF &place, const QColor &color, std::vector<MarkedPlaces::Place> &places)
@@ -50,7 +66,8 @@ void MarkedPlaces::updatePolish()
             const auto kind = TranscriptModel::MarkKind(mark.value(QStringLiteral("kind")).toInt());
             const QList<QRectF> rectangles = text.places(
                 mark.value(QStringLiteral("from")).toInt(), mark.value(QStringLiteral("to")).toInt());
-            for (const QRectF &rectangle : rectangles) {
+            for (const QRectF &exact : rectangles) {
+                const QRectF rectangle = onWholePixels(exact);
                 switch (kind) {
                 case TranscriptModel::Selected: // reaches from line to line without a gap
                     places.push_back({rectangle, m_selectedColor});
@@ -73,7 +90,8 @@ void MarkedPlaces::updatePolish()
 
 QSGNode *MarkedPlaces::updatePaintNode(QSGNode *former, UpdatePaintNodeData *)
 {
-    QSGNode *all = former ? former : new QSGNode;
+    // Without a graphics card, the place of what is added later is that of the next node above that has one.
+    QSGNode *all = former ? former : new QSGTransformNode;
     while (all->childCount() > static_cast<int>(m_places.size())) {
         delete all->lastChild();
     }
@@ -84,7 +102,7 @@ QSGNode *MarkedPlaces::updatePaintNode(QSGNode *former, UpdatePaintNodeData *)
     for (const Place &place : m_places) {
         auto *node = static_cast<QSGRectangleNode *>(next);
         node->setRect(place.rectangle);
-        node->setColor(place.color);
+        node->setColor(hardlyTransparent(place.color));
         next = next->nextSibling();
     }
     return all;
